@@ -1,0 +1,67 @@
+# Convenience front end over CMake.  `make test` works on a fresh Debian 12
+# machine: it installs what is missing, builds, and runs every test twice,
+# normally and under AddressSanitizer + UndefinedBehaviorSanitizer.
+
+JOBS ?= 2
+BUILD ?= build
+ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 30
+CTEST_ARGS ?=
+
+# Debian packages for building, testing and the interop checks.
+DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
+       zlib1g-dev libbz2-dev libsparsehash-dev libutfcpp-dev libxml2-dev gettext \
+       python3 python3-olefile python3-xlrd python3-openpyxl
+
+.PHONY: all deps build test test-normal test-asan demo bench fuzz clean
+
+all: build
+
+deps:
+	@missing=$$(for p in $(DEPS); do dpkg-query -W -f='$${Status}\n' $$p 2>/dev/null | grep -q 'install ok installed' || echo $$p; done); \
+	if [ -n "$$missing" ]; then \
+	  echo "installing: $$missing"; \
+	  SUDO=$$( [ "$$(id -u)" = 0 ] || echo sudo ); \
+	  $$SUDO apt-get update -qq && \
+	  DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq --no-install-recommends $$missing; \
+	fi
+
+$(BUILD)/CMakeCache.txt:
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+build: deps $(BUILD)/CMakeCache.txt
+	cmake --build $(BUILD) -j$(JOBS)
+
+test-normal: build
+	cd $(BUILD) && ctest --output-on-failure -j$(JOBS) $(CTEST_ARGS)
+
+$(ASAN_BUILD)/CMakeCache.txt:
+	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DTABRIX_SANITIZE=ON -DTABRIX_BENCH=OFF
+
+test-asan: deps $(ASAN_BUILD)/CMakeCache.txt
+	cmake --build $(ASAN_BUILD) -j$(JOBS)
+	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	  ctest --output-on-failure -j$(JOBS) $(CTEST_ARGS)
+
+test: test-normal test-asan
+
+demo: build
+	@if [ -x $(BUILD)/examples/demo ]; then cd $(BUILD)/examples && ./demo; else echo "no demo built yet"; fi
+
+bench: deps
+	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DTABRIX_TESTS=OFF
+	cmake --build build-bench -j$(JOBS)
+	@for b in build-bench/bench/bench_*; do echo "== $$b"; $$b || exit 1; done
+
+fuzz: deps
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTABRIX_FUZZ=ON -DTABRIX_BENCH=OFF
+	cmake --build $(FUZZ_BUILD) -j$(JOBS)
+	@for f in $(FUZZ_BUILD)/fuzz/fuzz_*; do \
+	  name=$$(basename $$f | sed 's/^fuzz_//'); mkdir -p $(FUZZ_BUILD)/corpus/$$name; \
+	  echo "== $$name ($(FUZZ_SECONDS)s)"; \
+	  $$f -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 $(FUZZ_BUILD)/corpus/$$name fuzz/seeds/$$name || exit 1; \
+	done
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench

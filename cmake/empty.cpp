@@ -1,0 +1,1 @@
+// Shared objects built from static archives need one source of their own.
