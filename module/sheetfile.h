@@ -128,4 +128,45 @@ void formatDateParts(int year, int month, int day, int hour, int minute, int sec
 // Unpacks a date serial of the book and formats it with formatDateParts.
 void formatDate(void *book, double value, char *buffer, int size);
 
+// ---- shared by reading and writing (transfer_common.cpp) --------------------
+// Walks a list of arrays with listNext and checks that its elements can share
+// rows: every element a non-null array, the same dimension count, index sets
+// that are the same set or both undeclared, index element types 1 to 4 and
+// array element types 1 to 4 or convertible to text.  On success answers 0,
+// *count receives the number of arrays and *arrays a malloc'd table of them
+// (the caller frees it; NULL with a count of 0 for an empty list).  On failure
+// answers non-zero after printing the message (11 for an element that is no
+// array), and nothing is left to free.
+int checkArrayList(qd_context *ctx, void *list, int *count, void ***arrays);
+// True for the base types 1 to 4.
+bool isBasicType(qd_type type);
+// True when the structure of `type` is a record (typeInfo QD_INFO_STRUCT).
+bool isRecordType(qd_context *ctx, qd_type type);
+// True when an external type converts to and from text (QD_INFO_PROPS).
+bool hasTextConversion(qd_context *ctx, qd_type type);
+// The record description of a record type, NULL when the host has none.
+const int *recordDescription(qd_context *ctx, qd_type type);
+// Rows and columns of a range position as messages print them: 1-based and
+// absolute in the sheet.  colOffset is an offset from firstCol (a columnMap
+// entry).
+inline int messageRow(const RangeSpec *spec, int rowOffset) { return spec->firstRow + rowOffset + 1; }
+inline int messageCol(const RangeSpec *spec, int colOffset) { return spec->firstCol + colOffset + 1; }
+// True when the cell at (firstRow + rowOffset, firstCol + colOffset) is
+// empty (a workbook blank included).
+bool cellIsEmpty(const RangeSpec *spec, int rowOffset, int colOffset);
+// The last row offset that can hold data: the range's last row, cut at the
+// sheet's last row so that no walk reads past the table.  -1 when none.
+int lastDataRow(const RangeSpec *spec);
+
+// ---- range labels and cell reading -------------------------------------------
+// Parses one cell reference (A1 or R1C1, a row or column may be left open as
+// 0x7FFFFFFF) at *text and moves *text past it.  Answers 0 on success.
+int parseCell(const char **text, int *row, int *col);
+#define CELL_OPEN 0x7FFFFFFF
+// Converts the cell at (firstRow + rowOffset, firstCol + colOffset) to
+// `target` in *out.  Answers the cell kind (CELL_EMPTY with a zero value for
+// an empty cell), -1 for a kind that cannot be read.
+int readCell(qd_context *ctx, RangeSpec *spec, qd_type target, qd_value *out, int rowOffset,
+             int colOffset);
+
 #endif
