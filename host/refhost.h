@@ -11,8 +11,14 @@
 //  - Strings stored in objects are text handles interned in the Context, so
 //    a `const char *` read from an object stays valid with the Context.
 //  - Record and external types are registered process-wide; their type
-//    numbers are allocated from 5 upward.  Registering the same name with
-//    the same definition again answers the same number.
+//    numbers are allocated from 5 upward.  Registering a record name again
+//    with the same fields answers the same number; an external name again
+//    answers its number and keeps the first definition.
+//  - typeInfo QD_INFO_STRUCT looks at the base type only (QD_RECORD for
+//    records, QD_VALUE otherwise), so description entries can be asked as
+//    they stand.
+//  - openStream refuses a second stream while one is open; print with no
+//    stream open appends to Context::output.
 //  - Context parameters: real format "%.15g" (enough digits for the usual
 //    decimal data to survive a text round trip), sets finalised after
 //    loading (true).
