@@ -100,6 +100,19 @@ void linkOpenFile(SheetFile *file);
 // Under the mutex: lowers the references; answers true when this was the last
 // close, the file then being unlinked.
 bool releaseOpenFile(SheetFile *file);
+// The common open rule for an existing entry.  Under the mutex: finds the
+// file of (ctx, path, ops); answers 0 when there is none.  When there is one,
+// answers 1 and clears QD_MODE_PENDING in *mode: *out receives the file with
+// one more reference, or NULL after reporting "file already open for reading
+// only" (code 2) when writing is asked of a file open for reading only.
+int shareOpenFile(qd_context *ctx, const char *path, const SheetOps *ops, int *mode,
+                  SheetFile **out);
+// Size of the path buffer given to findFilePath.
+#define QD_PATH_MAX 1024
+// Turns the file name left after the options into a path (QD_PATH_MAX bytes)
+// with the host's findFile and the flags (mode & QD_MODE_WRITE) | 4.  A null
+// or refused name reports "access denied" (code 1); answers 0 on success.
+int findFilePath(qd_context *ctx, const char *name, int mode, char *path);
 
 // ---- driver operations ------------------------------------------------------
 extern const SheetOps g_textSheetOps;

@@ -1,0 +1,200 @@
+// The reader of text-separated files and the classification of its fields.
+// The host stream is read in large blocks; each byte then goes through the
+// field state machine: quotes, doubled quotes, separators, line ends.
+#include "text_sheet.h"
+
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+const long kReadBlock = 1 << 16;
+// Integers without fraction or exponent from 2^53 up stay texts, so that
+// long identifiers keep every digit.
+const double kExactIntegerLimit = 9007199254740992.0;
+
+inline bool isDigit(unsigned char c) { return c >= '0' && c <= '9'; }
+inline bool isBlank(unsigned char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
+
+// The number in text, or false when the text has any other form.
+bool parseNumber(const unsigned char *p, int dsep, double *out) {
+    bool negative = false;
+    if (*p == '+' || *p == '-') {
+        negative = *p == '-';
+        ++p;
+    }
+    bool atSep = dsep != 0 && *p == (unsigned char)dsep;
+    if (!isDigit(*p) && !atSep)
+        return false;
+    if (p[0] == '0' && isDigit(p[1]))
+        return false; // leading zeros: a code, not a number
+    double value = 0.0;
+    int digits = 0;
+    for (; isDigit(*p); ++p, ++digits)
+        value = value * 10.0 + (*p - '0');
+    bool fraction = false, exponent = false;
+    if (dsep != 0 && *p == (unsigned char)dsep) {
+        fraction = true;
+        ++p;
+        if (!isDigit(*p)) {
+            // "12." is a number only at the end of the text.
+            if (digits == 0)
+                return false;
+            while (isBlank(*p))
+                ++p;
+            if (*p)
+                return false;
+            *out = negative ? -value : value;
+            return true;
+        }
+        double divisor = 10.0;
+        for (; isDigit(*p); ++p, divisor *= 10.0)
+            value += (*p - '0') / divisor;
+    }
+    if (*p == 'e' || *p == 'E') {
+        ++p;
+        bool negExp = false;
+        if (*p == '+' || *p == '-') {
+            negExp = *p == '-';
+            ++p;
+        }
+        if (!isDigit(*p))
+            return false;
+        int e = 0;
+        for (; isDigit(*p); ++p)
+            if (e < 100000)
+                e = e * 10 + (*p - '0');
+        value *= pow(10.0, negExp ? -e : e);
+        exponent = true;
+    }
+    if (!fraction && !exponent && value >= kExactIntegerLimit)
+        return false;
+    while (isBlank(*p))
+        ++p;
+    if (*p)
+        return false;
+    *out = negative ? -value : value;
+    return true;
+}
+
+void storeField(TextSheet *s, int row, int col, const char *text) {
+    double number = 0.0;
+    switch (classifyField(s, text, &number)) {
+    case CELL_NUMBER:
+        setNumber(s, row, col, number);
+        break;
+    case CELL_BOOL:
+        setBool(s, row, col, number != 0.0);
+        break;
+    default:
+        setText(s, row, col, text);
+        break;
+    }
+}
+
+} // namespace
+
+int classifyField(const TextSheet *s, const char *text, double *number) {
+    if (parseNumber(reinterpret_cast<const unsigned char *>(text), s->decimalSeparator, number))
+        return CELL_NUMBER;
+    if (strcmp(text, s->trueText) == 0) {
+        *number = 1.0;
+        return CELL_BOOL;
+    }
+    if (strcmp(text, s->falseText) == 0) {
+        *number = 0.0;
+        return CELL_BOOL;
+    }
+    return CELL_STRING;
+}
+
+int readTextStream(TextSheet *s) {
+    unsigned char *block = static_cast<unsigned char *>(malloc(kReadBlock));
+    if (!block) {
+        g_host->dispatchError(s->context, "%s", tr("SHEET: Out of memory error"));
+        return 1;
+    }
+    char *field = s->buffer;
+    const int size = s->bufferSize;
+    const int fsep = s->fieldSeparator;
+    int row = 0, col = 0, i = 0;
+    bool quoted = false, pendingQuote = false;
+    int result = 1;
+    bool overflow = false;
+
+    for (;;) {
+        long n = g_host->read(s->context, block, kReadBlock);
+        if (n < 0)
+            break;
+        if (n == 0) {
+            if (i >= size) {
+                overflow = true;
+                break;
+            }
+            if (i > 0) {
+                field[i] = '\0';
+                storeField(s, row, col, field);
+            }
+            result = 0;
+            break;
+        }
+        if (n > kReadBlock)
+            n = kReadBlock;
+        for (long k = 0; k < n; ++k) {
+            if (i >= size) {
+                overflow = true;
+                break;
+            }
+            unsigned char c = block[k];
+            if (quoted) {
+                if (c == '"') {
+                    if (pendingQuote)
+                        field[i++] = '"'; // a doubled quote is one quote
+                    pendingQuote = !pendingQuote;
+                    continue;
+                }
+                if (!pendingQuote) {
+                    field[i++] = (char)c;
+                    continue;
+                }
+            }
+            pendingQuote = false;
+            if (c == '\n' || (int)c == fsep) {
+                if (c == '\n' && i > 0 && field[i - 1] == '\r')
+                    --i;
+                if (i > 0) {
+                    field[i] = '\0';
+                    storeField(s, row, col, field);
+                }
+                if (c == '\n') {
+                    if (row < INT_MAX - 1)
+                        ++row;
+                    col = 0;
+                } else if (col < INT_MAX) {
+                    ++col;
+                }
+                i = 0;
+                quoted = false;
+                continue;
+            }
+            if (i == 0 && c == '"') {
+                quoted = true;
+                continue;
+            }
+            field[i++] = (char)c;
+            quoted = false;
+        }
+        if (overflow)
+            break;
+    }
+    free(block);
+    if (overflow) {
+        g_host->dispatchError(s->context, "SHEET: Buffer overflow at line %d\n", row + 1);
+        return 1;
+    }
+    return result;
+}
