@@ -3,6 +3,7 @@
 #include "sheetfile.h"
 
 #include <ctype.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <strings.h>
@@ -12,6 +13,8 @@ namespace {
 const int kMaxColumn = 16383;
 // Row numbers above this are refused so that no bound reaches the open marker.
 const long kMaxRowNumber = 0x7FFFFFF0L;
+// Sheet numbers above this are never found nor made.
+const long kMaxSheetNumber = 65535;
 
 void fail(qd_context *ctx, const char *message) { g_host->dispatchError(ctx, tr(message)); }
 
@@ -55,9 +58,9 @@ void *findSheet(qd_context *ctx, RangeSpec *spec, const char *name, size_t lengt
     while (digits < length && isdigit((unsigned char)name[digits])) digits++;
     if (digits == length) {
         long number = 0;
-        for (size_t i = 0; i < length && number <= 1000000; i++) number = number * 10 + (name[i] - '0');
+        for (size_t i = 0; i < length && number <= kMaxSheetNumber; i++) number = number * 10 + (name[i] - '0');
         if (number >= 1 && number <= count) return ops.getSheet(spec->book, (int)(number - 1));
-        if (number < 1 || !writing || number > 1000000) {
+        if (number < 1 || !writing || number > kMaxSheetNumber) {
             fail(ctx, "SHEET: Sheet not found.\n");
             return nullptr;
         }
