@@ -197,21 +197,33 @@ int cellKind(TextSheet *s, int row, int col) {
     return p ? (int)p->kinds[col & (TEXT_PAGE_COLUMNS - 1)] : (int)CELL_EMPTY;
 }
 
+// A number cell reads as a boolean by being non-zero, a boolean as a number
+// by 1 or 0; other kinds read as 0.
 int cellBool(TextSheet *s, int row, int col) {
     TextPage *p = findCell(s, row, col);
-    return p ? p->values[col & (TEXT_PAGE_COLUMNS - 1)].boolean : 0;
+    if (!p)
+        return 0;
+    int i = col & (TEXT_PAGE_COLUMNS - 1);
+    if (p->kinds[i] == CELL_BOOL)
+        return p->values[i].boolean;
+    return p->kinds[i] == CELL_NUMBER && p->values[i].number != 0.0;
 }
 
 const char *cellBoolText(TextSheet *s, int row, int col) {
     TextPage *p = findCell(s, row, col);
     if (!p)
         return nullptr;
-    return p->values[col & (TEXT_PAGE_COLUMNS - 1)].boolean > 0 ? s->trueText : s->falseText;
+    return cellBool(s, row, col) > 0 ? s->trueText : s->falseText;
 }
 
 double cellNumber(TextSheet *s, int row, int col) {
     TextPage *p = findCell(s, row, col);
-    return p ? p->values[col & (TEXT_PAGE_COLUMNS - 1)].number : 0.0;
+    if (!p)
+        return 0.0;
+    int i = col & (TEXT_PAGE_COLUMNS - 1);
+    if (p->kinds[i] == CELL_NUMBER)
+        return p->values[i].number;
+    return p->kinds[i] == CELL_BOOL ? (double)p->values[i].boolean : 0.0;
 }
 
 const char *cellText(TextSheet *s, int row, int col) {

@@ -1,0 +1,324 @@
+// The "csv" driver through the reference host: reading fields into the store,
+// writing the store back, buffer limits, and the sharing of open files.
+#include "refhost.h"
+#include "sheetfile.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <sys/stat.h>
+
+using namespace qdhost;
+
+namespace {
+
+std::string scratchDir() {
+    mkdir(TABRIX_TEST_TMP, 0777);
+    std::string dir = std::string(TABRIX_TEST_TMP) + "/csv";
+    mkdir(dir.c_str(), 0777);
+    return dir;
+}
+
+std::string pathOf(const std::string &name) { return scratchDir() + "/" + name; }
+
+void writeFile(const std::string &name, const std::string &content) {
+    std::ofstream out(pathOf(name), std::ios::binary | std::ios::trunc);
+    out << content;
+}
+
+std::string readFile(const std::string &name) {
+    std::ifstream in(pathOf(name), std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    return ss.str();
+}
+
+bool exists(const std::string &name) {
+    struct stat st;
+    return stat(pathOf(name).c_str(), &st) == 0;
+}
+
+const Host &host() {
+    static Host h;
+    return h;
+}
+
+SheetFile *fileOf(void *p) { return static_cast<SheetFile *>(p); }
+
+// Every stored cell of the file's sheet as "row,col=Kvalue" joined by " ":
+// N number, S string, B boolean.
+std::string dumpCells(void *handle) {
+    SheetFile *f = fileOf(handle);
+    const SheetOps *ops = f->ops;
+    if (ops->sheetCount(f->handle) == 0)
+        return "<none>";
+    void *sheet = ops->getSheet(f->handle, 0);
+    std::string out;
+    for (int r = ops->firstRow(sheet); r <= ops->lastRow(sheet); ++r)
+        for (int c = ops->firstCol(sheet); c <= ops->lastCol(sheet); ++c) {
+            int kind = ops->cellType(sheet, r, c);
+            if (kind == CELL_EMPTY)
+                continue;
+            char buf[64];
+            std::string value;
+            if (kind == CELL_NUMBER) {
+                snprintf(buf, sizeof buf, "N%.17g", ops->readNum(sheet, r, c));
+                value = buf;
+            } else if (kind == CELL_STRING) {
+                value = std::string("S") + ops->readStr(sheet, r, c);
+            } else {
+                value = std::string("B") + std::to_string(ops->readBool(sheet, r, c));
+            }
+            out += (out.empty() ? "" : " ") + std::to_string(r) + "," + std::to_string(c) + "=" +
+                   value;
+        }
+    return out;
+}
+
+struct ReadCase {
+    const char *options;
+    std::string content;
+    std::string cells;
+};
+
+TEST(CsvRead, FieldsIntoTheStore) {
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    const ReadCase cases[] = {
+        {"", "a,b\n1,2.5\n", "0,0=Sa 0,1=Sb 1,0=N1 1,1=N2.5"},
+        {"", "\"a\"\"b\"\n", "0,0=Sa\"b"},
+        {"", "\"x,y\",z\n", "0,0=Sx,y 0,1=Sz"},
+        {"", "a\r\nb\r\n", "0,0=Sa 1,0=Sb"},
+        {"", "a\rb\n", "0,0=Sa\rb"},
+        {"", "\"a\nb\",c", "0,0=Sa\nb 0,1=Sc"},
+        {"", "x,,y", "0,0=Sx 0,2=Sy"},
+        {"", "\"\",\"q\"", "0,1=Sq"},
+        {"", "TRUE,true,FALSE,False", "0,0=B1 0,1=Strue 0,2=B0 0,3=SFalse"},
+        {"true=yes;false=no;", "yes,no,TRUE", "0,0=B1 0,1=B0 0,2=STRUE"},
+        {"fsep=;;dsep=,;", "1,5;2;a,b\n", "0,0=N1.5 0,1=N2 0,2=Sa,b"},
+        {"dsep=,;", "\"1,5\",2\n", "0,0=N1.5 0,1=N2"},
+        {"fsep=\t;", "a b\t-3e2\n", "0,0=Sa b 0,1=N-300"},
+        {"", "007,1e,+.5e,12a,+.5,1e3", "0,0=S007 0,1=S1e 0,2=S+.5e 0,3=S12a 0,4=N0.5 0,5=N1000"},
+        {"", "9007199254740992,9007199254740991",
+         "0,0=S9007199254740992 0,1=N9007199254740991"},
+        {"", std::string(70, ',') + "far\n", "0,70=Sfar"},
+        {"", "\n\n\nz", "3,0=Sz"},
+        {"", "", "<none>"},
+        {"", "\"open quote, never closed", "0,0=Sopen quote, never closed"},
+        {"", "a\"b,\"c\"d", "0,0=Sa\"b 0,1=Scd"},
+    };
+    for (const ReadCase &c : cases) {
+        Context ctx(scratchDir());
+        writeFile("read.csv", c.content);
+        int mode = 0;
+        void *f = host().open(ctx, "csv", std::string(c.options) + "read.csv", false, &mode);
+        ASSERT_NE(f, nullptr) << c.content;
+        EXPECT_EQ(mode & (QD_MODE_OPENED | QD_MODE_PENDING), QD_MODE_OPENED);
+        EXPECT_EQ(dumpCells(f), c.cells) << "input: " << c.content;
+        EXPECT_EQ(host().close(ctx, "csv", f), 0);
+        EXPECT_EQ(readFile("read.csv"), c.content); // reading saves nothing
+        EXPECT_TRUE(ctx.errors.empty()) << ctx.allErrors();
+    }
+}
+
+struct RoundTrip {
+    const char *options;
+    std::string in;
+    std::string out;
+};
+
+TEST(CsvWrite, OpenForWritingAndCloseWritesBack) {
+    const RoundTrip cases[] = {
+        {"", "a,b\n1,2.5\n", "a,b\n1,2.5\n"},
+        {"", "\"a\"\"b\",x\n", "\"a\"\"b\",x\n"},
+        {"", "\"x,y\",z\n", "\"x,y\",z\n"},
+        {"", "a\r\nb\r\n", "a\nb\n"},
+        {"", "a\n\nb\n", "a\n\nb\n"},
+        {"", "a,b,c\nd\n", "a,b,c\nd\n"},
+        {"", "a,,\n", "a\n"},
+        {"", "1.0,0.10,1e3,-0.5\n", "1,0.1,1000,-0.5\n"},
+        {"", "TRUE,FALSE\n", "TRUE,FALSE\n"},
+        {"true=yes;false=no;", "yes,no\n", "yes,no\n"},
+        {"fsep=;;dsep=,;", "1,5;2\n", "1,5;2\n"},
+        {"dsep=,;", "\"1,5\",2\n", "\"1,5\",2\n"},
+        {"", std::string(70, ',') + "far\n", std::string(70, ',') + "far\n"},
+        {"", std::string(130, ',') + "x," + std::string(3, ',') + "y\n",
+         std::string(130, ',') + "x," + std::string(3, ',') + "y\n"},
+        {"", "", ""},
+        {"", "no line end", "no line end\n"},
+    };
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    for (const RoundTrip &c : cases) {
+        Context ctx(scratchDir());
+        writeFile("rt.csv", c.in);
+        void *f = host().open(ctx, "csv", std::string(c.options) + "rt.csv", true);
+        ASSERT_NE(f, nullptr) << c.in;
+        EXPECT_EQ(host().close(ctx, "csv", f), 0);
+        EXPECT_EQ(readFile("rt.csv"), c.out) << "input: " << c.in;
+        EXPECT_TRUE(ctx.errors.empty()) << ctx.allErrors();
+    }
+}
+
+TEST(CsvWrite, StoreWritesThroughSheetOps) {
+    Context ctx(scratchDir());
+    remove(pathOf("new.csv").c_str());
+    int mode = 0;
+    void *f = host().open(ctx, "csv", "new.csv", true, &mode);
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(mode & QD_MODE_NOSTREAM, 0);
+    EXPECT_TRUE(exists("new.csv")); // created at open
+    SheetFile *file = fileOf(f);
+    const SheetOps *ops = file->ops;
+    EXPECT_EQ(ops->sheetCount(file->handle), 0);
+    EXPECT_EQ(ops->getSheet(file->handle, 0), nullptr);
+    void *sheet = ops->addSheet(file->handle, "any");
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(ops->addSheet(file->handle, "again"), nullptr);
+    EXPECT_EQ(ops->sheetCount(file->handle), 1);
+    EXPECT_STREQ(ops->sheetName(sheet), "Sheet1");
+    EXPECT_TRUE(ops->writeNum(sheet, 0, 0, 1.5));
+    EXPECT_TRUE(ops->writeStr(sheet, 0, 2, "q\"t"));
+    EXPECT_TRUE(ops->writeBool(sheet, 1, 1, 1));
+    EXPECT_TRUE(ops->writeStr(sheet, 2, 0, "a,b"));
+    EXPECT_TRUE(ops->writeStr(sheet, 2, 1, "line\nfeed"));
+    EXPECT_TRUE(ops->writeNum(sheet, 3, 0, 7));
+    EXPECT_TRUE(ops->writeStr(sheet, 3, 0, "")); // clears the cell again
+    EXPECT_STREQ(ops->readBoolText(sheet, 1, 1), "TRUE");
+    EXPECT_EQ(ops->readBoolText(sheet, 9, 9), nullptr);
+    EXPECT_EQ(ops->readNum(sheet, 9, 9), 0.0);
+    EXPECT_STREQ(ops->readStr(sheet, 0, 0), "");
+    EXPECT_EQ(ops->isDate(sheet, 0, 0), 0);
+    EXPECT_EQ(ops->namedRangeCount(sheet), 0);
+    EXPECT_EQ(host().close(ctx, "csv", f), 0);
+    EXPECT_EQ(readFile("new.csv"), "1.5,,\"q\"\"t\"\n,TRUE\n\"a,b\",line\nfeed\n\n");
+}
+
+TEST(CsvWrite, NumberTooLongForTheBufferFailsTheClose) {
+    Context ctx(scratchDir());
+    ctx.realFormat = "%03000.1f";
+    writeFile("wide.csv", "1,x\n2\n");
+    void *f = host().open(ctx, "csv", "wide.csv", true);
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(host().close(ctx, "csv", f), 1);
+    EXPECT_EQ(readFile("wide.csv"), "");
+}
+
+TEST(CsvRead, BufferLimit) {
+    struct Case {
+        const char *options;
+        std::string content;
+        bool ok;
+        const char *error;
+    } cases[] = {
+        {"", "a\n" + std::string(2047, 'x') + "\n", true, ""},
+        {"", "a\n" + std::string(2048, 'x') + "\n", false, "SHEET: Buffer overflow at line 2\n"},
+        {"", "a\nb\n\"" + std::string(2048, 'x') + "\"", false,
+         "SHEET: Buffer overflow at line 3\n"},
+        {"bufsize=16;", "a\n" + std::string(3000, 'x') + "\n", true, ""},
+        {"bufsize=1;", std::string(1023, 'x'), true, ""},
+        {"bufsize=1;", std::string(1024, 'x'), false, "SHEET: Buffer overflow at line 1\n"},
+        {"bufsize=0;", std::string(2048, 'x'), false, "SHEET: Buffer overflow at line 1\n"},
+    };
+    for (const Case &c : cases) {
+        Context ctx(scratchDir());
+        writeFile("big.csv", c.content);
+        void *f = host().open(ctx, "csv", std::string(c.options) + "big.csv", false);
+        if (c.ok) {
+            ASSERT_NE(f, nullptr) << c.options << " " << c.content.size();
+            EXPECT_TRUE(ctx.reports.empty());
+            EXPECT_EQ(host().close(ctx, "csv", f), 0);
+            continue;
+        }
+        EXPECT_EQ(f, nullptr);
+        ASSERT_EQ(ctx.reports.size(), 1u);
+        EXPECT_EQ(ctx.reports[0].first, "failed to load data");
+        EXPECT_EQ(ctx.reports[0].second, 5);
+        EXPECT_EQ(ctx.allErrors(), c.error);
+        EXPECT_EQ(ctx.stream, nullptr); // closed again
+    }
+}
+
+TEST(CsvOpen, Refusals) {
+    Context ctx(scratchDir());
+    remove(pathOf("missing.csv").c_str());
+    int mode = 0;
+    EXPECT_EQ(host().open(ctx, "csv", "missing.csv", false, &mode), nullptr);
+    EXPECT_EQ(mode & QD_MODE_NOSTREAM, QD_MODE_NOSTREAM);
+    EXPECT_EQ(mode & QD_MODE_OPENED, QD_MODE_OPENED);
+    EXPECT_TRUE(ctx.reports.empty());
+
+    EXPECT_EQ(host().open(ctx, "csv", "grow;skiph;", false, &mode), nullptr);
+    ASSERT_EQ(ctx.reports.size(), 1u);
+    EXPECT_EQ(ctx.reports[0], std::make_pair(std::string("access denied"), 1));
+
+    Context elsewhere("/no/such/directory");
+    EXPECT_EQ(host().open(elsewhere, "csv", "x.csv", true, &mode), nullptr);
+    EXPECT_EQ(mode & QD_MODE_NOSTREAM, QD_MODE_NOSTREAM);
+}
+
+TEST(CsvOpen, SharingRules) {
+    writeFile("shared.csv", "1,2\n");
+    {
+        // Two reads share one store; nothing is saved.
+        Context ctx(scratchDir());
+        void *a = host().open(ctx, "csv", "shared.csv", false);
+        int mode = 0;
+        void *b = host().open(ctx, "csv", "noindex;shared.csv", false, &mode);
+        ASSERT_NE(a, nullptr);
+        EXPECT_EQ(a, b);
+        EXPECT_EQ(mode & QD_MODE_PENDING, 0);
+        EXPECT_EQ(fileOf(a)->references, 2);
+        EXPECT_EQ(ctx.streamsOpened, 1);
+        writeFile("shared.csv", "changed\n");
+        EXPECT_EQ(host().close(ctx, "csv", a), 0);
+        EXPECT_EQ(host().close(ctx, "csv", b), 0);
+        EXPECT_EQ(readFile("shared.csv"), "changed\n");
+        EXPECT_EQ(ctx.streamsOpened, 1);
+    }
+    writeFile("shared.csv", "1,2\n");
+    {
+        // Writing after a read-only open is refused with code 2.
+        Context ctx(scratchDir());
+        void *a = host().open(ctx, "csv", "shared.csv", false);
+        int mode = 0;
+        EXPECT_EQ(host().open(ctx, "csv", "shared.csv", true, &mode), nullptr);
+        EXPECT_EQ(mode & QD_MODE_PENDING, 0);
+        ASSERT_EQ(ctx.reports.size(), 1u);
+        EXPECT_EQ(ctx.reports[0], std::make_pair(std::string("file already open for reading only"), 2));
+        EXPECT_EQ(host().close(ctx, "csv", a), 0);
+    }
+    {
+        // The other order shares the store, and the last close saves it.
+        Context ctx(scratchDir());
+        void *w = host().open(ctx, "csv", "shared.csv", true);
+        void *r = host().open(ctx, "csv", "shared.csv", false);
+        ASSERT_NE(w, nullptr);
+        EXPECT_EQ(w, r);
+        SheetFile *f = fileOf(w);
+        EXPECT_TRUE(f->ops->writeStr(f->ops->getSheet(f->handle, 0), 0, 2, "new"));
+        EXPECT_EQ(host().close(ctx, "csv", r), 0);
+        EXPECT_EQ(readFile("shared.csv"), "1,2\n"); // still in memory
+        EXPECT_EQ(host().close(ctx, "csv", w), 0);
+        EXPECT_EQ(readFile("shared.csv"), "1,2,new\n");
+    }
+    {
+        // Two contexts get independent stores.
+        Context one(scratchDir()), two(scratchDir());
+        void *a = host().open(one, "csv", "shared.csv", true);
+        void *b = host().open(two, "csv", "shared.csv", false);
+        ASSERT_NE(a, nullptr);
+        ASSERT_NE(b, nullptr);
+        EXPECT_NE(a, b);
+        SheetFile *f = fileOf(a);
+        EXPECT_TRUE(f->ops->writeStr(f->ops->getSheet(f->handle, 0), 0, 0, "mine"));
+        EXPECT_EQ(dumpCells(b), "0,0=N1 0,1=N2 0,2=Snew");
+        EXPECT_EQ(host().close(one, "csv", a), 0);
+        EXPECT_EQ(dumpCells(b), "0,0=N1 0,1=N2 0,2=Snew");
+        EXPECT_EQ(host().close(two, "csv", b), 0);
+        EXPECT_EQ(readFile("shared.csv"), "mine,2,new\n");
+    }
+}
+
+} // namespace

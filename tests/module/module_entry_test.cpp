@@ -1,0 +1,114 @@
+// Loading the module through the reference host: its one export, versions,
+// services and the driver table.
+#include "refhost.h"
+#include "sheetfile.h"
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+#include <string>
+
+using namespace qdhost;
+
+namespace {
+
+const Host &host() {
+    static Host h;
+    return h;
+}
+
+TEST(ModuleEntry, LoadsWithVersions) {
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    EXPECT_EQ(host().version(), 5013);
+    EXPECT_EQ(host().interfaceVersion(), 1004000);
+    const qd_module_desc *d = host().description();
+    EXPECT_EQ(d->nconsts, 0);
+    EXPECT_EQ(d->nfuncs, 0);
+    EXPECT_EQ(d->ntypes, 0);
+    EXPECT_EQ(d->nservices, 5);
+}
+
+TEST(ModuleEntry, ExportsOnlyTheEntry) {
+    void *h = dlopen(QDSHEET_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(h, nullptr) << dlerror();
+    EXPECT_NE(dlsym(h, "qdsheet_init"), nullptr);
+    for (const char *hidden : {"_Z12parseOptionsjPPKcPiS2_S2_PcS3_", "g_host", "openText",
+                               "_Z8openTextP10qd_contextPiPKc"})
+        EXPECT_EQ(dlsym(h, hidden), nullptr) << hidden;
+    dlclose(h);
+}
+
+TEST(ModuleEntry, VersionServices) {
+    const struct {
+        int version;
+        bool refused;
+    } checks[] = {{999999, true}, {1000000, false}, {1002000, false},
+                  {1004000, false}, {1004001, true}, {0, true}};
+    for (const auto &c : checks)
+        EXPECT_EQ(host().checkVersion(c.version) != 0, c.refused) << c.version;
+
+    const struct {
+        int flag, before, after;
+    } adjusts[] = {{0, 999999, 1000000}, {0, 5, 1000000}, {0, 1000000, 1000000},
+                   {0, 1004000, 1004000}, {1, 999999, 999999}, {2, 5, 5}};
+    for (const auto &a : adjusts) {
+        int v = a.before;
+        host().adjustVersion(a.flag, &v);
+        EXPECT_EQ(v, a.after) << a.flag << " " << a.before;
+    }
+    EXPECT_EQ(host().setFlags(0xFF), 0);
+    EXPECT_NE(host().service(QD_SRV_FINISH), nullptr);
+}
+
+TEST(ModuleEntry, DriverTable) {
+    const char *bookInfo = "[noindex|partndx;][grow;][skiph[+];][bufsize=#;]filename";
+    const struct {
+        const char *name;
+        const char *info;
+    } drivers[] = {
+        {"xls", bookInfo},
+        {"xlsx", bookInfo},
+        {"csv", "[noindex|partndx;][grow;][skiph[+];][bufsize=#;][fsep=c;][dsep=c;][true=s;]"
+                "[false=s;]filename"},
+    };
+    for (const auto &d : drivers) {
+        const qd_driver *drv = host().driver(d.name);
+        ASSERT_NE(drv, nullptr) << d.name;
+        int n = 0;
+        for (const qd_driver_op *op = drv->ops; op->tag; ++op, ++n) {
+            EXPECT_EQ(op->tag, n + 1);
+            EXPECT_NE(op->op, nullptr);
+        }
+        EXPECT_EQ(n, 7) << d.name;
+        EXPECT_STREQ(host().driverInfo(d.name), d.info);
+        EXPECT_EQ(host().driverOp(d.name, QD_DRV_UNSUPPORTED1),
+                  host().driverOp(d.name, QD_DRV_UNSUPPORTED2));
+    }
+    int count = 0;
+    for (const qd_driver *drv = static_cast<const qd_driver *>(host().service(QD_SRV_DRIVERS));
+         drv->name; ++drv)
+        ++count;
+    EXPECT_EQ(count, 3);
+}
+
+TEST(ModuleEntry, NotSupportedReportsCodeOne) {
+    Context ctx;
+    auto fn = reinterpret_cast<qd_unsupported_fn>(
+        const_cast<void *>(host().driverOp("csv", QD_DRV_UNSUPPORTED1)));
+    ASSERT_NE(fn, nullptr);
+    EXPECT_EQ(fn(&ctx, nullptr, 1, 2), -1);
+    ASSERT_EQ(ctx.reports.size(), 1u);
+    EXPECT_EQ(ctx.reports[0], std::make_pair(std::string("operation not supported"), 1));
+}
+
+TEST(ModuleEntry, XlsxOpenSetsItsBitFirst) {
+    Context ctx;
+    int mode = 0;
+    host().open(ctx, "xlsx", "missing-book.xlsx", false, &mode);
+    EXPECT_EQ(mode & QD_MODE_XML, QD_MODE_XML);
+    EXPECT_EQ(mode & QD_MODE_OPENED, QD_MODE_OPENED);
+    host().open(ctx, "xls", "missing-book.xls", false, &mode);
+    EXPECT_EQ(mode & QD_MODE_XML, 0);
+}
+
+} // namespace

@@ -1,0 +1,192 @@
+// The TextSheet store linked directly: field classification, pages in any
+// order of insertion, extents, cell replacement and clearing.
+#include "refhost.h"
+#include "text_sheet.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <vector>
+
+namespace {
+
+TextSheet makeStore() {
+    TextSheet s;
+    memset(&s, 0, sizeof s);
+    resetStore(&s);
+    s.fieldSeparator = ',';
+    s.decimalSeparator = '.';
+    strcpy(s.trueText, "TRUE");
+    strcpy(s.falseText, "FALSE");
+    return s;
+}
+
+TEST(ClassifyField, Table) {
+    const struct {
+        const char *text;
+        int dsep;
+        int kind;
+        double number;
+    } cases[] = {
+        {"0", '.', CELL_NUMBER, 0},
+        {"12", '.', CELL_NUMBER, 12},
+        {"-12", '.', CELL_NUMBER, -12},
+        {"+.5", '.', CELL_NUMBER, 0.5},
+        {".25", '.', CELL_NUMBER, 0.25},
+        {"1e3", '.', CELL_NUMBER, 1000},
+        {"1E-2", '.', CELL_NUMBER, 0.01},
+        {"2.5e+1", '.', CELL_NUMBER, 25},
+        {"12.", '.', CELL_NUMBER, 12},
+        {"12.  ", '.', CELL_NUMBER, 12},
+        {"7 \t", '.', CELL_NUMBER, 7},
+        {"0.5", '.', CELL_NUMBER, 0.5},
+        {"1,5", ',', CELL_NUMBER, 1.5},
+        {"9007199254740991", '.', CELL_NUMBER, 9007199254740991.0},
+        {"-9007199254740991", '.', CELL_NUMBER, -9007199254740991.0},
+        {"9007199254740992.0", '.', CELL_NUMBER, 9007199254740992.0},
+        {"9007199254740992", '.', CELL_STRING, 0},
+        {"-9007199254740992", '.', CELL_STRING, 0},
+        {"12345678901234567890", '.', CELL_STRING, 0},
+        {"007", '.', CELL_STRING, 0},
+        {"-00", '.', CELL_STRING, 0},
+        {"1e", '.', CELL_STRING, 0},
+        {"1e+", '.', CELL_STRING, 0},
+        {"+.5e", '.', CELL_STRING, 0},
+        {"12a", '.', CELL_STRING, 0},
+        {"1.5", ',', CELL_STRING, 0},
+        {".", '.', CELL_STRING, 0},
+        {"+", '.', CELL_STRING, 0},
+        {"-.", '.', CELL_STRING, 0},
+        {"12.x", '.', CELL_STRING, 0},
+        {"1.e5", '.', CELL_STRING, 0},
+        {" 1", '.', CELL_STRING, 0},
+        {"1 2", '.', CELL_STRING, 0},
+        {"0x10", '.', CELL_STRING, 0},
+        {"inf", '.', CELL_STRING, 0},
+        {"TRUE", '.', CELL_BOOL, 1},
+        {"FALSE", '.', CELL_BOOL, 0},
+        {"true", '.', CELL_STRING, 0},
+        {"TRUE ", '.', CELL_STRING, 0},
+        {"", '.', CELL_STRING, 0},
+    };
+    for (const auto &c : cases) {
+        TextSheet s = makeStore();
+        s.decimalSeparator = c.dsep;
+        double number = -1;
+        int kind = classifyField(&s, c.text, &number);
+        EXPECT_EQ(kind, c.kind) << c.text;
+        if (kind != CELL_STRING && c.kind == kind) {
+            EXPECT_DOUBLE_EQ(number, c.number) << c.text;
+        }
+    }
+}
+
+TEST(TextStore, PagesInAnyOrder) {
+    g_host = qdhost::hostTable();
+    TextSheet s = makeStore();
+    // Columns that hit many pages, inserted in a shuffled order, twice over
+    // several rows, then read back in another order.
+    std::vector<int> cols;
+    for (int c : {0, 1, 63, 64, 65, 127, 128, 500, 640, 1000, 4095, 70000, 3, 200, 129})
+        cols.push_back(c);
+    std::mt19937 rng(7);
+    const int rows[] = {0, 1, 255, 256, 257, 9000, 20000};
+    for (int r : rows) {
+        std::shuffle(cols.begin(), cols.end(), rng);
+        for (int c : cols)
+            ASSERT_EQ(setNumber(&s, r, c, r * 100000.0 + c), 0);
+    }
+    EXPECT_EQ(s.firstRow, 0);
+    EXPECT_EQ(s.lastRow, 20000);
+    EXPECT_EQ(s.firstCol, 0);
+    EXPECT_EQ(s.lastCol, 70000);
+    EXPECT_GE(s.rowCapacity, 20001);
+    for (int r : rows) {
+        std::shuffle(cols.begin(), cols.end(), rng);
+        for (int c : cols) {
+            EXPECT_EQ(cellKind(&s, r, c), CELL_NUMBER) << r << "," << c;
+            EXPECT_EQ(cellNumber(&s, r, c), r * 100000.0 + c);
+        }
+        // Pages are linked in order from the lowest.
+        TextPage *p = s.rows[r].cursor;
+        while (p->lower)
+            p = p->lower;
+        int pages = 0, last = -1;
+        for (; p; p = p->higher, ++pages) {
+            EXPECT_GT(p->pageNumber, last);
+            last = p->pageNumber;
+        }
+        EXPECT_EQ(pages, 9); // pages 0, 1, 2, 3, 7, 10, 15, 63 and 1093
+        EXPECT_EQ(s.rows[r].firstCol, 0);
+        EXPECT_EQ(s.rows[r].lastCol, 70000);
+        EXPECT_EQ(cellKind(&s, r, 2), CELL_EMPTY);
+        EXPECT_EQ(cellKind(&s, r, 70001), CELL_EMPTY);
+        EXPECT_EQ(cellKind(&s, r, 300), CELL_EMPTY); // page 4 absent
+    }
+    EXPECT_EQ(cellKind(&s, 2, 0), CELL_EMPTY);
+    EXPECT_EQ(cellKind(&s, 30000, 0), CELL_EMPTY);
+    EXPECT_EQ(cellKind(&s, -1, -1), CELL_EMPTY);
+    clearStore(&s);
+    EXPECT_EQ(s.rowCapacity, 0);
+    EXPECT_EQ(s.firstRow, TEXT_NO_COLUMN);
+    EXPECT_EQ(cellKind(&s, 0, 0), CELL_EMPTY);
+}
+
+TEST(TextStore, RowTableGrowth) {
+    g_host = qdhost::hostTable();
+    const struct {
+        std::vector<int> rows;
+        int capacity;
+    } cases[] = {
+        {{0}, 256},
+        {{0, 256}, 512},
+        {{0, 256, 512}, 1024},
+        {{0, 256, 512, 1024, 2048, 4096, 8192}, 16384},
+        {{0, 256, 512, 1024, 2048, 4096, 8192, 16384}, 24576},
+        {{5}, 256},
+        {{300}, 512},
+        {{1000}, 1024},
+        {{0, 1000}, 1024},
+    };
+    for (const auto &c : cases) {
+        TextSheet s = makeStore();
+        for (int r : c.rows)
+            ASSERT_EQ(setBool(&s, r, 0, 1), 0);
+        EXPECT_EQ(s.rowCapacity, c.capacity);
+        EXPECT_EQ(s.rows[s.rowCapacity - 1].firstCol, TEXT_NO_COLUMN);
+        clearStore(&s);
+    }
+}
+
+TEST(TextStore, CellsReplaceEachOther) {
+    g_host = qdhost::hostTable();
+    TextSheet s = makeStore();
+    ASSERT_EQ(setText(&s, 3, 5, "abc"), 0);
+    EXPECT_STREQ(cellText(&s, 3, 5), "abc");
+    EXPECT_EQ(cellNumber(&s, 3, 5), 0.0);
+    ASSERT_EQ(setNumber(&s, 3, 5, 2.5), 0); // frees the text
+    EXPECT_EQ(cellKind(&s, 3, 5), CELL_NUMBER);
+    EXPECT_STREQ(cellText(&s, 3, 5), "");
+    ASSERT_EQ(setText(&s, 3, 5, "x"), 0);
+    ASSERT_EQ(setBool(&s, 3, 5, 0), 0);
+    EXPECT_EQ(cellKind(&s, 3, 5), CELL_BOOL);
+    EXPECT_STREQ(cellBoolText(&s, 3, 5), "FALSE");
+    ASSERT_EQ(setBool(&s, 3, 5, 1), 0);
+    EXPECT_STREQ(cellBoolText(&s, 3, 5), "TRUE");
+    ASSERT_EQ(setText(&s, 3, 5, "again"), 0);
+    ASSERT_EQ(setText(&s, 3, 5, nullptr), 0);
+    EXPECT_EQ(cellKind(&s, 3, 5), CELL_EMPTY);
+    EXPECT_EQ(s.rows[3].lastCol, 5);
+    EXPECT_EQ(cellBoolText(&s, 0, 0), nullptr);
+    // Writing outside the addressable sheet fails with the message.
+    qdhost::Context ctx;
+    s.context = &ctx;
+    EXPECT_EQ(setNumber(&s, -1, 0, 1), 1);
+    EXPECT_EQ(ctx.allErrors(), "SHEET: Out of memory error");
+    clearStore(&s);
+}
+
+} // namespace
