@@ -1,0 +1,180 @@
+// StrUtil, Converter, case-insensitive comparison and MemPool.
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "book/converter.h"
+#include "book/mem_pool.h"
+#include "book/str_util.h"
+#include "book/tberror.h"
+
+using namespace tabrix;
+
+namespace {
+
+TEST(StrUtilTest, Replace) {
+    struct Case {
+        std::wstring text, from, to, result;
+        bool replaced;
+    };
+    const Case cases[] = {
+        {L"", L"a", L"b", L"", false},
+        {L"abc", L"", L"x", L"abc", false},
+        {L"abc", L"d", L"x", L"abc", false},
+        {L"abcabc", L"b", L"xx", L"axxcaxxc", true},
+        {L"aaa", L"a", L"aa", L"aaaaaa", true}, // `to` holding `from` doesn't loop
+        {L"it''s", L"''", L"'", L"it's", true},
+        {L"abab", L"ab", L"", L"", true},
+    };
+    for (const Case &c : cases) {
+        std::wstring t = c.text;
+        EXPECT_EQ(StrUtil::replace(t, c.from, c.to), c.replaced);
+        EXPECT_EQ(t, c.result);
+    }
+}
+
+TEST(StrUtilTest, Split) {
+    struct Case {
+        std::wstring text, separators;
+        bool found;
+        std::wstring left, right;
+    };
+    const Case cases[] = {
+        {L"Sheet1!A1", L"!", true, L"Sheet1", L"A1"},
+        {L"A1:B2", L":", true, L"A1", L"B2"},
+        {L"noseparator", L"!", false, L"L", L"R"},
+        {L"a:", L":", true, L"a", L""},
+        {L":b", L":", true, L"", L"b"},
+        // several separators: skips as many characters as there are
+        // separators, whichever one matched
+        {L"a;b,c", L",;", true, L"a", L",c"},
+        {L"ab", L"xb", true, L"a", L""},
+    };
+    for (const Case &c : cases) {
+        std::wstring left = L"L", right = L"R";
+        EXPECT_EQ(StrUtil::split(c.text, c.separators, left, right), c.found);
+        EXPECT_EQ(left, c.left);
+        EXPECT_EQ(right, c.right);
+    }
+}
+
+TEST(StrUtilTest, QuoteAndUnquote) {
+    struct Case {
+        std::wstring plain, quoted;
+    };
+    const Case cases[] = {
+        {L"Sheet1", L"Sheet1"},
+        {L"My Sheet", L"'My Sheet'"},
+        {L"a-b", L"'a-b'"},
+        {L"O'Neil data", L"'O''Neil data'"},
+        {L"x.y+z", L"x.y+z"}, // no other character forces quoting
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(StrUtil::quote(c.plain), c.quoted);
+        EXPECT_EQ(StrUtil::unquote(c.quoted), c.plain);
+    }
+    struct Raw {
+        std::wstring in, out;
+    };
+    const Raw raws[] = {
+        {L"''", L"'"},      // too short to strip: only undoubled
+        {L"'a'", L"a"},
+        {L"it''s", L"it's"},
+        {L"'a", L"'a"},
+        {L"''''", L"'"},
+    };
+    for (const Raw &r : raws)
+        EXPECT_EQ(StrUtil::unquote(r.in), r.out) << r.in.size();
+}
+
+TEST(Compare, CaseInsensitive) {
+    EXPECT_EQ(sicmp(std::string("Sheet1"), std::string("sHEET1")), 0);
+    EXPECT_NE(sicmp(std::string("Sheet1"), std::string("Sheet2")), 0);
+    EXPECT_NE(sicmp(std::string("Sheet"), std::string("Sheet1")), 0);
+    EXPECT_EQ(sicmp(std::wstring(L"DATA"), std::wstring(L"data")), 0);
+    EXPECT_LT(sicmp2(L"abc", L"ABD"), 0);
+    EXPECT_GT(sicmp2(L"b", L"A"), 0);
+    EXPECT_LT(sicmp2(L"ab", L"AB c"), 0);
+    EXPECT_EQ(sicmp2(L"Names", L"nAMES"), 0);
+    std::set<std::wstring, CaseInsensitiveLess> names{L"Print_Area", L"print_area", L"Data"};
+    EXPECT_EQ(names.size(), 2u);
+    EXPECT_EQ(names.count(L"PRINT_AREA"), 1u);
+}
+
+TEST(ConverterTest, Numbers) {
+    EXPECT_EQ(Converter::doubleToString(0.1), L"0.10000000000000001");
+    EXPECT_EQ(Converter::doubleToString(-2), L"-2");
+    EXPECT_EQ(Converter::doubleToString(1e300), L"1.0000000000000001e+300");
+    EXPECT_EQ(Converter::intToString(-2147483647 - 1), L"-2147483648");
+    EXPECT_EQ(Converter::intToHexString(255), L"FF");
+    EXPECT_EQ(Converter::intToAnsiString(42), "42");
+    EXPECT_EQ(Converter::stringToDouble(L"2.5e3"), 2500.0);
+    EXPECT_EQ(Converter::stringToDouble(L"abc"), 0.0);
+    EXPECT_EQ(Converter::ansiStringToInt("17x"), 17);
+    EXPECT_EQ(Converter::ansiStringToInt("x"), 0);
+    EXPECT_EQ(Converter::stringToInt(L" 123"), 123);
+    EXPECT_EQ(Converter::hexStringToInt(L"1f"), 31);
+    for (const wchar_t *bad : {L"", L"abc", L"-"}) {
+        try {
+            Converter::stringToInt(bad);
+            ADD_FAILURE() << "no exception";
+        } catch (const tberror &e) {
+            EXPECT_STREQ(e.what(), "can't convert string to int");
+        }
+    }
+    EXPECT_THROW(Converter::hexStringToInt(L"xyz"), tberror);
+}
+
+class Counted : public BaseClass {
+public:
+    explicit Counted(int &live) : _live(live) { ++_live; }
+    ~Counted() override { --_live; }
+
+private:
+    int &_live;
+};
+
+TEST(MemPoolTest, BlockBoundaries) {
+    MemPool pool;
+    EXPECT_EQ(pool.allocA(0), nullptr);
+    EXPECT_EQ(pool.allocW(0), nullptr);
+    EXPECT_EQ(pool.blockCountA(), 0u);
+
+    // exactly one block's worth fits into one block
+    char *a = pool.allocA(MemPool::kBlockSize);
+    ASSERT_NE(a, nullptr);
+    a[0] = 'x';
+    a[MemPool::kBlockSize - 1] = 'y';
+    EXPECT_EQ(pool.blockCountA(), 1u);
+    // one more opens a new block
+    char *b = pool.allocA(1);
+    EXPECT_EQ(pool.blockCountA(), 2u);
+    // requests are never split: what doesn't fit the rest opens a block
+    char *c = pool.allocA(MemPool::kBlockSize - 2);
+    EXPECT_EQ(c, b + 1);
+    EXPECT_EQ(pool.blockCountA(), 2u);
+    pool.allocA(2);
+    EXPECT_EQ(pool.blockCountA(), 3u);
+
+    wchar_t *w1 = pool.allocW(3);
+    wchar_t *w2 = pool.allocW(4);
+    EXPECT_EQ(w2, w1 + 3);
+    EXPECT_EQ(pool.blockCountW(), 1u);
+
+    EXPECT_THROW(pool.allocA(MemPool::kBlockSize + 1), tberror);
+
+    int live = 0;
+    pool.addPointer(new Counted(live));
+    pool.addPointer(new Counted(live));
+    EXPECT_EQ(live, 2);
+    pool.free();
+    EXPECT_EQ(live, 0);
+    EXPECT_EQ(pool.blockCountA(), 0u);
+    EXPECT_EQ(pool.blockCountW(), 0u);
+    // after free the offset is at the limit again: the next request allocates
+    pool.allocW(1);
+    EXPECT_EQ(pool.blockCountW(), 1u);
+}
+
+} // namespace
