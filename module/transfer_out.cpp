@@ -226,17 +226,18 @@ int growRows(RangeSpec *spec, long long needed) {
 
 int writeCell(qd_context *ctx, RangeSpec *spec, qd_type leafType, int rowOffset, int colOffset,
               const qd_value *value) {
+    // The sheet writers answer true on success, as the library's do.
     int row = spec->firstRow + rowOffset;
     int col = spec->firstCol + colOffset;
     switch (leafType & QD_BASE_MASK) {
     case QD_INT:
-        return spec->ops.writeNum(spec->sheet, row, col, (double)value->i) != 0;
+        return spec->ops.writeNum(spec->sheet, row, col, (double)value->i) == 0;
     case QD_REAL:
-        return spec->ops.writeNum(spec->sheet, row, col, value->r) != 0;
+        return spec->ops.writeNum(spec->sheet, row, col, value->r) == 0;
     case QD_STRING:
-        return spec->ops.writeStr(spec->sheet, row, col, value->s ? value->s : "") != 0;
+        return spec->ops.writeStr(spec->sheet, row, col, value->s ? value->s : "") == 0;
     case QD_BOOL:
-        return spec->ops.writeBool(spec->sheet, row, col, value->b != 0) != 0;
+        return spec->ops.writeBool(spec->sheet, row, col, value->b != 0) == 0;
     default:
         break;
     }
@@ -246,7 +247,7 @@ int writeCell(qd_context *ctx, RangeSpec *spec, qd_type leafType, int rowOffset,
         fail(ctx, "SHEET: Buffer overflow.\n");
         return 1;
     }
-    return spec->ops.writeStr(spec->sheet, row, col, spec->buffer) != 0;
+    return spec->ops.writeStr(spec->sheet, row, col, spec->buffer) == 0;
 }
 
 int writeRecord(qd_context *ctx, RangeSpec *spec, int rowOffset, int *position, void *record,

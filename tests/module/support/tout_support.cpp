@@ -1,0 +1,59 @@
+#include "support/tout_support.h"
+
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace tout {
+
+std::string scratch(const std::string &name) {
+    return std::string(TABRIX_TEST_TMP) + "/tout_" + std::to_string(getpid()) + "_" + name;
+}
+
+std::string slurp(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+void spit(const std::string &path, const std::string &text) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << text;
+}
+
+qdhost::Host &host() {
+    static qdhost::Host loaded;
+    return loaded;
+}
+
+qdhost::Set *textSet(qdhost::Context &ctx, const std::vector<std::string> &items,
+                     qdhost::SetOptions opt) {
+    qdhost::Set *set = ctx.newSet(QD_STRING, opt);
+    for (const std::string &item : items) set->add(qdhost::qdStr(item.c_str()));
+    return set;
+}
+
+qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items, qdhost::SetOptions opt) {
+    qdhost::Set *set = ctx.newSet(QD_INT, opt);
+    for (qd_int item : items) set->add(qdhost::qdInt(item));
+    return set;
+}
+
+std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array) {
+    std::map<std::vector<std::string>, std::string> out;
+    int dims = array.dimensions();
+    std::vector<int> at(dims);
+    for (bool more = array.firstCell(at.data()); more; more = array.nextCell(at.data())) {
+        std::vector<std::string> key;
+        for (int d = 0; d < dims; d++) {
+            qd_value v{};
+            array.sets()[d]->element(at[d], &v);
+            key.push_back(qdhost::valueText(array.sets()[d]->baseType(), v));
+        }
+        out[key] = qdhost::valueText(array.elementType(), array.get(at.data()));
+    }
+    return out;
+}
+
+} // namespace tout

@@ -1,0 +1,32 @@
+// Helpers of the writing tests: scratch files, the loaded module, builders
+// of index sets and views of arrays that compare as plain text.
+#ifndef TOUT_SUPPORT_H
+#define TOUT_SUPPORT_H
+
+#include "refhost.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tout {
+
+// A scratch file path unique to this process and name.
+std::string scratch(const std::string &name);
+std::string slurp(const std::string &path);
+void spit(const std::string &path, const std::string &text);
+
+// The module loaded through the reference host, once per process.
+qdhost::Host &host();
+
+qdhost::Set *textSet(qdhost::Context &ctx, const std::vector<std::string> &items,
+                     qdhost::SetOptions opt = {});
+qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items,
+                    qdhost::SetOptions opt = {});
+
+// Every cell of the array (stored or default) keyed by its index texts.
+std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array);
+
+} // namespace tout
+
+#endif
