@@ -205,3 +205,50 @@ TEST(HostModule, InitAndServices) {
 }
 
 } // namespace
+
+namespace {
+
+// The helpers that open, transfer and close, over the "csv" driver.
+TEST(HostModule, CsvRoundTripThroughHelpers) {
+    Host host;
+    if (host.loadError().rfind("qdsheet_init answered", 0) == 0)
+        GTEST_SKIP() << "module entry not ready: " << host.loadError();
+    ASSERT_TRUE(host.loaded()) << host.loadError();
+    std::string path = scratch("roundtrip.csv");
+    std::string dir = path.substr(0, path.rfind('/'));
+
+    Context out(dir);
+    Set *names = out.newSet(QD_STRING, {qdStr("north"), qdStr("south")});
+    Array *values = out.newArray(QD_REAL, {names});
+    values->set({0}, qdReal(1.25));
+    values->set({1}, qdReal(-3));
+    int mode = 0;
+    void *file = host.open(out, "csv", "roundtrip.csv", true, &mode);
+    ASSERT_NE(file, nullptr) << out.allErrors();
+    EXPECT_EQ(mode & (QD_MODE_OPENED | QD_MODE_PENDING | QD_MODE_WRITE),
+              QD_MODE_OPENED | QD_MODE_WRITE);
+    std::vector<Item> items{{"[A1:B2]", values->type(), values}};
+    EXPECT_EQ(host.transferOut(out, "csv", file, items), 0) << out.allErrors();
+    EXPECT_EQ(host.close(out, "csv", file), 0);
+
+    Context in(dir);
+    Set *readNames = in.newSet(QD_STRING);
+    Array *readValues = in.newArray(QD_REAL, {readNames});
+    int counter = -1;
+    ASSERT_EQ(host.readItem(in, "csv", "roundtrip.csv", "[A1:B2]", readValues->type(), readValues,
+                            &counter),
+              0)
+        << in.allErrors();
+    EXPECT_EQ(counter, 2);
+    EXPECT_EQ(readNames->texts(), names->texts());
+    EXPECT_EQ(readValues->entries(), values->entries());
+    EXPECT_EQ(in.beginLoads(), in.endLoads());
+    EXPECT_EQ(in.streamsOpened, in.streamsClosed);
+
+    Context missing(dir);
+    EXPECT_EQ(host.readItem(missing, "csv", "absent.csv", "[A1:B2]", readValues->type(),
+                            readValues),
+              -1);
+}
+
+} // namespace
