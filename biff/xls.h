@@ -1,0 +1,119 @@
+// Xls: the byte-level access of a binary workbook held in a compound file.
+// Reading, it finds the workbook stream and serves its bytes sector by
+// sector; writing, it lays the workbook stream out behind the header and at
+// close() appends the streams kept from a load, the allocation tables and
+// the directory.  The stream is owned by the caller: a file stream for
+// disk files, a string stream for memory.
+#ifndef TABRIX_BIFF_XLS_H
+#define TABRIX_BIFF_XLS_H
+
+#include "biff/cfb_directory.h"
+#include "biff/cfb_header.h"
+
+#include <cstdint>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tabrix {
+
+class XlsCore {
+public:
+    XlsCore();
+
+    // true: a new file's container (two directory entries, nothing kept);
+    // false: keep directory, kept streams and mini FAT for a re-save.
+    void reset(bool fresh);
+    void setStreamPtr(std::iostream *s) { stream_ = s; }
+    std::iostream *stream() const { return stream_; }
+    void flush();
+
+    void calcFileSize();
+    uint32_t fileSize() const { return fileSize_; }
+
+    // Opens the container; `total` counts the metadata bytes read.
+    void readHeader(unsigned &total);
+    // Keeps every stream other than the workbook stream for a later save.
+    void readSections();
+
+    size_t read(void *buffer, size_t length);
+    size_t readMini(void *buffer, size_t length);
+    void goSector(uint32_t n);
+    void goMiniSector(uint32_t m);
+    // On a short read the value is 0 and eof() is set.
+    void readInt16(uint16_t &value);
+    void readInt32(uint32_t &value);
+    void readDouble(double &value);
+    bool eof() const { return eof_; }
+    uint32_t size() const;
+
+    void setCheckPoint(uint16_t tag);
+    uint16_t restoreCheckPoint();
+    uint16_t peekInt16();
+
+    void writeHeader();
+    void write(const void *buffer, size_t length);
+    uint32_t writePos();
+    uint32_t writeTail(uint32_t size, uint8_t fill);
+    void close();
+
+    std::string dump() const;
+
+    const XlsHeader &header() const { return header_; }
+    const std::vector<DirEntry> &directory() const { return dir_; }
+    const std::vector<uint32_t> &fat() const { return fat_; }
+    const std::vector<uint32_t> &miniFat() const { return miniFat_; }
+    const std::vector<uint32_t> &difat() const { return difat_; }
+    const std::map<size_t, std::vector<uint8_t>> &keptStreams() const { return kept_; }
+    size_t workbookIndex() const { return workbook_; }
+
+private:
+    void loadDifat(unsigned &total);
+    void loadFat(unsigned &total);
+    void loadMiniFat(unsigned &total);
+    void loadDir(unsigned &total);
+    void setWorkbookEntry();
+    void readRaw(void *buffer, size_t length);
+    uint32_t fatNext(uint32_t n) const;
+    uint32_t miniFatNext(uint32_t m) const;
+    std::vector<uint8_t> readWholeStream(const DirEntry &e);
+    void writeRaw(const void *buffer, size_t length);
+    void writeFill(size_t count, uint8_t fill);
+
+    struct CheckPoint {
+        std::streamoff readPos = 0, writePos = 0;
+        uint32_t sector = 0, offset = 0;
+        uint64_t readTotal = 0, hops = 0;
+        bool eof = false;
+        uint16_t tag = 0;
+    };
+
+    XlsHeader header_;
+    uint32_t sectorSize_ = 512;
+    uint32_t miniSectorSize_ = 64;
+    std::vector<uint32_t> difat_;
+    std::vector<uint32_t> fat_;
+    std::vector<uint32_t> miniFat_;
+    std::vector<DirEntry> dir_;
+    size_t workbook_ = 1;
+    // Keyed by directory index so that a save visits them in directory order.
+    std::map<size_t, std::vector<uint8_t>> kept_;
+    uint32_t curSector_ = 0;
+    uint32_t sectorOffset_ = 0;
+    uint64_t readTotal_ = 0;
+    uint64_t hops_ = 0; // sectors followed, bounds a cyclic chain
+    uint64_t written_ = 0;
+    bool eof_ = false;
+    CheckPoint check_;
+    uint32_t fileSize_ = 0;
+    std::iostream *stream_ = nullptr;
+};
+
+// The record layer is built on this class for each character type.
+template <class TCHAR>
+class Xls : public XlsCore {};
+
+} // namespace tabrix
+
+#endif

@@ -1,0 +1,223 @@
+// Reading compound files: stream lookup, mini stream, and the failures of
+// broken and hostile containers.
+#include "biff/support/cfb_builder.h"
+#include "biff/xls.h"
+#include "book/tberror.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+
+using namespace tabrix;
+using cfbtest::Built;
+using cfbtest::buildCfb;
+using cfbtest::pattern;
+
+namespace {
+
+struct Opened {
+    std::stringstream ss;
+    Xls<char> xls;
+};
+
+// Opens `bytes`; answers the failure text, or "" on success.
+std::string openText(const std::string &bytes, Opened &o, bool sections = false) {
+    o.ss.str(bytes);
+    o.xls.reset(true);
+    o.xls.setStreamPtr(&o.ss);
+    try {
+        o.xls.calcFileSize();
+        unsigned total = 0;
+        o.xls.readHeader(total);
+        if (sections) o.xls.readSections();
+    } catch (const tberror &e) {
+        return e.what();
+    }
+    return "";
+}
+
+std::vector<uint8_t> readAll(Xls<char> &x, size_t n) {
+    std::vector<uint8_t> out(n);
+    size_t got = 0;
+    while (got < n) {
+        size_t step = std::min<size_t>(n - got, 997);
+        size_t r = x.read(out.data() + got, step);
+        got += r;
+        if (r < step) break;
+    }
+    out.resize(got);
+    return out;
+}
+
+} // namespace
+
+TEST(CfbRead, FindsWorkbookStreamAndReadsIt) {
+    struct Case {
+        const char *what;
+        std::vector<std::string> names;
+        size_t size;
+        size_t expectIndex; // directory index of the chosen entry
+    };
+    const Case cases[] = {
+        {"regular stream", {"Workbook"}, 9000, 1},
+        {"mini stream", {"Workbook"}, 100, 1},
+        {"just under cutoff", {"Workbook"}, 4095, 1},
+        {"Book fallback, any case", {"bOOk"}, 5000, 1},
+        {"Workbook wins over earlier Book", {"Book", "Workbook"}, 6000, 2},
+        {"lower-case workbook", {"Other", "workbook"}, 300, 2},
+    };
+    for (const Case &c : cases) {
+        std::vector<cfbtest::StreamSpec> specs;
+        for (size_t i = 0; i < c.names.size(); ++i)
+            specs.push_back({c.names[i], pattern(c.size, uint32_t(i + 7))});
+        Built b = buildCfb(specs);
+        Opened o;
+        ASSERT_EQ(openText(b.str(), o), "") << c.what;
+        EXPECT_EQ(o.xls.workbookIndex(), c.expectIndex) << c.what;
+        EXPECT_EQ(o.xls.size(), c.size) << c.what;
+        EXPECT_EQ(readAll(o.xls, c.size), specs[c.expectIndex - 1].bytes) << c.what;
+    }
+}
+
+TEST(CfbRead, ReadsIntegersAndPeeksWithoutMoving) {
+    std::vector<uint8_t> wb(5000, 0);
+    const uint8_t head[] = {0x09, 0x08, 0x10, 0x00, 0x78, 0x56, 0x34, 0x12,
+                            0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
+    std::copy(head, head + sizeof head, wb.begin());
+    Opened o;
+    ASSERT_EQ(openText(buildCfb({{"Workbook", wb}}).str(), o), "");
+    EXPECT_EQ(o.xls.peekInt16(), 0x0809);
+    uint16_t a = 0, b = 0;
+    uint32_t c = 0;
+    double d = 0;
+    o.xls.readInt16(a);
+    o.xls.readInt16(b);
+    o.xls.readInt32(c);
+    o.xls.readDouble(d);
+    EXPECT_EQ(a, 0x0809);
+    EXPECT_EQ(b, 0x0010);
+    EXPECT_EQ(c, 0x12345678u);
+    EXPECT_EQ(d, 1.0);
+    o.xls.setCheckPoint(42);
+    o.xls.readInt32(c);
+    EXPECT_EQ(o.xls.restoreCheckPoint(), 42);
+    EXPECT_EQ(o.xls.peekInt16(), 0);
+}
+
+TEST(CfbRead, EndOfChainRaisesEofWithShortCount) {
+    Opened o;
+    ASSERT_EQ(openText(buildCfb({{"Workbook", pattern(4600, 3)}}).str(), o), "");
+    std::vector<uint8_t> buf(8192);
+    EXPECT_EQ(o.xls.read(buf.data(), buf.size()), 4608u); // the whole chain: 9 sectors
+    EXPECT_TRUE(o.xls.eof());
+    uint16_t v = 7;
+    o.xls.readInt16(v);
+    EXPECT_EQ(v, 0);
+}
+
+TEST(CfbRead, StreamSizeUpperHalfIsIgnored) {
+    Built b = buildCfb({{"Workbook", pattern(5000, 1)}});
+    b.put32(b.dirEntry(1) + 124, 0x00000001);
+    Opened o;
+    ASSERT_EQ(openText(b.str(), o), "");
+    EXPECT_EQ(o.xls.size(), 5000u);
+    EXPECT_EQ(o.xls.directory()[1].streamSize, 5000u);
+}
+
+TEST(CfbRead, KeepsOtherStreams) {
+    auto big = pattern(5000, 11), small = pattern(3000, 12);
+    Built b = buildCfb({{"Workbook", pattern(6000, 10)}, {"Big", big}, {"Small", small}});
+    Opened o;
+    ASSERT_EQ(openText(b.str(), o, true), "");
+    const auto &kept = o.xls.keptStreams();
+    ASSERT_EQ(kept.size(), 2u); // root (the mini stream) and Big
+    EXPECT_EQ(kept.at(2), big);
+    ASSERT_EQ(kept.count(0), 1u);
+    // The small stream lives in the kept mini stream at its mini sector.
+    std::vector<uint8_t> inMini(kept.at(0).begin() + size_t(b.starts[2]) * 64,
+                                kept.at(0).begin() + size_t(b.starts[2]) * 64 + 3000);
+    EXPECT_EQ(inMini, small);
+}
+
+TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
+    using Mutate = std::function<void(Built &)>;
+    struct Case {
+        const char *what;
+        Mutate mutate;
+        std::string message;
+        bool sections = false;
+    };
+    const uint32_t E = 0xFFFFFFFE;
+    const Case cases[] = {
+        {"truncated header", [](Built &b) { b.file.resize(511); },
+         "readHeader: file is corrupt (size < 512 bytes)"},
+        {"empty file", [](Built &b) { b.file.clear(); },
+         "readHeader: file is corrupt (size < 512 bytes)"},
+        {"bad signature", [](Built &b) { b.file[7] = 0; }, "invalid file format"},
+        {"bad signature, header only", [](Built &b) { b.file.resize(512); b.file[0] = 'P'; },
+         "invalid file format"},
+        {"fat count mismatch", [](Built &b) { b.put32(44, 2); },
+         "Xls::loadFat(): extract fat sectors (1) not equal _header.numFatSectors (2)"},
+        {"fat sector out of file", [](Built &b) { b.put32(76, 5000); },
+         "Xls: sector #5000 is out of the file"},
+        {"difat count without chain", [](Built &b) { b.put32(72, 1); },
+         "Xls::loadDifat(): difat chain sectors (0) not equal _header.numDifatSectors (1)"},
+        {"difat chain without count", [](Built &b) { b.put32(68, 3); },
+         "Xls::loadDifat(): difat chain contains more sectors than _header.numDifatSectors (0)"},
+        {"difat count beyond file", [](Built &b) { b.put32(72, 0x7FFFFFFF); },
+         "loadDifat: file is corrupt [1]"},
+        {"directory sector points to itself",
+         [](Built &b) { b.put32(b.fatEntry(b.firstDir), b.firstDir); }, "loadDir: error in fat [1]"},
+        {"directory cycle over two sectors",
+         [](Built &b) {
+             b.put32(b.fatEntry(b.firstDir), b.starts[0] + 1);
+             b.put32(b.fatEntry(b.starts[0] + 1), b.firstDir);
+         },
+         "loadDir: file is corrupt [1]"},
+        {"directory sector beyond fat", [](Built &b) { b.put32(48, 9999); },
+         "Xls::loadDir(): sector #9999 is not found in _fat"},
+        {"mini fat sector points to itself",
+         [](Built &b) { b.put32(b.fatEntry(b.miniFatSector), b.miniFatSector); },
+         "loadMiniFat: error in fat"},
+        {"mini fat longer than declared",
+         [](Built &b) { b.put32(b.fatEntry(b.miniFatSector), b.firstDir); },
+         "error in loading minifat"},
+        {"no workbook", [](Built &b) { b.put32(b.dirEntry(1), 0x00580058); },
+         "Xls::read(): workbook section is not found"},
+        {"empty workbook stream", [E](Built &b) { b.put32(b.dirEntry(1) + 116, E); },
+         "Xls::read(): workbook stream is empty"},
+        {"workbook start beyond file", [](Built &b) { b.put32(b.dirEntry(1) + 116, 70000); },
+         "Xls: sector #70000 is out of the file"},
+        {"sector shift zero", [](Built &b) { b.file[30] = 0; }, "readHeader: unsupported sector size"},
+        {"kept stream larger than file",
+         [](Built &b) { b.put32(b.dirEntry(2) + 120, 0x7FFFFFFF); },
+         "Xls::readSections(): stream size is out of the file", true},
+        {"kept stream chain cut short",
+         [E](Built &b) { b.put32(b.fatEntry(b.starts[1]), E); },
+         "Xls::readSections(): stream is shorter than its size", true},
+    };
+    for (const Case &c : cases) {
+        Built b = buildCfb({{"Workbook", pattern(5000, 1)}, {"Other", pattern(6000, 2)},
+                            {"Tiny", pattern(100, 3)}});
+        c.mutate(b);
+        Opened o;
+        EXPECT_EQ(openText(b.str(), o, c.sections), c.message) << c.what;
+    }
+}
+
+TEST(CfbRead, CyclicWorkbookChainEndsWithError) {
+    Built b = buildCfb({{"Workbook", pattern(5000, 1)}});
+    uint32_t s = b.starts[0];
+    b.put32(b.fatEntry(s + 9), s + 2); // last sector loops back
+    Opened o;
+    ASSERT_EQ(openText(b.str(), o), "");
+    std::vector<uint8_t> buf(4096);
+    std::string msg;
+    try {
+        for (int i = 0; i < 1000 && !o.xls.eof(); ++i) o.xls.read(buf.data(), buf.size());
+    } catch (const tberror &e) {
+        msg = e.what();
+    }
+    EXPECT_EQ(msg, "Xls::read(): fat chain is cyclic");
+}

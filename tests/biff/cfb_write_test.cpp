@@ -1,0 +1,227 @@
+// Writing compound files: layout arithmetic, round trips through our own
+// reader, re-saving a loaded file, and the writer's failure texts.
+#include "biff/cfb_fat.h"
+#include "biff/support/cfb_builder.h"
+#include "biff/xls.h"
+#include "book/tberror.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+using namespace tabrix;
+using cfbtest::pattern;
+
+namespace {
+
+// Writes `wb` as the workbook stream of a new container.
+std::string writeNew(const std::vector<uint8_t> &wb) {
+    std::stringstream ss;
+    Xls<char> x;
+    x.reset(true);
+    x.setStreamPtr(&ss);
+    x.writeHeader();
+    if (!wb.empty()) x.write(wb.data(), wb.size());
+    x.close();
+    return ss.str();
+}
+
+std::vector<uint8_t> readWorkbook(XlsCore &x) {
+    std::vector<uint8_t> out(x.size());
+    size_t got = x.size() ? x.read(out.data(), out.size()) : 0;
+    out.resize(got);
+    return out;
+}
+
+} // namespace
+
+TEST(CfbWrite, FatLayoutIsExact) {
+    const uint64_t sizes[] = {0,    1,    126,  127,  128,   129,   254,    255,   256,
+                              13950, 13951, 13952, 13953, 13960, 30000, 1000000, 8388000};
+    for (uint64_t n : sizes)
+        for (uint64_t d : {1u, 2u, 3u}) {
+            FatLayout l = computeFatLayout(n, d);
+            uint64_t f = l.fatSectors, g = l.difatSectors;
+            uint64_t gFor = [](uint64_t ff) { return ff > 109 ? (ff - 109 + 126) / 127 : 0; }(f);
+            EXPECT_EQ(g, gFor) << n;
+            EXPECT_GE(f * 128, n + d + f + g) << n;
+            // One FAT sector fewer would not do.
+            uint64_t f1 = f - 1, g1 = f1 > 109 ? (f1 - 109 + 126) / 127 : 0;
+            EXPECT_LT(f1 * 128, n + d + f1 + g1) << n;
+        }
+}
+
+TEST(CfbWrite, RoundTripsThroughOurReader) {
+    struct Case {
+        size_t size;
+        uint32_t expectSize;
+    };
+    const Case cases[] = {{1, 4096},     {100, 4096},     {4095, 4096},
+                          {4096, 4096},  {4097, 4097},    {70001, 70001},
+                          {3 << 20, 3 << 20}, {8u << 20, 8u << 20}}; // the last needs DIFAT
+    for (const Case &c : cases) {
+        auto wb = pattern(c.size, uint32_t(c.size));
+        std::string file = writeNew(wb);
+        std::stringstream ss(file);
+        Xls<char> x;
+        x.setStreamPtr(&ss);
+        x.calcFileSize();
+        unsigned total = 0;
+        ASSERT_NO_THROW(x.readHeader(total)) << c.size;
+        EXPECT_EQ(x.fileSize(), file.size());
+        EXPECT_EQ(x.size(), c.expectSize) << c.size;
+        auto back = readWorkbook(x);
+        ASSERT_EQ(back.size(), c.expectSize);
+        EXPECT_TRUE(std::equal(wb.begin(), wb.end(), back.begin())) << c.size;
+        EXPECT_TRUE(std::all_of(back.begin() + wb.size(), back.end(),
+                                [](uint8_t v) { return v == 0; }));
+        // Every sector of the file has a FAT entry, none more than needed.
+        uint32_t sectors = uint32_t(file.size() / 512 - 1);
+        EXPECT_GE(x.fat().size(), sectors);
+        EXPECT_LT(x.fat().size(), size_t(sectors) + 128);
+        if (c.size > (7u << 20)) {
+            EXPECT_GT(x.header().numDifatSectors, 0u);
+            uint32_t lastDifat = x.header().firstDifatSector + x.header().numDifatSectors - 1;
+            uint32_t nextPtr = 0;
+            std::memcpy(&nextPtr, file.data() + 512 + size_t(lastDifat) * 512 + 508, 4);
+            EXPECT_EQ(nextPtr, 0xFFFFFFFEu);
+        } else {
+            EXPECT_EQ(x.header().numDifatSectors, 0u);
+        }
+    }
+}
+
+TEST(CfbWrite, NewFileLayout) {
+    std::string file = writeNew(pattern(200, 1));
+    // Header, eight workbook sectors, one FAT sector, one directory sector.
+    EXPECT_EQ(file.size(), 512u * 11);
+    std::stringstream ss(file);
+    Xls<char> x;
+    x.setStreamPtr(&ss);
+    x.calcFileSize();
+    unsigned total = 0;
+    x.readHeader(total);
+    EXPECT_EQ(x.header().numFatSectors, 1u);
+    EXPECT_EQ(x.header().firstDirSector, 9u);
+    EXPECT_EQ(x.header().miniFatSectorLocation, 0xFFFFFFFEu);
+    ASSERT_EQ(x.directory().size(), 4u);
+    EXPECT_EQ(x.directory()[0].nameString(), L"Root Entry");
+    EXPECT_EQ(x.directory()[0].startingSectorLocation, 0xFFFFFFFEu);
+    EXPECT_EQ(x.directory()[1].nameString(), L"Workbook");
+    EXPECT_EQ(x.directory()[1].startingSectorLocation, 0u);
+    EXPECT_EQ(x.directory()[1].length, 18);
+    EXPECT_EQ(x.directory()[2].type, 0); // unused slots are all zero
+    EXPECT_EQ(x.fat()[8], 0xFFFFFFFDu);
+    EXPECT_EQ(x.fat()[9], 0xFFFFFFFEu);
+}
+
+TEST(CfbWrite, ResaveKeepsOtherStreams) {
+    auto big = pattern(5000, 21), small = pattern(3000, 22), tiny = pattern(100, 23);
+    cfbtest::Built b = cfbtest::buildCfb(
+        {{"Workbook", pattern(100, 20)}, {"Big", big}, {"Small", small}, {"Tiny", tiny}});
+    std::stringstream in(b.str());
+    Xls<char> x;
+    x.setStreamPtr(&in);
+    x.calcFileSize();
+    unsigned total = 0;
+    x.readHeader(total);
+    auto wb = readWorkbook(x);
+    EXPECT_EQ(wb, pattern(100, 20));
+    x.readSections();
+    auto before = x.directory();
+
+    for (int round = 0; round < 2; ++round) { // a save can be repeated
+        std::stringstream out;
+        x.reset(false);
+        x.setStreamPtr(&out);
+        x.writeHeader();
+        x.write(wb.data(), wb.size());
+        x.close();
+
+        std::stringstream again(out.str());
+        Xls<char> y;
+        y.setStreamPtr(&again);
+        y.calcFileSize();
+        unsigned t2 = 0;
+        ASSERT_NO_THROW(y.readHeader(t2));
+        EXPECT_EQ(y.size(), 4096u); // moved from the mini stream to the FAT
+        auto wb2 = readWorkbook(y);
+        EXPECT_TRUE(std::equal(wb.begin(), wb.end(), wb2.begin()));
+        y.readSections();
+        EXPECT_EQ(y.keptStreams().at(2), big);
+        EXPECT_NE(y.directory()[2].startingSectorLocation, before[2].startingSectorLocation);
+        for (int i : {3, 4}) { // mini stream entries are untouched
+            EXPECT_EQ(y.directory()[i].startingSectorLocation, before[i].startingSectorLocation);
+            EXPECT_EQ(y.directory()[i].streamSize, before[i].streamSize);
+        }
+        const auto &mini = y.keptStreams().at(0);
+        EXPECT_TRUE(std::equal(small.begin(), small.end(),
+                               mini.begin() + size_t(before[3].startingSectorLocation) * 64));
+        EXPECT_TRUE(std::equal(tiny.begin(), tiny.end(),
+                               mini.begin() + size_t(before[4].startingSectorLocation) * 64));
+        EXPECT_EQ(y.miniFat(), x.miniFat());
+    }
+}
+
+TEST(CfbWrite, DiskFileRoundTrip) {
+    std::string path = std::string(TABRIX_TEST_TMP) + "/cfb_disk_roundtrip.xls";
+    auto wb = pattern(12345, 5);
+    {
+        std::fstream f(path, std::ios::in | std::ios::out | std::ios::binary | std::ios::trunc);
+        ASSERT_TRUE(f.is_open());
+        Xls<wchar_t> x;
+        x.reset(true);
+        x.setStreamPtr(&f);
+        x.writeHeader();
+        x.write(wb.data(), 5000);
+        EXPECT_EQ(x.writePos(), 5000u);
+        x.write(wb.data() + 5000, wb.size() - 5000);
+        x.close();
+    }
+    std::fstream f(path, std::ios::in | std::ios::binary);
+    Xls<wchar_t> x;
+    x.setStreamPtr(&f);
+    x.calcFileSize();
+    unsigned total = 0;
+    x.readHeader(total);
+    EXPECT_EQ(readWorkbook(x), wb);
+}
+
+TEST(CfbWrite, TailAndFailureTexts) {
+    std::stringstream ss;
+    Xls<char> x;
+    x.setStreamPtr(&ss);
+    x.writeHeader();
+    x.write("abc", 3);
+    EXPECT_EQ(x.writeTail(3, 0xFF), 1u);
+    EXPECT_EQ(ss.str().size(), 1024u);
+    EXPECT_EQ(uint8_t(ss.str()[1023]), 0xFF);
+    EXPECT_EQ(x.writeTail(1024, 0), 2u);
+    EXPECT_EQ(ss.str().size(), 1024u);
+
+    struct Case {
+        std::function<void()> run;
+        std::string message;
+    };
+    std::ifstream readOnly("/dev/null");
+    const Case cases[] = {
+        {[] { DirEntry e(std::wstring(32, L'x'), 2, 0); },
+         "DirEntry::DirEntry(): newName is too big (length must be less 32)"},
+        {[] { Xls<char> y; y.writeHeader(); }, "stream error"},
+        {[] { Xls<char> y; y.write("a", 1); }, "stream error, perhaps it's too small writing buffer"},
+        {[] { Xls<char> y; y.writePos(); }, "can't get the current write position"},
+    };
+    for (const Case &c : cases) {
+        std::string msg;
+        try {
+            c.run();
+        } catch (const tberror &e) {
+            msg = e.what();
+        }
+        EXPECT_EQ(msg, c.message);
+    }
+    EXPECT_NO_THROW(DirEntry(std::wstring(31, L'x'), 2, 0));
+}
