@@ -1,0 +1,202 @@
+// XMLBookProxy against a test double of its implementations, and the books
+// the creation entry points hand out in this build.
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "book/pending_book.h"
+#include "book/tberror.h"
+#include "ooxml/xml_book_proxy.h"
+#include "tabrix.h"
+
+using namespace tabrix;
+
+namespace {
+
+struct Script {
+    std::vector<std::string> attempts; // "normal" / "strict", in call order
+    bool normalLoads = false;
+    bool strictLoads = false;
+    bool throwOnLoad = false;
+    int live = 0;
+    int created = 0;
+};
+
+// An implementation of one form that answers load as the script says and
+// leaves a message naming its form.
+class FakeBook : public PendingBookT<char> {
+public:
+    FakeBook(Script &script, bool strict)
+        : PendingBookT<char>(strict ? "strict failed" : "normal failed"), _script(script),
+          _strict(strict) {
+        ++_script.live;
+    }
+    ~FakeBook() override { --_script.live; }
+    bool load(const char *filename) override {
+        _script.attempts.push_back(std::string(_strict ? "strict:" : "normal:") + filename);
+        if (_script.throwOnLoad)
+            throw tberror("thrown");
+        if (_strict ? _script.strictLoads : _script.normalLoads)
+            return true;
+        return PendingBookT<char>::load(filename);
+    }
+    bool loadRaw(const char *, unsigned) override {
+        _script.attempts.push_back(_strict ? "strict:raw" : "normal:raw");
+        return false;
+    }
+    bool strict() const { return _strict; }
+
+private:
+    Script &_script;
+    bool _strict;
+};
+
+class FakeFactory : public XMLBookFactory<char> {
+public:
+    explicit FakeFactory(Script &script) : _script(script) {}
+    IBookT<char> *create(bool strict) override {
+        ++_script.created;
+        return new FakeBook(_script, strict);
+    }
+    bool isNormal(IBookT<char> *book) override {
+        auto *fake = dynamic_cast<FakeBook *>(book);
+        return fake && !fake->strict();
+    }
+
+private:
+    Script &_script;
+};
+
+TEST(XMLBookProxyTest, LoadTriesTheOtherFormOnceAndStaysInIt) {
+    struct Case {
+        bool startStrict, normalLoads, strictLoads;
+        std::vector<std::string> attempts;
+        bool result, endsNormal;
+        const char *message;
+    };
+    const Case cases[] = {
+        {false, true, false, {"normal:f"}, true, true, "ok"},
+        {false, false, true, {"normal:f", "strict:f"}, true, false, "ok"},
+        {false, false, false, {"normal:f", "strict:f"}, false, false, "strict failed"},
+        {true, false, false, {"strict:f", "normal:f"}, false, true, "normal failed"},
+        {true, true, false, {"strict:f", "normal:f"}, true, true, "ok"},
+        {true, false, true, {"strict:f"}, true, false, "ok"},
+    };
+    for (const Case &c : cases) {
+        Script script;
+        script.normalLoads = c.normalLoads;
+        script.strictLoads = c.strictLoads;
+        FakeFactory factory(script);
+        auto *proxy = new XMLBookProxy<char>(factory);
+        EXPECT_TRUE(proxy->isNormalMode());
+        if (c.startStrict)
+            proxy->switchToStrictMode();
+        script.attempts.clear();
+        proxy->setLocale("UTF-8");
+        EXPECT_EQ(proxy->load("f"), c.result);
+        EXPECT_EQ(script.attempts, c.attempts);
+        EXPECT_EQ(proxy->isNormalMode(), c.endsNormal);
+        if (!c.result) {
+            EXPECT_STREQ(proxy->errorMessage(), c.message);
+        }
+        EXPECT_EQ(script.live, 1); // a switch released the old implementation
+        proxy->release();
+        EXPECT_EQ(script.live, 0);
+    }
+}
+
+TEST(XMLBookProxyTest, AnExceptionIsSwallowedAndLoadRawDoesNotRetry) {
+    Script script;
+    FakeFactory factory(script);
+    XMLBookProxy<char> proxy(factory);
+    script.throwOnLoad = true;
+    EXPECT_FALSE(proxy.load("f"));
+    EXPECT_EQ(script.attempts, std::vector<std::string>{"normal:f"});
+
+    script.attempts.clear();
+    EXPECT_FALSE(proxy.loadRaw("x", 1));
+    EXPECT_EQ(script.attempts, std::vector<std::string>{"normal:raw"});
+    EXPECT_TRUE(proxy.isNormalMode());
+}
+
+TEST(XMLBookProxyTest, ForwardsToTheHeldImplementation) {
+    Script script;
+    FakeFactory factory(script);
+    XMLBookProxy<char> proxy(factory);
+    IBookT<char> *impl = proxy.impl();
+    proxy.setDate1904(true);
+    proxy.setRefR1C1(true);
+    proxy.setTemplate(true);
+    EXPECT_TRUE(impl->isDate1904());
+    EXPECT_TRUE(impl->refR1C1());
+    EXPECT_TRUE(proxy.isTemplate());
+    EXPECT_EQ(proxy.sheetType(3), SHEETTYPE_UNKNOWN);
+    EXPECT_STREQ(proxy.errorMessage(), "index is out of range");
+    EXPECT_FALSE(proxy.save("out"));
+    EXPECT_STREQ(proxy.errorMessage(), "normal failed");
+    // switching drops what the old implementation held
+    proxy.switchToStrictMode();
+    EXPECT_FALSE(proxy.isDate1904());
+    EXPECT_EQ(script.created, 2);
+    EXPECT_EQ(script.live, 1);
+}
+
+// Every operation of the placeholder that needs the format answers its
+// neutral value with `message`.
+template <class C>
+void expectUnavailable(IBookT<C> *book, const std::basic_string<C> &message) {
+    auto msg = [&] { return std::basic_string<C>(book->errorMessage()); };
+    const char *bytes = nullptr;
+    unsigned size = 7;
+    int n = 0;
+    EXPECT_FALSE(book->load(nullptr));
+    EXPECT_EQ(msg(), message);
+    EXPECT_FALSE(book->save(nullptr));
+    EXPECT_FALSE(book->loadRaw("x", 1));
+    EXPECT_FALSE(book->saveRaw(&bytes, &size));
+    EXPECT_EQ(book->addSheet(nullptr, nullptr), nullptr);
+    EXPECT_EQ(book->insertSheet(0, nullptr, nullptr), nullptr);
+    EXPECT_EQ(book->addFormat(nullptr), nullptr);
+    EXPECT_EQ(book->addFont(nullptr), nullptr);
+    EXPECT_EQ(book->addCustomNumFormat(nullptr), 0);
+    EXPECT_EQ(book->customNumFormat(164), nullptr);
+    EXPECT_EQ(book->datePack(2024, 1, 1, 0, 0, 0, 0), 0.0);
+    EXPECT_FALSE(book->dateUnpack(1.0, &n, &n, &n, &n, &n, &n, &n));
+    EXPECT_EQ(book->colorPack(1, 2, 3), COLOR_NONE);
+    EXPECT_EQ(book->getPicture(0, &bytes, &size), 0);
+    EXPECT_EQ(book->addPicture2("x", 1), 0);
+    EXPECT_EQ(book->defaultFont(&n), nullptr);
+    EXPECT_EQ(msg(), message);
+}
+
+TEST(CreatedBooks, WideBinaryPlaceholder) {
+    auto *book = static_cast<IBookT<wchar_t> *>(tbCreateBookW());
+    ASSERT_NE(book, nullptr);
+    expectUnavailable<wchar_t>(book, L"binary workbooks are not available yet");
+    EXPECT_EQ(book->getSheet(0), nullptr);
+    EXPECT_STREQ(book->errorMessage(), L"index is out of range");
+    EXPECT_EQ(book->version(), 0x03050408);
+    EXPECT_EQ(book->biffVersion(), 0x0600);
+    EXPECT_TRUE(book->setLocale("UTF-8"));
+    EXPECT_STREQ(book->errorMessage(), L"ok");
+    EXPECT_FALSE(book->setLocale("no_such_LOCALE.xyz"));
+    EXPECT_STREQ(book->errorMessage(), L"setlocale error");
+    book->release();
+}
+
+TEST(CreatedBooks, WideXMLProxyFailsBothForms) {
+    auto *book = static_cast<IBookT<wchar_t> *>(tbCreateXMLBookW());
+    ASSERT_NE(book, nullptr);
+    auto *proxy = static_cast<XMLBookProxy<wchar_t> *>(book);
+    EXPECT_TRUE(proxy->isNormalMode());
+    expectUnavailable<wchar_t>(book, L"Open XML workbooks are not available yet");
+    EXPECT_FALSE(proxy->isNormalMode()); // the failed load left it strict
+    book->release();
+
+    auto *narrow = static_cast<IBookT<char> *>(tbCreateXMLBookCA());
+    expectUnavailable<char>(narrow, "Open XML workbooks are not available yet");
+    narrow->release();
+}
+
+} // namespace
