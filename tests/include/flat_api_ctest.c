@@ -1,0 +1,161 @@
+/* A plain C program against tabrix.h and libtabrix.so: it creates books and
+ * calls every book entry point, checking the neutral answers and messages of
+ * this build's placeholder books. */
+#include <stdio.h>
+#include <string.h>
+
+#include "tabrix.h"
+
+static int failures = 0;
+
+#define CHECK(cond) \
+    do { \
+        if (!(cond)) { \
+            fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #cond); \
+            ++failures; \
+        } \
+    } while (0)
+
+#define CHECK_MESSAGE(book, text) \
+    do { \
+        const char *m_ = tbBookErrorMessageA(book); \
+        if (!m_ || strcmp(m_, text) != 0) { \
+            fprintf(stderr, "%s:%d: message \"%s\", expected \"%s\"\n", __FILE__, __LINE__, \
+                    m_ ? m_ : "(null)", text); \
+            ++failures; \
+        } \
+    } while (0)
+
+static const char *const kBinary = "binary workbooks are not available yet";
+static const char *const kXML = "Open XML workbooks are not available yet";
+static const char *const kRange = "index is out of range";
+
+/* The operations that need the workbook format: neutral value, message. */
+static void checkUnavailable(TBBook b, const char *message) {
+    const char *data = 0;
+    unsigned size = 0;
+    int y = 0, mo = 0, d = 0, h = 0, mi = 0, s = 0, ms = 0, r = 0, g = 0, bl = 0;
+
+    CHECK(tbBookLoadA(b, "missing.xls") == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookSaveA(b, "out.xls") == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookLoadRawA(b, "abc", 3) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookSaveRawA(b, &data, &size) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookAddSheetA(b, "Sheet1", 0) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookInsertSheetA(b, 0, "Sheet1", 0) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookAddFormatA(b, 0) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookAddFontA(b, 0) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookAddCustomNumFormatA(b, "0.000") == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookCustomNumFormatA(b, 164) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookFormatA(b, 0) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookFontA(b, 0) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookDatePackA(b, 2024, 2, 29, 12, 0, 0, 0) == 0.0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookDateUnpackA(b, 45351.5, &y, &mo, &d, &h, &mi, &s, &ms) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookColorPackA(b, 1, 2, 3) == 32767);
+    CHECK_MESSAGE(b, message);
+    tbBookColorUnpackA(b, 8, &r, &g, &bl);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookGetPictureA(b, 0, &data, &size) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookAddPictureA(b, "picture.png") == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookAddPicture2A(b, "\x89PNG", 4) == 0);
+    CHECK_MESSAGE(b, message);
+    CHECK(tbBookDefaultFontA(b, &s) == 0);
+    CHECK_MESSAGE(b, message);
+    tbBookSetDefaultFontA(b, "Arial", 10);
+    CHECK_MESSAGE(b, message);
+}
+
+/* What a book without sheets answers, and the settings it keeps. */
+static void checkSettings(TBBook b) {
+    CHECK(tbBookSetLocaleA(b, "UTF-8") == 1);
+    CHECK_MESSAGE(b, "ok");
+    CHECK(tbBookGetSheetA(b, 0) == 0);
+    CHECK_MESSAGE(b, kRange);
+    CHECK(tbBookSheetTypeA(b, 0) == 2);
+    CHECK(tbBookSheetTypeA(b, -1) == 2);
+    CHECK_MESSAGE(b, kRange);
+    CHECK(tbBookDelSheetA(b, 0) == 0);
+    CHECK_MESSAGE(b, kRange);
+    CHECK(tbBookSetLocaleA(b, "no_such_LOCALE.xyz") == 0);
+    CHECK_MESSAGE(b, "setlocale error");
+    CHECK(tbBookSetLocaleA(b, "UTF-8") == 1);
+
+    /* simple accessors leave the message alone */
+    CHECK(tbBookSheetCountA(b) == 0);
+    CHECK(tbBookFormatSizeA(b) == 0);
+    CHECK(tbBookFontSizeA(b) == 0);
+    CHECK(tbBookPictureSizeA(b) == 0);
+    CHECK(tbBookActiveSheetA(b) == 0);
+    tbBookSetActiveSheetA(b, 0);
+    CHECK(tbBookVersionA(b) == 0x03050408);
+    CHECK(tbBookBiffVersionA(b) == 0x0600);
+
+    /* a bool argument is any non-zero int, a bool result 0 or 1 */
+    CHECK(tbBookRefR1C1A(b) == 0);
+    tbBookSetRefR1C1A(b, -1);
+    CHECK(tbBookRefR1C1A(b) == 1);
+    tbBookSetRgbModeA(b, 2);
+    CHECK(tbBookRgbModeA(b) == 1);
+    tbBookSetRgbModeA(b, 0);
+    CHECK(tbBookRgbModeA(b) == 0);
+    tbBookSetDate1904A(b, 256);
+    CHECK(tbBookIsDate1904A(b) == 1);
+    tbBookSetTemplateA(b, 1);
+    CHECK(tbBookIsTemplateA(b) == 1);
+    tbBookSetTemplateA(b, 0);
+    CHECK(tbBookIsTemplateA(b) == 0);
+    CHECK_MESSAGE(b, "ok");
+}
+
+/* The sheet entry points can't be reached without a sheet yet; they must
+ * still be declared and exported. */
+#define TB_SHEET_ADDRESS(ret, Name, op, params, args) (void (*)(void)) tbSheet##Name##A,
+static void (*const sheetEntries[])(void) = {
+    TB_SHEET_ENTRIES(TB_SHEET_ADDRESS)(void (*)(void)) tbSheetAddrToRowColA,
+    (void (*)(void))tbSheetRowColToAddrA};
+
+int main(void) {
+    size_t i;
+    TBBook b = tbCreateBookA();
+    TBBook c = tbCreateBookCA();
+    TBBook x = tbCreateXMLBookA();
+    TBBook xc = tbCreateXMLBookCA();
+
+    CHECK(b != 0 && c != 0 && x != 0 && xc != 0);
+    if (!b || !c || !x || !xc)
+        return 1;
+
+    checkSettings(b);
+    checkUnavailable(b, kBinary);
+    checkUnavailable(c, kBinary);
+    checkSettings(x);
+    checkUnavailable(x, kXML);
+    checkUnavailable(xc, kXML);
+
+    CHECK(sizeof(sheetEntries) / sizeof(sheetEntries[0]) == 112);
+    for (i = 0; i < sizeof(sheetEntries) / sizeof(sheetEntries[0]); ++i)
+        CHECK(sheetEntries[i] != 0);
+
+    tbBookReleaseA(b);
+    tbBookReleaseA(c);
+    tbBookReleaseA(x);
+    tbBookReleaseA(xc);
+    if (failures)
+        fprintf(stderr, "%d checks failed\n", failures);
+    return failures ? 1 : 0;
+}
