@@ -19,6 +19,12 @@ std::string Context::allErrors() const {
     return out;
 }
 
+void Context::clearMessages() {
+    errors.clear();
+    reports.clear();
+    output.clear();
+}
+
 const char *Context::intern(const char *text) {
     return texts_.insert(text ? text : "").first->c_str();
 }

@@ -19,6 +19,15 @@
 //    they stand.
 //  - openStream refuses a second stream while one is open; print with no
 //    stream open appends to Context::output.
+//
+// Typical use:
+//     qdhost::Host host;                      // loads the module
+//     qdhost::Context ctx(dir);               // relative names live in dir
+//     auto *s = ctx.newSet(QD_STRING);
+//     auto *a = ctx.newArray(QD_REAL, {s});
+//     int n = 0;
+//     int rc = host.readItem(ctx, "csv", "data.csv", "[A1:B9]", a->type(), a, &n);
+//     // rc == 0, a->entries(), ctx.errors, ctx.reports
 //  - Context parameters: real format "%.15g" (enough digits for the usual
 //    decimal data to survive a text round trip), sets finalised after
 //    loading (true).
@@ -283,6 +292,7 @@ class Context : public qd_context {
     std::vector<std::pair<std::string, int>> reports;    // reportError (text, code)
     std::string output; // print while no stream is open
     std::string allErrors() const; // errors joined
+    void clearMessages();          // empties errors, reports and output
 
     // Streams.
     FILE *stream = nullptr;
