@@ -279,7 +279,7 @@ int readNoIndex(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int *co
 int readPartIndex(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int *counter) {
     int d = info->dims;
     int n = info->leaves;
-    int size = d >= 2 ? g_host->setSize(info->sets[d - 1]) : 0;
+    int size = g_host->setSize(info->sets[d - 1]);
     int need = d - 1 + n * size;
     if (d < 2 || spec->columnCount < need) {
         failColumns(ctx, need, spec->columnCount);

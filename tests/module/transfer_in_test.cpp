@@ -1,0 +1,479 @@
+// transferIn end to end: csv files read through the loaded module into the
+// reference host's objects, in every layout, with the exact messages.
+#include "refhost.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+using namespace qdhost;
+
+namespace {
+
+using Entries = std::map<std::vector<std::string>, std::string>;
+
+const char *kBadRange = "SHEET: Invalid range or name not found.\n";
+
+qd_type pointType() { return registerRecordType("tin_point", {{"x", QD_REAL}, {"y", QD_REAL}}); }
+qd_type stopType() {
+    return registerRecordType("tin_stop",
+                              {{"name", QD_STRING}, {"at", pointType()}, {"open", QD_BOOL}});
+}
+// An external type that refuses texts with a '!'.
+qd_type codeType() {
+    ExternalType t;
+    t.fromText = [](const std::string &text, std::string &data) {
+        if (text.find('!') != std::string::npos) return false;
+        data = text;
+        return true;
+    };
+    t.toText = [](const std::string &data) { return "<" + data + ">"; };
+    return registerExternalType("tin_code", t);
+}
+qd_type opaqueType() {
+    ExternalType t;
+    t.textual = false;
+    return registerExternalType("tin_opaque", t);
+}
+
+class TransferIn : public ::testing::Test {
+  protected:
+    TransferIn() : ctx(TABRIX_TEST_TMP) {}
+    void SetUp() override { ASSERT_TRUE(host.loaded()) << host.loadError(); }
+
+    // Writes `content` as a csv file and reads one item from it.
+    int read(const std::string &content, const std::string &label, qd_type type, void *value,
+             int *counter = nullptr) {
+        std::string name = "tin_" + std::to_string(++files_) + ".csv";
+        std::ofstream(std::string(TABRIX_TEST_TMP) + "/" + name) << content;
+        return host.readItem(ctx, "csv", name, label, type, value, counter);
+    }
+
+    Host host;
+    Context ctx;
+
+  private:
+    int files_ = 0;
+};
+
+// ---- labels through the csv store --------------------------------------------
+
+TEST_F(TransferIn, LabelsSelectCellsAndFailWithBothMessages) {
+    const std::string csv = "id,name,price\n1,apple,2.5\n2,pear,3\n3,plum,4.25\n";
+    struct {
+        const char *label;
+        const char *values; // list texts joined by "|", or the messages
+        bool fails;
+    } cases[] = {
+        {"[]", "id|name|price|1|apple|2.5|2|pear|3|3|plum|4.25", false},
+        {"[Sheet1$B2:B3]", "apple|pear", false},
+        {"[1$C:C]", "price|2.5|3|4.25", false},
+        {"[3:4]", "2|pear|3|3|plum|4.25", false},
+        {"[R2C2:R2C3]", "apple|2.5", false},
+        {"skiph;[](price,name)", "2.5|apple|3|pear|4.25|plum", false},
+        {"skiph;[](#2)", "apple|pear|plum", false},
+        {"skiph;[A1:C2](name)", "apple", false},
+        {"[A1:C1](3,1)", "price|id", false},
+        {"[Sheet2$A1]", "SHEET: Sheet not found.\nSHEET: Invalid range or name not found.\n", true},
+        {"[0$A1]", "SHEET: Sheet not found.\nSHEET: Invalid range or name not found.\n", true},
+        {"[$A1]", "SHEET: Invalid range.\nSHEET: Invalid range or name not found.\n", true},
+        {"[A1:B]", "SHEET: Invalid range.\nSHEET: Invalid range or name not found.\n", true},
+        {"prices", "SHEET: Range name not found.\nSHEET: Invalid range or name not found.\n", true},
+        {"skiph;[A1:C1]", "SHEET: Missing header row.\nSHEET: Invalid range or name not found.\n",
+         true},
+        {"skiph;[](cost)",
+         "SHEET: Invalid column identifier in selection (cost).\n"
+         "SHEET: Invalid range or name not found.\n",
+         true},
+        {"[](4)",
+         "SHEET: Invalid column number in selection (4).\n"
+         "SHEET: Invalid range or name not found.\n",
+         true},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.label);
+        ctx.errors.clear();
+        List *list = ctx.newList(QD_STRING);
+        int rc = read(csv, c.label, list->type(), list);
+        if (c.fails) {
+            EXPECT_EQ(1, rc);
+            EXPECT_EQ(c.values, ctx.allErrors());
+            continue;
+        }
+        EXPECT_EQ(0, rc);
+        EXPECT_EQ("", ctx.allErrors());
+        std::string joined;
+        for (const std::string &t : list->texts()) joined += (joined.empty() ? "" : "|") + t;
+        EXPECT_EQ(c.values, joined);
+    }
+}
+
+TEST_F(TransferIn, EmptyFileHasNoSheet) {
+    Set *set = ctx.newSet(QD_INT);
+    EXPECT_EQ(1, read("", "[]", set->type(), set));
+    EXPECT_EQ(std::string("SHEET: Sheet not found.\n") + kBadRange, ctx.allErrors());
+}
+
+// ---- scalars and conversions -------------------------------------------------
+
+TEST_F(TransferIn, ScalarConversions) {
+    struct {
+        const char *cell;
+        qd_type type;
+        const char *text;
+    } cases[] = {
+        {"2.9", QD_INT, "2"},         {"-2.9", QD_INT, "-2"},       {"abc", QD_REAL, "0"},
+        {"1e3", QD_REAL, "1000"},     {"TRUE", QD_BOOL, "true"},    {"true", QD_BOOL, "true"},
+        {"FALSE", QD_BOOL, "false"},  {"yes", QD_BOOL, "false"},    {"0.5", QD_BOOL, "true"},
+        {"007", QD_STRING, "007"},    {"2.5", QD_STRING, "2.5"},    {"TRUE", QD_STRING, "TRUE"},
+        {"TRUE", QD_INT, "1"},        {"FALSE", QD_REAL, "0"},      {"\"a,b\"", QD_STRING, "a,b"},
+        {"", QD_INT, "0"},            {"", QD_STRING, ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(std::string(c.cell) + " as type " + std::to_string(c.type));
+        qd_value v;
+        v.i = 12345;
+        int counter = 0;
+        ASSERT_EQ(0, read(std::string("x,") + c.cell + "\n", "[B1]", c.type, &v, &counter));
+        EXPECT_EQ(c.text, valueText(c.type, v));
+        EXPECT_EQ(1, counter);
+    }
+    EXPECT_EQ("", ctx.allErrors());
+}
+
+TEST_F(TransferIn, ExternalScalarsAndTheBooleanWord) {
+    struct {
+        const char *cell;
+        const char *text;
+    } cases[] = {{"abc", "<abc>"}, {"2.5", "<2.5>"}, {"TRUE", "<false>"}, {"FALSE", "<true>"}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.cell);
+        External *e = ctx.newExternal(codeType());
+        ASSERT_EQ(0, read(std::string(c.cell) + "\n", "[A1]", codeType(), e));
+        EXPECT_EQ(c.text, e->text());
+    }
+    External *e = ctx.newExternal(codeType());
+    EXPECT_EQ(1, read("x\nx,x,bad!\n", "[C2:D3]", codeType(), e));
+    EXPECT_EQ("SHEET: Wrong result value at [R2C3].\n", ctx.allErrors());
+    ctx.errors.clear();
+    External *o = ctx.newExternal(opaqueType());
+    EXPECT_EQ(1, read("x\n", "[A1]", opaqueType(), o));
+    EXPECT_EQ("SHEET: Wrong data type.\n", ctx.allErrors());
+}
+
+TEST_F(TransferIn, RecordScalarWithNestedRecord) {
+    Record *r = ctx.newRecord(stopType());
+    int counter = 0;
+    ASSERT_EQ(0, read("x,Depot,1.5,-2,TRUE\n", "[B1:E1]", stopType(), r, &counter));
+    EXPECT_EQ(1, counter);
+    EXPECT_EQ("Depot", r->fieldText("name"));
+    EXPECT_EQ(1.5, r->nested("at")->get("x").r);
+    EXPECT_EQ(-2.0, r->nested("at")->get("y").r);
+    EXPECT_EQ(1, r->get("open").b);
+    // Reordered columns.
+    Record *q = ctx.newRecord(pointType());
+    ASSERT_EQ(0, read("1,2\n", "[A1:B1](2,1)", pointType(), q));
+    EXPECT_EQ(2.0, q->get("x").r);
+    EXPECT_EQ(1.0, q->get("y").r);
+}
+
+// ---- sets and lists ------------------------------------------------------------
+
+TEST_F(TransferIn, SetsSkipEmptyCellsAndFinalise) {
+    Set *words = ctx.newSet(QD_STRING);
+    int counter = 0;
+    ASSERT_EQ(0, read("a,b\nc,a\n,d\n\n", "[]", words->type(), words, &counter));
+    EXPECT_EQ((std::vector<std::string>{"a", "b", "c", "d"}), words->texts());
+    EXPECT_EQ(5, counter);
+    EXPECT_TRUE(words->finalised());
+
+    Set *numbers = ctx.newSet(QD_INT, SetOptions{true, false, 1});
+    ASSERT_EQ(0, read("1,2.9\n-2.9,x\n", "[A1:B2]", numbers->type(), numbers));
+    EXPECT_EQ((std::vector<std::string>{"1", "2", "-2", "0"}), numbers->texts());
+
+    ctx.finalise = false;
+    Set *open = ctx.newSet(QD_INT);
+    ASSERT_EQ(0, read("1\n", "[]", open->type(), open));
+    EXPECT_FALSE(open->finalised());
+}
+
+TEST_F(TransferIn, SetFailures) {
+    struct {
+        std::function<void *(Context &)> make;
+        qd_type type;
+        const char *message;
+    } cases[] = {
+        {[](Context &c) { return (void *)c.newSet(QD_INT, SetOptions{false, false, 0}); },
+         QD_INT | QD_SET, "SHEET: Non dynamic set for a `write'.\n"},
+        {[](Context &) { return (void *)nullptr; }, QD_INT | QD_SET | QD_DYNAMIC,
+         "SHEET: Trying to access an uninitialized set.\n"},
+        {[](Context &c) { return (void *)c.newSet(QD_INT); }, pointType() | QD_SET | QD_DYNAMIC,
+         "SHEET: Wrong data type.\n"},
+    };
+    for (const auto &c : cases) {
+        ctx.errors.clear();
+        EXPECT_EQ(1, read("1\n", "[]", c.type, c.make(ctx)));
+        EXPECT_EQ(c.message, ctx.allErrors());
+    }
+    // A finalised set refuses new values: the cell is named.
+    Set *closed = ctx.newSet(QD_INT, {qdInt(1)});
+    closed->finalise();
+    ctx.errors.clear();
+    EXPECT_EQ(1, read("1\n1,5\n", "[A1:B2]", closed->type(), closed));
+    EXPECT_EQ("SHEET: Wrong result value at [R2C2].\n", ctx.allErrors());
+}
+
+TEST_F(TransferIn, ListsOfValuesAndExternals) {
+    List *list = ctx.newList(QD_REAL);
+    int counter = 0;
+    ASSERT_EQ(0, read("1,,2\n\nx,3\n", "[]", list->type(), list, &counter));
+    EXPECT_EQ((std::vector<std::string>{"1", "2", "0", "3"}), list->texts());
+    EXPECT_EQ(4, counter);
+
+    List *codes = ctx.newList(codeType());
+    ASSERT_EQ(0, read("a,b\n", "[]", codes->type(), codes));
+    EXPECT_EQ((std::vector<std::string>{"<a>", "<b>"}), codes->texts());
+    EXPECT_EQ(0, ctx.liveObjects());
+
+    ctx.errors.clear();
+    List *bad = ctx.newList(codeType());
+    EXPECT_EQ(1, read("a\nb!\n", "[A1:A2]", bad->type(), bad));
+    EXPECT_EQ("SHEET: Wrong result value at [R2C1].\n", ctx.allErrors());
+    EXPECT_EQ(0, ctx.liveObjects());
+
+    ctx.errors.clear();
+    EXPECT_EQ(1, read("1\n", "[]", QD_INT | QD_LIST | QD_DYNAMIC, nullptr));
+    EXPECT_EQ("SHEET: Trying to access an uninitialized list.\n", ctx.allErrors());
+}
+
+TEST_F(TransferIn, ListsOfRecordsSkipEmptyGroups) {
+    List *list = ctx.newList(pointType());
+    int counter = 0;
+    ASSERT_EQ(0, read("1,2,3,4\n,,5,\n,,,\n", "[]", list->type(), list, &counter));
+    EXPECT_EQ((std::vector<std::string>{"{1,2}", "{3,4}", "{5,0}"}), list->texts());
+    EXPECT_EQ(3, counter);
+    EXPECT_EQ(0, ctx.liveObjects());
+
+    ctx.errors.clear();
+    List *odd = ctx.newList(pointType());
+    EXPECT_EQ(1, read("1,2,3\n", "[]", odd->type(), odd));
+    EXPECT_EQ("SHEET: Wrong number of columns (req:2 found:3).\n", ctx.allErrors());
+}
+
+// ---- arrays --------------------------------------------------------------------
+
+struct ArrayCase {
+    const char *what;
+    const char *csv;
+    const char *label;
+    int dims;          // 1: index set of strings; 2: strings x ints
+    bool record;       // point elements instead of reals
+    int counter;       // -1: the read fails with `result`
+    Entries entries;   // expected entries
+    const char *result; // message on failure
+};
+
+const ArrayCase kArrays[] = {
+    {"default 1-dim, empty rows skipped", "a,1.5\n,\nb,2\n\nc,\n", "[]", 1, false, 2,
+     {{{"a"}, "1.5"}, {{"b"}, "2"}}, ""},
+    {"default 2-dim sparse", "a,1,10\nb,2,20\na,3,30\n", "[]", 2, false, 3,
+     {{{"a", "1"}, "10"}, {{"b", "2"}, "20"}, {{"a", "3"}, "30"}}, ""},
+    {"default with reordered columns", "10,a\n20,b\n", "[](2,1)", 1, false, 2,
+     {{{"a"}, "10"}, {{"b"}, "20"}}, ""},
+    {"default with a header", "key,value\na,1\n", "skiph;[](key,value)", 1, false, 1,
+     {{{"a"}, "1"}}, ""},
+    {"default records", "a,1,2\nb,,4\nc,,\n", "[]", 1, true, 2,
+     {{{"a"}, "{1,2}"}, {{"b"}, "{0,4}"}}, ""},
+    {"empty index cell", "x\nq,r,s\na,1\n,2\n", "[A3:B4]", 1, false, -1, {{{"a"}, "1"}},
+     "SHEET: An index cannot be an empty cell ([R4C1]).\n"},
+    {"empty index cell, shifted range", "x\nq,r,s\nq,r,a,1\nq,r,b,\nq,r,,2\n", "[C3:D5]", 1,
+     false, -1, {{{"a"}, "1"}}, "SHEET: An index cannot be an empty cell ([R5C3]).\n"},
+    {"wrong column count", "a,1,2\n", "[]", 1, false, -1, {},
+     "SHEET: Wrong number of columns (req:2 found:3).\n"},
+    {"wrong record column count", "a,1\n", "[]", 1, true, -1, {},
+     "SHEET: Wrong number of columns (req:3 found:2).\n"},
+    {"noindex 2-dim", "1,2,3\n4,,6\n", "noindex;[]", 2, false, 5,
+     {{{"a", "1"}, "1"}, {{"a", "2"}, "2"}, {{"a", "3"}, "3"}, {{"b", "1"}, "4"},
+      {{"b", "3"}, "6"}},
+     ""},
+    {"noindex 2-dim, short rows skip the rest", "1,2\n4,5\n", "noindex;[]", 2, false, 4,
+     {{{"a", "1"}, "1"}, {{"a", "2"}, "2"}, {{"b", "1"}, "4"}, {{"b", "2"}, "5"}}, ""},
+    {"noindex 2-dim, long rows end at the wrap", "1,2,3,9\n4,5,6,9\n", "noindex;[]", 2, false, 6,
+     {{{"a", "1"}, "1"}, {{"a", "2"}, "2"}, {{"a", "3"}, "3"}, {{"b", "1"}, "4"},
+      {{"b", "2"}, "5"}, {{"b", "3"}, "6"}},
+     ""},
+    {"noindex 1-dim runs across rows", "1,2\n3\n", "noindex;[]", 1, false, 3,
+     {{{"a"}, "1"}, {{"b"}, "2"}, {{"c"}, "3"}}, ""},
+    {"noindex records 2-dim", "1,2,3,4,5,6\n", "noindex;[]", 2, true, 3,
+     {{{"a", "1"}, "{1,2}"}, {{"a", "2"}, "{3,4}"}, {{"a", "3"}, "{5,6}"}}, ""},
+    {"noindex records, wrong width", "1,2,3,4\n", "noindex;[]", 2, true, -1, {},
+     "SHEET: Wrong number of columns (req:6 found:4).\n"},
+    {"partndx", "a,1,,3\n,,,\nb,4,5,6\n", "partndx;[]", 2, false, 5,
+     {{{"a", "1"}, "1"}, {{"a", "3"}, "3"}, {{"b", "1"}, "4"}, {{"b", "2"}, "5"},
+      {{"b", "3"}, "6"}},
+     ""},
+    {"partndx, too few columns", "a,1,2\n", "partndx;[]", 2, false, -1, {},
+     "SHEET: Wrong number of columns (req:4 found:3).\n"},
+    {"partndx, one dimension", "a,1\n", "partndx;[]", 1, false, -1, {},
+     "SHEET: Wrong number of columns (req:3 found:2).\n"},
+};
+
+TEST_F(TransferIn, ArraysInEveryLayout) {
+    for (const ArrayCase &c : kArrays) {
+        SCOPED_TRACE(c.what);
+        ctx.errors.clear();
+        // noindex and partndx need index sets with content; the default layout
+        // grows them from the file.
+        bool fixed = std::string(c.label).find("noindex") != std::string::npos ||
+                     std::string(c.label).find("partndx") != std::string::npos;
+        Set *first = fixed ? ctx.newSet(QD_STRING, {qdStr("a"), qdStr("b"), qdStr("c")})
+                           : ctx.newSet(QD_STRING);
+        std::vector<Set *> sets{first};
+        if (c.dims == 2)
+            sets.push_back(fixed ? ctx.newSet(QD_INT, {qdInt(1), qdInt(2), qdInt(3)})
+                                 : ctx.newSet(QD_INT));
+        Array *array = ctx.newArray(c.record ? pointType() : QD_REAL, sets);
+        int counter = 0;
+        int rc = read(c.csv, c.label, array->type(), array, &counter);
+        EXPECT_EQ(c.counter < 0 ? 1 : 0, rc);
+        EXPECT_EQ(c.result, ctx.allErrors());
+        if (c.counter >= 0) {
+            EXPECT_EQ(c.counter, counter);
+        }
+        EXPECT_EQ(c.entries, array->entries());
+        EXPECT_EQ(array->beginLoads, array->endLoads);
+        EXPECT_FALSE(array->loading);
+    }
+}
+
+TEST_F(TransferIn, ArrayFailures) {
+    Set *index = ctx.newSet(QD_STRING);
+    Array *codes = ctx.newArray(codeType(), {index});
+    ASSERT_EQ(0, read("a,x\nb,y\n", "[]", codes->type(), codes));
+    EXPECT_EQ((Entries{{{"a"}, "<x>"}, {{"b"}, "<y>"}}), codes->entries());
+    EXPECT_EQ(0, ctx.liveObjects());
+
+    ctx.errors.clear();
+    EXPECT_EQ(1, read("a,x\nb,y!\n", "[]", codes->type(), codes));
+    EXPECT_EQ("SHEET: Wrong result value at [R2C2].\n", ctx.allErrors());
+    EXPECT_EQ(codes->beginLoads, codes->endLoads);
+
+    ctx.errors.clear();
+    Set *closed = ctx.newSet(QD_STRING, {qdStr("a")});
+    closed->finalise();
+    Array *a = ctx.newArray(QD_INT, {closed});
+    EXPECT_EQ(1, read("a,1\nz,2\n", "[]", a->type(), a));
+    EXPECT_EQ("SHEET: Wrong index value at [R2C1].\n", ctx.allErrors());
+    EXPECT_EQ((Entries{{{"a"}, "1"}}), a->entries());
+    EXPECT_EQ(1, a->endLoads);
+
+    ctx.errors.clear();
+    Set *points = ctx.newSet(QD_INT);
+    Array *byPoint = ctx.newArray(opaqueType(), {points});
+    EXPECT_EQ(1, read("1,2\n", "[]", byPoint->type(), byPoint));
+    EXPECT_EQ("SHEET: Wrong data type.\n", ctx.allErrors());
+
+    ctx.errors.clear();
+    EXPECT_EQ(1, read("1,2\n", "[]", QD_INT | QD_ARRAY | QD_DYNAMIC, nullptr));
+    EXPECT_EQ("SHEET: Trying to access an uninitialized array.\n", ctx.allErrors());
+}
+
+// ---- lists of arrays -------------------------------------------------------------
+
+TEST_F(TransferIn, ListOfTwoArraysOverTheSameIndexSets) {
+    Set *index = ctx.newSet(QD_INT, SetOptions{true, true, 0});
+    Array *first = ctx.newArray(QD_STRING, {index});
+    Array *second = ctx.newArray(QD_REAL, {index});
+    List *list = ctx.newList(0);
+    list->append(first->type(), qdPtr(first));
+    list->append(second->type(), qdPtr(second));
+    int counter = 0;
+    ASSERT_EQ(0, read("1,a,\n2,b,2.5\n\n3,,4\n", "[]", QD_LIST | QD_DYNAMIC, list, &counter));
+    EXPECT_EQ((Entries{{{"1"}, "a"}, {{"2"}, "b"}}), first->entries());
+    EXPECT_EQ((Entries{{{"2"}, "2.5"}, {{"3"}, "4"}}), second->entries());
+    EXPECT_EQ(4, counter);
+    EXPECT_EQ(1, first->beginLoads);
+    EXPECT_EQ(1, second->endLoads);
+}
+
+TEST_F(TransferIn, ListOfArraysFailures) {
+    Set *declaredA = ctx.newSet(QD_INT, SetOptions{true, true, 0});
+    Set *declaredB = ctx.newSet(QD_INT, SetOptions{true, true, 0});
+    Set *anonA = ctx.newSet(QD_INT);
+    Set *anonB = ctx.newSet(QD_INT);
+    Set *words = ctx.newSet(QD_STRING);
+    struct {
+        const char *what;
+        std::vector<Array *> arrays;
+        bool addValue; // append an integer value as well
+        const char *csv;
+        const char *message;
+        const char *label = "[]";
+    } cases[] = {
+        {"anonymous sets mix", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonB})},
+         false, "1,2,3\n", "", "[A5:C5]"},
+        {"declared sets differ",
+         {ctx.newArray(QD_INT, {declaredA}), ctx.newArray(QD_INT, {declaredB})}, false, "1,2,3\n",
+         "SHEET: Inconsistent array list.\n"},
+        {"dimensions differ",
+         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA, words})}, false, "1,2,3\n",
+         "SHEET: Inconsistent array list.\n"},
+        {"record element", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(pointType(), {anonA})},
+         false, "1,2,3\n", "SHEET: Wrong array type for a worksheet.\n"},
+        {"a value in the list", {ctx.newArray(QD_INT, {anonA})}, true, "1,2\n",
+         "SHEET: Wrong list type for a worksheet.\n"},
+        {"column count", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})}, false,
+         "1,2\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
+        {"empty index", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})}, false,
+         "1,2,3\n,4,5\n", "SHEET: An index cannot be an empty cell ([R2C1]).\n"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        ctx.errors.clear();
+        List *list = ctx.newList(0);
+        for (Array *a : c.arrays) list->append(a->type(), qdPtr(a));
+        if (c.addValue) list->append(QD_INT, qdInt(7));
+        int rc = read(c.csv, c.label, QD_LIST | QD_DYNAMIC, list);
+        EXPECT_EQ(*c.message ? 1 : 0, rc);
+        EXPECT_EQ(c.message, ctx.allErrors());
+        for (Array *a : c.arrays) {
+            EXPECT_EQ(a->beginLoads, a->endLoads);
+            EXPECT_FALSE(a->loading);
+        }
+    }
+}
+
+// ---- the transfer frame ------------------------------------------------------------
+
+TEST_F(TransferIn, ItemsRunInOrderAndTheFirstFailureEndsTheTransfer) {
+    std::ofstream(std::string(TABRIX_TEST_TMP) + "/tin_frame.csv") << "1,2\n3,4\n";
+    Set *a = ctx.newSet(QD_INT);
+    List *b = ctx.newList(QD_INT);
+    Set *c = ctx.newSet(QD_INT);
+    const char *labels[] = {"[A1:B1]", "[Nowhere$A1]", "[A2:B2]"};
+    qd_type types[] = {a->type(), b->type(), c->type()};
+    void *values[] = {a, b, c};
+    int counters[] = {0, 0, 0};
+    void *file = host.open(ctx, "csv", "tin_frame.csv", false);
+    ASSERT_NE(nullptr, file);
+    EXPECT_EQ(2, host.transferIn(ctx, "csv", file, 3, labels, types, values, counters));
+    host.close(ctx, "csv", file);
+    EXPECT_EQ((std::vector<std::string>{"1", "2"}), a->texts());
+    EXPECT_EQ(2, counters[0]);
+    EXPECT_EQ(nullptr, values[0]); // done items are cleared
+    EXPECT_EQ(b, values[1]);
+    EXPECT_EQ(0, c->size());
+    EXPECT_EQ(std::string("SHEET: Sheet not found.\n") + kBadRange, ctx.allErrors());
+
+    // A structure no transfer knows.
+    ctx.errors.clear();
+    EXPECT_EQ(1, read("1\n", "[]", QD_INT | 0x5000, a));
+    EXPECT_EQ("SHEET: Wrong column type.\n", ctx.allErrors());
+}
+
+} // namespace
