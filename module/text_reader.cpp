@@ -145,6 +145,18 @@ int readTextStream(TextSheet *s) {
         if (n > kReadBlock)
             n = kReadBlock;
         for (long k = 0; k < n; ++k) {
+            if (!quoted) {
+                // Plain characters of an unquoted field go straight through.
+                while (k < n && i < size) {
+                    unsigned char c = block[k];
+                    if (c == '\n' || (int)c == fsep || (c == '"' && i == 0))
+                        break;
+                    field[i++] = (char)c;
+                    ++k;
+                }
+                if (k >= n)
+                    break;
+            }
             if (i >= size) {
                 overflow = true;
                 break;

@@ -73,6 +73,8 @@ int classifyField(const TextSheet *s, const char *text, double *number);
 // Answers 0 when the whole stream was read, 1 after a buffer overflow or a
 // read error.
 int readTextStream(TextSheet *s);
+// snprintf(buffer, size, format, value), faster for "%.<n>g".
+int formatReal(const char *format, double value, char *buffer, int size);
 // Writes the store to the current host stream.  Answers 0, or 1 when a
 // number could not be formatted.
 int writeTextStream(TextSheet *s);

@@ -5,6 +5,7 @@
 // in large pieces.
 #include "text_sheet.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -67,7 +68,7 @@ void putCellText(Out *o, const char *text, int fsep) {
 // Formats a number into the store's buffer; false when it does not fit.
 bool formatNumber(TextSheet *s, double value) {
     const char *format = s->realFormat ? s->realFormat : "%.15g";
-    int n = snprintf(s->buffer, (size_t)s->bufferSize, format, value);
+    int n = formatReal(format, value, s->buffer, s->bufferSize);
     if (n < 1 || n >= s->bufferSize)
         return false;
     char *dot = strchr(s->buffer, '.');
@@ -76,7 +77,36 @@ bool formatNumber(TextSheet *s, double value) {
     return true;
 }
 
+// The precision of a format of the form "%.<n>g", or 0 for any other form.
+int generalPrecision(const char *format) {
+    if (format[0] != '%' || format[1] != '.')
+        return 0;
+    int precision = 0;
+    const char *p = format + 2;
+    for (; *p >= '0' && *p <= '9' && precision < 100; ++p)
+        precision = precision * 10 + (*p - '0');
+    return p[0] == 'g' && p[1] == '\0' && p > format + 2 && precision >= 1 && precision <= 17
+               ? precision
+               : 0;
+}
+
 } // namespace
+
+int formatReal(const char *format, double value, char *buffer, int size) {
+    if (size < 1)
+        return -1;
+    // The usual "%.<n>g" is formatted by to_chars, which gives printf's text
+    // several times faster.
+    if (int precision = generalPrecision(format)) {
+        auto r = std::to_chars(buffer, buffer + size - 1, value, std::chars_format::general,
+                               precision);
+        if (r.ec == std::errc()) {
+            *r.ptr = '\0';
+            return (int)(r.ptr - buffer);
+        }
+    }
+    return snprintf(buffer, (size_t)size, format, value);
+}
 
 int writeTextStream(TextSheet *s) {
     if (s->rowCapacity == 0)

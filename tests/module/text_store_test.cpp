@@ -84,6 +84,31 @@ TEST(ClassifyField, Table) {
     }
 }
 
+TEST(FormatReal, SameTextAsPrintf) {
+    const char *formats[] = {"%.15g", "%.17g", "%.1g", "%.6g", "%g", "%.3f", "%.15G", "%e"};
+    std::vector<double> values = {0.0, -0.0, 1.0, -1.5, 0.1, 2.5, 1e15, 1e16, 123456789012345678.0,
+                                  1e-5, 1e-4, 0.0001234, 1e300, -1e-300, 5e-324,
+                                  1.0 / 3.0, 9007199254740993.0, 1e21, 999999999999999.9};
+    std::mt19937_64 rng(11);
+    for (int i = 0; i < 2000; ++i) {
+        uint64_t bits = rng();
+        double v;
+        memcpy(&v, &bits, sizeof v);
+        if (v == v && v - v == 0) // finite
+            values.push_back(v);
+        values.push_back((double)(rng() % 1000000) / 1000.0);
+    }
+    for (const char *f : formats)
+        for (double v : values) {
+            char expected[512], got[512];
+            int n = snprintf(expected, sizeof expected, f, v);
+            ASSERT_EQ(formatReal(f, v, got, sizeof got), n) << f << " " << expected;
+            ASSERT_STREQ(got, expected) << f;
+        }
+    char small[4];
+    EXPECT_EQ(formatReal("%.15g", 12345.0, small, sizeof small), 5); // too long: snprintf's answer
+}
+
 TEST(TextStore, PagesInAnyOrder) {
     g_host = qdhost::hostTable();
     TextSheet s = makeStore();
