@@ -1,6 +1,7 @@
 #include "book/str_util.h"
 
 #include <cctype>
+#include <cwchar>
 #include <cwctype>
 
 namespace tabrix {
@@ -48,6 +49,57 @@ std::wstring StrUtil::unquote(const std::wstring &text) {
         t = t.substr(1, t.size() - 2);
     replace(t, L"''", L"'");
     return t;
+}
+
+std::wstring StrUtil::xmlEsc(const std::wstring &text) {
+    std::wstring out;
+    for (wchar_t c : text) {
+        unsigned long u = static_cast<unsigned long>(c);
+        bool control = u < 32 && c != L'\t' && c != L'\n' && c != L'\r';
+        if (control || (u >= 0xD800 && u <= 0xDFFF) || u >= 0xFFFE) {
+            wchar_t buf[16];
+            std::swprintf(buf, 16, L"_x%04lX_", u);
+            out += buf;
+        } else {
+            out.push_back(c);
+        }
+    }
+    return out;
+}
+
+namespace {
+int hexDigit(wchar_t c) {
+    if (c >= L'0' && c <= L'9')
+        return c - L'0';
+    if (c >= L'a' && c <= L'f')
+        return c - L'a' + 10;
+    if (c >= L'A' && c <= L'F')
+        return c - L'A' + 10;
+    return -1;
+}
+} // namespace
+
+std::wstring StrUtil::xmlUnEsc(const std::wstring &text) {
+    std::wstring out;
+    size_t i = 0;
+    while (i < text.size()) {
+        if (text.compare(i, 2, L"_x") == 0 && i + 6 < text.size() && text[i + 6] == L'_') {
+            int value = 0;
+            bool ok = true;
+            for (size_t k = i + 2; k < i + 6 && ok; ++k) {
+                int d = hexDigit(text[k]);
+                ok = d >= 0;
+                value = value * 16 + d;
+            }
+            if (ok) {
+                out.push_back(static_cast<wchar_t>(value));
+                i += 7;
+                continue;
+            }
+        }
+        out.push_back(text[i++]);
+    }
+    return out;
 }
 
 int sicmp(const std::string &a, const std::string &b) {

@@ -25,6 +25,11 @@ public:
     // Takes off surrounding single quotes (text longer than 2) and undoubles
     // quotes.
     static std::wstring unquote(const std::wstring &text);
+    // Characters XML can't carry (controls other than tab, line feed and
+    // carriage return, surrogate units, 0xFFFE and up) as "_xHHHH_".
+    static std::wstring xmlEsc(const std::wstring &text);
+    // Decodes every "_xHHHH_" (four hexadecimal digits, either case).
+    static std::wstring xmlUnEsc(const std::wstring &text);
 };
 
 // Case-insensitive equality, 0 when equal (tolower / towlower per element).

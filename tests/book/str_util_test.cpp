@@ -88,6 +88,38 @@ TEST(StrUtilTest, QuoteAndUnquote) {
         EXPECT_EQ(StrUtil::unquote(r.in), r.out) << r.in.size();
 }
 
+TEST(StrUtilTest, XmlEscapes) {
+    struct Case {
+        std::wstring plain, escaped;
+    };
+    const Case cases[] = {
+        {L"plain text", L"plain text"},
+        {std::wstring(1, wchar_t(1)), L"_x0001_"},
+        {L"a\tb\nc\rd", L"a\tb\nc\rd"},
+        {std::wstring{L'x', wchar_t(0x1F), L'y'}, L"x_x001F_y"},
+        {std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}, L"_xD83D__xDE00_"},
+        {std::wstring{wchar_t(0xFFFE), wchar_t(0xFFFD)}, std::wstring(L"_xFFFE_") + wchar_t(0xFFFD)},
+        {L"", L""},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(StrUtil::xmlEsc(c.plain), c.escaped);
+        EXPECT_EQ(StrUtil::xmlUnEsc(c.escaped), c.plain);
+    }
+    struct Raw {
+        std::wstring in, out;
+    };
+    const Raw raws[] = {
+        {L"_x0041_", L"A"},
+        {L"_x00e9_x", std::wstring(1, wchar_t(0xE9)) + L"x"},
+        {L"_x004_", L"_x004_"},     // too few digits
+        {L"_x00G1_", L"_x00G1_"},   // not hexadecimal
+        {L"_x0041", L"_x0041"},     // no closing underscore
+        {L"__x0041_", L"_A"},
+    };
+    for (const Raw &r : raws)
+        EXPECT_EQ(StrUtil::xmlUnEsc(r.in), r.out);
+}
+
 TEST(Compare, CaseInsensitive) {
     EXPECT_EQ(sicmp(std::string("Sheet1"), std::string("sHEET1")), 0);
     EXPECT_NE(sicmp(std::string("Sheet1"), std::string("Sheet2")), 0);
