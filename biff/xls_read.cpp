@@ -326,8 +326,11 @@ void XlsCore::readSections() {
             e.startingSectorLocation == kSectorFree || e.type == DirEntry::Unknown ||
             e.type == DirEntry::Storage)
             continue;
-        if (e.streamSize < header_.miniStreamCutoff && !(e.isRoot() && e.streamSize != 0))
-            continue;
+        // The root's stream is the mini stream, which keeps the small
+        // streams alive.  Some producers leave the root's name empty, so its
+        // type counts as much as its name.
+        bool root = e.isRoot() || e.type == DirEntry::Root;
+        if (e.streamSize < header_.miniStreamCutoff && !(root && e.streamSize != 0)) continue;
         kept_[i] = readWholeStream(e);
     }
 }
