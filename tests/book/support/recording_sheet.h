@@ -13,10 +13,10 @@
 namespace tabrix {
 
 class RecordingSheet : public ISheetT<char> {
-public:
+  public:
     using C = char;
 
-    std::string log;        // the last call, e.g. "writeBool(1,2,true,null)"
+    std::string log; // the last call, e.g. "writeBool(1,2,true,null)"
     bool answerBool = false;
     int answerInt = 0;
     double answerDouble = 0.0;
@@ -26,7 +26,7 @@ public:
     int outInt = 0;
     bool outBool = false;
 
-private:
+  private:
     void put(std::ostream &o, int v) { o << v; }
     void put(std::ostream &o, double v) { o << v; }
     void put(std::ostream &o, bool v) { o << (v ? "true" : "false"); }
@@ -63,8 +63,11 @@ private:
         o << ')';
         log = o.str();
     }
-    template <class R> R answer() {
-        if constexpr (std::is_same_v<R, bool>)
+    template <class R, class... A> R call(const char *name, A... args) {
+        record(name, args...);
+        if constexpr (std::is_void_v<R>)
+            return;
+        else if constexpr (std::is_same_v<R, bool>)
             return answerBool;
         else if constexpr (std::is_same_v<R, int>)
             return answerInt;
@@ -78,358 +81,235 @@ private:
             return static_cast<R>(answerPointer);
     }
 
-public:
-    CellType cellType(int row, int col) override {
-        record("cellType", row, col);
-        return answer<CellType>();
+  public:
+    CellType cellType(int row, int col) override { return call<CellType>("cellType", row, col); }
+    bool isFormula(int row, int col) override { return call<bool>("isFormula", row, col); }
+    IFormatT<C> *cellFormat(int row, int col) override {
+        return call<IFormatT<C> *>("cellFormat", row, col);
     }
-    bool isFormula(int row, int col) override {
-        record("isFormula", row, col);
-        return answer<bool>();
+    void setCellFormat(int row, int col, IFormatT<C> *format) override {
+        return call<void>("setCellFormat", row, col, format);
     }
-    IFormatT<C> * cellFormat(int row, int col) override {
-        record("cellFormat", row, col);
-        return answer<IFormatT<C> *>();
-    }
-    void setCellFormat(int row, int col, IFormatT<C> *format) override { record("setCellFormat", row, col, format); }
-    const C * readStr(int row, int col, IFormatT<C> **format) override {
-        record("readStr", row, col, format);
-        return answer<const C *>();
+    const C *readStr(int row, int col, IFormatT<C> **format) override {
+        return call<const C *>("readStr", row, col, format);
     }
     bool writeStr(int row, int col, const C *value, IFormatT<C> *format) override {
-        record("writeStr", row, col, value, format);
-        return answer<bool>();
+        return call<bool>("writeStr", row, col, value, format);
     }
     double readNum(int row, int col, IFormatT<C> **format) override {
-        record("readNum", row, col, format);
-        return answer<double>();
+        return call<double>("readNum", row, col, format);
     }
     bool writeNum(int row, int col, double value, IFormatT<C> *format) override {
-        record("writeNum", row, col, value, format);
-        return answer<bool>();
+        return call<bool>("writeNum", row, col, value, format);
     }
     bool readBool(int row, int col, IFormatT<C> **format) override {
-        record("readBool", row, col, format);
-        return answer<bool>();
+        return call<bool>("readBool", row, col, format);
     }
     bool writeBool(int row, int col, bool value, IFormatT<C> *format) override {
-        record("writeBool", row, col, value, format);
-        return answer<bool>();
+        return call<bool>("writeBool", row, col, value, format);
     }
     bool readBlank(int row, int col, IFormatT<C> **format) override {
-        record("readBlank", row, col, format);
-        return answer<bool>();
+        return call<bool>("readBlank", row, col, format);
     }
     bool writeBlank(int row, int col, IFormatT<C> *format) override {
-        record("writeBlank", row, col, format);
-        return answer<bool>();
+        return call<bool>("writeBlank", row, col, format);
     }
-    const C * readFormula(int row, int col, IFormatT<C> **format) override {
-        record("readFormula", row, col, format);
-        return answer<const C *>();
+    const C *readFormula(int row, int col, IFormatT<C> **format) override {
+        return call<const C *>("readFormula", row, col, format);
     }
     bool writeFormula(int row, int col, const C *expr, IFormatT<C> *format) override {
-        record("writeFormula", row, col, expr, format);
-        return answer<bool>();
+        return call<bool>("writeFormula", row, col, expr, format);
     }
-    const C * readComment(int row, int col) override {
-        record("readComment", row, col);
-        return answer<const C *>();
+    const C *readComment(int row, int col) override {
+        return call<const C *>("readComment", row, col);
     }
-    void writeComment(int row, int col, const C *value, const C *author, int width, int height) override { record("writeComment", row, col, value, author, width, height); }
-    bool isDate(int row, int col) override {
-        record("isDate", row, col);
-        return answer<bool>();
+    void writeComment(int row, int col, const C *value, const C *author, int width,
+                      int height) override {
+        return call<void>("writeComment", row, col, value, author, width, height);
     }
+    bool isDate(int row, int col) override { return call<bool>("isDate", row, col); }
     ErrorCode readError(int row, int col) override {
-        record("readError", row, col);
-        return answer<ErrorCode>();
+        return call<ErrorCode>("readError", row, col);
     }
-    double colWidth(int col) override {
-        record("colWidth", col);
-        return answer<double>();
-    }
-    double rowHeight(int row) override {
-        record("rowHeight", row);
-        return answer<double>();
-    }
-    bool setCol(int colFirst, int colLast, double width, IFormatT<C> *format, bool hidden) override {
-        record("setCol", colFirst, colLast, width, format, hidden);
-        return answer<bool>();
+    double colWidth(int col) override { return call<double>("colWidth", col); }
+    double rowHeight(int row) override { return call<double>("rowHeight", row); }
+    bool setCol(int colFirst, int colLast, double width, IFormatT<C> *format,
+                bool hidden) override {
+        return call<bool>("setCol", colFirst, colLast, width, format, hidden);
     }
     bool setRow(int row, double height, IFormatT<C> *format, bool hidden) override {
-        record("setRow", row, height, format, hidden);
-        return answer<bool>();
+        return call<bool>("setRow", row, height, format, hidden);
     }
-    bool rowHidden(int row) override {
-        record("rowHidden", row);
-        return answer<bool>();
-    }
+    bool rowHidden(int row) override { return call<bool>("rowHidden", row); }
     bool setRowHidden(int row, bool hidden) override {
-        record("setRowHidden", row, hidden);
-        return answer<bool>();
+        return call<bool>("setRowHidden", row, hidden);
     }
-    bool colHidden(int col) override {
-        record("colHidden", col);
-        return answer<bool>();
-    }
+    bool colHidden(int col) override { return call<bool>("colHidden", col); }
     bool setColHidden(int col, bool hidden) override {
-        record("setColHidden", col, hidden);
-        return answer<bool>();
+        return call<bool>("setColHidden", col, hidden);
     }
-    bool getMerge(int row, int col, int *rowFirst, int *rowLast, int *colFirst, int *colLast) override {
-        record("getMerge", row, col, rowFirst, rowLast, colFirst, colLast);
-        return answer<bool>();
+    bool getMerge(int row, int col, int *rowFirst, int *rowLast, int *colFirst,
+                  int *colLast) override {
+        return call<bool>("getMerge", row, col, rowFirst, rowLast, colFirst, colLast);
     }
     bool setMerge(int rowFirst, int rowLast, int colFirst, int colLast) override {
-        record("setMerge", rowFirst, rowLast, colFirst, colLast);
-        return answer<bool>();
+        return call<bool>("setMerge", rowFirst, rowLast, colFirst, colLast);
     }
-    bool delMerge(int row, int col) override {
-        record("delMerge", row, col);
-        return answer<bool>();
+    bool delMerge(int row, int col) override { return call<bool>("delMerge", row, col); }
+    int pictureSize() override { return call<int>("pictureSize"); }
+    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight, int *width,
+                   int *height, int *offsetX, int *offsetY) override {
+        return call<int>("getPicture", index, rowTop, colLeft, rowBottom, colRight, width, height,
+                         offsetX, offsetY);
     }
-    int pictureSize() override {
-        record("pictureSize");
-        return answer<int>();
+    void setPicture(int row, int col, int pictureId, double scale, int offsetX,
+                    int offsetY) override {
+        return call<void>("setPicture", row, col, pictureId, scale, offsetX, offsetY);
     }
-    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight, int *width, int *height, int *offsetX, int *offsetY) override {
-        record("getPicture", index, rowTop, colLeft, rowBottom, colRight, width, height, offsetX, offsetY);
-        return answer<int>();
+    void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
+                     int offsetY) override {
+        return call<void>("setPicture2", row, col, pictureId, width, height, offsetX, offsetY);
     }
-    void setPicture(int row, int col, int pictureId, double scale, int offsetX, int offsetY) override { record("setPicture", row, col, pictureId, scale, offsetX, offsetY); }
-    void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX, int offsetY) override { record("setPicture2", row, col, pictureId, width, height, offsetX, offsetY); }
-    int getHorPageBreak(int index) override {
-        record("getHorPageBreak", index);
-        return answer<int>();
-    }
-    int getHorPageBreakSize() override {
-        record("getHorPageBreakSize");
-        return answer<int>();
-    }
-    int getVerPageBreak(int index) override {
-        record("getVerPageBreak", index);
-        return answer<int>();
-    }
-    int getVerPageBreakSize() override {
-        record("getVerPageBreakSize");
-        return answer<int>();
-    }
+    int getHorPageBreak(int index) override { return call<int>("getHorPageBreak", index); }
+    int getHorPageBreakSize() override { return call<int>("getHorPageBreakSize"); }
+    int getVerPageBreak(int index) override { return call<int>("getVerPageBreak", index); }
+    int getVerPageBreakSize() override { return call<int>("getVerPageBreakSize"); }
     bool setHorPageBreak(int row, bool pageBreak) override {
-        record("setHorPageBreak", row, pageBreak);
-        return answer<bool>();
+        return call<bool>("setHorPageBreak", row, pageBreak);
     }
     bool setVerPageBreak(int col, bool pageBreak) override {
-        record("setVerPageBreak", col, pageBreak);
-        return answer<bool>();
+        return call<bool>("setVerPageBreak", col, pageBreak);
     }
-    void split(int row, int col) override { record("split", row, col); }
+    void split(int row, int col) override { return call<void>("split", row, col); }
     bool groupRows(int rowFirst, int rowLast, bool collapsed) override {
-        record("groupRows", rowFirst, rowLast, collapsed);
-        return answer<bool>();
+        return call<bool>("groupRows", rowFirst, rowLast, collapsed);
     }
     bool groupCols(int colFirst, int colLast, bool collapsed) override {
-        record("groupCols", colFirst, colLast, collapsed);
-        return answer<bool>();
+        return call<bool>("groupCols", colFirst, colLast, collapsed);
     }
-    bool groupSummaryBelow() override {
-        record("groupSummaryBelow");
-        return answer<bool>();
+    bool groupSummaryBelow() override { return call<bool>("groupSummaryBelow"); }
+    void setGroupSummaryBelow(bool below) override {
+        return call<void>("setGroupSummaryBelow", below);
     }
-    void setGroupSummaryBelow(bool below) override { record("setGroupSummaryBelow", below); }
-    bool groupSummaryRight() override {
-        record("groupSummaryRight");
-        return answer<bool>();
+    bool groupSummaryRight() override { return call<bool>("groupSummaryRight"); }
+    void setGroupSummaryRight(bool right) override {
+        return call<void>("setGroupSummaryRight", right);
     }
-    void setGroupSummaryRight(bool right) override { record("setGroupSummaryRight", right); }
     bool clear(int rowFirst, int rowLast, int colFirst, int colLast) override {
-        record("clear", rowFirst, rowLast, colFirst, colLast);
-        return answer<bool>();
+        return call<bool>("clear", rowFirst, rowLast, colFirst, colLast);
     }
     bool insertCol(int colFirst, int colLast) override {
-        record("insertCol", colFirst, colLast);
-        return answer<bool>();
+        return call<bool>("insertCol", colFirst, colLast);
     }
     bool insertRow(int rowFirst, int rowLast) override {
-        record("insertRow", rowFirst, rowLast);
-        return answer<bool>();
+        return call<bool>("insertRow", rowFirst, rowLast);
     }
     bool removeCol(int colFirst, int colLast) override {
-        record("removeCol", colFirst, colLast);
-        return answer<bool>();
+        return call<bool>("removeCol", colFirst, colLast);
     }
     bool removeRow(int rowFirst, int rowLast) override {
-        record("removeRow", rowFirst, rowLast);
-        return answer<bool>();
+        return call<bool>("removeRow", rowFirst, rowLast);
     }
     bool copyCell(int rowSrc, int colSrc, int rowDst, int colDst) override {
-        record("copyCell", rowSrc, colSrc, rowDst, colDst);
-        return answer<bool>();
+        return call<bool>("copyCell", rowSrc, colSrc, rowDst, colDst);
     }
-    int firstRow() override {
-        record("firstRow");
-        return answer<int>();
-    }
-    int lastRow() override {
-        record("lastRow");
-        return answer<int>();
-    }
-    int firstCol() override {
-        record("firstCol");
-        return answer<int>();
-    }
-    int lastCol() override {
-        record("lastCol");
-        return answer<int>();
-    }
-    bool displayGridlines() override {
-        record("displayGridlines");
-        return answer<bool>();
-    }
-    void setDisplayGridlines(bool show) override { record("setDisplayGridlines", show); }
-    bool printGridlines() override {
-        record("printGridlines");
-        return answer<bool>();
-    }
-    void setPrintGridlines(bool print) override { record("setPrintGridlines", print); }
-    int zoom() override {
-        record("zoom");
-        return answer<int>();
-    }
-    void setZoom(int zoom) override { record("setZoom", zoom); }
-    int printZoom() override {
-        record("printZoom");
-        return answer<int>();
-    }
-    void setPrintZoom(int zoom) override { record("setPrintZoom", zoom); }
+    int firstRow() override { return call<int>("firstRow"); }
+    int lastRow() override { return call<int>("lastRow"); }
+    int firstCol() override { return call<int>("firstCol"); }
+    int lastCol() override { return call<int>("lastCol"); }
+    bool displayGridlines() override { return call<bool>("displayGridlines"); }
+    void setDisplayGridlines(bool show) override { return call<void>("setDisplayGridlines", show); }
+    bool printGridlines() override { return call<bool>("printGridlines"); }
+    void setPrintGridlines(bool print) override { return call<void>("setPrintGridlines", print); }
+    int zoom() override { return call<int>("zoom"); }
+    void setZoom(int zoom) override { return call<void>("setZoom", zoom); }
+    int printZoom() override { return call<int>("printZoom"); }
+    void setPrintZoom(int zoom) override { return call<void>("setPrintZoom", zoom); }
     bool getPrintFit(int *wPages, int *hPages) override {
-        record("getPrintFit", wPages, hPages);
-        return answer<bool>();
+        return call<bool>("getPrintFit", wPages, hPages);
     }
-    void setPrintFit(int wPages, int hPages) override { record("setPrintFit", wPages, hPages); }
-    bool landscape() override {
-        record("landscape");
-        return answer<bool>();
+    void setPrintFit(int wPages, int hPages) override {
+        return call<void>("setPrintFit", wPages, hPages);
     }
-    void setLandscape(bool landscape) override { record("setLandscape", landscape); }
-    Paper paper() override {
-        record("paper");
-        return answer<Paper>();
-    }
-    void setPaper(Paper paper) override { record("setPaper", paper); }
-    const C * header() override {
-        record("header");
-        return answer<const C *>();
-    }
+    bool landscape() override { return call<bool>("landscape"); }
+    void setLandscape(bool landscape) override { return call<void>("setLandscape", landscape); }
+    Paper paper() override { return call<Paper>("paper"); }
+    void setPaper(Paper paper) override { return call<void>("setPaper", paper); }
+    const C *header() override { return call<const C *>("header"); }
     bool setHeader(const C *header, double margin) override {
-        record("setHeader", header, margin);
-        return answer<bool>();
+        return call<bool>("setHeader", header, margin);
     }
-    double headerMargin() override {
-        record("headerMargin");
-        return answer<double>();
-    }
-    const C * footer() override {
-        record("footer");
-        return answer<const C *>();
-    }
+    double headerMargin() override { return call<double>("headerMargin"); }
+    const C *footer() override { return call<const C *>("footer"); }
     bool setFooter(const C *footer, double margin) override {
-        record("setFooter", footer, margin);
-        return answer<bool>();
+        return call<bool>("setFooter", footer, margin);
     }
-    double footerMargin() override {
-        record("footerMargin");
-        return answer<double>();
+    double footerMargin() override { return call<double>("footerMargin"); }
+    bool hCenter() override { return call<bool>("hCenter"); }
+    void setHCenter(bool center) override { return call<void>("setHCenter", center); }
+    bool vCenter() override { return call<bool>("vCenter"); }
+    void setVCenter(bool center) override { return call<void>("setVCenter", center); }
+    double marginLeft() override { return call<double>("marginLeft"); }
+    void setMarginLeft(double margin) override { return call<void>("setMarginLeft", margin); }
+    double marginRight() override { return call<double>("marginRight"); }
+    void setMarginRight(double margin) override { return call<void>("setMarginRight", margin); }
+    double marginTop() override { return call<double>("marginTop"); }
+    void setMarginTop(double margin) override { return call<void>("setMarginTop", margin); }
+    double marginBottom() override { return call<double>("marginBottom"); }
+    void setMarginBottom(double margin) override { return call<void>("setMarginBottom", margin); }
+    bool printRowCol() override { return call<bool>("printRowCol"); }
+    void setPrintRowCol(bool print) override { return call<void>("setPrintRowCol", print); }
+    void setPrintRepeatRows(int rowFirst, int rowLast) override {
+        return call<void>("setPrintRepeatRows", rowFirst, rowLast);
     }
-    bool hCenter() override {
-        record("hCenter");
-        return answer<bool>();
+    void setPrintRepeatCols(int colFirst, int colLast) override {
+        return call<void>("setPrintRepeatCols", colFirst, colLast);
     }
-    void setHCenter(bool center) override { record("setHCenter", center); }
-    bool vCenter() override {
-        record("vCenter");
-        return answer<bool>();
+    void setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) override {
+        return call<void>("setPrintArea", rowFirst, rowLast, colFirst, colLast);
     }
-    void setVCenter(bool center) override { record("setVCenter", center); }
-    double marginLeft() override {
-        record("marginLeft");
-        return answer<double>();
+    void clearPrintRepeats() override { return call<void>("clearPrintRepeats"); }
+    void clearPrintArea() override { return call<void>("clearPrintArea"); }
+    bool getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst, int *colLast,
+                       int scopeId, bool *hidden) override {
+        return call<bool>("getNamedRange", name, rowFirst, rowLast, colFirst, colLast, scopeId,
+                          hidden);
     }
-    void setMarginLeft(double margin) override { record("setMarginLeft", margin); }
-    double marginRight() override {
-        record("marginRight");
-        return answer<double>();
-    }
-    void setMarginRight(double margin) override { record("setMarginRight", margin); }
-    double marginTop() override {
-        record("marginTop");
-        return answer<double>();
-    }
-    void setMarginTop(double margin) override { record("setMarginTop", margin); }
-    double marginBottom() override {
-        record("marginBottom");
-        return answer<double>();
-    }
-    void setMarginBottom(double margin) override { record("setMarginBottom", margin); }
-    bool printRowCol() override {
-        record("printRowCol");
-        return answer<bool>();
-    }
-    void setPrintRowCol(bool print) override { record("setPrintRowCol", print); }
-    void setPrintRepeatRows(int rowFirst, int rowLast) override { record("setPrintRepeatRows", rowFirst, rowLast); }
-    void setPrintRepeatCols(int colFirst, int colLast) override { record("setPrintRepeatCols", colFirst, colLast); }
-    void setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) override { record("setPrintArea", rowFirst, rowLast, colFirst, colLast); }
-    void clearPrintRepeats() override { record("clearPrintRepeats"); }
-    void clearPrintArea() override { record("clearPrintArea"); }
-    bool getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst, int *colLast, int scopeId, bool *hidden) override {
-        record("getNamedRange", name, rowFirst, rowLast, colFirst, colLast, scopeId, hidden);
-        return answer<bool>();
-    }
-    bool setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst, int colLast, int scopeId) override {
-        record("setNamedRange", name, rowFirst, rowLast, colFirst, colLast, scopeId);
-        return answer<bool>();
+    bool setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst, int colLast,
+                       int scopeId) override {
+        return call<bool>("setNamedRange", name, rowFirst, rowLast, colFirst, colLast, scopeId);
     }
     bool delNamedRange(const C *name, int scopeId) override {
-        record("delNamedRange", name, scopeId);
-        return answer<bool>();
+        return call<bool>("delNamedRange", name, scopeId);
     }
-    int namedRangeSize() override {
-        record("namedRangeSize");
-        return answer<int>();
+    int namedRangeSize() override { return call<int>("namedRangeSize"); }
+    const C *namedRange(int index, int *rowFirst, int *rowLast, int *colFirst, int *colLast,
+                        int *scopeId, bool *hidden) override {
+        return call<const C *>("namedRange", index, rowFirst, rowLast, colFirst, colLast, scopeId,
+                               hidden);
     }
-    const C * namedRange(int index, int *rowFirst, int *rowLast, int *colFirst, int *colLast, int *scopeId, bool *hidden) override {
-        record("namedRange", index, rowFirst, rowLast, colFirst, colLast, scopeId, hidden);
-        return answer<const C *>();
+    const C *name() override { return call<const C *>("name"); }
+    void setName(const C *name) override { return call<void>("setName", name); }
+    bool protect() override { return call<bool>("protect"); }
+    void setProtect(bool protect) override { return call<void>("setProtect", protect); }
+    SheetState hidden() override { return call<SheetState>("hidden"); }
+    bool setHidden(SheetState state) override { return call<bool>("setHidden", state); }
+    void getTopLeftView(int *row, int *col) override {
+        return call<void>("getTopLeftView", row, col);
     }
-    const C * name() override {
-        record("name");
-        return answer<const C *>();
+    void setTopLeftView(int row, int col) override {
+        return call<void>("setTopLeftView", row, col);
     }
-    void setName(const C *name) override { record("setName", name); }
-    bool protect() override {
-        record("protect");
-        return answer<bool>();
+    bool rightToLeft() override { return call<bool>("rightToLeft"); }
+    void setRightToLeft(bool rightToLeft) override {
+        return call<void>("setRightToLeft", rightToLeft);
     }
-    void setProtect(bool protect) override { record("setProtect", protect); }
-    SheetState hidden() override {
-        record("hidden");
-        return answer<SheetState>();
+    void addrToRowCol(const C *addr, int *row, int *col, bool *rowRelative,
+                      bool *colRelative) override {
+        return call<void>("addrToRowCol", addr, row, col, rowRelative, colRelative);
     }
-    bool setHidden(SheetState state) override {
-        record("setHidden", state);
-        return answer<bool>();
-    }
-    void getTopLeftView(int *row, int *col) override { record("getTopLeftView", row, col); }
-    void setTopLeftView(int row, int col) override { record("setTopLeftView", row, col); }
-    bool rightToLeft() override {
-        record("rightToLeft");
-        return answer<bool>();
-    }
-    void setRightToLeft(bool rightToLeft) override { record("setRightToLeft", rightToLeft); }
-    void addrToRowCol(const C *addr, int *row, int *col, bool *rowRelative, bool *colRelative) override { record("addrToRowCol", addr, row, col, rowRelative, colRelative); }
-    const C * rowColToAddr(int row, int col, bool rowRelative, bool colRelative) override {
-        record("rowColToAddr", row, col, rowRelative, colRelative);
-        return answer<const C *>();
+    const C *rowColToAddr(int row, int col, bool rowRelative, bool colRelative) override {
+        return call<const C *>("rowColToAddr", row, col, rowRelative, colRelative);
     }
 };
 
