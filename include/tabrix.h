@@ -17,6 +17,14 @@
 extern "C" {
 #endif
 
+/* The entry points stay visible even when the library is built with hidden
+ * default visibility. */
+#if defined(__GNUC__)
+#define TABRIX_API __attribute__((visibility("default")))
+#else
+#define TABRIX_API
+#endif
+
 typedef void *TBBook;
 typedef void *TBSheet;
 typedef void *TBFormat;
@@ -251,28 +259,28 @@ typedef void *TBFont;
     X(int, RightToLeft, rightToLeft, (TBSheet s), (s)) \
     X(void, SetRightToLeft, setRightToLeft, (TBSheet s, int rightToLeft), (s, rightToLeft))
 
-#define TB_DECLARE_BOOK_ENTRY(ret, Name, op, params, args) ret tbBook##Name##A params;
-#define TB_DECLARE_SHEET_ENTRY(ret, Name, op, params, args) ret tbSheet##Name##A params;
+#define TB_DECLARE_BOOK_ENTRY(ret, Name, op, params, args) TABRIX_API ret tbBook##Name##A params;
+#define TB_DECLARE_SHEET_ENTRY(ret, Name, op, params, args) TABRIX_API ret tbSheet##Name##A params;
 
 TB_BOOK_ENTRIES(TB_DECLARE_BOOK_ENTRY)
 TB_SHEET_ENTRIES(TB_DECLARE_SHEET_ENTRY)
 
 /* rowRelative and colRelative may be null; they receive 0 or 1. */
-void tbSheetAddrToRowColA(TBSheet s, const char *addr, int *row, int *col, int *rowRelative,
-                          int *colRelative);
+TABRIX_API void tbSheetAddrToRowColA(TBSheet s, const char *addr, int *row, int *col,
+                                     int *rowRelative, int *colRelative);
 /* Here a flag counts as true only when it is above 0. */
-const char *tbSheetRowColToAddrA(TBSheet s, int row, int col, int rowRelative,
-                                 int colRelative);
+TABRIX_API const char *tbSheetRowColToAddrA(TBSheet s, int row, int col,
+                                            int rowRelative, int colRelative);
 
 /* Creation.  The A and W forms answer null on any failure; the CA forms let
  * a failure reach a C++ caller as an exception.  A W book has no flat
  * operations: it is driven through the wide C++ interface. */
-TBBook tbCreateBookA(void);
-TBBook tbCreateBookCA(void);
-void *tbCreateBookW(void);
-TBBook tbCreateXMLBookA(void);
-TBBook tbCreateXMLBookCA(void);
-void *tbCreateXMLBookW(void);
+TABRIX_API TBBook tbCreateBookA(void);
+TABRIX_API TBBook tbCreateBookCA(void);
+TABRIX_API void *tbCreateBookW(void);
+TABRIX_API TBBook tbCreateXMLBookA(void);
+TABRIX_API TBBook tbCreateXMLBookCA(void);
+TABRIX_API void *tbCreateXMLBookW(void);
 
 #ifdef __cplusplus
 }
