@@ -233,7 +233,9 @@ size_t XlsCore::read(void *buffer, size_t length) {
                 eof_ = true;
                 return done;
             }
-            if (++hops_ > fat_.size()) throw tberror("Xls::read(): fat chain is cyclic");
+            // A chain can't visit more sectors than the file holds.
+            if (++hops_ > uint64_t(fileSize_ / sectorSize_) + 1)
+                throw tberror("Xls::read(): fat chain is cyclic");
             curSector_ = next;
             goSector(curSector_);
             sectorOffset_ = 0;
@@ -257,7 +259,9 @@ size_t XlsCore::readMini(void *buffer, size_t length) {
                 eof_ = true;
                 return done;
             }
-            if (++hops_ > miniFat_.size()) throw tberror("Xls::read(): minifat chain is cyclic");
+            // Only a stream below 4096 bytes is served from the mini stream.
+            if (++hops_ > std::min<uint64_t>(miniFat_.size(), 4096 / miniSectorSize_ + 1))
+                throw tberror("Xls::read(): minifat chain is cyclic");
             curSector_ = next;
             goMiniSector(curSector_);
             sectorOffset_ = 0;
@@ -320,6 +324,9 @@ std::vector<uint8_t> XlsCore::readWholeStream(const DirEntry &e) {
 
 void XlsCore::readSections() {
     kept_.clear();
+    // Streams don't share sectors, so together they can't exceed the file;
+    // this bounds the memory a hostile directory can ask for.
+    uint64_t keptTotal = 0;
     for (size_t i = 0; i < dir_.size(); ++i) {
         const DirEntry &e = dir_[i];
         if (i == workbook_ || e.startingSectorLocation == kEndOfChain ||
@@ -331,6 +338,9 @@ void XlsCore::readSections() {
         // type counts as much as its name.
         bool root = e.isRoot() || e.type == DirEntry::Root;
         if (e.streamSize < header_.miniStreamCutoff && !(root && e.streamSize != 0)) continue;
+        keptTotal += e.streamSize;
+        if (keptTotal > fileSize_)
+            throw tberror("Xls::readSections(): streams are larger than the file");
         kept_[i] = readWholeStream(e);
     }
 }
