@@ -322,3 +322,28 @@ TEST(CsvOpen, SharingRules) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(CsvTransfer, ThroughTheStore) {
+    Context ctx(scratchDir());
+    writeFile("empty.csv", "");
+    Set *set = ctx.newSet(QD_STRING);
+    EXPECT_NE(host().readItem(ctx, "csv", "empty.csv", "[]", set->type(), set), 0);
+    ASSERT_FALSE(ctx.errors.empty());
+    EXPECT_EQ(ctx.errors[0], "SHEET: Sheet not found.\n");
+
+    Context ok(scratchDir());
+    writeFile("names.csv", "a\n\"b,c\"\nd\n");
+    Set *names = ok.newSet(QD_STRING);
+    EXPECT_EQ(host().readItem(ok, "csv", "names.csv", "[]", names->type(), names), 0)
+        << ok.allErrors();
+    EXPECT_EQ(names->texts(), (std::vector<std::string>{"a", "b,c", "d"}));
+
+    remove(pathOf("out.csv").c_str());
+    EXPECT_EQ(host().writeItem(ok, "csv", "out.csv", "[A1:A3]", names->type(), names), 0)
+        << ok.allErrors();
+    EXPECT_EQ(readFile("out.csv"), "a\n\"b,c\"\nd\n");
+}
+
+} // namespace
