@@ -4,6 +4,11 @@
 #ifndef TABRIX_TEXT_RESULT_H
 #define TABRIX_TEXT_RESULT_H
 
+#include <cstring>
+#include <cwchar>
+#include <string>
+
+#include "book/encoding.h"
 #include "book/xstring.h"
 
 namespace tabrix {
@@ -18,6 +23,33 @@ const C *textResult(XString &buffer, XString &message, const wchar_t *wide, bool
     const C *text = buffer.template c_str<C>(utf8Mode);
     message.assign(buffer.conversionFailed() ? kConversionWarning : "ok");
     return text;
+}
+
+// Length of a caller's text in its own elements.
+inline size_t tslen(const char *text) { return std::strlen(text); }
+inline size_t tslen(const wchar_t *text) { return std::wcslen(text); }
+
+// A caller's text as the library's wide text (null gives an empty text).  A
+// narrow text that doesn't convert in the C locale gives an empty text and
+// the answer false; invalid UTF-8 throws.
+inline bool wideText(const char *text, bool utf8Mode, std::wstring &out) {
+    if (!text) {
+        out.clear();
+        return true;
+    }
+    return toWide(text, utf8Mode, out);
+}
+inline bool wideText(const wchar_t *text, bool, std::wstring &out) {
+    out = text ? text : L"";
+    return true;
+}
+
+// The length that the formats' text limits count: UTF-16 units, so that a
+// character above U+FFFF counts 2 whatever the caller's encoding.
+template <class C> size_t utf16Length(const C *text, bool utf8Mode) {
+    std::wstring wide;
+    wideText(text, utf8Mode, wide);
+    return wide.size();
 }
 
 } // namespace tabrix

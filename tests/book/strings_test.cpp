@@ -57,6 +57,33 @@ TEST(Utf8, RoundTripsThroughUtf16Units) {
     }
 }
 
+TEST(Utf8, LimitsCountUtf16Units) {
+    struct Case {
+        const char *utf8;
+        std::wstring wide;
+        size_t units;
+    };
+    const Case cases[] = {
+        {"", L"", 0},
+        {"abc", L"abc", 3},
+        {"\xC3\xA9t\xC3\xA9", L"\u00e9t\u00e9", 3},
+        {"\xF0\x9F\x98\x80", {wchar_t(0xD83D), wchar_t(0xDE00)}, 2},
+        {"x\xF0\x9F\x98\x80y", {L'x', wchar_t(0xD83D), wchar_t(0xDE00), L'y'}, 4},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(utf16Length(c.utf8, true), c.units) << c.utf8;
+        EXPECT_EQ(utf16Length(c.wide.c_str(), true), c.units) << c.utf8;
+        std::wstring w;
+        EXPECT_TRUE(wideText(c.utf8, true, w));
+        EXPECT_EQ(w, c.wide);
+    }
+    std::wstring w = L"old";
+    EXPECT_TRUE(wideText(static_cast<const char *>(nullptr), true, w));
+    EXPECT_EQ(w, L"");
+    EXPECT_EQ(tslen("abc"), 3u);
+    EXPECT_EQ(tslen(L"ab"), 2u);
+}
+
 TEST(Utf8, InvalidInputIsReportedThroughTheFrame) {
     struct Case {
         std::string utf8;
