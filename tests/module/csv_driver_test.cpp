@@ -17,7 +17,7 @@ namespace {
 
 std::string scratchDir() {
     mkdir(TABRIX_TEST_TMP, 0777);
-    std::string dir = std::string(TABRIX_TEST_TMP) + "/csv";
+    std::string dir = std::string(TABRIX_TEST_TMP) + "/csv_driver";
     mkdir(dir.c_str(), 0777);
     return dir;
 }
