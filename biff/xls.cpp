@@ -23,9 +23,12 @@ void XlsCore::reset(bool fresh) {
         miniFat_.clear();
         fat_.clear();
         workbook_ = 1;
+        keepCutoff_ = 4096;
     } else {
         setWorkbookEntry();
     }
+    rootChain_.clear();
+    rootChainBuilt_ = false;
     stream_ = nullptr;
     eof_ = false;
 }

@@ -99,6 +99,12 @@ private:
     size_t workbook_ = 1;
     // Keyed by directory index so that a save visits them in directory order.
     std::map<size_t, std::vector<uint8_t>> kept_;
+    // Streams below this size stay in the mini stream through a save: the
+    // loaded file's cutoff, but never above the 4096 a saved file states.
+    uint32_t keepCutoff_ = 4096;
+    // Sectors of the root's chain (the mini stream), built on first use.
+    std::vector<uint32_t> rootChain_;
+    bool rootChainBuilt_ = false;
     uint32_t curSector_ = 0;
     uint32_t sectorOffset_ = 0;
     uint64_t readTotal_ = 0;

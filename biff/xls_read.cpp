@@ -43,14 +43,26 @@ void XlsCore::goSector(uint32_t n) {
 void XlsCore::goMiniSector(uint32_t m) {
     if (m >= miniFat_.size())
         throw tberror("Xls: mini sector #" + num(m) + " is not found in _minifat");
+    if (!rootChainBuilt_) {
+        // The root's chain, cut where it ends, leaves the table or the file,
+        // or loops back: mini sectors beyond it are simply out of reach.
+        rootChainBuilt_ = true;
+        rootChain_.clear();
+        uint64_t limit = uint64_t(fileSize_ / sectorSize_) + 1;
+        uint32_t s = dir_.empty() ? kEndOfChain : dir_[0].startingSectorLocation;
+        while (s < fat_.size() && rootChain_.size() < limit) {
+            rootChain_.push_back(s);
+            s = fat_[s];
+        }
+    }
     uint32_t perSector = sectorSize_ / miniSectorSize_;
-    uint32_t s = dir_.empty() ? kEndOfChain : dir_[0].startingSectorLocation;
-    // m is below the mini FAT's size, itself bounded by the file, so this
-    // walk is bounded too.
-    for (uint32_t i = 0; i < m / perSector; ++i) s = fatNext(s);
+    uint32_t index = m / perSector;
+    if (index >= rootChain_.size())
+        throw tberror("Xls: mini sector #" + num(m) + " is out of the file");
+    uint32_t s = rootChain_[index];
     uint64_t pos = uint64_t(s) * sectorSize_ + sectorSize_ +
                    uint64_t(m % perSector) * miniSectorSize_;
-    if (s >= kDifatSector || pos + miniSectorSize_ > fileSize_)
+    if (pos + miniSectorSize_ > fileSize_)
         throw tberror("Xls: mini sector #" + num(m) + " is out of the file");
     stream_->clear();
     stream_->seekg(std::streamoff(pos));
@@ -67,6 +79,9 @@ void XlsCore::readHeader(unsigned &total) {
     readRaw(raw + 8, kHeaderSize - 8);
     header_.fromBytes(raw);
     total += kHeaderSize;
+    rootChain_.clear();
+    rootChainBuilt_ = false;
+    keepCutoff_ = std::min<uint32_t>(header_.miniStreamCutoff, 4096);
     sectorSize_ = 1u << (header_.sectorShift % 32);
     miniSectorSize_ = 1u << (header_.miniSectorShift % 32);
     // Sectors must hold at least one directory entry, and mini sectors must
@@ -327,6 +342,8 @@ void XlsCore::readSections() {
     // Streams don't share sectors, so together they can't exceed the file;
     // this bounds the memory a hostile directory can ask for.
     uint64_t keptTotal = 0;
+    // The workbook cursor stays valid: its read position comes back after.
+    std::streamoff resume = stream_->tellg();
     for (size_t i = 0; i < dir_.size(); ++i) {
         const DirEntry &e = dir_[i];
         if (i == workbook_ || e.startingSectorLocation == kEndOfChain ||
@@ -337,12 +354,14 @@ void XlsCore::readSections() {
         // streams alive.  Some producers leave the root's name empty, so its
         // type counts as much as its name.
         bool root = e.isRoot() || e.type == DirEntry::Root;
-        if (e.streamSize < header_.miniStreamCutoff && !(root && e.streamSize != 0)) continue;
+        if (e.streamSize < keepCutoff_ && !(root && e.streamSize != 0)) continue;
         keptTotal += e.streamSize;
         if (keptTotal > fileSize_)
             throw tberror("Xls::readSections(): streams are larger than the file");
         kept_[i] = readWholeStream(e);
     }
+    stream_->clear();
+    if (resume >= 0) stream_->seekg(resume);
 }
 
 } // namespace tabrix

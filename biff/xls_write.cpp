@@ -89,6 +89,8 @@ void XlsCore::close() {
         n += sectors;
     }
 
+    // The streams left in the mini stream are those below this cutoff.
+    header_.miniStreamCutoff = keepCutoff_;
     uint32_t d = uint32_t((dir_.size() + 3) / 4);
     FatLayout layout = computeFatLayout(n, d);
     uint32_t f = layout.fatSectors, g = layout.difatSectors;

@@ -166,6 +166,61 @@ TEST(CfbWrite, ResaveKeepsOtherStreams) {
     }
 }
 
+TEST(CfbWrite, ResaveWithAnotherCutoffKeepsStreamsReadable) {
+    // A file whose cutoff is above 4096 keeps a 5000-byte stream in its
+    // mini stream; a saved file states 4096, so that stream must move to
+    // the FAT.  One whose cutoff is below 4096 keeps its cutoff.
+    struct Case {
+        uint32_t cutoff;
+        uint32_t savedCutoff;
+    };
+    for (const Case &c : {Case{8192, 4096}, Case{1024, 1024}}) {
+        auto mid = pattern(5000, 31), small = pattern(2000, 32), tiny = pattern(500, 33);
+        cfbtest::Built b = cfbtest::buildCfb(
+            {{"Workbook", pattern(9000, 30)}, {"Mid", mid}, {"Small", small}, {"Tiny", tiny}},
+            c.cutoff);
+        std::stringstream in(b.str());
+        Xls<char> x;
+        x.setStreamPtr(&in);
+        x.calcFileSize();
+        unsigned total = 0;
+        x.readHeader(total);
+        auto wb = readWorkbook(x);
+        x.readSections();
+        std::stringstream out;
+        x.reset(false);
+        x.setStreamPtr(&out);
+        x.writeHeader();
+        x.write(wb.data(), wb.size());
+        x.close();
+
+        std::stringstream again(out.str());
+        Xls<char> y;
+        y.setStreamPtr(&again);
+        y.calcFileSize();
+        unsigned t2 = 0;
+        ASSERT_NO_THROW(y.readHeader(t2)) << c.cutoff;
+        ASSERT_NO_THROW(y.readSections()) << c.cutoff;
+        EXPECT_EQ(y.header().miniStreamCutoff, c.savedCutoff);
+        EXPECT_EQ(readWorkbook(y), wb);
+        EXPECT_EQ(y.keptStreams().at(2), mid) << c.cutoff;
+        // Streams below the saved cutoff are found in the kept mini stream.
+        for (size_t i : {size_t(3), size_t(4)}) {
+            const DirEntry &e = y.directory()[i];
+            const auto &expect = i == 3 ? small : tiny;
+            if (e.streamSize >= c.savedCutoff) {
+                EXPECT_EQ(y.keptStreams().at(i), expect) << c.cutoff;
+            } else {
+                const auto &mini = y.keptStreams().at(0);
+                ASSERT_LE(size_t(e.startingSectorLocation) * 64 + expect.size(), mini.size());
+                EXPECT_TRUE(std::equal(expect.begin(), expect.end(),
+                                       mini.begin() + size_t(e.startingSectorLocation) * 64))
+                    << c.cutoff << " " << i;
+            }
+        }
+    }
+}
+
 TEST(CfbWrite, DiskFileRoundTrip) {
     std::string path = std::string(TABRIX_TEST_TMP) + "/cfb_disk_roundtrip.xls";
     auto wb = pattern(12345, 5);
