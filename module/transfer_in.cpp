@@ -495,6 +495,7 @@ int readItem(qd_context *ctx, RangeSpec *spec, qd_type type, void *value, int *c
 int transferIn(qd_context *ctx, void *handle, int count, const char **labels, const qd_type *types,
                void **values, int *counters) {
     SheetFile *file = (SheetFile *)handle;
+    if (!file) return count;
     int done = 0;
     for (int i = 0; i < count; i++) {
         const char *label = labels && labels[i] ? labels[i] : "";
