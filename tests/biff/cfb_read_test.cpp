@@ -127,17 +127,19 @@ TEST(CfbRead, StreamSizeUpperHalfIsIgnored) {
 
 TEST(CfbRead, KeepsOtherStreams) {
     auto big = pattern(5000, 11), small = pattern(3000, 12);
-    Built b = buildCfb({{"Workbook", pattern(6000, 10)}, {"Big", big}, {"Small", small}});
-    Opened o;
-    ASSERT_EQ(openText(b.str(), o, true), "");
-    const auto &kept = o.xls.keptStreams();
-    ASSERT_EQ(kept.size(), 2u); // root (the mini stream) and Big
-    EXPECT_EQ(kept.at(2), big);
-    ASSERT_EQ(kept.count(0), 1u);
-    // The small stream lives in the kept mini stream at its mini sector.
-    std::vector<uint8_t> inMini(kept.at(0).begin() + size_t(b.starts[2]) * 64,
-                                kept.at(0).begin() + size_t(b.starts[2]) * 64 + 3000);
-    EXPECT_EQ(inMini, small);
+    for (bool blankRoot : {false, true}) { // some producers leave the root unnamed
+        Built b = buildCfb({{"Workbook", pattern(6000, 10)}, {"Big", big}, {"Small", small}});
+        if (blankRoot) std::fill_n(b.file.begin() + long(b.dirEntry(0)), 66, 0);
+        Opened o;
+        ASSERT_EQ(openText(b.str(), o, true), "") << blankRoot;
+        const auto &kept = o.xls.keptStreams();
+        ASSERT_EQ(kept.size(), 2u) << blankRoot; // root (the mini stream) and Big
+        EXPECT_EQ(kept.at(2), big);
+        ASSERT_EQ(kept.count(0), 1u);
+        // The small stream lives in the kept mini stream at its mini sector.
+        auto at = kept.at(0).begin() + long(b.starts[2]) * 64;
+        EXPECT_EQ(std::vector<uint8_t>(at, at + 3000), small) << blankRoot;
+    }
 }
 
 TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
