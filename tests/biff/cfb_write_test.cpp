@@ -116,6 +116,10 @@ TEST(CfbWrite, NewFileLayout) {
     EXPECT_EQ(x.directory()[2].type, 0); // unused slots are all zero
     EXPECT_EQ(x.fat()[8], 0xFFFFFFFDu);
     EXPECT_EQ(x.fat()[9], 0xFFFFFFFEu);
+    std::string d = x.dump();
+    for (const char *label : {"[Difat]\n0: 8\n", "[Fat]\n0: 1\n", "[Dir]\n[DirEntry]\nname=Root Entry\n",
+                              "name=Workbook\nlength=18\ntype=2\n", "startingSectorLocation=0\nstreamSize=4096\n"})
+        EXPECT_NE(d.find(label), std::string::npos) << label;
 }
 
 TEST(CfbWrite, ResaveKeepsOtherStreams) {
