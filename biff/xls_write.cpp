@@ -54,6 +54,7 @@ uint32_t XlsCore::writeTail(uint32_t size, uint8_t fill) {
 }
 
 void XlsCore::close() {
+    if (!stream_ || workbook_ >= dir_.size()) throw tberror(kWriteError);
     uint64_t n = 0;
     DirEntry &wb = dir_[workbook_];
     if (written_ > 0) {
