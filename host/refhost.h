@@ -252,7 +252,8 @@ class Array : public Object {
 class List : public Object {
   public:
     List(Context *ctx, qd_type elem) : Object(ctx), elem_(elem) {}
-    qd_type type() const override { return elem_ | QD_LIST | QD_DYNAMIC; }
+    // The structure bits of an array element type stay out of the list's own word.
+    qd_type type() const override { return (elem_ & ~QD_STRUCT_MASK) | QD_LIST | QD_DYNAMIC; }
     std::unique_ptr<Object> clone() const override;
     qd_type elementType() const { return elem_; } // 0 = untyped
 
