@@ -1,7 +1,9 @@
 // The host objects: external objects, records, sets, arrays and lists.
 #include "refhost.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 
 namespace qdhost {
@@ -264,8 +266,20 @@ Array::Cell *Array::find(const Tuple &at) {
     return it == cells_.end() ? nullptr : &it->second;
 }
 
+const std::pair<const Array::Tuple, Array::Cell> *Array::stopAt(const int *at) const {
+    if (!walking_ || !std::equal(walk_->first.begin(), walk_->first.end(), at))
+        return nullptr;
+    return &*walk_;
+}
+
 qd_value Array::get(const int *at) const {
-    const Cell *c = find(Tuple(at, at + sets_.size()));
+    const Cell *c;
+    if (auto stop = stopAt(at)) {
+        c = &stop->second;
+    } else {
+        probe_.assign(at, at + sets_.size());
+        c = find(probe_);
+    }
     if (c)
         return c->obj ? qdPtr(c->obj.get()) : c->value;
     if (emptyRecord_)
@@ -305,20 +319,32 @@ bool Array::nextCell(int *at) const {
 bool Array::firstEntry(int *at) const {
     if (opt_.dense)
         return firstCell(at);
-    if (cells_.empty())
+    walking_ = !cells_.empty();
+    if (!walking_)
         return false;
-    const Tuple &t = cells_.begin()->first;
-    std::copy(t.begin(), t.end(), at);
+    walk_ = cells_.begin();
+    std::copy(walk_->first.begin(), walk_->first.end(), at);
     return true;
 }
 
+// The next stored entry after `at` in index order.  Stepping on from the
+// entry answered last is one iterator increment; any other tuple is
+// searched for.
 bool Array::nextEntry(int *at) const {
     if (opt_.dense)
         return nextCell(at);
-    auto it = cells_.upper_bound(Tuple(at, at + sets_.size()));
-    if (it == cells_.end())
+    std::map<Tuple, Cell>::const_iterator it;
+    if (stopAt(at)) {
+        it = std::next(walk_);
+    } else {
+        probe_.assign(at, at + sets_.size());
+        it = cells_.upper_bound(probe_);
+    }
+    walking_ = it != cells_.end();
+    if (!walking_)
         return false;
-    std::copy(it->first.begin(), it->first.end(), at);
+    walk_ = it;
+    std::copy(walk_->first.begin(), walk_->first.end(), at);
     return true;
 }
 

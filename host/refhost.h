@@ -247,6 +247,14 @@ class Array : public Object {
     ArrayOptions opt_;
     std::map<Tuple, Cell> cells_;
     std::unique_ptr<Record> emptyRecord_;
+
+    // The stored entry the last entry walk answered, so that the next step
+    // from that tuple, and a get() of it, need no search.  Cells are never
+    // removed, so the iterator stays good while `walking_` is set.
+    const std::pair<const Tuple, Cell> *stopAt(const int *at) const;
+    mutable std::map<Tuple, Cell>::const_iterator walk_;
+    mutable bool walking_ = false;
+    mutable Tuple probe_; // search key, kept to spare an allocation per lookup
 };
 
 class List : public Object {
