@@ -116,9 +116,59 @@ private:
     std::iostream *stream_ = nullptr;
 };
 
-// The record layer is built on this class for each character type.
+// The record layer: headers, plain little-endian writes and the operations
+// that follow a logical record across CONTINUE records.  `remaining` counts
+// the bytes not yet consumed (reading) or not yet filled (writing) in the
+// current physical record.
+class XlsRecords : public XlsCore {
+public:
+    static const uint16_t kContinueId = 60;
+    static const uint16_t kMaxRecordData = 8224;
+
+    using XlsCore::readInt16;
+    using XlsCore::readInt32;
+    using XlsCore::write;
+
+    void readInt16(uint16_t &value, unsigned short &remaining);
+    void readInt32(uint32_t &value, unsigned short &remaining);
+    // Answers `length` (0 for length <= 0); throws when the data runs into a
+    // record that is not a CONTINUE.
+    int readWithContinueRecords(void *buffer, int length, unsigned short &remaining);
+    // With nothing left in the record and a CONTINUE next, enters it.
+    void checkContinue(unsigned short &remaining);
+
+    void writeInt16(uint16_t value);
+    void writeInt32(uint32_t value);
+    void writeDouble(double value);
+    void writeInt16(uint16_t value, unsigned short &remaining);
+    void writeInt32(uint32_t value, unsigned short &remaining);
+    // Record header; with a buffer, also the data when size > 0.
+    void write(uint16_t id, uint16_t size);
+    void write(uint16_t id, const void *buffer, uint16_t size);
+    // Overwrites 16 bits at a workbook-stream position written before and
+    // comes back to the current write position.
+    void patchInt16(uint32_t pos, uint16_t value);
+
+private:
+    // Reads the next record header into `remaining`; `who` names the caller
+    // in the message when that record is not a CONTINUE.  A CONTINUE of size
+    // 0 carries nothing and is passed over.
+    void enterContinue(unsigned short &remaining, const char *who);
+    void readByte(uint8_t &b, unsigned short &remaining, const char *who);
+};
+
+// Closes the record being written as 8224 - remaining bytes long and opens a
+// CONTINUE declared at 8224.
+template <class X>
+void writeContinue(X &xls, unsigned short &remaining) {
+    uint32_t p = xls.writePos();
+    xls.patchInt16(p + remaining - 8226u, uint16_t(8224u - remaining));
+    xls.write(XlsRecords::kContinueId, XlsRecords::kMaxRecordData);
+    remaining = XlsRecords::kMaxRecordData;
+}
+
 template <class TCHAR>
-class Xls : public XlsCore {};
+class Xls : public XlsRecords {};
 
 } // namespace tabrix
 

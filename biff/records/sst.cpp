@@ -1,0 +1,92 @@
+#include "biff/records/sst.h"
+#include "biff/records/segment_reader.h"
+
+namespace tabrix {
+
+unsigned SST::insert(const wchar_t *text, bool force) {
+    ExtString s;
+    s.setString(text, pool_);
+    bool inserted = false;
+    unsigned index = map_.insert(s, force, inserted);
+    ++cstTotal;
+    if (inserted) ++cstUnique;
+    return index;
+}
+
+void SST::insert(unsigned index, const wchar_t *text) {
+    ExtString s;
+    s.setString(text, pool_);
+    map_.insert(index, s);
+}
+
+const wchar_t *SST::extract(unsigned index) const {
+    if (index >= map_.count()) throw tberror("SST: string index is out of range");
+    const wchar_t *t = map_.extract(index).text;
+    return t ? t : L"";
+}
+
+void SST::reset() {
+    cstTotal = 0;
+    cstUnique = 0;
+    map_.reset();
+}
+
+void SST::read(XlsRecords &xls, uint16_t size) {
+    if (size <= 7) sizeError();
+    reset();
+    uint32_t remaining = size;
+    SegmentReader in(xls, remaining);
+    cstTotal = int32_t(in.int32());
+    cstUnique = int32_t(in.int32());
+    // The stated count is only a hint: strings are read while the record and
+    // its CONTINUE records hold data.
+    for (int32_t i = 0; i < cstUnique && in.ok(); ++i) {
+        if (remaining == 0 && (xls.eof() || xls.peekInt16() != XlsRecords::kContinueId)) break;
+        ExtString s;
+        bool whole = s.read(xls, remaining, pool_);
+        bool inserted = false;
+        if (whole || (s.text && s.text[0])) map_.insert(s, true, inserted);
+        if (!whole) break;
+    }
+    // Whatever is left of this record and its CONTINUE records is not ours
+    // to interpret, but the next record must start where expected.
+    SegmentReader rest(xls, remaining);
+    rest.skip(remaining);
+    while (!xls.eof() && xls.peekInt16() == XlsRecords::kContinueId) {
+        uint16_t id = 0, n = 0;
+        xls.readInt16(id);
+        xls.readInt16(n);
+        uint32_t left = n;
+        SegmentReader skip(xls, left);
+        skip.skip(n);
+    }
+}
+
+unsigned SST::write(XlsRecords &xls) {
+    cstUnique = int32_t(map_.count());
+    PatchList patches;
+    xls.writeInt16(kId);
+    patches.push_back({xls.writePos(), 8});
+    xls.writeInt16(8);
+    xls.writeInt32(uint32_t(cstTotal));
+    xls.writeInt32(uint32_t(cstUnique));
+    uint32_t remaining = XlsRecords::kMaxRecordData - 8;
+    for (unsigned i = 0; i < map_.count(); ++i) map_.extract(i).write(xls, remaining, patches);
+    unsigned total = 0;
+    for (const auto &p : patches) {
+        xls.patchInt16(p.first, uint16_t(p.second));
+        total += 4 + p.second;
+    }
+    return total;
+}
+
+void SST::dumpTo(std::wostream &os) const {
+    os << std::dec << L" cstTotal=" << cstTotal << L" cstUnique=" << cstUnique << L" rgb=(";
+    for (unsigned i = 0; i < map_.count(); ++i) {
+        const wchar_t *t = map_.extract(i).text;
+        os << (i ? L" " : L"") << L"\"" << (t ? t : L"") << L"\"";
+    }
+    os << L")";
+}
+
+} // namespace tabrix

@@ -1,0 +1,43 @@
+// SST: the shared string table record (id 252), the text of string cells.
+#ifndef TABRIX_BIFF_RECORDS_SST_H
+#define TABRIX_BIFF_RECORDS_SST_H
+
+#include "biff/biff_record.h"
+#include "biff/records/str_map.h"
+
+namespace tabrix {
+
+class SST : public Record<SST> {
+public:
+    static const uint16_t kId = 252;
+    static constexpr const char *kName = "SST";
+
+    int32_t cstTotal = 0;
+    int32_t cstUnique = 0;
+
+    explicit SST(MemPool &pool) : pool_(pool) {}
+
+    // Index of `text`; without `force` an equal string already present is
+    // reused.
+    unsigned insert(const wchar_t *text, bool force);
+    void insert(unsigned index, const wchar_t *text);
+    const wchar_t *extract(unsigned index) const;
+    const StrMap &strings() const { return map_; }
+    StrMap &strings() { return map_; }
+    void reset();
+
+    using Record<SST>::read;
+    // Reads the record and all its CONTINUE records, and no record after
+    // them, whatever the counts say.
+    void read(XlsRecords &xls, uint16_t size);
+    unsigned write(XlsRecords &xls);
+    void dumpTo(std::wostream &os) const;
+
+private:
+    MemPool &pool_;
+    StrMap map_;
+};
+
+} // namespace tabrix
+
+#endif

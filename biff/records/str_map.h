@@ -1,0 +1,44 @@
+// StrMap: the strings of the shared string table in index order, with a
+// hash table from string to index for deduplication while a book is built.
+#ifndef TABRIX_BIFF_RECORDS_STR_MAP_H
+#define TABRIX_BIFF_RECORDS_STR_MAP_H
+
+#include "biff/records/ext_string.h"
+
+#include <sparsehash/sparse_hash_map>
+
+#include <cstddef>
+#include <vector>
+
+namespace tabrix {
+
+// FNV-1 over the text's characters, multiply first, then XOR.
+struct HashFnv {
+    size_t operator()(const ExtString &s) const;
+};
+
+// Equal text and equal rich-text/phonetic bits; equal runs when formatted;
+// strings with phonetic data are never equal.  The width bit is ignored.
+struct EqStr {
+    bool operator()(const ExtString &a, const ExtString &b) const;
+};
+
+class StrMap {
+public:
+    StrMap();
+
+    unsigned insert(const ExtString &s, bool force, bool &inserted);
+    // Replaces the string at `index` (an index outside the table is ignored).
+    void insert(unsigned index, const ExtString &s);
+    const ExtString &extract(unsigned index) const { return strings_.at(index); }
+    unsigned count() const { return unsigned(strings_.size()); }
+    void reset();
+
+private:
+    std::vector<ExtString> strings_;
+    google::sparse_hash_map<ExtString, unsigned, HashFnv, EqStr> map_;
+};
+
+} // namespace tabrix
+
+#endif
