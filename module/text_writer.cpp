@@ -6,6 +6,8 @@
 #include "text_sheet.h"
 
 #include <charconv>
+#include <cfloat>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -90,14 +92,103 @@ int generalPrecision(const char *format) {
                : 0;
 }
 
+const double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+// "%.<precision>g" for precision <= 15 built from the shortest digits that
+// read back as `value`.  When those are at most `precision` digits, they are
+// exactly what rounding to `precision` digits gives, since every decimal of
+// 15 or fewer digits survives the trip through a double.  Answers the length,
+// or -1 when this way does not apply or the text does not fit.
+int shortestGeneral(double value, int precision, char *buffer, int size) {
+    // Subnormal numbers carry fewer digits than that.
+    if (precision > 15 || !std::isfinite(value) || (value != 0 && std::fabs(value) < DBL_MIN))
+        return -1;
+    // Whole numbers of at most `precision` digits print as integers.
+    if (value == std::trunc(value) && std::fabs(value) < kPowersOfTen[precision] &&
+        !(value == 0 && std::signbit(value))) {
+        auto r = std::to_chars(buffer, buffer + size - 1, (long long)value);
+        if (r.ec != std::errc())
+            return -1;
+        *r.ptr = '\0';
+        return (int)(r.ptr - buffer);
+    }
+    char sci[40];
+    auto r = std::to_chars(sci, sci + sizeof sci, value, std::chars_format::scientific);
+    if (r.ec != std::errc())
+        return -1;
+    // sci holds [-]d[.ddd]e(+|-)xx
+    const char *p = sci;
+    char digits[20];
+    int count = 0;
+    bool negative = *p == '-';
+    if (negative)
+        ++p;
+    for (; *p != 'e'; ++p)
+        if (*p != '.') {
+            if (count == (int)sizeof digits)
+                return -1;
+            digits[count++] = *p;
+        }
+    int exponent = 0;
+    if (std::from_chars(p + (p[1] == '+' ? 2 : 1), r.ptr, exponent).ec != std::errc() ||
+        count > precision)
+        return -1;
+
+    char text[64];
+    int n = 0;
+    if (negative)
+        text[n++] = '-';
+    if (exponent >= -4 && exponent < precision) {
+        if (exponent >= 0) {
+            for (int i = 0; i <= exponent; ++i)
+                text[n++] = i < count ? digits[i] : '0';
+            if (count > exponent + 1) {
+                text[n++] = '.';
+                for (int i = exponent + 1; i < count; ++i)
+                    text[n++] = digits[i];
+            }
+        } else {
+            text[n++] = '0';
+            text[n++] = '.';
+            for (int i = -1; i > exponent; --i)
+                text[n++] = '0';
+            for (int i = 0; i < count; ++i)
+                text[n++] = digits[i];
+        }
+    } else {
+        text[n++] = digits[0];
+        if (count > 1) {
+            text[n++] = '.';
+            for (int i = 1; i < count; ++i)
+                text[n++] = digits[i];
+        }
+        text[n++] = 'e';
+        text[n++] = exponent < 0 ? '-' : '+';
+        int e = exponent < 0 ? -exponent : exponent;
+        if (e >= 100)
+            text[n++] = (char)('0' + e / 100);
+        text[n++] = (char)('0' + e / 10 % 10);
+        text[n++] = (char)('0' + e % 10);
+    }
+    if (n >= size)
+        return -1;
+    memcpy(buffer, text, (size_t)n);
+    buffer[n] = '\0';
+    return n;
+}
+
 } // namespace
 
 int formatReal(const char *format, double value, char *buffer, int size) {
     if (size < 1)
         return -1;
     // The usual "%.<n>g" is formatted by to_chars, which gives printf's text
-    // several times faster.
+    // several times faster; the shortest form, where it applies, faster still.
     if (int precision = generalPrecision(format)) {
+        int n = shortestGeneral(value, precision, buffer, size);
+        if (n >= 0)
+            return n;
         auto r = std::to_chars(buffer, buffer + size - 1, value, std::chars_format::general,
                                precision);
         if (r.ec == std::errc()) {
