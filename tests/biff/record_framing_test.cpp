@@ -1,0 +1,323 @@
+// Record framing: values split across CONTINUE records, the writer's
+// closing of records, raw records, the record base's messages and dumps.
+#include "biff/biff_record.h"
+#include "biff/byte_stream.h"
+#include "biff/records/ext_sst.h"
+#include "biff/records/phonetic_info.h"
+#include "biff/xls.h"
+#include "book/tberror.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+
+using namespace tabrix;
+
+namespace {
+
+// A new container whose workbook stream is what `body` writes.
+std::string writeBook(const std::function<void(Xls<char> &)> &body) {
+    std::stringstream ss;
+    Xls<char> x;
+    x.reset(true);
+    x.setStreamPtr(&ss);
+    x.writeHeader();
+    body(x);
+    x.close();
+    return ss.str();
+}
+
+std::string rawBook(const std::vector<uint8_t> &wb) {
+    return writeBook([&](Xls<char> &x) { x.write(wb.data(), wb.size()); });
+}
+
+struct Opened {
+    std::stringstream ss;
+    Xls<char> x;
+    explicit Opened(const std::string &file) : ss(file) {
+        x.setStreamPtr(&ss);
+        x.calcFileSize();
+        unsigned total = 0;
+        x.readHeader(total);
+    }
+    std::vector<uint8_t> bytes(size_t n) {
+        std::vector<uint8_t> b(n);
+        x.read(b.data(), n);
+        return b;
+    }
+};
+
+void put16(std::vector<uint8_t> &v, uint16_t x) {
+    v.push_back(uint8_t(x));
+    v.push_back(uint8_t(x >> 8));
+}
+
+// A record of `id` holding `data`.
+void record(std::vector<uint8_t> &v, uint16_t id, const std::vector<uint8_t> &data) {
+    put16(v, id);
+    put16(v, uint16_t(data.size()));
+    v.insert(v.end(), data.begin(), data.end());
+}
+
+std::string errorOf(const std::function<void()> &f) {
+    try {
+        f();
+    } catch (const tberror &e) {
+        return e.what();
+    }
+    return "";
+}
+
+} // namespace
+
+TEST(RecordFraming, NumbersSplitAtEveryByteReadBack) {
+    const uint8_t v[4] = {0x78, 0x56, 0x34, 0x12};
+    for (int split = 0; split <= 4; ++split)
+        for (int zeroContinue = 0; zeroContinue < 2; ++zeroContinue) {
+            std::vector<uint8_t> wb;
+            record(wb, 0x1234, std::vector<uint8_t>(v, v + split));
+            // An empty CONTINUE carries nothing and is passed over.
+            if (zeroContinue) record(wb, 60, {});
+            record(wb, 60, std::vector<uint8_t>(v + split, v + 4));
+            record(wb, 10, {});
+            Opened o(rawBook(wb));
+            o.bytes(4);
+            unsigned short remaining = uint16_t(split);
+            uint32_t value = 0;
+            o.x.readInt32(value, remaining);
+            EXPECT_EQ(value, 0x12345678u) << split;
+            EXPECT_EQ(remaining, 0) << split;
+            // A value that fits its record leaves the CONTINUE unread.
+            EXPECT_EQ(o.x.peekInt16(), split == 4 ? 60 : 10) << split;
+
+            Opened p(rawBook(wb));
+            p.bytes(4);
+            remaining = uint16_t(split);
+            uint8_t buf[4] = {};
+            EXPECT_EQ(p.x.readWithContinueRecords(buf, 4, remaining), 4);
+            EXPECT_EQ(std::vector<uint8_t>(buf, buf + 4), std::vector<uint8_t>(v, v + 4));
+        }
+}
+
+TEST(RecordFraming, MissingContinueIsReported) {
+    std::vector<uint8_t> wb;
+    record(wb, 0x1234, {1});
+    record(wb, 0x0A, {2, 3, 4, 5});
+    const std::function<void(Xls<char> &, unsigned short &)> ops[] = {
+        [](Xls<char> &x, unsigned short &r) { uint16_t v; x.readInt16(v, r); },
+        [](Xls<char> &x, unsigned short &r) { uint32_t v; x.readInt32(v, r); },
+        [](Xls<char> &x, unsigned short &r) { uint8_t b[3]; x.readWithContinueRecords(b, 3, r); },
+    };
+    const char *messages[] = {"readInt16: CONTINUE record not found",
+                              "readInt32: CONTINUE record not found",
+                              "readWithContinueRecords: CONTINUE record not found"};
+    for (int i = 0; i < 3; ++i) {
+        Opened o(rawBook(wb));
+        o.bytes(4);
+        unsigned short remaining = 1;
+        EXPECT_EQ(errorOf([&] { ops[i](o.x, remaining); }), messages[i]);
+    }
+    Opened o(rawBook(wb));
+    unsigned short remaining = 0;
+    uint8_t b;
+    EXPECT_EQ(o.x.readWithContinueRecords(&b, 0, remaining), 0);
+    EXPECT_EQ(o.x.readWithContinueRecords(&b, -3, remaining), 0);
+}
+
+TEST(RecordFraming, CheckContinueEntersOnlyAContinue) {
+    std::vector<uint8_t> wb;
+    record(wb, 60, {7, 8, 9});
+    record(wb, 0x0A, {1});
+    Opened o(rawBook(wb));
+    unsigned short remaining = 2;
+    o.x.checkContinue(remaining); // still inside a record: nothing happens
+    EXPECT_EQ(remaining, 2);
+    remaining = 0;
+    o.x.checkContinue(remaining);
+    EXPECT_EQ(remaining, 3);
+    o.bytes(3);
+    remaining = 0;
+    o.x.checkContinue(remaining);
+    EXPECT_EQ(remaining, 0);
+    EXPECT_EQ(o.x.peekInt16(), 0x0A);
+}
+
+TEST(RecordFraming, WriterClosesRecordsAtTheBoundary) {
+    struct Case {
+        unsigned short start; // room left when the value is written
+        bool wide;            // 32-bit value
+        std::vector<uint16_t> sizes;
+    };
+    const Case cases[] = {
+        {1, false, {8224, 1}}, // low byte ends the record, high byte opens the CONTINUE
+        {2, false, {8224}},
+        {3, true, {8224, 1}},
+        {1, true, {8224, 3}},
+        {0, true, {8224, 4}},
+    };
+    for (const Case &c : cases) {
+        std::string file = writeBook([&](Xls<char> &x) {
+            x.write(0x1234, 8224);
+            std::vector<uint8_t> fill(8224u - c.start, 0xEE);
+            x.write(fill.data(), fill.size());
+            unsigned short remaining = c.start;
+            if (c.wide)
+                x.writeInt32(0x12345678u, remaining);
+            else
+                x.writeInt16(0xBEEF, remaining);
+            // Closing the last record fixes its size.
+            uint32_t p = x.writePos();
+            x.patchInt16(p + remaining - 8226u, uint16_t(8224u - remaining));
+        });
+        Opened o(file);
+        std::vector<uint16_t> sizes;
+        for (;;) {
+            auto h = o.bytes(4);
+            uint16_t id = uint16_t(h[0] | (h[1] << 8)), size = uint16_t(h[2] | (h[3] << 8));
+            if (id == 0) break;
+            EXPECT_EQ(id, sizes.empty() ? 0x1234 : 60);
+            sizes.push_back(size);
+            o.bytes(size);
+        }
+        EXPECT_EQ(sizes, c.sizes) << c.start << " " << c.wide;
+        Opened r(file);
+        r.bytes(4 + 8224u - c.start);
+        unsigned short remaining = c.start;
+        if (c.wide) {
+            uint32_t v = 0;
+            r.x.readInt32(v, remaining);
+            EXPECT_EQ(v, 0x12345678u);
+        } else {
+            uint16_t v = 0;
+            r.x.readInt16(v, remaining);
+            EXPECT_EQ(v, 0xBEEF);
+        }
+        EXPECT_EQ(remaining, 0);
+    }
+}
+
+TEST(RecordFraming, WriteContinueClosesWithTheBytesWritten) {
+    std::string file = writeBook([](Xls<char> &x) {
+        x.write(0x00EB, 8224);
+        std::vector<uint8_t> fill(8124, 1);
+        x.write(fill.data(), fill.size());
+        unsigned short remaining = 100;
+        writeContinue(x, remaining);
+        EXPECT_EQ(remaining, 8224);
+        x.writeInt16(0x4242);
+        remaining -= 2;
+        uint32_t p = x.writePos();
+        x.patchInt16(p + remaining - 8226u, uint16_t(8224u - remaining));
+    });
+    Opened o(file);
+    auto h = o.bytes(4);
+    EXPECT_EQ(h[0] | (h[1] << 8), 0xEB);
+    EXPECT_EQ(h[2] | (h[3] << 8), 8124);
+    o.bytes(8124);
+    auto c = o.bytes(6);
+    EXPECT_EQ(std::vector<uint8_t>(c.begin(), c.end()),
+              (std::vector<uint8_t>{60, 0, 2, 0, 0x42, 0x42}));
+}
+
+TEST(RecordFraming, RawRecordsRoundTrip) {
+    for (size_t n : {size_t(0), size_t(1), size_t(8224), size_t(8225), size_t(65535)}) {
+        Biff b;
+        b.id = 0x1AE;
+        for (size_t i = 0; i < n; ++i) b.data.push_back(uint8_t(i * 7));
+        unsigned written = 0;
+        std::string file = writeBook([&](Xls<char> &x) {
+            written = b.write(x);
+            x.write(0x0A, 0);
+        });
+        EXPECT_EQ(written, 4 + n);
+        Opened o(file);
+        uint16_t id = 0, size = 0;
+        o.x.readInt16(id);
+        o.x.readInt16(size);
+        Biff back;
+        back.id = id;
+        back.read(o.x, size);
+        EXPECT_EQ(back.id, b.id);
+        EXPECT_EQ(back.data, b.data) << n;
+        EXPECT_EQ(o.x.peekInt16(), 0x0A);
+    }
+}
+
+TEST(RecordFraming, RecordClassesCheckIdAndSize) {
+    struct Case {
+        std::vector<uint8_t> wb;
+        std::function<void(XlsRecords &)> read;
+        std::string message;
+    };
+    auto rec = [](uint16_t id, std::vector<uint8_t> d) {
+        std::vector<uint8_t> v;
+        record(v, id, d);
+        return v;
+    };
+    auto readPhonetic = [](XlsRecords &x) { PhoneticInfo().read(x); };
+    const Case cases[] = {
+        {rec(0x0A, {}), readPhonetic, "PhoneticInfo: unexpected record"},
+        {rec(239, {0, 0, 55, 0}), readPhonetic, "PhoneticInfo size is incorrect"},
+        {rec(239, {0, 0, 55, 0, 1, 0}), readPhonetic, "PhoneticInfo size is incorrect"},
+        {rec(239, {0, 0, 55, 0, 0, 0}), readPhonetic, ""},
+        {rec(255, {8, 0}), [](XlsRecords &x) { ExtSST().read(x); }, ""},
+        {rec(0x0A, {}), [](XlsRecords &x) { ExtSST().read(x); }, "ExtSST: unexpected record"},
+    };
+    for (const Case &c : cases) {
+        Opened o(rawBook(c.wb));
+        EXPECT_EQ(errorOf([&] { c.read(o.x); }), c.message);
+    }
+    EXPECT_TRUE(PhoneticInfo::checkBegin(239));
+    EXPECT_FALSE(PhoneticInfo::checkBegin(255));
+}
+
+TEST(RecordFraming, SmallRecordsRoundTripAndDump) {
+    PhoneticInfo pi;
+    pi.ifnt = 3;
+    pi.ranges.push_back({1, 2, 3, 4});
+    pi.ranges.push_back({5, 6, 7, 8});
+    ExtSST es;
+    es.dsst = 8;
+    es.rgISSTInf.push_back({12, 12, 0});
+    es.rgISSTInf.push_back({0x2030, 4, 0});
+    std::string file = writeBook([&](Xls<char> &x) {
+        EXPECT_EQ(pi.write(x), 4u + 6 + 16);
+        EXPECT_EQ(es.write(x), 4u + 2 + 16);
+    });
+    Opened o(file);
+    PhoneticInfo pi2;
+    pi2.read(o.x);
+    ExtSST es2;
+    es2.read(o.x);
+    EXPECT_EQ(pi2.dumpText(), pi.dumpText());
+    EXPECT_EQ(es2.dumpText(), es.dumpText());
+    EXPECT_EQ(pi2.dumpText(), L"[PhoneticInfo ifnt=3 phs=55 rgref=({1 2 3 4}{5 6 7 8})]\n");
+    EXPECT_EQ(es2.dumpText(),
+              L"[ExtSST dsst=8 rgISSTInf=({ib=12 cbOffset=12 reserved=0}"
+              L"{ib=8240 cbOffset=4 reserved=0})]\n");
+}
+
+TEST(RecordFraming, ByteHelpers) {
+    std::deque<unsigned char> q;
+    ByteStream::pushInt16(q, 0xA1B2);
+    ByteStream::pushInt16(q, 0x1234);
+    ByteStream::pushInt16(q, 0x5678);
+    EXPECT_EQ(ByteStream::popInt16(q), 0xA1B2);
+    EXPECT_EQ(ByteStream::popInt32(q), 0x56781234u);
+    EXPECT_EQ(ByteStream::popInt16(q), 0); // empty queue
+
+    std::stringstream s;
+    IOCtrl::write<unsigned short>(s, 0xCAFE);
+    IOCtrl::write<unsigned int>(s, 0xDEADBEEFu);
+    unsigned short a = 0;
+    unsigned int b = 0;
+    IOCtrl::read(s, a);
+    IOCtrl::read(s, b);
+    EXPECT_EQ(a, 0xCAFE);
+    EXPECT_EQ(b, 0xDEADBEEFu);
+    std::stringstream bad;
+    bad.setstate(std::ios::badbit);
+    EXPECT_EQ(errorOf([&] { IOCtrl::write<unsigned int>(bad, 1u); }),
+              "stream error, perhaps it's too small writing buffer");
+}
