@@ -23,19 +23,10 @@ void *opAddSheet(void *book, const char *) {
     TextSheet *s = store(book);
     if (s->rowCapacity > 0)
         return nullptr;
+    // The new sheet holds the empty cell A1, so that the whole sheet is
+    // A1:A1 until something larger is written.
     int index;
-    TextPage *page = cellSlot(s, 0, 0, &index);
-    if (!page)
-        return nullptr;
-    // Row 0 exists now; take back the cell that made it.
-    TextRow *r = &s->rows[0];
-    free(page);
-    r->cursor = nullptr;
-    r->firstCol = TEXT_NO_COLUMN;
-    r->lastCol = 0;
-    s->firstCol = TEXT_NO_COLUMN;
-    s->lastCol = 0;
-    return book;
+    return cellSlot(s, 0, 0, &index) ? book : nullptr;
 }
 const char *opSheetName(void *sheet) { return store(sheet)->rowCapacity > 0 ? "Sheet1" : nullptr; }
 int opNamedRangeCount(void *) { return 0; }

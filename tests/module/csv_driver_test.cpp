@@ -347,3 +347,52 @@ TEST(CsvTransfer, ThroughTheStore) {
 }
 
 } // namespace
+
+namespace {
+
+// "[]" on a file that does not exist yet: the new sheet is the cell A1, so
+// a scalar lands there and a set written with grow runs down from it.
+TEST(CsvTransfer, WholeSheetOfANewFile) {
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    struct Case {
+        const char *label;
+        bool set; // a set of texts, else the real scalar 2.5
+        std::string file;
+        std::vector<std::string> back;
+    } cases[] = {
+        {"[]", false, "2.5\n", {"2.5"}},
+        {"grow;[]", false, "2.5\n", {"2.5"}},
+        {"grow;[]", true, "a\n\"b,c\"\nd\n", {"a", "b,c", "d"}},
+        {"[]", true, "a\n", {"a"}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(std::string(c.label) + (c.set ? " set" : " scalar"));
+        Context ctx(scratchDir());
+        remove(pathOf("whole.csv").c_str());
+        Set *names = ctx.newSet(QD_STRING);
+        for (const char *t : {"a", "b,c", "d"})
+            names->add(qdStr(t));
+        qd_value half = qdReal(2.5);
+        int rc = c.set ? host().writeItem(ctx, "csv", "whole.csv", c.label, names->type(), names)
+                       : host().writeItem(ctx, "csv", "whole.csv", c.label, QD_REAL, &half);
+        ASSERT_EQ(rc, 0) << ctx.allErrors();
+        EXPECT_EQ(readFile("whole.csv"), c.file);
+
+        Context in(scratchDir());
+        std::vector<std::string> back;
+        if (c.set) {
+            Set *read = in.newSet(QD_STRING);
+            ASSERT_EQ(host().readItem(in, "csv", "whole.csv", "[]", read->type(), read), 0)
+                << in.allErrors();
+            back = read->texts();
+        } else {
+            qd_value r{};
+            ASSERT_EQ(host().readItem(in, "csv", "whole.csv", "[]", QD_REAL, &r), 0)
+                << in.allErrors();
+            back = {valueText(QD_REAL, r)};
+        }
+        EXPECT_EQ(back, c.back);
+    }
+}
+
+} // namespace
