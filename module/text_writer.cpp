@@ -60,23 +60,31 @@ void putQuoted(Out *o, const char *text) {
     putChar(o, '"');
 }
 
-void putCellText(Out *o, const char *text, int fsep) {
-    if (strchr(text, '"') || strchr(text, fsep))
+// A field of `len` bytes, quoted when it holds a quote or the field
+// separator (a zero separator quotes every field, as a search for it would).
+void putCellText(Out *o, const char *text, size_t len, char fsep) {
+    bool quote = fsep == '\0';
+    for (size_t i = 0; i < len && !quote; ++i)
+        quote = text[i] == '"' || text[i] == fsep;
+    if (quote)
         putQuoted(o, text);
     else
-        putText(o, text, strlen(text));
+        putText(o, text, len);
 }
 
-// Formats a number into the store's buffer; false when it does not fit.
-bool formatNumber(TextSheet *s, double value) {
+// Formats a number into the store's buffer; its length, or 0 when it does
+// not fit.
+int formatNumber(TextSheet *s, double value) {
     const char *format = s->realFormat ? s->realFormat : "%.15g";
     int n = formatReal(format, value, s->buffer, s->bufferSize);
     if (n < 1 || n >= s->bufferSize)
-        return false;
-    char *dot = strchr(s->buffer, '.');
-    if (dot)
-        *dot = (char)s->decimalSeparator;
-    return true;
+        return 0;
+    if (s->decimalSeparator != '.') {
+        char *dot = static_cast<char *>(memchr(s->buffer, '.', (size_t)n));
+        if (dot)
+            *dot = (char)s->decimalSeparator;
+    }
+    return n;
 }
 
 // The precision of a format of the form "%.<n>g", or 0 for any other form.
@@ -234,7 +242,8 @@ int writeTextStream(TextSheet *s) {
                 switch (page->kinds[i]) {
                 case CELL_STRING:
                     if (page->values[i].text)
-                        putCellText(&o, page->values[i].text, fsep);
+                        putCellText(&o, page->values[i].text, strlen(page->values[i].text),
+                                    fsep);
                     failed = false;
                     break;
                 case CELL_BOOL: {
@@ -242,15 +251,17 @@ int writeTextStream(TextSheet *s) {
                     putText(&o, t, strlen(t));
                     break;
                 }
-                case CELL_NUMBER:
-                    if (!formatNumber(s, page->values[i].number)) {
+                case CELL_NUMBER: {
+                    int n = formatNumber(s, page->values[i].number);
+                    if (n == 0) {
                         failed = true;
                         stop = true;
                         break;
                     }
                     failed = false;
-                    putCellText(&o, s->buffer, fsep);
+                    putCellText(&o, s->buffer, (size_t)n, fsep);
                     break;
+                }
                 default:
                     break;
                 }
