@@ -73,7 +73,7 @@ void XLUnicodeStringNoCch::write(XlsRecords &xls, unsigned short &remaining) con
         if (remaining == 0) {
             size_t chunk = std::min<size_t>(b.size() - done, noFlags ? 8223 : 8222);
             // Keeps 2-byte characters whole.
-            if (wide && (chunk & 1)) --chunk;
+            if (wide && (chunk & 1) && chunk > 1) --chunk;
             xls.write(XlsRecords::kContinueId, uint16_t(noFlags ? chunk : chunk + 1));
             if (!noFlags) xls.write(&flags, 1);
             remaining = uint16_t(chunk);

@@ -1,0 +1,453 @@
+// Binary strings and the shared string table: every size class written and
+// read back, the exact places where CONTINUE records fall, tolerant reading
+// of what real producers write, and deduplication.
+#include "biff/records/ext_string.h"
+#include "biff/records/short_xl_unicode_string.h"
+#include "biff/records/sst.h"
+#include "biff/records/str_map.h"
+#include "biff/records/xl_unicode_string.h"
+#include "biff/records/xl_unicode_string_no_cch.h"
+#include "biff/xls.h"
+#include "book/tberror.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+
+using namespace tabrix;
+
+namespace {
+
+std::string writeBook(const std::function<void(Xls<char> &)> &body) {
+    std::stringstream ss;
+    Xls<char> x;
+    x.reset(true);
+    x.setStreamPtr(&ss);
+    x.writeHeader();
+    body(x);
+    x.close();
+    return ss.str();
+}
+
+struct Opened {
+    std::stringstream ss;
+    Xls<char> x;
+    explicit Opened(const std::string &file) : ss(file) {
+        x.setStreamPtr(&ss);
+        x.calcFileSize();
+        unsigned total = 0;
+        x.readHeader(total);
+    }
+    std::vector<uint8_t> bytes(size_t n) {
+        std::vector<uint8_t> b(n);
+        x.read(b.data(), n);
+        return b;
+    }
+    // Records up to the first id 0: (id, data).
+    std::vector<std::pair<uint16_t, std::vector<uint8_t>>> records() {
+        std::vector<std::pair<uint16_t, std::vector<uint8_t>>> out;
+        for (;;) {
+            auto h = bytes(4);
+            uint16_t id = uint16_t(h[0] | (h[1] << 8)), size = uint16_t(h[2] | (h[3] << 8));
+            if (id == 0 || x.eof()) return out;
+            out.push_back({id, bytes(size)});
+        }
+    }
+};
+
+void put16(std::vector<uint8_t> &v, uint16_t x) {
+    v.push_back(uint8_t(x));
+    v.push_back(uint8_t(x >> 8));
+}
+void put32(std::vector<uint8_t> &v, uint32_t x) {
+    put16(v, uint16_t(x));
+    put16(v, uint16_t(x >> 16));
+}
+void record(std::vector<uint8_t> &v, uint16_t id, const std::vector<uint8_t> &data) {
+    put16(v, id);
+    put16(v, uint16_t(data.size()));
+    v.insert(v.end(), data.begin(), data.end());
+}
+
+std::string rawBook(const std::vector<uint8_t> &wb) {
+    return writeBook([&](Xls<char> &x) { x.write(wb.data(), wb.size()); });
+}
+
+std::wstring text(size_t n, wchar_t base, unsigned step) {
+    std::wstring s;
+    for (size_t i = 0; i < n; ++i) s += wchar_t(base + (i * step) % 90);
+    return s;
+}
+
+std::string errorOf(const std::function<void()> &f) {
+    try {
+        f();
+    } catch (const tberror &e) {
+        return e.what();
+    }
+    return "";
+}
+
+// An SST holding `strings`, written then read back; checks the framing of
+// every record on the way.
+struct RoundTrip {
+    MemPool pool;
+    SST back{pool};
+    std::vector<std::pair<uint16_t, std::vector<uint8_t>>> records;
+
+    void run(SST &sst) {
+        std::string file = writeBook([&](Xls<char> &x) {
+            sst.write(x);
+            x.write(0x0A, 0);
+        });
+        Opened walk(file);
+        records = walk.records();
+        Opened o(file);
+        back.read(o.x);
+        EXPECT_EQ(o.x.peekInt16(), 0x0A); // the stream stays in step
+    }
+};
+
+ExtString richString(MemPool &pool, const std::wstring &t, size_t runs, size_t phonetic,
+                     uint8_t width) {
+    ExtString s;
+    s.setString(t.c_str(), pool);
+    s.flags = width;
+    if (runs || phonetic) {
+        s.format = new ExtStringFormat;
+        pool.addPointer(s.format);
+    }
+    if (runs) {
+        s.flags |= ExtString::kRichText;
+        for (size_t i = 0; i < runs; ++i)
+            s.format->runs.push_back({uint16_t(i), uint16_t(i * 3 + 1)});
+    }
+    if (phonetic) {
+        s.flags |= ExtString::kPhonetic;
+        s.format->phonetic = new ExtStringPhonetic;
+        pool.addPointer(s.format->phonetic);
+        s.format->phonetic->size = int32_t(phonetic);
+        for (size_t i = 0; i < phonetic; ++i) s.format->phonetic->data.push_back(uint8_t(i * 13));
+    }
+    return s;
+}
+
+void expectSame(const ExtString &a, const ExtString &b, const std::string &what) {
+    ASSERT_TRUE(a.text && b.text) << what;
+    EXPECT_EQ(std::wstring(a.text), std::wstring(b.text)) << what;
+    EXPECT_EQ(a.flags, b.flags) << what;
+    ASSERT_EQ(a.format == nullptr, b.format == nullptr) << what;
+    if (!a.format) return;
+    ASSERT_EQ(a.format->runs.size(), b.format->runs.size()) << what;
+    for (size_t i = 0; i < a.format->runs.size(); ++i) {
+        EXPECT_EQ(a.format->runs[i].ich, b.format->runs[i].ich) << what;
+        EXPECT_EQ(a.format->runs[i].ifnt, b.format->runs[i].ifnt) << what;
+    }
+    ASSERT_EQ(a.format->phonetic == nullptr, b.format->phonetic == nullptr) << what;
+    if (a.format->phonetic) {
+        EXPECT_EQ(a.format->phonetic->data, b.format->phonetic->data) << what;
+    }
+}
+
+} // namespace
+
+TEST(Sst, StringsOfEverySizeClassRoundTrip) {
+    // A filler before the string moves its start through the record, so
+    // splits fall in the header's neighbourhood, the characters, the runs
+    // and the phonetic block.
+    struct Case {
+        size_t filler, length, runs, phonetic;
+        uint8_t width;
+    };
+    const Case cases[] = {
+        {0, 0, 0, 0, 1},        {0, 1, 0, 0, 0},         {0, 8000, 0, 0, 0},
+        {0, 8213, 0, 0, 0},     {0, 8214, 0, 0, 0},      {0, 20000, 0, 0, 1},
+        {0, 32767, 0, 0, 1},    {0, 32767, 0, 0, 0},     {0, 65535, 0, 0, 1},
+        {4100, 2100, 0, 0, 1},  {4101, 2100, 0, 0, 1},   {8190, 100, 0, 0, 1},
+        {8190, 100, 0, 0, 0},   {8195, 40, 0, 0, 1},     {8196, 40, 0, 0, 1},
+        {8000, 50, 200, 0, 1},  {8100, 10, 3000, 0, 0},  {8150, 10, 0, 20000, 1},
+        {8100, 30, 50, 9000, 1}, {8198, 0, 0, 7, 0},     {100, 9000, 4000, 17000, 1},
+    };
+    for (const Case &c : cases) {
+        MemPool pool;
+        SST sst(pool);
+        std::wstring fill = text(c.filler, L'a', 1);
+        // 1-byte filler: the filler takes 3 + filler bytes.
+        if (c.filler) {
+            sst.insert(fill.c_str(), false);
+            ExtString f = sst.strings().extract(0);
+            f.flags = 0;
+            sst.strings().insert(0, f);
+        }
+        std::wstring t = c.width ? text(c.length, 0x3041, 7) : text(c.length, L'A', 3);
+        ExtString s = richString(pool, t, c.runs, c.phonetic, c.width);
+        bool inserted = false;
+        sst.strings().insert(s, true, inserted);
+        RoundTrip rt;
+        rt.run(sst);
+        std::string what = std::to_string(c.filler) + "/" + std::to_string(c.length);
+        ASSERT_EQ(rt.back.strings().count(), sst.strings().count()) << what;
+        for (unsigned i = 0; i < sst.strings().count(); ++i)
+            expectSame(sst.strings().extract(i), rt.back.strings().extract(i), what);
+        ASSERT_FALSE(rt.records.empty());
+        EXPECT_EQ(rt.records[0].first, 252);
+        for (size_t i = 0; i < rt.records.size(); ++i) {
+            EXPECT_LE(rt.records[i].second.size(), 8224u) << what;
+            if (i && i + 1 < rt.records.size()) {
+                EXPECT_EQ(rt.records[i].first, 60) << what;
+            }
+        }
+    }
+}
+
+TEST(Sst, SplitsFallWhereTheWriterPromises) {
+    struct Case {
+        size_t free;                         // bytes left in the record for the string
+        size_t length;                       // 2-byte characters
+        std::vector<size_t> sizes;           // SST and CONTINUE record sizes
+        int continueFlagAt;                  // record whose first byte is a repeated flag
+    };
+    // 8216 bytes follow the counts; a 1-byte filler of n characters takes
+    // 3 + n of them.
+    const Case cases[] = {
+        // 20 free: 17 after the header, the odd byte is left: 8 characters.
+        {20, 100, {8224 - 1, 1 + 184}, 1},
+        // 10 free: the header stays and a character follows it.
+        {10, 4, {8224 - 1, 1 + 2}, 1},
+        // 9 free: the whole string moves to a CONTINUE.
+        {9, 4, {8224 - 9, 3 + 8}, -1},
+    };
+    for (const Case &c : cases) {
+        MemPool pool;
+        SST sst(pool);
+        std::wstring fill = text(8216 - 3 - c.free, L'a', 1);
+        sst.insert(fill.c_str(), false);
+        ExtString f = sst.strings().extract(0);
+        f.flags = 0;
+        sst.strings().insert(0, f);
+        std::wstring t = text(c.length, 0x4E00, 5);
+        sst.insert(t.c_str(), false);
+        RoundTrip rt;
+        rt.run(sst);
+        std::vector<size_t> sizes;
+        for (auto &r : rt.records)
+            if (r.first == 252 || r.first == 60) sizes.push_back(r.second.size());
+        EXPECT_EQ(sizes, c.sizes) << c.free;
+        if (c.continueFlagAt > 0) {
+            EXPECT_EQ(rt.records[size_t(c.continueFlagAt)].second[0], 1);
+        }
+        ASSERT_EQ(rt.back.strings().count(), 2u);
+        EXPECT_EQ(std::wstring(rt.back.extract(1)), t) << c.free;
+    }
+}
+
+TEST(Sst, ReadsWhatOtherProducersWrite) {
+    // Hand-made tables: a CONTINUE flag changing the width, an empty
+    // CONTINUE, counts that disagree with the strings, trailing bytes.
+    struct Case {
+        std::string name;
+        std::vector<std::vector<uint8_t>> records; // SST data, then CONTINUEs
+        std::vector<std::wstring> strings;
+    };
+    auto head = [](uint32_t total, uint32_t unique) {
+        std::vector<uint8_t> v;
+        put32(v, total);
+        put32(v, unique);
+        return v;
+    };
+    auto cat = [](std::vector<uint8_t> a, const std::vector<uint8_t> &b) {
+        a.insert(a.end(), b.begin(), b.end());
+        return a;
+    };
+    const std::vector<uint8_t> abc = {3, 0, 0, 'a', 'b', 'c'};
+    const Case cases[] = {
+        {"width changes", {cat(head(1, 1), {4, 0, 0, 'x', 'y'}), {1, 0x3A, 0x30, 0x3B, 0x30}},
+         {L"xy\x303A\x303B"}},
+        {"empty continue", {cat(head(2, 2), {2, 0, 0, 'p'}), {}, {0, 'q'}, abc}, {L"pq", L"abc"}},
+        {"flags before characters", {cat(head(1, 1), {2, 0, 0}), {1, 0x41, 0, 0x42, 0}}, {L"AB"}},
+        {"more unique than present", {cat(head(5, 5), abc)}, {L"abc"}},
+        {"fewer unique than present", {cat(cat(head(1, 1), abc), abc), abc}, {L"abc"}},
+        {"trailing bytes", {cat(cat(head(1, 1), abc), {9, 9, 9})}, {L"abc"}},
+        {"no strings", {head(0, 0)}, {}},
+        {"negative count", {cat(head(0, 0xFFFFFFFF), abc)}, {}},
+        {"duplicates kept", {cat(cat(head(2, 2), abc), abc)}, {L"abc", L"abc"}},
+    };
+    for (const Case &c : cases) {
+        std::vector<uint8_t> wb;
+        for (size_t i = 0; i < c.records.size(); ++i)
+            record(wb, i ? 60 : 252, c.records[i]);
+        record(wb, 0x0A, {});
+        Opened o(rawBook(wb));
+        MemPool pool;
+        SST sst(pool);
+        sst.read(o.x);
+        std::vector<std::wstring> got;
+        for (unsigned i = 0; i < sst.strings().count(); ++i) got.push_back(sst.extract(i));
+        EXPECT_EQ(got, c.strings) << c.name;
+        EXPECT_EQ(o.x.peekInt16(), 0x0A) << c.name;
+    }
+    std::vector<uint8_t> wb;
+    record(wb, 252, {1, 0, 0, 0, 1, 0, 0});
+    Opened o(rawBook(wb));
+    MemPool pool;
+    EXPECT_EQ(errorOf([&] { SST(pool).read(o.x); }), "SST size is incorrect");
+}
+
+TEST(Sst, TruncatedAndHostileTablesEnd) {
+    // Declared lengths far beyond the data: the reader stops with what is
+    // there and memory follows the data, not the counts.
+    const std::vector<std::vector<uint8_t>> datas = {
+        {1, 0, 0, 0, 1, 0, 0, 0, 0xFF, 0xFF, 1, 'a'},
+        {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 'a'},
+        {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0x04, 0xFF, 0xFF, 0xFF, 0xFF, 'a'},
+    };
+    for (const auto &d : datas) {
+        std::vector<uint8_t> wb;
+        record(wb, 252, d);
+        MemPool pool;
+        SST sst(pool);
+        Opened o(rawBook(wb));
+        EXPECT_NO_THROW(sst.read(o.x));
+        EXPECT_LE(sst.strings().count(), 1u);
+    }
+}
+
+TEST(Sst, DeduplicationAndReplacement) {
+    MemPool pool;
+    SST sst(pool);
+    for (int i = 0; i < 1000; ++i) EXPECT_EQ(sst.insert(L"same", false), 0u);
+    EXPECT_EQ(sst.cstTotal, 1000);
+    EXPECT_EQ(sst.cstUnique, 1);
+    EXPECT_EQ(sst.insert(L"other", false), 1u);
+    EXPECT_EQ(sst.insert(L"same", true), 2u); // forced: a second entry
+    sst.insert(1u, L"changed");
+    EXPECT_EQ(std::wstring(sst.extract(1)), L"changed");
+    EXPECT_EQ(sst.insert(L"changed", false), 1u);
+    EXPECT_EQ(sst.insert(L"other", false), 3u); // no longer present
+    EXPECT_EQ(errorOf([&] { sst.extract(99); }), "SST: string index is out of range");
+    sst.reset();
+    EXPECT_EQ(sst.strings().count(), 0u);
+    EXPECT_EQ(sst.insert(L"same", false), 0u);
+
+    // Equality: runs count, phonetic data never shares, width doesn't count.
+    struct Case {
+        size_t runsA, runsB, phA, phB;
+        uint8_t widthA, widthB;
+        bool equal;
+    };
+    const Case cases[] = {
+        {0, 0, 0, 0, 1, 0, true}, {2, 2, 0, 0, 1, 1, true}, {2, 3, 0, 0, 1, 1, false},
+        {0, 2, 0, 0, 1, 1, false}, {0, 0, 4, 4, 1, 1, false},
+    };
+    for (const Case &c : cases) {
+        ExtString a = richString(pool, L"t", c.runsA, c.phA, c.widthA);
+        ExtString b = richString(pool, L"t", c.runsB, c.phB, c.widthB);
+        EXPECT_EQ(EqStr()(a, b), c.equal);
+        StrMap m;
+        bool ins = false;
+        m.insert(a, false, ins);
+        m.insert(b, false, ins);
+        EXPECT_EQ(m.count(), c.equal ? 1u : 2u);
+    }
+    ExtString a = richString(pool, L"t", 1, 0, 1), b = richString(pool, L"t", 1, 0, 1);
+    b.format->runs[0].ifnt = 9;
+    EXPECT_FALSE(EqStr()(a, b));
+    EXPECT_EQ(HashFnv()(a), HashFnv()(richString(pool, L"t", 0, 0, 0)));
+}
+
+TEST(Sst, OtherStringFormsRoundTrip) {
+    MemPool pool;
+    EXPECT_EQ(errorOf([&] { ShortXLUnicodeString(std::wstring(256, L'x').c_str(), pool); }),
+              "string is too long");
+    ShortXLUnicodeString s255(std::wstring(255, L'\x3042').c_str(), pool);
+    XLUnicodeString u;
+    EXPECT_EQ(errorOf([&] { u.setString(std::string(65536, 'x').c_str(), pool, true); }),
+              "string is too long");
+    u.setString("h\xC3\xA9llo", pool, true);
+    EXPECT_EQ(std::wstring(u.text), L"h\xE9llo");
+    EXPECT_EQ(u.size(), 2u + 1u + 10u);
+    XLUnicodeString sc = u;
+    sc.shortCount = true;
+    XLUnicodeStringNoCch n;
+    std::wstring long1 = text(9000, 0x0410, 3);
+    n.setString(long1.c_str(), pool);
+
+    std::string file = writeBook([&](Xls<char> &x) {
+        std::deque<unsigned char> q;
+        s255.write(q);
+        EXPECT_EQ(q.size(), s255.size());
+        x.write(0x85, uint16_t(s255.size() + u.size() + sc.size()));
+        s255.write(x);
+        u.write(x);
+        sc.write(x);
+        // A name of 9000 2-byte characters: 8223 bytes in the record, the
+        // rest in CONTINUEs that restart with a flags byte.
+        x.write(0x18, 8223);
+        unsigned short remaining = 8223;
+        n.write(x, remaining);
+    });
+    Opened o(file);
+    o.bytes(4);
+    ShortXLUnicodeString s2;
+    s2.read(o.x, false, pool);
+    EXPECT_EQ(std::wstring(s2.text), std::wstring(s255.text));
+    unsigned short rem = uint16_t(u.size() + sc.size());
+    XLUnicodeString u2, sc2;
+    u2.read(o.x, false, false, pool, rem);
+    sc2.read(o.x, false, true, pool, rem);
+    EXPECT_EQ(std::wstring(u2.text), L"h\xE9llo");
+    EXPECT_EQ(std::wstring(sc2.text), L"h\xE9llo");
+    EXPECT_EQ(rem, 0);
+    auto h = o.bytes(4);
+    rem = uint16_t(h[2] | (h[3] << 8));
+    XLUnicodeStringNoCch n2;
+    n2.read(o.x, 9000, pool, false, rem);
+    EXPECT_EQ(std::wstring(n2.text), long1);
+
+    // Reading edge cases from hand-made bytes.
+    struct Case {
+        std::vector<uint8_t> wb;
+        std::function<std::wstring(Xls<char> &, unsigned short &)> read;
+        unsigned short start;
+        std::wstring text;
+        std::string message;
+    };
+    auto plain = [&pool](Xls<char> &x, unsigned short &r) {
+        XLUnicodeString s;
+        s.read(x, false, false, pool, r);
+        return std::wstring(s.text);
+    };
+    auto noCch = [&pool](Xls<char> &x, unsigned short &r) {
+        XLUnicodeStringNoCch s;
+        s.read(x, 4, pool, false, r);
+        return std::wstring(s.text);
+    };
+    std::vector<uint8_t> emptyAtEnd, splitOk, notContinue, odd, widthSwitch;
+    record(emptyAtEnd, 0x18, {0, 0});
+    record(splitOk, 0x18, {3, 0, 0, 'a'});
+    record(splitOk, 60, {'b', 'c'});
+    record(notContinue, 0x18, {3, 0, 0, 'a'});
+    record(notContinue, 0x0A, {'b', 'c'});
+    record(odd, 0x18, {2, 0, 1, 'a'});
+    record(odd, 60, {0, 'b', 0});
+    record(widthSwitch, 0x18, {0, 'a', 'b'});
+    record(widthSwitch, 60, {1, 0x42, 0x30, 0x43, 0x30});
+    const Case cases[] = {
+        {emptyAtEnd, plain, 2, L"", ""},
+        {splitOk, plain, 4, L"abc", ""},
+        {notContinue, plain, 4, L"", "error in XLUnicodeString record #1"},
+        {odd, plain, 4, L"", "error in XLUnicodeString record #2"},
+        {widthSwitch, noCch, 3, L"ab\x3042\x3043", ""},
+    };
+    for (const Case &c : cases) {
+        Opened oc(rawBook(c.wb));
+        oc.bytes(4);
+        unsigned short r = c.start;
+        std::wstring got;
+        EXPECT_EQ(errorOf([&] { got = c.read(oc.x, r); }), c.message);
+        if (c.message.empty()) {
+            EXPECT_EQ(got, c.text);
+        }
+    }
+}
