@@ -57,6 +57,14 @@ bool ExtString::read(XlsRecords &xls, uint32_t &remaining, MemPool &pool) {
     }
     t[got] = 0;
     text = t;
+    // A string that turned to 2-byte characters in a CONTINUE is written
+    // back 2 bytes a character, so that nothing is cut.
+    if (!(flags & kHighByte))
+        for (size_t i = 0; i < got; ++i)
+            if (t[i] > 0xFF) {
+                flags |= kHighByte;
+                break;
+            }
 
     for (uint16_t i = 0; i < runCount && in.ok(); ++i) {
         FormatRun r;
