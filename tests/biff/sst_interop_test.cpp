@@ -1,0 +1,328 @@
+// Shared string tables checked against an independent reader: a workbook
+// whose table our writer made is read cell by cell by xlrd, and the tables
+// of real producers' files read by us match what xlrd finds in them.
+#include "biff/records/ext_string.h"
+#include "biff/records/short_xl_unicode_string.h"
+#include "biff/records/sst.h"
+#include "biff/xls.h"
+#include "book/tberror.h"
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+using namespace tabrix;
+
+namespace {
+
+const char *kPython = "/usr/bin/python3";
+
+// Mode "cells": "r c hex" for every text cell.  Mode "sst": "hex" for every
+// entry of the book's shared string table.  Hex is the UTF-16LE text.
+const char *kScript = R"(import sys
+try:
+    import xlrd
+    # Kept open on demand, so that the shared strings are still there.
+    bk = xlrd.open_workbook(sys.argv[2], on_demand=(sys.argv[1] == 'sst'))
+except Exception as e:
+    print("ERROR", type(e).__name__)
+    sys.exit(0)
+h = lambda s: s.encode('utf-16-le', 'surrogatepass').hex() or '-'
+if sys.argv[1] == 'cells':
+    for sh in bk.sheets():
+        for r in range(sh.nrows):
+            for c in range(sh.ncols):
+                if sh.cell_type(r, c) == xlrd.XL_CELL_TEXT:
+                    print(r, c, h(sh.cell_value(r, c)))
+else:
+    sst = bk._sharedstrings or []
+    print("COUNT", len(sst))
+    for s in sst:
+        print(h(s))
+)";
+
+std::string tmpPath(const std::string &name) { return std::string(TABRIX_TEST_TMP) + "/" + name; }
+
+bool xlrdAvailable() {
+    std::string cmd = std::string(kPython) + " -c 'import xlrd' 2>/dev/null";
+    return std::system(cmd.c_str()) == 0;
+}
+
+std::vector<std::string> runXlrd(const std::string &mode, const std::string &path) {
+    static const std::string script = [] {
+        std::string p = tmpPath("sst_xlrd_dump.py");
+        std::ofstream(p) << kScript;
+        return p;
+    }();
+    std::vector<std::string> lines;
+    std::string cmd = std::string(kPython) + " " + script + " " + mode + " '" + path + "' 2>/dev/null";
+    FILE *p = popen(cmd.c_str(), "r");
+    if (!p) return {"ERROR popen"};
+    std::string cur;
+    int ch;
+    while ((ch = std::fgetc(p)) != EOF) {
+        if (ch == '\n') {
+            lines.push_back(cur);
+            cur.clear();
+        } else {
+            cur += char(ch);
+        }
+    }
+    pclose(p);
+    return lines;
+}
+
+std::string hex(const wchar_t *t) {
+    static const char *d = "0123456789abcdef";
+    std::string out;
+    for (; *t; ++t) {
+        unsigned v = unsigned(*t) & 0xFFFF;
+        for (unsigned b : {v & 0xFF, v >> 8}) {
+            out += d[b >> 4];
+            out += d[b & 15];
+        }
+    }
+    return out.empty() ? "-" : out;
+}
+
+void put16(std::vector<uint8_t> &v, uint16_t x) {
+    v.push_back(uint8_t(x));
+    v.push_back(uint8_t(x >> 8));
+}
+void put32(std::vector<uint8_t> &v, uint32_t x) {
+    put16(v, uint16_t(x));
+    put16(v, uint16_t(x >> 16));
+}
+
+void rec(Xls<char> &x, uint16_t id, const std::vector<uint8_t> &d) {
+    x.write(id, d.data(), uint16_t(d.size()));
+}
+
+std::vector<uint8_t> bof(uint16_t type) {
+    std::vector<uint8_t> v;
+    put16(v, 0x0600);
+    put16(v, type);
+    put16(v, 0x0DBB);
+    put16(v, 0x07CC);
+    put32(v, 0);
+    put32(v, 0x0006);
+    return v;
+}
+
+// A workbook of one sheet whose cells (row i, column 0) show string i.
+std::string writeWorkbook(SST &sst) {
+    std::stringstream ss;
+    Xls<char> x;
+    x.reset(true);
+    x.setStreamPtr(&ss);
+    x.writeHeader();
+    MemPool pool;
+    rec(x, 0x0809, bof(0x0005));
+    rec(x, 0x0042, {0xB0, 0x04}); // code page 1200
+    rec(x, 0x003D, std::vector<uint8_t>(18, 0));
+    for (int i = 0; i < 5; ++i) {
+        std::vector<uint8_t> f;
+        put16(f, 200);
+        put16(f, 0);
+        put16(f, 0x7FFF);
+        put16(f, 400);
+        put16(f, 0);
+        f.insert(f.end(), {0, 0, 0, 0});
+        f.insert(f.end(), {5, 0, 'A', 'r', 'i', 'a', 'l'});
+        rec(x, 0x0031, f);
+    }
+    for (int i = 0; i < 16; ++i) {
+        std::vector<uint8_t> xf(20, 0);
+        xf[4] = i < 15 ? 0xF5 : 0x01;
+        xf[5] = 0xFF;
+        rec(x, 0x00E0, xf);
+    }
+    ShortXLUnicodeString name(L"Strings", pool);
+    x.write(0x0085, uint16_t(6 + name.size()));
+    uint32_t bsPos = x.writePos();
+    x.writeInt32(0);
+    x.writeInt16(0);
+    name.write(x);
+    sst.write(x);
+    rec(x, 0x000A, {});
+
+    uint32_t sheetPos = x.writePos();
+    x.patchInt16(bsPos, uint16_t(sheetPos));
+    x.patchInt16(bsPos + 2, uint16_t(sheetPos >> 16));
+    rec(x, 0x0809, bof(0x0010));
+    unsigned n = sst.strings().count();
+    std::vector<uint8_t> dim;
+    put32(dim, 0);
+    put32(dim, n);
+    put16(dim, 0);
+    put16(dim, 1);
+    put16(dim, 0);
+    rec(x, 0x0200, dim);
+    for (unsigned i = 0; i < n; ++i) {
+        std::vector<uint8_t> c;
+        put16(c, uint16_t(i));
+        put16(c, 0);
+        put16(c, 15);
+        put32(c, i);
+        rec(x, 0x00FD, c);
+    }
+    rec(x, 0x000A, {});
+    x.close();
+    return ss.str();
+}
+
+std::wstring textOf(size_t n, unsigned base, unsigned span, unsigned seed) {
+    std::wstring s;
+    for (size_t i = 0; i < n; ++i) s += wchar_t(base + (i * 7 + seed) % span);
+    return s;
+}
+
+std::vector<std::string> xlsFiles() {
+    std::vector<std::string> files;
+    for (const char *sub : {"libxls", "xlrd", "calamine"}) {
+        std::string dir = std::string(TABRIX_CORPUS_DIR) + "/public/" + sub;
+        DIR *d = opendir(dir.c_str());
+        if (!d) continue;
+        while (dirent *e = readdir(d)) {
+            std::string n = e->d_name;
+            if (n.size() > 4 && n.compare(n.size() - 4, 4, ".xls") == 0) files.push_back(dir + "/" + n);
+        }
+        closedir(d);
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+// Our reading of the first SST of the workbook globals: false when the file
+// has none or doesn't open.
+bool readFirstSst(const std::string &path, SST &sst, std::string &error) {
+    std::ifstream f(path, std::ios::binary);
+    std::stringstream ss;
+    ss << f.rdbuf();
+    Xls<char> x;
+    x.setStreamPtr(&ss);
+    try {
+        x.calcFileSize();
+        unsigned total = 0;
+        x.readHeader(total);
+        while (!x.eof()) {
+            uint16_t id = 0, size = 0;
+            x.readInt16(id);
+            x.readInt16(size);
+            if (id == 0 || id == 0x000A || x.eof()) return false;
+            if (id == SST::kId) {
+                sst.read(x, size);
+                return true;
+            }
+            std::vector<uint8_t> skip(size);
+            x.read(skip.data(), size);
+        }
+    } catch (const tberror &e) {
+        error = e.what();
+    }
+    return false;
+}
+
+} // namespace
+
+TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
+    if (!xlrdAvailable()) GTEST_SKIP() << "python3-xlrd is not installed";
+    struct Case {
+        std::string name;
+        std::vector<std::wstring> strings;
+        bool compressed; // 1-byte form for strings that allow it
+    };
+    std::vector<std::wstring> many, wide, mixed;
+    for (unsigned i = 0; i < 3000; ++i) many.push_back(textOf(i % 37 + 1, L'a', 26, i));
+    for (unsigned i = 0; i < 600; ++i) wide.push_back(textOf(i % 61 + 5, 0x4E00, 2000, i));
+    for (unsigned i = 0; i < 40; ++i) {
+        mixed.push_back(textOf(i * 997 % 9000 + 1, i % 2 ? 0x0410 : L'A', 26, i));
+        mixed.push_back(L"");
+    }
+    const Case cases[] = {
+        {"short ascii", {L"a", L"hello", L"sp ace", L"Tab\tand\nline"}, false},
+        {"many small, split over records", many, false},
+        {"many small, 1-byte form", many, true},
+        {"2-byte text", wide, false},
+        {"mixed long and empty", mixed, true},
+        {"longest", {textOf(32767, L'A', 26, 1), textOf(32767, 0x3041, 80, 2), L"after"}, false},
+        {"longest 1-byte", {textOf(32767, L'a', 26, 3), L"x"}, true},
+    };
+    for (const Case &c : cases) {
+        MemPool pool;
+        SST sst(pool);
+        for (const std::wstring &s : c.strings) sst.insert(s.c_str(), true);
+        if (c.compressed)
+            for (unsigned i = 0; i < sst.strings().count(); ++i) {
+                ExtString e = sst.strings().extract(i);
+                if (std::all_of(e.text, e.text + e.cch(), [](wchar_t w) { return w < 0x100; })) {
+                    e.flags = 0;
+                    sst.strings().insert(i, e);
+                }
+            }
+        std::string path = tmpPath("sst_interop.xls");
+        {
+            std::ofstream out(path, std::ios::binary);
+            out << writeWorkbook(sst);
+        }
+        std::vector<std::string> lines = runXlrd("cells", path);
+        ASSERT_FALSE(!lines.empty() && lines[0].rfind("ERROR", 0) == 0) << c.name << ": " << lines[0];
+        std::map<unsigned, std::string> got;
+        for (const std::string &l : lines) {
+            std::istringstream is(l);
+            unsigned r = 0, col = 0;
+            std::string h;
+            is >> r >> col >> h;
+            got[r] = h;
+        }
+        unsigned wrong = 0;
+        for (unsigned i = 0; i < c.strings.size(); ++i) {
+            // xlrd reports an empty string cell as text too.
+            std::string want = hex(c.strings[i].c_str());
+            if (got.count(i) ? got[i] != want : want != "-") ++wrong;
+        }
+        EXPECT_EQ(wrong, 0u) << c.name;
+    }
+}
+
+TEST(SstInterop, ProducersTablesMatchXlrd) {
+    if (!xlrdAvailable()) GTEST_SKIP() << "python3-xlrd is not installed";
+    std::vector<std::string> files = xlsFiles();
+    if (files.empty()) GTEST_SKIP() << "corpus not present";
+    int compared = 0, continued = 0;
+    for (const std::string &path : files) {
+        MemPool pool;
+        SST sst(pool);
+        std::string error;
+        bool found = readFirstSst(path, sst, error);
+        std::vector<std::string> lines = runXlrd("sst", path);
+        if (lines.empty() || lines[0].rfind("COUNT", 0) != 0) continue; // xlrd can't read it
+        if (!found) continue; // no table, or a container we refuse: checked elsewhere
+        std::vector<std::string> theirs(lines.begin() + 1, lines.end());
+        std::vector<std::string> ours;
+        for (unsigned i = 0; i < sst.strings().count(); ++i) ours.push_back(hex(sst.extract(i)));
+        // xlrd stops at the stated count; so do we, but it may pad a
+        // short table.
+        size_t n = std::min(ours.size(), theirs.size());
+        unsigned diff = 0;
+        for (size_t i = 0; i < n; ++i)
+            if (ours[i] != theirs[i]) ++diff;
+        EXPECT_EQ(diff, 0u) << path;
+        EXPECT_GE(ours.size() + 1, std::min<size_t>(theirs.size(), ours.size() + 1)) << path;
+        ++compared;
+        for (unsigned i = 0; i < sst.strings().count(); ++i)
+            if (sst.strings().extract(i).cch() > 8000) ++continued;
+        if (path.find("sst_continue") != std::string::npos) {
+            EXPECT_EQ(ours.size(), theirs.size()) << path;
+        }
+    }
+    EXPECT_GT(compared, 0);
+    RecordProperty("compared", compared);
+}
