@@ -17,7 +17,7 @@ void ShortXLUnicodeString::setString(const wchar_t *s, MemPool &pool) {
 }
 
 void ShortXLUnicodeString::decode(const uint8_t *b, MemPool &pool) {
-    wchar_t *t = const_cast<wchar_t *>(poolCopy(L"", cch, pool));
+    wchar_t *t = poolText(cch, pool);
     bool wide = flags & 1;
     for (unsigned i = 0; i < cch; ++i)
         t[i] = wide ? wchar_t(b[2 * i] | (b[2 * i + 1] << 8)) : wchar_t(b[i]);

@@ -17,6 +17,12 @@ const wchar_t *poolCopy(const wchar_t *s, size_t n, MemPool &pool) {
     return t;
 }
 
+wchar_t *poolText(size_t n, MemPool &pool) {
+    wchar_t *t = pool.allocW(n + 1);
+    std::fill(t, t + n + 1, wchar_t(0));
+    return t;
+}
+
 void XLUnicodeString::setString(const char *s, MemPool &pool, bool utf8) {
     if (!s) return;
     size_t count = utf8 ? std::strlen(s) : std::mbstowcs(nullptr, s, 0);
@@ -52,11 +58,11 @@ void XLUnicodeString::read(XlsRecords &xls, bool noFlags_, bool shortCount_, Mem
     }
     flags = 0;
     if (cch == 0 && remaining == 0) {
-        text = poolCopy(L"", 0, pool);
+        text = poolText(0, pool);
         return;
     }
     if (!noFlags) xls.readWithContinueRecords(&flags, 1, remaining);
-    wchar_t *t = const_cast<wchar_t *>(poolCopy(L"", cch, pool));
+    wchar_t *t = poolText(cch, pool);
     size_t width = (flags & 1) ? 2 : 1;
     size_t wanted = cch * width, got = 0;
     std::vector<uint8_t> buf;

@@ -31,6 +31,8 @@ public:
 
 // Pool copy of `n` wide characters, terminated.
 const wchar_t *poolCopy(const wchar_t *s, size_t n, MemPool &pool);
+// `n` zeroed wide characters and the terminator, from the pool.
+wchar_t *poolText(size_t n, MemPool &pool);
 
 } // namespace tabrix
 

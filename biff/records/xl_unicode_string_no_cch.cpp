@@ -25,7 +25,7 @@ void XLUnicodeStringNoCch::read(XlsRecords &xls, uint32_t count, MemPool &pool, 
     if (cch > xls.size()) throw tberror("error in XLUnicodeString record #1");
     flags = 0;
     if (!noFlags) xls.readWithContinueRecords(&flags, 1, remaining);
-    wchar_t *t = const_cast<wchar_t *>(poolCopy(L"", cch, pool));
+    wchar_t *t = poolText(cch, pool);
     size_t width = (flags & 1) ? 2 : 1;
     size_t got = 0;
     std::vector<uint8_t> buf;
