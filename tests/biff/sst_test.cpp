@@ -326,6 +326,8 @@ TEST(Sst, DeduplicationAndReplacement) {
     EXPECT_EQ(sst.insert(L"changed", false), 1u);
     EXPECT_EQ(sst.insert(L"other", false), 3u); // no longer present
     EXPECT_EQ(errorOf([&] { sst.extract(99); }), "SST: string index is out of range");
+    EXPECT_EQ(sst.dumpText(), L"[SST cstTotal=1004 cstUnique=4 rgb=(\"same\" \"changed\" "
+                              L"\"same\" \"other\")]\n");
     sst.reset();
     EXPECT_EQ(sst.strings().count(), 0u);
     EXPECT_EQ(sst.insert(L"same", false), 0u);
@@ -369,6 +371,11 @@ TEST(Sst, OtherStringFormsRoundTrip) {
     EXPECT_EQ(u.size(), 2u + 1u + 10u);
     XLUnicodeString sc = u;
     sc.shortCount = true;
+    XLUnicodeString tooLong;
+    tooLong.setString(std::wstring(300, L'x').c_str(), pool);
+    tooLong.shortCount = true;
+    EXPECT_EQ(errorOf([&] { writeBook([&](Xls<char> &x) { tooLong.write(x); }); }),
+              "string is too long");
     XLUnicodeStringNoCch n;
     std::wstring long1 = text(9000, 0x0410, 3);
     n.setString(long1.c_str(), pool);
