@@ -9,9 +9,16 @@
 namespace qdhost {
 namespace {
 
-// A key that is equal for equal values of one base type.
+// A key that is equal for equal values of one base type.  Numbers are
+// keyed by their bytes, which is cheaper than their text.
 std::string valueKey(qd_type base, const qd_value &v) {
     switch (base & QD_BASE_MASK) {
+    case QD_INT: {
+        long long i = v.i;
+        char buf[sizeof i];
+        std::memcpy(buf, &i, sizeof i);
+        return std::string(buf, sizeof i);
+    }
     case QD_REAL: {
         double r = v.r == 0.0 ? 0.0 : v.r; // -0 and 0 are one element
         char buf[sizeof r];
@@ -156,10 +163,9 @@ int Set::find(qd_value v) const {
 }
 
 int Set::add(qd_value v) {
-    int at = find(v);
-    if (at >= 0)
-        return at;
-    index_[valueKey(elem_, v)] = (int)items_.size();
+    auto placed = index_.emplace(valueKey(elem_, v), (int)items_.size());
+    if (!placed.second)
+        return opt_.base + placed.first->second;
     items_.push_back(stored(ctx_, elem_, v));
     return opt_.base + (int)items_.size() - 1;
 }
