@@ -250,7 +250,8 @@ class Array : public Object {
 
     // The stored entry the last entry walk answered, so that the next step
     // from that tuple, and a get() of it, need no search.  Cells are never
-    // removed, so the iterator stays good while `walking_` is set.
+    // removed, so the iterator stays good while `walking_` is set.  Since
+    // walks and get() move it, an array is for one thread at a time.
     const std::pair<const Tuple, Cell> *stopAt(const int *at) const;
     mutable std::map<Tuple, Cell>::const_iterator walk_;
     mutable bool walking_ = false;
