@@ -326,3 +326,78 @@ TEST(SstInterop, ProducersTablesMatchXlrd) {
     EXPECT_GT(compared, 0);
     RecordProperty("compared", compared);
 }
+
+namespace {
+
+bool libreOfficeAvailable() { return std::system("command -v soffice >/dev/null 2>&1") == 0; }
+
+// Converts the first sheet of an .xls to UTF-8 csv with LibreOffice and gives
+// its lines; empty when the conversion failed.
+std::vector<std::string> libreOfficeLines(const std::string &path) {
+    std::string outDir = tmpPath("lo_out");
+    std::string profile = tmpPath("lo_profile");
+    std::string cmd = "rm -rf '" + outDir + "' && mkdir -p '" + outDir + "' && soffice --headless --norestore " +
+                      "-env:UserInstallation=file://" + profile +
+                      " --convert-to 'csv:Text - txt - csv (StarCalc):44,34,76' --outdir '" + outDir + "' '" +
+                      path + "' >/dev/null 2>&1";
+    if (std::system(cmd.c_str()) != 0) return {};
+    std::string base = path.substr(path.find_last_of('/') + 1);
+    std::ifstream in(outDir + "/" + base.substr(0, base.size() - 4) + ".csv");
+    std::vector<std::string> lines;
+    for (std::string l; std::getline(in, l);) lines.push_back(l);
+    return lines;
+}
+
+std::string utf8(const std::wstring &w) {
+    std::string out;
+    for (size_t i = 0; i < w.size(); ++i) {
+        unsigned c = unsigned(w[i]);
+        if (c < 0x80) {
+            out += char(c);
+        } else if (c < 0x800) {
+            out += char(0xC0 | (c >> 6));
+            out += char(0x80 | (c & 0x3F));
+        } else {
+            out += char(0xE0 | (c >> 12));
+            out += char(0x80 | ((c >> 6) & 0x3F));
+            out += char(0x80 | (c & 0x3F));
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+// LibreOffice reads the tables we write, 1-byte and 2-byte strings split
+// over many CONTINUE records, cell by cell.
+TEST(SstInterop, OurTablesReadByLibreOffice) {
+    if (!libreOfficeAvailable()) GTEST_SKIP() << "LibreOffice is not installed";
+    std::vector<std::wstring> strings;
+    for (unsigned i = 0; i < 3000; ++i) strings.push_back(textOf(i % 37 + 1, L'a', 26, i));
+    for (unsigned i = 0; i < 600; ++i) strings.push_back(textOf(i % 61 + 5, 0x4E00, 2000, i));
+    strings.push_back(textOf(32767, L'A', 26, 1));
+    for (bool compressed : {false, true}) {
+        MemPool pool;
+        SST sst(pool);
+        for (const std::wstring &s : strings) sst.insert(s.c_str(), true);
+        if (compressed)
+            for (unsigned i = 0; i < sst.strings().count(); ++i) {
+                ExtString e = sst.strings().extract(i);
+                if (std::all_of(e.text, e.text + e.cch(), [](wchar_t w) { return w < 0x100; })) {
+                    e.flags = 0;
+                    sst.strings().insert(i, e);
+                }
+            }
+        std::string path = tmpPath(compressed ? "sst_lo_1byte.xls" : "sst_lo_2byte.xls");
+        {
+            std::ofstream out(path, std::ios::binary);
+            out << writeWorkbook(sst);
+        }
+        std::vector<std::string> lines = libreOfficeLines(path);
+        ASSERT_EQ(lines.size(), strings.size()) << path;
+        unsigned wrong = 0;
+        for (size_t i = 0; i < strings.size(); ++i)
+            if (lines[i] != utf8(strings[i])) ++wrong;
+        EXPECT_EQ(wrong, 0u) << path;
+    }
+}
