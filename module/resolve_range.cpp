@@ -16,7 +16,6 @@ const long kMaxRowNumber = 0x7FFFFFF0L;
 // Sheet numbers above this are never found nor made.
 const long kMaxSheetNumber = 65535;
 
-void fail(qd_context *ctx, const char *message) { g_host->dispatchError(ctx, tr(message)); }
 
 bool sameName(const char *given, size_t length, const char *name) {
     return name && strlen(name) == length && strncasecmp(given, name, length) == 0;
@@ -47,11 +46,11 @@ void *findSheet(qd_context *ctx, RangeSpec *spec, const char *name, size_t lengt
     if (length == 0) {
         if (count > 0) return ops.getSheet(spec->book, 0);
         if (!writing) {
-            fail(ctx, "SHEET: Sheet not found.\n");
+            sheetMessage(ctx, "SHEET: Sheet not found.\n");
             return nullptr;
         }
         void *sheet = ops.addSheet(spec->book, "Sheet1");
-        if (!sheet) fail(ctx, "SHEET: A new sheet cannot be added.\n");
+        if (!sheet) sheetMessage(ctx, "SHEET: A new sheet cannot be added.\n");
         return sheet;
     }
     size_t digits = 0;
@@ -61,7 +60,7 @@ void *findSheet(qd_context *ctx, RangeSpec *spec, const char *name, size_t lengt
         for (size_t i = 0; i < length && number <= kMaxSheetNumber; i++) number = number * 10 + (name[i] - '0');
         if (number >= 1 && number <= count) return ops.getSheet(spec->book, (int)(number - 1));
         if (number < 1 || !writing || number > kMaxSheetNumber) {
-            fail(ctx, "SHEET: Sheet not found.\n");
+            sheetMessage(ctx, "SHEET: Sheet not found.\n");
             return nullptr;
         }
         void *sheet = nullptr;
@@ -70,7 +69,7 @@ void *findSheet(qd_context *ctx, RangeSpec *spec, const char *name, size_t lengt
             snprintf(title, sizeof title, "Sheet%d", n);
             sheet = ops.addSheet(spec->book, title);
             if (!sheet) {
-                fail(ctx, "SHEET: A new sheet cannot be added.\n");
+                sheetMessage(ctx, "SHEET: A new sheet cannot be added.\n");
                 return nullptr;
             }
         }
@@ -81,17 +80,17 @@ void *findSheet(qd_context *ctx, RangeSpec *spec, const char *name, size_t lengt
         if (sheet && sameName(name, length, ops.sheetName(sheet))) return sheet;
     }
     if (!writing) {
-        fail(ctx, "SHEET: Sheet not found.\n");
+        sheetMessage(ctx, "SHEET: Sheet not found.\n");
         return nullptr;
     }
     char *title = strndup(name, length);
     if (!title) {
-        fail(ctx, "SHEET: Out of memory error.\n");
+        sheetMessage(ctx, "SHEET: Out of memory error.\n");
         return nullptr;
     }
     void *sheet = ops.addSheet(spec->book, title);
     free(title);
-    if (!sheet) fail(ctx, "SHEET: A new sheet cannot be added.\n");
+    if (!sheet) sheetMessage(ctx, "SHEET: A new sheet cannot be added.\n");
     return sheet;
 }
 
@@ -108,12 +107,12 @@ const char *parseRectangle(qd_context *ctx, RangeSpec *spec, const char *p) {
     }
     int row1, col1, row2, col2;
     if (parseCell(&p, &row1, &col1) != 0) {
-        fail(ctx, "SHEET: Invalid range.\n");
+        sheetMessage(ctx, "SHEET: Invalid range.\n");
         return nullptr;
     }
     if (*p == ']') {
         if (row1 == CELL_OPEN || col1 == CELL_OPEN) {
-            fail(ctx, "SHEET: Invalid range.\n");
+            sheetMessage(ctx, "SHEET: Invalid range.\n");
             return nullptr;
         }
         row2 = row1;
@@ -121,12 +120,12 @@ const char *parseRectangle(qd_context *ctx, RangeSpec *spec, const char *p) {
     } else if (*p == ':') {
         p++;
         if (parseCell(&p, &row2, &col2) != 0 || *p != ']') {
-            fail(ctx, "SHEET: Invalid range.\n");
+            sheetMessage(ctx, "SHEET: Invalid range.\n");
             return nullptr;
         }
         if (row2 == CELL_OPEN) {
             if (row1 != CELL_OPEN) {
-                fail(ctx, "SHEET: Invalid range.\n");
+                sheetMessage(ctx, "SHEET: Invalid range.\n");
                 return nullptr;
             }
             row1 = 0;
@@ -134,14 +133,14 @@ const char *parseRectangle(qd_context *ctx, RangeSpec *spec, const char *p) {
         }
         if (col2 == CELL_OPEN) {
             if (col1 != CELL_OPEN) {
-                fail(ctx, "SHEET: Invalid range.\n");
+                sheetMessage(ctx, "SHEET: Invalid range.\n");
                 return nullptr;
             }
             col1 = 0;
             col2 = ops.lastCol(spec->sheet);
         }
     } else {
-        fail(ctx, "SHEET: Invalid range.\n");
+        sheetMessage(ctx, "SHEET: Invalid range.\n");
         return nullptr;
     }
     spec->firstRow = row1;
@@ -155,12 +154,12 @@ const char *parseRectangle(qd_context *ctx, RangeSpec *spec, const char *p) {
 int applyHeader(qd_context *ctx, RangeSpec *spec) {
     int rows = spec->lastRow - spec->firstRow;
     if (rows < 0) {
-        fail(ctx, "SHEET: Missing header row.\n");
+        sheetMessage(ctx, "SHEET: Missing header row.\n");
         return 1;
     }
     if (rows == 0) {
         if ((spec->flags & (OPT_GROW | OPT_WRITING)) != (OPT_GROW | OPT_WRITING)) {
-            fail(ctx, "SHEET: Missing header row.\n");
+            sheetMessage(ctx, "SHEET: Missing header row.\n");
             return 1;
         }
         spec->lastRow++;
@@ -237,7 +236,7 @@ int selectColumns(qd_context *ctx, RangeSpec *spec, const char *p) {
     }
     int *map = (int *)malloc(sizeof(int) * (size_t)count);
     if (!map) {
-        fail(ctx, "SHEET: Out of memory error.\n");
+        sheetMessage(ctx, "SHEET: Out of memory error.\n");
         return 1;
     }
     const char *item = p;
@@ -279,7 +278,7 @@ int selectColumns(qd_context *ctx, RangeSpec *spec, const char *p) {
                 }
                 char *name = strndup(a, length);
                 if (!name) {
-                    fail(ctx, "SHEET: Out of memory error.\n");
+                    sheetMessage(ctx, "SHEET: Out of memory error.\n");
                     free(map);
                     return 1;
                 }
@@ -319,7 +318,7 @@ int selectColumns(qd_context *ctx, RangeSpec *spec, const char *p) {
 int finishRange(qd_context *ctx, RangeSpec *spec, const char *rest) {
     if (spec->firstRow < 0 || spec->firstRow > spec->lastRow || spec->firstCol < 0 ||
         spec->firstCol > spec->lastCol) {
-        fail(ctx, "SHEET: Invalid range.\n");
+        sheetMessage(ctx, "SHEET: Invalid range.\n");
         return 1;
     }
     if (*rest == '(') return selectColumns(ctx, spec, rest + 1);
@@ -327,7 +326,7 @@ int finishRange(qd_context *ctx, RangeSpec *spec, const char *rest) {
     int count = spec->lastCol + 1 - spec->firstCol;
     int *map = (int *)malloc(sizeof(int) * (size_t)count);
     if (!map) {
-        fail(ctx, "SHEET: Out of memory error.\n");
+        sheetMessage(ctx, "SHEET: Out of memory error.\n");
         return 1;
     }
     for (int k = 0; k < count; k++) map[k] = k;
@@ -356,7 +355,7 @@ int resolveName(qd_context *ctx, RangeSpec *spec, const char *text) {
             return finishRange(ctx, spec, text + length);
         }
     }
-    fail(ctx, "SHEET: Range name not found.\n");
+    sheetMessage(ctx, "SHEET: Range name not found.\n");
     return 1;
 }
 

@@ -171,6 +171,25 @@ bool cellIsEmpty(const RangeSpec *spec, int rowOffset, int colOffset);
 // sheet's last row so that no walk reads past the table.  -1 when none.
 int lastDataRow(const RangeSpec *spec);
 
+// ---- messages and the per-item frame of a transfer ----------------------------
+// Prints a "SHEET: ..." message, translated, through the host.
+void sheetMessage(qd_context *ctx, const char *message);
+// Prints a message with one "[R%dC%d]" position of the range.
+void sheetMessageAt(qd_context *ctx, const char *message, const RangeSpec *spec, int rowOffset,
+                    int colOffset);
+// Prints "SHEET: Wrong number of columns (req:%d found:%d).\n".
+void sheetMessageColumns(qd_context *ctx, int required, int found);
+// Moves one item between its host object and its resolved range; answers 0
+// on success, non-zero after printing.
+typedef int (*TransferItemFn)(qd_context *ctx, RangeSpec *spec, qd_type type, void *value,
+                              int *counter);
+// The frame both transfer directions share: for each item the label's own
+// options, the range, the item, the column map freed.  A failure ends the
+// transfer; the answer is the number of items not done.  Done items have
+// their value reference cleared.
+int runTransfer(qd_context *ctx, void *file, int count, const char **labels, const qd_type *types,
+                void **values, int *counters, TransferItemFn item);
+
 // ---- range labels and cell reading -------------------------------------------
 // Parses one cell reference (A1 or R1C1, a row or column may be left open as
 // 0x7FFFFFFF) at *text and moves *text past it.  Answers 0 on success.

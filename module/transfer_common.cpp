@@ -205,3 +205,39 @@ int checkArrayList(qd_context *ctx, void *list, int *count, void ***arrays) {
     *arrays = table;
     return 0;
 }
+
+void sheetMessage(qd_context *ctx, const char *message) { g_host->dispatchError(ctx, tr(message)); }
+
+void sheetMessageAt(qd_context *ctx, const char *message, const RangeSpec *spec, int rowOffset,
+                    int colOffset) {
+    g_host->dispatchError(ctx, tr(message), messageRow(spec, rowOffset), messageCol(spec, colOffset));
+}
+
+void sheetMessageColumns(qd_context *ctx, int required, int found) {
+    g_host->dispatchError(ctx, tr("SHEET: Wrong number of columns (req:%d found:%d).\n"), required,
+                          found);
+}
+
+int runTransfer(qd_context *ctx, void *handle, int count, const char **labels, const qd_type *types,
+                void **values, int *counters, TransferItemFn item) {
+    SheetFile *file = (SheetFile *)handle;
+    if (!file) return count;
+    int done = 0;
+    for (int i = 0; i < count; i++) {
+        const char *label = labels && labels[i] ? labels[i] : "";
+        unsigned flags = parseOptions(file->flags, &label, nullptr, nullptr, nullptr, nullptr, nullptr);
+        RangeSpec spec;
+        if (resolveRange(ctx, flags, file, &spec, label) != 0) {
+            free(spec.columnMap);
+            sheetMessage(ctx, "SHEET: Invalid range or name not found.\n");
+            break;
+        }
+        int scratch = 0;
+        int status = item(ctx, &spec, types[i], values[i], counters ? &counters[i] : &scratch);
+        free(spec.columnMap);
+        if (status != 0) break;
+        values[i] = nullptr;
+        done++;
+    }
+    return count - done;
+}

@@ -11,17 +11,8 @@ namespace {
 // dimensions; more are refused as a wrong data type.
 const int kMaxDims = 64;
 
-void fail(qd_context *ctx, const char *message) { g_host->dispatchError(ctx, tr(message)); }
 
-void failAt(qd_context *ctx, const char *message, const RangeSpec *spec, int rowOffset,
-            int colOffset) {
-    g_host->dispatchError(ctx, tr(message), messageRow(spec, rowOffset), messageCol(spec, colOffset));
-}
 
-void failColumns(qd_context *ctx, int required, int found) {
-    g_host->dispatchError(ctx, tr("SHEET: Wrong number of columns (req:%d found:%d).\n"), required,
-                          found);
-}
 
 // Reads the cell at map position `position` of row `rowOffset` into an
 // external object of `type` (made with newObject).  Answers the object or
@@ -30,17 +21,17 @@ void *externalFromCell(qd_context *ctx, RangeSpec *spec, qd_type type, int rowOf
     int col = spec->columnMap[position];
     qd_value v;
     if (readCell(ctx, spec, type, &v, rowOffset, col) < 0) {
-        failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
+        sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
         return nullptr;
     }
     void *object = g_host->newObject(ctx, type);
     if (!object) {
-        fail(ctx, "SHEET: Failed to create object.\n");
+        sheetMessage(ctx, "SHEET: Failed to create object.\n");
         return nullptr;
     }
     if (g_host->copyObject(ctx, type, object, v.s ? v.s : "", QD_COPY_TEXT) != 0) {
         g_host->deleteObject(ctx, type, object);
-        failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
+        sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
         return nullptr;
     }
     return object;
@@ -91,15 +82,15 @@ void readRecord(qd_context *ctx, RangeSpec *spec, int rowOffset, int *position, 
 // ---- sets --------------------------------------------------------------------
 int readSet(qd_context *ctx, RangeSpec *spec, qd_type type, void *set, int *counter) {
     if (!isBasicType(type)) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     if (!set) {
-        fail(ctx, "SHEET: Trying to access an uninitialized set.\n");
+        sheetMessage(ctx, "SHEET: Trying to access an uninitialized set.\n");
         return 1;
     }
     if (!(type & QD_DYNAMIC)) {
-        fail(ctx, "SHEET: Non dynamic set for a `write'.\n");
+        sheetMessage(ctx, "SHEET: Non dynamic set for a `write'.\n");
         return 1;
     }
     qd_type element = type & QD_BASE_MASK;
@@ -112,7 +103,7 @@ int readSet(qd_context *ctx, RangeSpec *spec, qd_type type, void *set, int *coun
             if (kind == CELL_EMPTY) continue;
             int position = 0;
             if (kind < 0 || g_host->setAdd(ctx, set, &v, &position) != 0) {
-                failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r, col);
+                sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r, col);
                 return 1;
             }
             ++*counter;
@@ -145,7 +136,7 @@ int describeArray(qd_context *ctx, void *array, ArrayInfo *info) {
     info->description = info->record ? recordDescription(ctx, info->element) : nullptr;
     info->leaves = countColumns(ctx, info->element, info->description);
     if (info->leaves == 0 || info->dims < 1 || info->dims > kMaxDims) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     g_host->arrayIndexSets(array, info->sets);
@@ -157,7 +148,7 @@ int describeArray(qd_context *ctx, void *array, ArrayInfo *info) {
 int checkIndexTypes(qd_context *ctx, const ArrayInfo *info, int count) {
     for (int k = 0; k < count; k++) {
         if (!isBasicType(info->indexTypes[k])) {
-            fail(ctx, "SHEET: Wrong index type.\n");
+            sheetMessage(ctx, "SHEET: Wrong index type.\n");
             return 1;
         }
     }
@@ -172,11 +163,11 @@ int readIndices(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int cou
         qd_value v;
         int kind = readCell(ctx, spec, info->indexTypes[k], &v, rowOffset, col);
         if (kind == CELL_EMPTY) {
-            failAt(ctx, "SHEET: An index cannot be an empty cell ([R%dC%d]).\n", spec, rowOffset, col);
+            sheetMessageAt(ctx, "SHEET: An index cannot be an empty cell ([R%dC%d]).\n", spec, rowOffset, col);
             return 1;
         }
         if (kind < 0 || g_host->setAdd(ctx, info->sets[k], &v, &idx[k]) != 0) {
-            failAt(ctx, "SHEET: Wrong index value at [R%dC%d].\n", spec, rowOffset, col);
+            sheetMessageAt(ctx, "SHEET: Wrong index value at [R%dC%d].\n", spec, rowOffset, col);
             return 1;
         }
     }
@@ -193,7 +184,7 @@ int storeElement(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int ro
         qd_value v;
         v.p = nullptr;
         if (g_host->arraySet(ctx, info->array, idx, &v) != 0 || !v.p) {
-            failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
+            sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
             return 1;
         }
         int at = position;
@@ -202,7 +193,7 @@ int storeElement(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int ro
         qd_value v;
         if (readCell(ctx, spec, info->element, &v, rowOffset, col) < 0 ||
             g_host->arraySet(ctx, info->array, idx, &v) != 0) {
-            failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
+            sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
             return 1;
         }
     } else {
@@ -211,7 +202,7 @@ int storeElement(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int ro
         int status = g_host->arraySetObject(ctx, info->array, idx, object);
         g_host->deleteObject(ctx, info->element, object);
         if (status != 0) {
-            failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
+            sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, rowOffset, col);
             return 1;
         }
     }
@@ -222,7 +213,7 @@ int storeElement(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int ro
 int readIndexed(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int *counter) {
     int d = info->dims;
     if (spec->columnCount != d + info->leaves) {
-        failColumns(ctx, d + info->leaves, spec->columnCount);
+        sheetMessageColumns(ctx, d + info->leaves, spec->columnCount);
         return 1;
     }
     if (checkIndexTypes(ctx, info, d)) return 1;
@@ -247,7 +238,7 @@ int readNoIndex(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int *co
         bool ok = d == 1 ? (spec->columnCount >= n && spec->columnCount % n == 0)
                          : spec->columnCount == need;
         if (!ok) {
-            failColumns(ctx, need, spec->columnCount);
+            sheetMessageColumns(ctx, need, spec->columnCount);
             return 1;
         }
     }
@@ -282,7 +273,7 @@ int readPartIndex(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int *
     int size = g_host->setSize(info->sets[d - 1]);
     int need = d - 1 + n * size;
     if (d < 2 || spec->columnCount < need) {
-        failColumns(ctx, need, spec->columnCount);
+        sheetMessageColumns(ctx, need, spec->columnCount);
         return 1;
     }
     if (checkIndexTypes(ctx, info, d - 1)) return 1;
@@ -302,7 +293,7 @@ int readPartIndex(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int *
 
 int readArray(qd_context *ctx, RangeSpec *spec, void *array, int *counter) {
     if (!array) {
-        fail(ctx, "SHEET: Trying to access an uninitialized array.\n");
+        sheetMessage(ctx, "SHEET: Trying to access an uninitialized array.\n");
         return 1;
     }
     ArrayInfo info;
@@ -325,14 +316,14 @@ int readArrayList(qd_context *ctx, RangeSpec *spec, void *list, int *counter) {
     ArrayInfo *infos = (ArrayInfo *)malloc(sizeof(ArrayInfo) * (size_t)m);
     if (!infos) {
         free(arrays);
-        fail(ctx, "SHEET: Out of memory error.\n");
+        sheetMessage(ctx, "SHEET: Out of memory error.\n");
         return 1;
     }
     int status = 0;
     for (int a = 0; a < m && status == 0; a++) status = describeArray(ctx, arrays[a], &infos[a]);
     int d = status == 0 ? infos[0].dims : 0;
     if (status == 0 && spec->columnCount != d + m) {
-        failColumns(ctx, d + m, spec->columnCount);
+        sheetMessageColumns(ctx, d + m, spec->columnCount);
         status = 1;
     }
     int opened = 0;
@@ -367,14 +358,14 @@ int readArrayList(qd_context *ctx, RangeSpec *spec, void *list, int *counter) {
 
 int readList(qd_context *ctx, RangeSpec *spec, qd_type type, void *list, int *counter) {
     if (!list) {
-        fail(ctx, "SHEET: Trying to access an uninitialized list.\n");
+        sheetMessage(ctx, "SHEET: Trying to access an uninitialized list.\n");
         return 1;
     }
     qd_type element = g_host->listElementType(list);
     if (element == 0 || (element & QD_STRUCT_MASK) == QD_ARRAY)
         return readArrayList(ctx, spec, list, counter);
     if (!(type & QD_DYNAMIC)) {
-        fail(ctx, "SHEET: Non dynamic list for a `write'.\n");
+        sheetMessage(ctx, "SHEET: Non dynamic list for a `write'.\n");
         return 1;
     }
     qd_type base = element & QD_BASE_MASK;
@@ -382,11 +373,11 @@ int readList(qd_context *ctx, RangeSpec *spec, qd_type type, void *list, int *co
     const int *description = record ? recordDescription(ctx, base) : nullptr;
     int n = countColumns(ctx, base, description);
     if (n == 0) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     if (record && (spec->columnCount < n || spec->columnCount % n != 0)) {
-        failColumns(ctx, n, spec->columnCount);
+        sheetMessageColumns(ctx, n, spec->columnCount);
         return 1;
     }
     int rows = lastDataRow(spec);
@@ -396,7 +387,7 @@ int readList(qd_context *ctx, RangeSpec *spec, qd_type type, void *list, int *co
                 if (groupIsEmpty(spec, r, g, n)) continue;
                 void *object = g_host->newObject(ctx, base);
                 if (!object) {
-                    fail(ctx, "SHEET: Failed to create object.\n");
+                    sheetMessage(ctx, "SHEET: Failed to create object.\n");
                     return 1;
                 }
                 int at = g;
@@ -406,7 +397,7 @@ int readList(qd_context *ctx, RangeSpec *spec, qd_type type, void *list, int *co
                 int status = g_host->listAppend(ctx, list, base, &v);
                 g_host->deleteObject(ctx, base, object);
                 if (status != 0) {
-                    failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r, spec->columnMap[g]);
+                    sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r, spec->columnMap[g]);
                     return 1;
                 }
                 ++*counter;
@@ -430,7 +421,7 @@ int readList(qd_context *ctx, RangeSpec *spec, qd_type type, void *list, int *co
                 g_host->deleteObject(ctx, base, object);
             }
             if (status != 0) {
-                failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r, col);
+                sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r, col);
                 return 1;
             }
             ++*counter;
@@ -445,15 +436,15 @@ int readScalar(qd_context *ctx, RangeSpec *spec, qd_type type, void *value, int 
     bool record = isRecordType(ctx, base);
     const int *description = record ? recordDescription(ctx, base) : nullptr;
     if (countColumns(ctx, base, description) == 0) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     if (!value) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     if (spec->columnCount < countColumns(ctx, base, description)) {
-        failColumns(ctx, countColumns(ctx, base, description), spec->columnCount);
+        sheetMessageColumns(ctx, countColumns(ctx, base, description), spec->columnCount);
         return 1;
     }
     if (record) {
@@ -465,14 +456,14 @@ int readScalar(qd_context *ctx, RangeSpec *spec, qd_type type, void *value, int 
     int col = spec->columnMap[0];
     qd_value v;
     if (readCell(ctx, spec, base, &v, 0, col) < 0) {
-        failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, 0, col);
+        sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, 0, col);
         return 1;
     }
     if (isBasicType(base)) {
         if (base == QD_STRING && !v.s) v.s = g_host->textHandle(ctx, "");
         *(qd_value *)value = v;
     } else if (g_host->copyObject(ctx, base, value, v.s ? v.s : "", QD_COPY_TEXT) != 0) {
-        failAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, 0, col);
+        sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, 0, col);
         return 1;
     }
     ++*counter;
@@ -486,33 +477,13 @@ int readItem(qd_context *ctx, RangeSpec *spec, qd_type type, void *value, int *c
     case QD_ARRAY: return readArray(ctx, spec, value, counter);
     case QD_VALUE:
     case QD_REF: return readScalar(ctx, spec, type, value, counter);
-    default: fail(ctx, "SHEET: Wrong column type.\n"); return 1;
+    default: sheetMessage(ctx, "SHEET: Wrong column type.\n"); return 1;
     }
 }
 
 } // namespace
 
-int transferIn(qd_context *ctx, void *handle, int count, const char **labels, const qd_type *types,
+int transferIn(qd_context *ctx, void *file, int count, const char **labels, const qd_type *types,
                void **values, int *counters) {
-    SheetFile *file = (SheetFile *)handle;
-    if (!file) return count;
-    int done = 0;
-    for (int i = 0; i < count; i++) {
-        const char *label = labels && labels[i] ? labels[i] : "";
-        unsigned flags = parseOptions(file->flags, &label, nullptr, nullptr, nullptr, nullptr, nullptr);
-        RangeSpec spec;
-        if (resolveRange(ctx, flags, file, &spec, label) != 0) {
-            free(spec.columnMap);
-            fail(ctx, "SHEET: Invalid range or name not found.\n");
-            break;
-        }
-        int scratch = 0;
-        int *counter = counters ? &counters[i] : &scratch;
-        int status = readItem(ctx, &spec, types[i], values[i], counter);
-        free(spec.columnMap);
-        if (status != 0) break;
-        values[i] = nullptr;
-        done++;
-    }
-    return count - done;
+    return runTransfer(ctx, file, count, labels, types, values, counters, readItem);
 }

@@ -13,7 +13,6 @@ namespace {
 // description cannot recurse without end.
 const int kMaxNesting = 32;
 
-void fail(qd_context *ctx, const char *message) { g_host->dispatchError(ctx, tr(message)); }
 
 int writeFields(qd_context *ctx, RangeSpec *spec, int rowOffset, int *position, void *record,
                 qd_type type, const int *description, int depth) {
@@ -53,7 +52,7 @@ int writeScalar(qd_context *ctx, RangeSpec *spec, qd_type type, void *value) {
     qd_type base = type & QD_BASE_MASK;
     int need = countColumns(ctx, base, nullptr);
     if (need == 0) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     // Too narrow a range, or one without rows, ends the item silently.
@@ -74,7 +73,7 @@ int writeScalar(qd_context *ctx, RangeSpec *spec, qd_type type, void *value) {
 int itemRows(qd_context *ctx, RangeSpec *spec, int need, int size) {
     int found = spec->columnCount;
     if (found < need || found % need != 0) {
-        failColumnCount(ctx, need, found);
+        sheetMessageColumns(ctx, need, found);
         return -1;
     }
     long long perRow = found / need;
@@ -83,13 +82,13 @@ int itemRows(qd_context *ctx, RangeSpec *spec, int need, int size) {
 
 int writeSet(qd_context *ctx, RangeSpec *spec, void *set) {
     if (!set) {
-        fail(ctx, "SHEET: Trying to access an uninitialized set.\n");
+        sheetMessage(ctx, "SHEET: Trying to access an uninitialized set.\n");
         return 1;
     }
     qd_type element = g_host->setElementType(set) & QD_BASE_MASK;
     int need = countColumns(ctx, element, nullptr);
     if (need == 0) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     int size = g_host->setSize(set);
@@ -106,7 +105,7 @@ int writeSet(qd_context *ctx, RangeSpec *spec, void *set) {
         value.p = nullptr;
         if (g_host->setElement(ctx, set, first + k, &value) != 0 ||
             writeElement(ctx, spec, element, record, row, &position, &value) != 0) {
-            failAtCell(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, row,
+            sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, row,
                        spec->columnMap[position]);
             return 1;
         }
@@ -126,7 +125,7 @@ bool notAValue(qd_context *ctx, qd_type type) {
 
 int writeList(qd_context *ctx, RangeSpec *spec, void *list) {
     if (!list) {
-        fail(ctx, "SHEET: Trying to access an uninitialized list.\n");
+        sheetMessage(ctx, "SHEET: Trying to access an uninitialized list.\n");
         return 1;
     }
     qd_type declared = g_host->listElementType(list);
@@ -147,13 +146,13 @@ int writeList(qd_context *ctx, RangeSpec *spec, void *list) {
         }
         if (need == 0) return 0; // an empty untyped list writes nothing
         if (mixed) {
-            fail(ctx, "SHEET: Wrong data type.\n");
+            sheetMessage(ctx, "SHEET: Wrong data type.\n");
             return 1;
         }
     } else {
         need = countColumns(ctx, declared & QD_BASE_MASK, nullptr);
         if (need == 0) {
-            fail(ctx, "SHEET: Wrong data type.\n");
+            sheetMessage(ctx, "SHEET: Wrong data type.\n");
             return 1;
         }
     }
@@ -173,7 +172,7 @@ int writeList(qd_context *ctx, RangeSpec *spec, void *list) {
         bool record = declared != 0 ? declaredRecord : isRecordType(ctx, element);
         int position = (k % perRow) * need;
         if (writeElement(ctx, spec, element, record, row, &position, &value) != 0) {
-            failAtCell(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, row,
+            sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, row,
                        spec->columnMap[position]);
             return 1;
         }
@@ -181,7 +180,7 @@ int writeList(qd_context *ctx, RangeSpec *spec, void *list) {
     return 0;
 }
 
-int writeItem(qd_context *ctx, RangeSpec *spec, qd_type type, void *value) {
+int writeItem(qd_context *ctx, RangeSpec *spec, qd_type type, void *value, int *) {
     switch (type & QD_STRUCT_MASK) {
     case QD_VALUE:
     case QD_REF:
@@ -193,22 +192,14 @@ int writeItem(qd_context *ctx, RangeSpec *spec, qd_type type, void *value) {
     case QD_ARRAY:
         return writeArray(ctx, spec, value);
     default:
-        fail(ctx, "SHEET: Wrong column type.\n");
+        sheetMessage(ctx, "SHEET: Wrong column type.\n");
         return 1;
     }
 }
 
 } // namespace
 
-void failColumnCount(qd_context *ctx, int required, int found) {
-    g_host->dispatchError(ctx, tr("SHEET: Wrong number of columns (req:%d found:%d).\n"), required,
-                          found);
-}
 
-void failAtCell(qd_context *ctx, const char *message, const RangeSpec *spec, int rowOffset,
-                int colOffset) {
-    g_host->dispatchError(ctx, tr(message), messageRow(spec, rowOffset), messageCol(spec, colOffset));
-}
 
 int rangeRows(const RangeSpec *spec) {
     long long rows = (long long)spec->lastRow - spec->firstRow + 1;
@@ -244,7 +235,7 @@ int writeCell(qd_context *ctx, RangeSpec *spec, qd_type leafType, int rowOffset,
     if (!value->p) return 0; // no object: the cell stays as it is
     int length = g_host->toText(ctx, leafType & QD_BASE_MASK, value->p, spec->buffer, spec->bufferSize);
     if (length < 0 || length >= spec->bufferSize) {
-        fail(ctx, "SHEET: Buffer overflow.\n");
+        sheetMessage(ctx, "SHEET: Buffer overflow.\n");
         return 1;
     }
     return spec->ops.writeStr(spec->sheet, row, col, spec->buffer) == 0;
@@ -264,25 +255,7 @@ int writeElement(qd_context *ctx, RangeSpec *spec, qd_type type, bool record, in
     return 0;
 }
 
-int transferOut(qd_context *ctx, void *handle, int count, const char **labels,
+int transferOut(qd_context *ctx, void *file, int count, const char **labels,
                 const qd_type *types, void **values) {
-    SheetFile *file = (SheetFile *)handle;
-    if (!file) return count;
-    int done = 0;
-    for (int i = 0; i < count; i++) {
-        const char *label = labels && labels[i] ? labels[i] : "";
-        unsigned flags = parseOptions(file->flags, &label, nullptr, nullptr, nullptr, nullptr, nullptr);
-        RangeSpec spec;
-        if (resolveRange(ctx, flags, file, &spec, label) != 0) {
-            free(spec.columnMap);
-            fail(ctx, "SHEET: Invalid range or name not found.\n");
-            break;
-        }
-        int status = writeItem(ctx, &spec, types[i], values[i]);
-        free(spec.columnMap);
-        if (status != 0) break;
-        values[i] = nullptr;
-        done++;
-    }
-    return count - done;
+    return runTransfer(ctx, file, count, labels, types, values, nullptr, writeItem);
 }

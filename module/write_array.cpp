@@ -12,7 +12,6 @@
 
 namespace {
 
-void fail(qd_context *ctx, const char *message) { g_host->dispatchError(ctx, tr(message)); }
 
 struct ArrayShape {
     void *array;
@@ -38,7 +37,7 @@ void unlockSets(qd_context *ctx, const ArrayShape &a, int from, int to, const bo
 bool indexTypesOk(qd_context *ctx, const ArrayShape &a, int count) {
     for (int k = 0; k < count; k++) {
         if (!isBasicType(a.indexTypes[k])) {
-            fail(ctx, "SHEET: Wrong index type.\n");
+            sheetMessage(ctx, "SHEET: Wrong index type.\n");
             return false;
         }
     }
@@ -55,7 +54,7 @@ int writeIndices(qd_context *ctx, RangeSpec *spec, const ArrayShape &a, int coun
         int col = spec->columnMap[k];
         if (g_host->setElement(ctx, a.sets[k], at[k], &value) != 0 ||
             writeCell(ctx, spec, a.indexTypes[k], row, col, &value) != 0) {
-            failAtCell(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row, col);
+            sheetMessageAt(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row, col);
             return 1;
         }
     }
@@ -69,7 +68,7 @@ int writeValue(qd_context *ctx, RangeSpec *spec, const ArrayShape &a, int row, i
     value.p = nullptr;
     int got = g_host->arrayGet(a.array, at, &value);
     if (got != 0 || writeElement(ctx, spec, a.element, a.record, row, &position, &value) != 0) {
-        failAtCell(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row,
+        sheetMessageAt(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row,
                    spec->columnMap[position]);
         return 1;
     }
@@ -79,7 +78,7 @@ int writeValue(qd_context *ctx, RangeSpec *spec, const ArrayShape &a, int row, i
 int writeDefault(qd_context *ctx, RangeSpec *spec, const ArrayShape &a) {
     int d = a.dims;
     if (spec->columnCount != d + a.leaves) {
-        failColumnCount(ctx, d + a.leaves, spec->columnCount);
+        sheetMessageColumns(ctx, d + a.leaves, spec->columnCount);
         return 1;
     }
     if (!indexTypesOk(ctx, a, d)) return 1;
@@ -107,7 +106,7 @@ int writePartIndex(qd_context *ctx, RangeSpec *spec, const ArrayShape &a) {
     int lastLast = g_host->setLastIndex(lastSet);
     long long need = d - 1 + (long long)a.leaves * g_host->setSize(lastSet);
     if (d < 2 || spec->columnCount != need) {
-        failColumnCount(ctx, (int)need, spec->columnCount);
+        sheetMessageColumns(ctx, (int)need, spec->columnCount);
         return 1;
     }
     if (!indexTypesOk(ctx, a, d - 1)) return 1;
@@ -155,7 +154,7 @@ int writeNoIndex(qd_context *ctx, RangeSpec *spec, const ArrayShape &a) {
     long long need;
     if (d == 1) {
         if (found < a.leaves || found % a.leaves != 0) {
-            failColumnCount(ctx, a.leaves, found);
+            sheetMessageColumns(ctx, a.leaves, found);
             return 1;
         }
         long long cells = (long long)a.leaves * g_host->setSize(lastSet);
@@ -163,7 +162,7 @@ int writeNoIndex(qd_context *ctx, RangeSpec *spec, const ArrayShape &a) {
     } else {
         long long width = (long long)a.leaves * g_host->setSize(lastSet);
         if (found != width) {
-            failColumnCount(ctx, (int)width, found);
+            sheetMessageColumns(ctx, (int)width, found);
             return 1;
         }
         need = 1;
@@ -199,7 +198,7 @@ int writeNoIndex(qd_context *ctx, RangeSpec *spec, const ArrayShape &a) {
 
 int writeArray(qd_context *ctx, RangeSpec *spec, void *array) {
     if (!array) {
-        fail(ctx, "SHEET: Trying to access an uninitialized array.\n");
+        sheetMessage(ctx, "SHEET: Trying to access an uninitialized array.\n");
         return 1;
     }
     ArrayShape a;
@@ -208,7 +207,7 @@ int writeArray(qd_context *ctx, RangeSpec *spec, void *array) {
     a.leaves = countColumns(ctx, a.element, nullptr);
     a.dims = g_host->arrayDimensions(array);
     if (a.leaves == 0 || a.dims < 1 || a.dims > WRITE_MAX_DIMS) {
-        fail(ctx, "SHEET: Wrong data type.\n");
+        sheetMessage(ctx, "SHEET: Wrong data type.\n");
         return 1;
     }
     a.record = isRecordType(ctx, a.element);

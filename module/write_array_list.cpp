@@ -53,7 +53,7 @@ int writeRow(qd_context *ctx, RangeSpec *spec, Merge &m, void *const *sets,
         int col = spec->columnMap[k];
         if (g_host->setElement(ctx, sets[k], current[k], &value) != 0 ||
             writeCell(ctx, spec, indexTypes[k], row, col, &value) != 0) {
-            failAtCell(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row, col);
+            sheetMessageAt(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row, col);
             return 1;
         }
     }
@@ -64,7 +64,7 @@ int writeRow(qd_context *ctx, RangeSpec *spec, Merge &m, void *const *sets,
         value.p = nullptr;
         if (g_host->arrayGet(m.arrays[j], tupleOf(m, j), &value) != 0 ||
             writeCell(ctx, spec, m.types[j], row, col, &value) != 0) {
-            failAtCell(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row, col);
+            sheetMessageAt(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row, col);
             return 1;
         }
         m.left[j]--;
@@ -121,7 +121,7 @@ int writeArrayList(qd_context *ctx, RangeSpec *spec, void *list) {
     g_host->arrayIndexSets(arrays[0], sets);
     for (int k = 0; k < m.dims; k++) indexTypes[k] = g_host->setElementType(sets[k]) & QD_BASE_MASK;
     if (spec->columnCount != m.dims + count) {
-        failColumnCount(ctx, m.dims + count, spec->columnCount);
+        sheetMessageColumns(ctx, m.dims + count, spec->columnCount);
         free(arrays);
         return 1;
     }

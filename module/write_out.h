@@ -31,11 +31,6 @@ int writeRecord(qd_context *ctx, RangeSpec *spec, int rowOffset, int *position, 
 int writeElement(qd_context *ctx, RangeSpec *spec, qd_type type, bool record, int rowOffset,
                  int *position, const qd_value *value);
 
-// Prints "SHEET: Wrong number of columns (req:%d found:%d).\n".
-void failColumnCount(qd_context *ctx, int required, int found);
-// Prints a message with one "[R%dC%d]" position of the range.
-void failAtCell(qd_context *ctx, const char *message, const RangeSpec *spec, int rowOffset,
-                int colOffset);
 // Number of rows of the range (0 when it has none).
 int rangeRows(const RangeSpec *spec);
 // With `grow` set, makes the range at least `needed` rows tall.  Answers the
