@@ -1,6 +1,7 @@
 // Writing compound files: layout arithmetic, round trips through our own
 // reader, re-saving a loaded file, and the writer's failure texts.
 #include "biff/cfb_fat.h"
+#include "biff/support/biff_bytes.h"
 #include "biff/support/cfb_builder.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
@@ -13,21 +14,10 @@
 #include <sstream>
 
 using namespace tabrix;
+using bifftest::rawBook;
 using cfbtest::pattern;
 
 namespace {
-
-// Writes `wb` as the workbook stream of a new container.
-std::string writeNew(const std::vector<uint8_t> &wb) {
-    std::stringstream ss;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&ss);
-    x.writeHeader();
-    if (!wb.empty()) x.write(wb.data(), wb.size());
-    x.close();
-    return ss.str();
-}
 
 std::vector<uint8_t> readWorkbook(XlsCore &x) {
     std::vector<uint8_t> out(x.size());
@@ -64,7 +54,7 @@ TEST(CfbWrite, RoundTripsThroughOurReader) {
                           {3 << 20, 3 << 20}, {8u << 20, 8u << 20}}; // the last needs DIFAT
     for (const Case &c : cases) {
         auto wb = pattern(c.size, uint32_t(c.size));
-        std::string file = writeNew(wb);
+        std::string file = rawBook(wb);
         std::stringstream ss(file);
         Xls<char> x;
         x.setStreamPtr(&ss);
@@ -95,7 +85,7 @@ TEST(CfbWrite, RoundTripsThroughOurReader) {
 }
 
 TEST(CfbWrite, NewFileLayout) {
-    std::string file = writeNew(pattern(200, 1));
+    std::string file = rawBook(pattern(200, 1));
     // Header, eight workbook sectors, one FAT sector, one directory sector.
     EXPECT_EQ(file.size(), 512u * 11);
     std::stringstream ss(file);

@@ -4,6 +4,7 @@
 #include "biff/byte_stream.h"
 #include "biff/records/ext_sst.h"
 #include "biff/records/phonetic_info.h"
+#include "biff/support/biff_bytes.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
@@ -13,63 +14,7 @@
 #include <sstream>
 
 using namespace tabrix;
-
-namespace {
-
-// A new container whose workbook stream is what `body` writes.
-std::string writeBook(const std::function<void(Xls<char> &)> &body) {
-    std::stringstream ss;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&ss);
-    x.writeHeader();
-    body(x);
-    x.close();
-    return ss.str();
-}
-
-std::string rawBook(const std::vector<uint8_t> &wb) {
-    return writeBook([&](Xls<char> &x) { x.write(wb.data(), wb.size()); });
-}
-
-struct Opened {
-    std::stringstream ss;
-    Xls<char> x;
-    explicit Opened(const std::string &file) : ss(file) {
-        x.setStreamPtr(&ss);
-        x.calcFileSize();
-        unsigned total = 0;
-        x.readHeader(total);
-    }
-    std::vector<uint8_t> bytes(size_t n) {
-        std::vector<uint8_t> b(n);
-        x.read(b.data(), n);
-        return b;
-    }
-};
-
-void put16(std::vector<uint8_t> &v, uint16_t x) {
-    v.push_back(uint8_t(x));
-    v.push_back(uint8_t(x >> 8));
-}
-
-// A record of `id` holding `data`.
-void record(std::vector<uint8_t> &v, uint16_t id, const std::vector<uint8_t> &data) {
-    put16(v, id);
-    put16(v, uint16_t(data.size()));
-    v.insert(v.end(), data.begin(), data.end());
-}
-
-std::string errorOf(const std::function<void()> &f) {
-    try {
-        f();
-    } catch (const tberror &e) {
-        return e.what();
-    }
-    return "";
-}
-
-} // namespace
+using namespace bifftest;
 
 TEST(RecordFraming, NumbersSplitAtEveryByteReadBack) {
     const uint8_t v[4] = {0x78, 0x56, 0x34, 0x12};

@@ -7,6 +7,7 @@
 #include "biff/records/str_map.h"
 #include "biff/records/xl_unicode_string.h"
 #include "biff/records/xl_unicode_string_no_cch.h"
+#include "biff/support/biff_bytes.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
@@ -16,77 +17,14 @@
 #include <sstream>
 
 using namespace tabrix;
+using namespace bifftest;
 
 namespace {
-
-std::string writeBook(const std::function<void(Xls<char> &)> &body) {
-    std::stringstream ss;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&ss);
-    x.writeHeader();
-    body(x);
-    x.close();
-    return ss.str();
-}
-
-struct Opened {
-    std::stringstream ss;
-    Xls<char> x;
-    explicit Opened(const std::string &file) : ss(file) {
-        x.setStreamPtr(&ss);
-        x.calcFileSize();
-        unsigned total = 0;
-        x.readHeader(total);
-    }
-    std::vector<uint8_t> bytes(size_t n) {
-        std::vector<uint8_t> b(n);
-        x.read(b.data(), n);
-        return b;
-    }
-    // Records up to the first id 0: (id, data).
-    std::vector<std::pair<uint16_t, std::vector<uint8_t>>> records() {
-        std::vector<std::pair<uint16_t, std::vector<uint8_t>>> out;
-        for (;;) {
-            auto h = bytes(4);
-            uint16_t id = uint16_t(h[0] | (h[1] << 8)), size = uint16_t(h[2] | (h[3] << 8));
-            if (id == 0 || x.eof()) return out;
-            out.push_back({id, bytes(size)});
-        }
-    }
-};
-
-void put16(std::vector<uint8_t> &v, uint16_t x) {
-    v.push_back(uint8_t(x));
-    v.push_back(uint8_t(x >> 8));
-}
-void put32(std::vector<uint8_t> &v, uint32_t x) {
-    put16(v, uint16_t(x));
-    put16(v, uint16_t(x >> 16));
-}
-void record(std::vector<uint8_t> &v, uint16_t id, const std::vector<uint8_t> &data) {
-    put16(v, id);
-    put16(v, uint16_t(data.size()));
-    v.insert(v.end(), data.begin(), data.end());
-}
-
-std::string rawBook(const std::vector<uint8_t> &wb) {
-    return writeBook([&](Xls<char> &x) { x.write(wb.data(), wb.size()); });
-}
 
 std::wstring text(size_t n, wchar_t base, unsigned step) {
     std::wstring s;
     for (size_t i = 0; i < n; ++i) s += wchar_t(base + (i * step) % 90);
     return s;
-}
-
-std::string errorOf(const std::function<void()> &f) {
-    try {
-        f();
-    } catch (const tberror &e) {
-        return e.what();
-    }
-    return "";
 }
 
 // An SST holding `strings`, written then read back; checks the framing of
