@@ -1,6 +1,7 @@
 // Containers checked by an independent reader (Debian's python3-olefile):
 // files we write list the same streams and bytes, and files of other
 // producers keep every other stream byte for byte through a load and save.
+#include "biff/support/interop_tools.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
@@ -8,17 +9,15 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <dirent.h>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 using namespace tabrix;
+using namespace bifftest;
 
 namespace {
 
-const char *kPython = "/usr/bin/python3";
 const char *kScript = R"(import sys, zlib, olefile
 try:
     ole = olefile.OleFileIO(sys.argv[1], raise_defects=olefile.DEFECT_INCORRECT)
@@ -34,28 +33,9 @@ struct Listing {
     std::map<std::string, std::pair<uint64_t, uint32_t>> streams; // name -> size, crc
 };
 
-std::string tmpPath(const std::string &name) { return std::string(TABRIX_TEST_TMP) + "/" + name; }
-
-bool readerAvailable() {
-    std::string cmd = std::string(kPython) + " -c 'import olefile' 2>/dev/null";
-    return std::system(cmd.c_str()) == 0;
-}
-
 Listing listStreams(const std::string &path) {
-    static const std::string script = [] {
-        std::string p = tmpPath("cfb_list_streams.py");
-        std::ofstream(p) << kScript;
-        return p;
-    }();
     Listing out;
-    std::string cmd = std::string(kPython) + " " + script + " '" + path + "'";
-    FILE *p = popen(cmd.c_str(), "r");
-    if (!p) {
-        out.error = true;
-        return out;
-    }
-    char line[4096];
-    while (std::fgets(line, sizeof line, p)) {
+    for (const std::string &line : runPython("cfb_list_streams.py", kScript, "'" + path + "'")) {
         std::istringstream is(line);
         std::string name;
         uint64_t size = 0;
@@ -65,7 +45,6 @@ Listing listStreams(const std::string &path) {
         is >> size >> crc;
         out.streams[name] = {size, crc};
     }
-    pclose(p);
     return out;
 }
 
@@ -94,7 +73,7 @@ const std::map<std::string, std::string> kRefused = {
 } // namespace
 
 TEST(CfbInterop, WrittenContainersListTheSameStream) {
-    if (!readerAvailable()) GTEST_SKIP() << "python3-olefile is not installed";
+    if (!pythonHas("olefile")) GTEST_SKIP() << "python3-olefile is not installed";
     // Small, padded, regular, multi-megabyte, and one that needs DIFAT sectors.
     for (size_t size : {size_t(1), size_t(100), size_t(5000), size_t(70001), size_t(3) << 20,
                         size_t(8) << 20}) {
@@ -119,20 +98,9 @@ TEST(CfbInterop, WrittenContainersListTheSameStream) {
 }
 
 TEST(CfbInterop, ProducersFilesKeepTheirStreamsThroughASave) {
-    if (!readerAvailable()) GTEST_SKIP() << "python3-olefile is not installed";
-    std::vector<std::string> files;
-    for (const char *sub : {"libxls", "xlrd", "calamine"}) {
-        std::string dir = std::string(TABRIX_CORPUS_DIR) + "/public/" + sub;
-        DIR *d = opendir(dir.c_str());
-        if (!d) continue;
-        while (dirent *e = readdir(d)) {
-            std::string n = e->d_name;
-            if (n.size() > 4 && n.compare(n.size() - 4, 4, ".xls") == 0) files.push_back(dir + "/" + n);
-        }
-        closedir(d);
-    }
+    if (!pythonHas("olefile")) GTEST_SKIP() << "python3-olefile is not installed";
+    std::vector<std::string> files = corpusXlsFiles();
     if (files.empty()) GTEST_SKIP() << "corpus not present";
-    std::sort(files.begin(), files.end());
 
     int checked = 0;
     for (const std::string &path : files) {

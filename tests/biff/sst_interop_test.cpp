@@ -4,25 +4,23 @@
 #include "biff/records/ext_string.h"
 #include "biff/records/short_xl_unicode_string.h"
 #include "biff/records/sst.h"
+#include "biff/support/biff_bytes.h"
+#include "biff/support/interop_tools.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 using namespace tabrix;
+using namespace bifftest;
 
 namespace {
-
-const char *kPython = "/usr/bin/python3";
 
 // Mode "cells": "r c hex" for every text cell.  Mode "sst": "hex" for every
 // entry of the book's shared string table.  Hex is the UTF-16LE text.
@@ -47,59 +45,6 @@ else:
     for s in sst:
         print(h(s))
 )";
-
-std::string tmpPath(const std::string &name) { return std::string(TABRIX_TEST_TMP) + "/" + name; }
-
-bool xlrdAvailable() {
-    std::string cmd = std::string(kPython) + " -c 'import xlrd' 2>/dev/null";
-    return std::system(cmd.c_str()) == 0;
-}
-
-std::vector<std::string> runXlrd(const std::string &mode, const std::string &path) {
-    static const std::string script = [] {
-        std::string p = tmpPath("sst_xlrd_dump.py");
-        std::ofstream(p) << kScript;
-        return p;
-    }();
-    std::vector<std::string> lines;
-    std::string cmd = std::string(kPython) + " " + script + " " + mode + " '" + path + "' 2>/dev/null";
-    FILE *p = popen(cmd.c_str(), "r");
-    if (!p) return {"ERROR popen"};
-    std::string cur;
-    int ch;
-    while ((ch = std::fgetc(p)) != EOF) {
-        if (ch == '\n') {
-            lines.push_back(cur);
-            cur.clear();
-        } else {
-            cur += char(ch);
-        }
-    }
-    pclose(p);
-    return lines;
-}
-
-std::string hex(const wchar_t *t) {
-    static const char *d = "0123456789abcdef";
-    std::string out;
-    for (; *t; ++t) {
-        unsigned v = unsigned(*t) & 0xFFFF;
-        for (unsigned b : {v & 0xFF, v >> 8}) {
-            out += d[b >> 4];
-            out += d[b & 15];
-        }
-    }
-    return out.empty() ? "-" : out;
-}
-
-void put16(std::vector<uint8_t> &v, uint16_t x) {
-    v.push_back(uint8_t(x));
-    v.push_back(uint8_t(x >> 8));
-}
-void put32(std::vector<uint8_t> &v, uint32_t x) {
-    put16(v, uint16_t(x));
-    put16(v, uint16_t(x >> 16));
-}
 
 void rec(Xls<char> &x, uint16_t id, const std::vector<uint8_t> &d) {
     x.write(id, d.data(), uint16_t(d.size()));
@@ -184,22 +129,6 @@ std::wstring textOf(size_t n, unsigned base, unsigned span, unsigned seed) {
     return s;
 }
 
-std::vector<std::string> xlsFiles() {
-    std::vector<std::string> files;
-    for (const char *sub : {"libxls", "xlrd", "calamine"}) {
-        std::string dir = std::string(TABRIX_CORPUS_DIR) + "/public/" + sub;
-        DIR *d = opendir(dir.c_str());
-        if (!d) continue;
-        while (dirent *e = readdir(d)) {
-            std::string n = e->d_name;
-            if (n.size() > 4 && n.compare(n.size() - 4, 4, ".xls") == 0) files.push_back(dir + "/" + n);
-        }
-        closedir(d);
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
 // Our reading of the first SST of the workbook globals: false when the file
 // has none or doesn't open.
 bool readFirstSst(const std::string &path, SST &sst, std::string &error) {
@@ -230,10 +159,15 @@ bool readFirstSst(const std::string &path, SST &sst, std::string &error) {
     return false;
 }
 
+// Runs the xlrd dump script in `mode` over `path`.
+std::vector<std::string> runXlrd(const std::string &mode, const std::string &path) {
+    return runPython("sst_xlrd_dump.py", kScript, mode + " '" + path + "'");
+}
+
 } // namespace
 
 TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
-    if (!xlrdAvailable()) GTEST_SKIP() << "python3-xlrd is not installed";
+    if (!pythonHas("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
     struct Case {
         std::string name;
         std::vector<std::wstring> strings;
@@ -285,7 +219,7 @@ TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
         unsigned wrong = 0;
         for (unsigned i = 0; i < c.strings.size(); ++i) {
             // xlrd reports an empty string cell as text too.
-            std::string want = hex(c.strings[i].c_str());
+            std::string want = hexUtf16(c.strings[i].c_str());
             if (got.count(i) ? got[i] != want : want != "-") ++wrong;
         }
         EXPECT_EQ(wrong, 0u) << c.name;
@@ -293,8 +227,8 @@ TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
 }
 
 TEST(SstInterop, ProducersTablesMatchXlrd) {
-    if (!xlrdAvailable()) GTEST_SKIP() << "python3-xlrd is not installed";
-    std::vector<std::string> files = xlsFiles();
+    if (!pythonHas("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
+    std::vector<std::string> files = corpusXlsFiles();
     if (files.empty()) GTEST_SKIP() << "corpus not present";
     int compared = 0, continued = 0;
     for (const std::string &path : files) {
@@ -307,7 +241,7 @@ TEST(SstInterop, ProducersTablesMatchXlrd) {
         if (!found) continue; // no table, or a container we refuse: checked elsewhere
         std::vector<std::string> theirs(lines.begin() + 1, lines.end());
         std::vector<std::string> ours;
-        for (unsigned i = 0; i < sst.strings().count(); ++i) ours.push_back(hex(sst.extract(i)));
+        for (unsigned i = 0; i < sst.strings().count(); ++i) ours.push_back(hexUtf16(sst.extract(i)));
         // xlrd stops at the stated count; so do we, but it may pad a
         // short table.
         size_t n = std::min(ours.size(), theirs.size());
