@@ -2,16 +2,17 @@
 // writing the store back, buffer limits, and the sharing of open files.
 #include "refhost.h"
 #include "sheetfile.h"
+#include "support/tout_support.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
 
 using namespace qdhost;
+using tout::host;
 
 namespace {
 
@@ -24,26 +25,12 @@ std::string scratchDir() {
 
 std::string pathOf(const std::string &name) { return scratchDir() + "/" + name; }
 
-void writeFile(const std::string &name, const std::string &content) {
-    std::ofstream out(pathOf(name), std::ios::binary | std::ios::trunc);
-    out << content;
-}
-
-std::string readFile(const std::string &name) {
-    std::ifstream in(pathOf(name), std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
-}
+void writeFile(const std::string &name, const std::string &content) { tout::spit(pathOf(name), content); }
+std::string readFile(const std::string &name) { return tout::slurp(pathOf(name)); }
 
 bool exists(const std::string &name) {
     struct stat st;
     return stat(pathOf(name).c_str(), &st) == 0;
-}
-
-const Host &host() {
-    static Host h;
-    return h;
 }
 
 SheetFile *fileOf(void *p) { return static_cast<SheetFile *>(p); }

@@ -16,6 +16,9 @@
 #include <vector>
 
 using namespace qdhost;
+using tout::pointType;
+using tout::shipment;
+using tout::shipmentType;
 
 namespace {
 
@@ -59,11 +62,6 @@ std::string view(const Object *object, View how) {
     return "?";
 }
 
-qd_type pointType() { return registerRecordType("trip_point", {{"x", QD_REAL}, {"y", QD_REAL}}); }
-qd_type shipmentType() {
-    return registerRecordType("trip_shipment",
-                              {{"from", QD_STRING}, {"to", QD_STRING}, {"qty", QD_INT}, {"express", QD_BOOL}});
-}
 qd_type codeType() {
     ExternalType t;
     t.fromText = [](const std::string &text, std::string &data) {
@@ -73,15 +71,6 @@ qd_type codeType() {
     };
     t.toText = [](const std::string &data) { return "<" + data; };
     return registerExternalType("trip_code", t);
-}
-
-Record *shipment(Context &ctx, const char *from, const char *to, qd_int qty, bool express) {
-    Record *r = ctx.newRecord(shipmentType());
-    r->set("from", qdStr(from));
-    r->set("to", qdStr(to));
-    r->set("qty", qdInt(qty));
-    r->set("express", qdBool(express));
-    return r;
 }
 
 Set *freshSet(Context &ctx, qd_type type) { return ctx.newSet(type); }

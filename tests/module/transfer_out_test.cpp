@@ -13,6 +13,9 @@
 #include <vector>
 
 using namespace qdhost;
+using tout::pointType;
+using tout::shipment;
+using tout::shipmentType;
 
 namespace {
 
@@ -87,12 +90,7 @@ Outcome writeItems(Context &ctx, const std::string &fileOptions, std::vector<Ite
 }
 
 // ---- types used by the cases ---------------------------------------------
-qd_type pointType() { return registerRecordType("tout_point", {{"x", QD_REAL}, {"y", QD_REAL}}); }
 qd_type legType() { return registerRecordType("tout_leg", {{"id", QD_INT}, {"at", pointType()}}); }
-qd_type shipmentType() {
-    return registerRecordType("tout_shipment",
-                              {{"from", QD_STRING}, {"to", QD_STRING}, {"qty", QD_INT}, {"express", QD_BOOL}});
-}
 qd_type codeType() {
     ExternalType t;
     t.fromText = [](const std::string &text, std::string &data) {
@@ -112,15 +110,6 @@ Record *point(Context &ctx, double x, double y) {
     Record *r = ctx.newRecord(pointType());
     r->set("x", qdReal(x));
     r->set("y", qdReal(y));
-    return r;
-}
-
-Record *shipment(Context &ctx, const char *from, const char *to, qd_int qty, bool express) {
-    Record *r = ctx.newRecord(shipmentType());
-    r->set("from", qdStr(from));
-    r->set("to", qdStr(to));
-    r->set("qty", qdInt(qty));
-    r->set("express", qdBool(express));
     return r;
 }
 

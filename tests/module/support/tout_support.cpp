@@ -40,6 +40,22 @@ qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items, qdho
     return set;
 }
 
+qd_type pointType() { return qdhost::registerRecordType("tout_point", {{"x", QD_REAL}, {"y", QD_REAL}}); }
+
+qd_type shipmentType() {
+    return qdhost::registerRecordType(
+        "tout_shipment", {{"from", QD_STRING}, {"to", QD_STRING}, {"qty", QD_INT}, {"express", QD_BOOL}});
+}
+
+qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to, qd_int qty, bool express) {
+    qdhost::Record *r = ctx.newRecord(shipmentType());
+    r->set("from", qdhost::qdStr(from));
+    r->set("to", qdhost::qdStr(to));
+    r->set("qty", qdhost::qdInt(qty));
+    r->set("express", qdhost::qdBool(express));
+    return r;
+}
+
 std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array) {
     std::map<std::vector<std::string>, std::string> out;
     int dims = array.dimensions();

@@ -24,6 +24,12 @@ qdhost::Set *textSet(qdhost::Context &ctx, const std::vector<std::string> &items
 qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items,
                     qdhost::SetOptions opt = {});
 
+// Record types "point" (x, y reals) and "shipment" (from, to, qty, express),
+// and a shipment record filled in.
+qd_type pointType();
+qd_type shipmentType();
+qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to, qd_int qty, bool express);
+
 // Every cell of the array (stored or default) keyed by its index texts.
 std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array);
 
