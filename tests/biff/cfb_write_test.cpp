@@ -14,6 +14,7 @@
 #include <sstream>
 
 using namespace tabrix;
+using bifftest::Opened;
 using bifftest::rawBook;
 using cfbtest::pattern;
 
@@ -24,6 +25,17 @@ std::vector<uint8_t> readWorkbook(XlsCore &x) {
     size_t got = x.size() ? x.read(out.data(), out.size()) : 0;
     out.resize(got);
     return out;
+}
+
+// Saves the loaded `x` again with workbook stream `wb`.
+std::string saveAgain(Xls<char> &x, const std::vector<uint8_t> &wb) {
+    std::stringstream out;
+    x.reset(false);
+    x.setStreamPtr(&out);
+    x.writeHeader();
+    x.write(wb.data(), wb.size());
+    x.close();
+    return out.str();
 }
 
 } // namespace
@@ -55,12 +67,8 @@ TEST(CfbWrite, RoundTripsThroughOurReader) {
     for (const Case &c : cases) {
         auto wb = pattern(c.size, uint32_t(c.size));
         std::string file = rawBook(wb);
-        std::stringstream ss(file);
-        Xls<char> x;
-        x.setStreamPtr(&ss);
-        x.calcFileSize();
-        unsigned total = 0;
-        ASSERT_NO_THROW(x.readHeader(total)) << c.size;
+        Opened o(file);
+        Xls<char> &x = o.x;
         EXPECT_EQ(x.fileSize(), file.size());
         EXPECT_EQ(x.size(), c.expectSize) << c.size;
         auto back = readWorkbook(x);
@@ -88,12 +96,8 @@ TEST(CfbWrite, NewFileLayout) {
     std::string file = rawBook(pattern(200, 1));
     // Header, eight workbook sectors, one FAT sector, one directory sector.
     EXPECT_EQ(file.size(), 512u * 11);
-    std::stringstream ss(file);
-    Xls<char> x;
-    x.setStreamPtr(&ss);
-    x.calcFileSize();
-    unsigned total = 0;
-    x.readHeader(total);
+    Opened o(file);
+    Xls<char> &x = o.x;
     EXPECT_EQ(x.header().numFatSectors, 1u);
     EXPECT_EQ(x.header().firstDirSector, 9u);
     EXPECT_EQ(x.header().miniFatSectorLocation, 0xFFFFFFFEu);
@@ -116,31 +120,16 @@ TEST(CfbWrite, ResaveKeepsOtherStreams) {
     auto big = pattern(5000, 21), small = pattern(3000, 22), tiny = pattern(100, 23);
     cfbtest::Built b = cfbtest::buildCfb(
         {{"Workbook", pattern(100, 20)}, {"Big", big}, {"Small", small}, {"Tiny", tiny}});
-    std::stringstream in(b.str());
-    Xls<char> x;
-    x.setStreamPtr(&in);
-    x.calcFileSize();
-    unsigned total = 0;
-    x.readHeader(total);
+    Opened o(b.str());
+    Xls<char> &x = o.x;
     auto wb = readWorkbook(x);
     EXPECT_EQ(wb, pattern(100, 20));
     x.readSections();
     auto before = x.directory();
 
     for (int round = 0; round < 2; ++round) { // a save can be repeated
-        std::stringstream out;
-        x.reset(false);
-        x.setStreamPtr(&out);
-        x.writeHeader();
-        x.write(wb.data(), wb.size());
-        x.close();
-
-        std::stringstream again(out.str());
-        Xls<char> y;
-        y.setStreamPtr(&again);
-        y.calcFileSize();
-        unsigned t2 = 0;
-        ASSERT_NO_THROW(y.readHeader(t2));
+        Opened again(saveAgain(x, wb));
+        Xls<char> &y = again.x;
         EXPECT_EQ(y.size(), 4096u); // moved from the mini stream to the FAT
         auto wb2 = readWorkbook(y);
         EXPECT_TRUE(std::equal(wb.begin(), wb.end(), wb2.begin()));
@@ -173,27 +162,12 @@ TEST(CfbWrite, ResaveWithAnotherCutoffKeepsStreamsReadable) {
         cfbtest::Built b = cfbtest::buildCfb(
             {{"Workbook", pattern(9000, 30)}, {"Mid", mid}, {"Small", small}, {"Tiny", tiny}},
             c.cutoff);
-        std::stringstream in(b.str());
-        Xls<char> x;
-        x.setStreamPtr(&in);
-        x.calcFileSize();
-        unsigned total = 0;
-        x.readHeader(total);
+        Opened o(b.str());
+        Xls<char> &x = o.x;
         auto wb = readWorkbook(x);
         x.readSections();
-        std::stringstream out;
-        x.reset(false);
-        x.setStreamPtr(&out);
-        x.writeHeader();
-        x.write(wb.data(), wb.size());
-        x.close();
-
-        std::stringstream again(out.str());
-        Xls<char> y;
-        y.setStreamPtr(&again);
-        y.calcFileSize();
-        unsigned t2 = 0;
-        ASSERT_NO_THROW(y.readHeader(t2)) << c.cutoff;
+        Opened again(saveAgain(x, wb));
+        Xls<char> &y = again.x;
         ASSERT_NO_THROW(y.readSections()) << c.cutoff;
         EXPECT_EQ(y.header().miniStreamCutoff, c.savedCutoff);
         EXPECT_EQ(readWorkbook(y), wb);
@@ -264,13 +238,7 @@ TEST(CfbWrite, TailAndFailureTexts) {
         {[] { Xls<char> y; y.writePos(); }, "can't get the current write position"},
     };
     for (const Case &c : cases) {
-        std::string msg;
-        try {
-            c.run();
-        } catch (const tberror &e) {
-            msg = e.what();
-        }
-        EXPECT_EQ(msg, c.message);
+        EXPECT_EQ(bifftest::errorOf(c.run), c.message);
     }
     EXPECT_NO_THROW(DirEntry(std::wstring(31, L'x'), 2, 0));
 }
