@@ -1,0 +1,19 @@
+#include "biff/records/format.h"
+#include "book/tberror.h"
+namespace tabrix {
+void Format::read(XlsRecords &xls, uint16_t size, bool oldFormat, MemPool &pool) {
+    if (size < 3) throw tberror("Format size is incorrect");
+    unsigned short remaining = size;
+    xls.readInt16(ifmt, remaining);
+    code.read(xls, oldFormat, oldFormat, pool, remaining);
+    uint8_t skip = 0;
+    while (remaining) xls.readWithContinueRecords(&skip, 1, remaining);
+}
+
+void Format::write(XlsRecords &xls) const {
+    bool text = code.text && code.cch;
+    xls.write(kId, uint16_t(2 + (text ? code.size() : 0)));
+    xls.writeInt16(ifmt);
+    if (text) code.write(xls);
+}
+} // namespace tabrix
