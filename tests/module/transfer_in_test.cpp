@@ -1,6 +1,7 @@
 // transferIn end to end: csv files read through the loaded module into the
 // reference host's objects, in every layout, with the exact messages.
 #include "refhost.h"
+#include "support/tout_support.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,8 @@
 #include <vector>
 
 using namespace qdhost;
+using tout::opaqueType;
+using tout::pointType;
 
 namespace {
 
@@ -19,7 +22,6 @@ using Entries = std::map<std::vector<std::string>, std::string>;
 
 const char *kBadRange = "SHEET: Invalid range or name not found.\n";
 
-qd_type pointType() { return registerRecordType("tin_point", {{"x", QD_REAL}, {"y", QD_REAL}}); }
 qd_type stopType() {
     return registerRecordType("tin_stop",
                               {{"name", QD_STRING}, {"at", pointType()}, {"open", QD_BOOL}});
@@ -34,11 +36,6 @@ qd_type codeType() {
     };
     t.toText = [](const std::string &data) { return "<" + data + ">"; };
     return registerExternalType("tin_code", t);
-}
-qd_type opaqueType() {
-    ExternalType t;
-    t.textual = false;
-    return registerExternalType("tin_opaque", t);
 }
 
 class TransferIn : public ::testing::Test {

@@ -13,6 +13,7 @@
 #include <vector>
 
 using namespace qdhost;
+using tout::opaqueType;
 using tout::pointType;
 using tout::shipment;
 using tout::shipmentType;
@@ -99,11 +100,6 @@ qd_type codeType() {
     };
     t.toText = [](const std::string &data) { return data; };
     return registerExternalType("tout_code", t);
-}
-qd_type opaqueType() {
-    ExternalType t;
-    t.textual = false;
-    return registerExternalType("tout_opaque", t);
 }
 
 Record *point(Context &ctx, double x, double y) {

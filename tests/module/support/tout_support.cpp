@@ -56,6 +56,12 @@ qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to,
     return r;
 }
 
+qd_type opaqueType() {
+    qdhost::ExternalType t;
+    t.textual = false;
+    return qdhost::registerExternalType("tout_opaque", t);
+}
+
 std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array) {
     std::map<std::vector<std::string>, std::string> out;
     int dims = array.dimensions();

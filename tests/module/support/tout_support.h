@@ -1,5 +1,6 @@
-// Helpers of the writing tests: scratch files, the loaded module, builders
-// of index sets and views of arrays that compare as plain text.
+// Helpers of the tests that go through the loaded module: scratch files, the
+// module itself, shared record and external types, builders of index sets
+// and views of arrays that compare as plain text.
 #ifndef TOUT_SUPPORT_H
 #define TOUT_SUPPORT_H
 
@@ -29,6 +30,8 @@ qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items,
 qd_type pointType();
 qd_type shipmentType();
 qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to, qd_int qty, bool express);
+// An external type without a text form.
+qd_type opaqueType();
 
 // Every cell of the array (stored or default) keyed by its index texts.
 std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array);
