@@ -1,0 +1,512 @@
+// Fonts, formats, custom number formats and the palette of binary books:
+// every attribute through its record and back, the initial table, the
+// limits and their messages.
+#include "biff/style_table.h"
+#include "biff/support/biff_bytes.h"
+#include "biff/support/style_io.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <string>
+
+using namespace tabrix;
+using namespace bifftest;
+
+namespace {
+
+using Table = StyleTable<char>;
+using XF = FormatImplT<char>;
+using Font = FontImplT<char>;
+
+XF *newFormat(Table &t) { return static_cast<XF *>(t.addFormat(nullptr)); }
+Font *newFont(Table &t) { return static_cast<Font *>(t.addFont(nullptr)); }
+
+struct FormatCase {
+    const char *what;
+    std::function<void(XF &)> set;
+    std::function<int(XF &)> get;
+    int expected;
+};
+
+TEST(StylesTest, EveryFormatAttributeSurvivesItsRecord) {
+    const FormatCase cases[] = {
+        {"numFormat", [](XF &f) { f.setNumFormat(NUMFORMAT_PERCENT_D2); },
+         [](XF &f) { return f.numFormat(); }, 10},
+        {"numFormat 16 bits", [](XF &f) { f.setNumFormat(0x1FFFF); },
+         [](XF &f) { return f.numFormat(); }, 0xFFFF},
+        {"alignH", [](XF &f) { f.setAlignH(ALIGNH_DISTRIBUTED); },
+         [](XF &f) { return int(f.alignH()); }, ALIGNH_DISTRIBUTED},
+        {"alignH merge", [](XF &f) { f.setAlignH(ALIGNH_MERGE); },
+         [](XF &f) { return int(f.alignH()); }, ALIGNH_MERGE},
+        {"alignV", [](XF &f) { f.setAlignV(ALIGNV_DISTRIBUTED); },
+         [](XF &f) { return int(f.alignV()); }, ALIGNV_DISTRIBUTED},
+        {"alignV top", [](XF &f) { f.setAlignV(ALIGNV_TOP); },
+         [](XF &f) { return int(f.alignV()); }, ALIGNV_TOP},
+        {"wrap", [](XF &f) { f.setWrap(true); }, [](XF &f) { return int(f.wrap()); }, 1},
+        {"rotation 90", [](XF &f) { f.setRotation(90); }, [](XF &f) { return f.rotation(); }, 90},
+        {"rotation 255", [](XF &f) { f.setRotation(255); }, [](XF &f) { return f.rotation(); },
+         255},
+        {"indent", [](XF &f) { f.setIndent(15); }, [](XF &f) { return f.indent(); }, 15},
+        {"shrinkToFit", [](XF &f) { f.setShrinkToFit(true); },
+         [](XF &f) { return int(f.shrinkToFit()); }, 1},
+        {"borderLeft", [](XF &f) { f.setBorderLeft(BORDERSTYLE_SLANTDASHDOT); },
+         [](XF &f) { return int(f.borderLeft()); }, BORDERSTYLE_SLANTDASHDOT},
+        {"borderRight", [](XF &f) { f.setBorderRight(BORDERSTYLE_DOUBLE); },
+         [](XF &f) { return int(f.borderRight()); }, BORDERSTYLE_DOUBLE},
+        {"borderTop", [](XF &f) { f.setBorderTop(BORDERSTYLE_HAIR); },
+         [](XF &f) { return int(f.borderTop()); }, BORDERSTYLE_HAIR},
+        {"borderBottom", [](XF &f) { f.setBorderBottom(BORDERSTYLE_THICK); },
+         [](XF &f) { return int(f.borderBottom()); }, BORDERSTYLE_THICK},
+        {"setBorder bottom", [](XF &f) { f.setBorder(BORDERSTYLE_DASHED); },
+         [](XF &f) { return int(f.borderBottom()); }, BORDERSTYLE_DASHED},
+        {"setBorder left", [](XF &f) { f.setBorder(BORDERSTYLE_DASHED); },
+         [](XF &f) { return int(f.borderLeft()); }, BORDERSTYLE_DASHED},
+        {"borderLeftColor", [](XF &f) { f.setBorderLeftColor(Color(10)); },
+         [](XF &f) { return int(f.borderLeftColor()); }, 10},
+        {"borderRightColor", [](XF &f) { f.setBorderRightColor(Color(127)); },
+         [](XF &f) { return int(f.borderRightColor()); }, 127},
+        {"borderTopColor", [](XF &f) { f.setBorderTopColor(Color(12)); },
+         [](XF &f) { return int(f.borderTopColor()); }, 12},
+        {"borderBottomColor", [](XF &f) { f.setBorderBottomColor(Color(63)); },
+         [](XF &f) { return int(f.borderBottomColor()); }, 63},
+        {"setBorderColor top", [](XF &f) { f.setBorderColor(Color(20)); },
+         [](XF &f) { return int(f.borderTopColor()); }, 20},
+        {"setBorderColor right", [](XF &f) { f.setBorderColor(Color(20)); },
+         [](XF &f) { return int(f.borderRightColor()); }, 20},
+        {"borderDiagonal", [](XF &f) { f.setBorderDiagonal(BORDERDIAGONAL_BOTH); },
+         [](XF &f) { return int(f.borderDiagonal()); }, BORDERDIAGONAL_BOTH},
+        {"borderDiagonalStyle", [](XF &f) { f.setBorderDiagonalStyle(BORDERSTYLE_MEDIUM); },
+         [](XF &f) { return int(f.borderDiagonalStyle()); }, BORDERSTYLE_MEDIUM},
+        {"borderDiagonalColor", [](XF &f) { f.setBorderDiagonalColor(Color(33)); },
+         [](XF &f) { return int(f.borderDiagonalColor()); }, 33},
+        {"fillPattern", [](XF &f) { f.setFillPattern(FILLPATTERN_GRAY6P25); },
+         [](XF &f) { return int(f.fillPattern()); }, FILLPATTERN_GRAY6P25},
+        {"fillPattern solid", [](XF &f) { f.setFillPattern(FILLPATTERN_SOLID); },
+         [](XF &f) { return int(f.fillPattern()); }, FILLPATTERN_SOLID},
+        {"foreground", [](XF &f) { f.setPatternForegroundColor(Color(40)); },
+         [](XF &f) { return int(f.patternForegroundColor()); }, 40},
+        {"background", [](XF &f) { f.setPatternBackgroundColor(Color(41)); },
+         [](XF &f) { return int(f.patternBackgroundColor()); }, 41},
+        {"locked off", [](XF &f) { f.setLocked(false); }, [](XF &f) { return int(f.locked()); },
+         0},
+        {"hidden", [](XF &f) { f.setHidden(true); }, [](XF &f) { return int(f.hidden()); }, 1},
+        {"style", [](XF &f) { f.setStyle(true); }, [](XF &f) { return int(f.style()); }, 1},
+        {"readOrder", [](XF &f) { f.setReadOrder(2); }, [](XF &f) { return f.readOrder(); }, 2},
+        {"readOrder only adds", [](XF &f) { f.setReadOrder(2); f.setReadOrder(1); },
+         [](XF &f) { return f.readOrder(); }, 3},
+        {"colour spills into the next field",
+         [](XF &f) { f.setPatternForegroundColor(Color(0x80 | 5)); },
+         [](XF &f) { return int(f.patternBackgroundColor()) & 1; }, 1},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        Table t;
+        t.init();
+        XF *f = newFormat(t);
+        c.set(*f);
+        XF back(&t);
+        uint16_t next = styleReadBack([&](Xls<char> &x) { f->write(x); },
+                                      [&](Xls<char> &x, uint16_t size) {
+                                          EXPECT_EQ(size, 20);
+                                          back.read(x, size, false);
+                                      });
+        EXPECT_EQ(next, 0x0A);
+        EXPECT_EQ(c.get(back), c.expected);
+        EXPECT_EQ(c.get(*f), c.expected);
+    }
+}
+
+struct FontCase {
+    const char *what;
+    std::function<void(Font &)> set;
+    std::function<int(Font &)> get;
+    int expected;
+};
+
+TEST(StylesTest, EveryFontAttributeSurvivesItsRecord) {
+    const FontCase cases[] = {
+        {"size", [](Font &f) { f.setSize(14); }, [](Font &f) { return f.size(); }, 14},
+        {"size capped", [](Font &f) { f.setSize(500); }, [](Font &f) { return int(f.dyHeight); },
+         8191},
+        {"size capped read", [](Font &f) { f.setSize(500); }, [](Font &f) { return f.size(); },
+         409},
+        {"italic", [](Font &f) { f.setItalic(true); }, [](Font &f) { return int(f.italic()); }, 1},
+        {"strikeOut", [](Font &f) { f.setStrikeOut(true); },
+         [](Font &f) { return int(f.strikeOut()); }, 1},
+        {"strikeOut keeps italic", [](Font &f) { f.setItalic(true); f.setStrikeOut(true); },
+         [](Font &f) { return int(f.grbit); }, 0x0A},
+        {"color", [](Font &f) { f.setColor(COLOR_RED); }, [](Font &f) { return int(f.color()); },
+         COLOR_RED},
+        {"bold", [](Font &f) { f.setBold(true); }, [](Font &f) { return int(f.bls); }, 700},
+        {"bold off", [](Font &f) { f.setBold(true); f.setBold(false); },
+         [](Font &f) { return int(f.bold()); }, 0},
+        {"script super", [](Font &f) { f.setScript(SCRIPT_SUPER); },
+         [](Font &f) { return int(f.script()); }, SCRIPT_SUPER},
+        {"script sub", [](Font &f) { f.setScript(SCRIPT_SUB); },
+         [](Font &f) { return int(f.script()); }, SCRIPT_SUB},
+        {"underline double", [](Font &f) { f.setUnderline(UNDERLINE_DOUBLE); },
+         [](Font &f) { return int(f.underline()); }, UNDERLINE_DOUBLE},
+        {"underline accounting", [](Font &f) { f.setUnderline(UNDERLINE_DOUBLEACC); },
+         [](Font &f) { return int(f.underline()); }, UNDERLINE_DOUBLEACC},
+        {"name", [](Font &f) { f.setName("Times New Roman"); },
+         [](Font &f) { return int(std::string(f.name()) == "Times New Roman"); }, 1},
+        {"name wide", [](Font &f) { f.setName("\xD0\x90rial"); },
+         [](Font &f) { return int(f.wideName() == L"\x0410rial"); }, 1},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        Table t;
+        t.init();
+        Font *f = newFont(t);
+        c.set(*f);
+        Font back(&t);
+        uint16_t next = styleReadBack([&](Xls<char> &x) { f->write(x); },
+                                      [&](Xls<char> &x, uint16_t size) {
+                                          back.read(x, size, false);
+                                      });
+        EXPECT_EQ(next, 0x0A);
+        EXPECT_EQ(c.get(back), c.expected);
+    }
+}
+
+TEST(StylesTest, FontNameTooLongIsRefused) {
+    Table t;
+    t.init();
+    Font *f = newFont(t);
+    EXPECT_FALSE(f->setName(std::string(256, 'a').c_str()));
+    EXPECT_STREQ(t.errorMessage(), "string is too long");
+    EXPECT_STREQ(f->name(), "Arial");
+}
+
+TEST(StylesTest, Biff5FormatLayoutIsTranslated) {
+    std::vector<uint8_t> d;
+    put16(d, 3);      // ifnt
+    put16(d, 14);     // ifmt
+    put16(d, 0x0001); // flags
+    d.push_back(uint8_t(3 | 0x08 | (1 << 4))); // right, wrap, centre
+    d.push_back(2);                            // rotation code 2: 90
+    put32(d, 10u | (11u << 7) | (1u << 16) | (2u << 22) | (1u << 31));
+    put32(d, 1u | (5u << 3) | (6u << 6) | (20u << 9) | (21u << 16) | (22u << 23));
+    Table t;
+    t.init();
+    XF f(&t);
+    std::string err = styleReadError({{224, d}}, [&](Xls<char> &x, uint16_t size) {
+        f.read(x, size, true);
+    });
+    EXPECT_EQ(err, "");
+    const std::map<std::string, int> got = {
+        {"ifnt", f.ifnt}, {"ifmt", f.numFormat()}, {"alignH", f.alignH()},
+        {"wrap", f.wrap()}, {"alignV", f.alignV()}, {"rotation", f.rotation()},
+        {"fg", f.patternForegroundColor()}, {"bg", f.patternBackgroundColor()},
+        {"pattern", f.fillPattern()}, {"bottom", f.borderBottom()},
+        {"bottomColor", f.borderBottomColor()}, {"top", f.borderTop()},
+        {"left", f.borderLeft()}, {"right", f.borderRight()},
+        {"topColor", f.borderTopColor()}, {"leftColor", f.borderLeftColor()},
+        {"rightColor", f.borderRightColor()}};
+    const std::map<std::string, int> want = {
+        {"ifnt", 3}, {"ifmt", 14}, {"alignH", 3}, {"wrap", 1}, {"alignV", 1},
+        {"rotation", 90}, {"fg", 10}, {"bg", 11}, {"pattern", 1}, {"bottom", 2},
+        {"bottomColor", 1}, {"top", 1}, {"left", 5}, {"right", 6}, {"topColor", 20},
+        {"leftColor", 21}, {"rightColor", 22}};
+    EXPECT_EQ(got, want);
+}
+
+TEST(StylesTest, BadRecordsFailWithTheirMessage) {
+    std::vector<uint8_t> font(14, 0);
+    font[13] = 0; // a name of count 0 has no flags byte
+    std::vector<uint8_t> fontLongName(16, 0);
+    fontLongName[14] = 40; // 40 characters, 0 present
+    std::vector<uint8_t> palette;
+    put16(palette, 3);
+    palette.resize(2 + 8);
+    std::vector<uint8_t> styleExtra;
+    put16(styleExtra, 0x8000);
+    styleExtra.insert(styleExtra.end(), {0, 0xFF, 0, 0});
+    Table t;
+    t.init();
+    MemPool pool;
+    struct Case {
+        const char *what;
+        StyleRecords records;
+        std::function<void(Xls<char> &, uint16_t)> reader;
+        std::string message;
+    };
+    const Case cases[] = {
+        {"font too short", {{49, std::vector<uint8_t>(13, 0)}},
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "Font size is incorrect"},
+        {"font name missing", {{49, font}},
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "error in Font record"},
+        {"font name too long", {{49, fontLongName}},
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "error in Font record"},
+        {"xf cut in a field", {{224, std::vector<uint8_t>(7, 0)}},
+         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); }, "XF size is incorrect"},
+        {"xf ends at a field", {{224, std::vector<uint8_t>(10, 0)}},
+         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); }, ""},
+        {"format too short", {{1054, {1, 0}}},
+         [&](Xls<char> &x, uint16_t s) { Format().read(x, s, false, pool); },
+         "Format size is incorrect"},
+        {"style too long", {{659, styleExtra}},
+         [&](Xls<char> &x, uint16_t s) { Style().read(x, s, false, pool); },
+         "Style size is incorrect"},
+        {"style one spare byte", {{659, {0x00, 0x80, 0, 0xFF, 0}}},
+         [&](Xls<char> &x, uint16_t s) { Style().read(x, s, false, pool); }, ""},
+        {"palette count mismatch", {{146, palette}},
+         [&](Xls<char> &x, uint16_t s) { Palette().read(x, s); }, "Palette size is incorrect"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(styleReadError(c.records, c.reader), c.message);
+    }
+}
+
+TEST(StylesTest, StyleExtUnexpectedRecord) {
+    StyleExt e;
+    std::string err = errorOf([&] {
+        std::vector<uint8_t> wb;
+        record(wb, 0x0A, {});
+        Opened o(rawBook(wb));
+        e.read(o.x);
+    });
+    EXPECT_EQ(err, "StyleExt: unexpected record");
+    // A block keeps the StyleExt that follows its Style.
+    StyleBlock b(0x8010, 4);
+    b.hasExt = true;
+    b.ext.data = {1, 2, 3};
+    StyleBlock back;
+    MemPool pool;
+    uint16_t next = styleReadBack([&](Xls<char> &x) { b.write(x); },
+                                  [&](Xls<char> &x, uint16_t s) { back.read(x, s, false, pool); });
+    EXPECT_EQ(next, 0x0A);
+    EXPECT_TRUE(back.hasExt);
+    EXPECT_EQ(back.ext.data, b.ext.data);
+    EXPECT_EQ(back.style.builtInStyle, 4);
+}
+
+TEST(StylesTest, CustomNumberFormatLimits) {
+    Table t;
+    t.init();
+    EXPECT_EQ(t.addCustomNumFormat("0.000"), 164);
+    EXPECT_EQ(t.addCustomNumFormat("0.000"), 164);
+    int last = 0;
+    for (int i = 1; i < 229; ++i) last = t.addCustomNumFormat(("0." + std::to_string(i)).c_str());
+    EXPECT_EQ(last, 392);
+    EXPECT_STREQ(t.errorMessage(), "ok");
+    EXPECT_EQ(t.addCustomNumFormat("#,##0 \"over\""), 0);
+    EXPECT_STREQ(t.errorMessage(), "maximum number of custom formats is exceeded");
+    EXPECT_EQ(t.numFormats().size(), 230u);
+    EXPECT_STREQ(t.customNumFormat(392), "0.228");
+    EXPECT_EQ(t.customNumFormat(100), nullptr);
+    EXPECT_STREQ(t.errorMessage(), "custom number format not found");
+    XF *f = newFormat(t);
+    f->setNumFormat(164);
+    EXPECT_STREQ(f->customNumFormat(), "0.000");
+    f->setNumFormat(NUMFORMAT_DATE);
+    EXPECT_EQ(f->customNumFormat(), nullptr);
+    // Format records round-trip with their text.
+    auto recs = styleRecords([&](Xls<char> &x) { t.numFormats()[0].write(x); });
+    ASSERT_EQ(recs.size(), 1u);
+    EXPECT_EQ(recs[0].first, 1054);
+    MemPool pool;
+    Format back;
+    styleReadBack([&](Xls<char> &x) { t.numFormats()[1].write(x); },
+                  [&](Xls<char> &x, uint16_t s) { back.read(x, s, false, pool); });
+    EXPECT_EQ(back.ifmt, 165);
+    EXPECT_EQ(std::wstring(back.code.text), L"0.1");
+}
+
+TEST(StylesTest, PalettePacking) {
+    Table t;
+    t.init();
+    EXPECT_FALSE(t.paletteChanged());
+    EXPECT_EQ(t.colorPack(0, 0, 0), 8);
+    EXPECT_TRUE(t.paletteChanged());
+    EXPECT_EQ(t.colorPack(1, 2, 3), 9);
+    int r = 0, g = 0, b = 0;
+    t.colorUnpack(9, &r, &g, &b);
+    EXPECT_EQ(std::vector<int>({r, g, b}), std::vector<int>({1, 2, 3}));
+    for (int i = 0; i < 54; ++i) EXPECT_EQ(t.colorPack(200, 100, i), 10 + i) << i;
+    EXPECT_EQ(t.colorPack(7, 7, 7), 32767);
+    EXPECT_STREQ(t.errorMessage(), "no free color index, limit is reached for xls format");
+    EXPECT_EQ(t.colorPack(1, 2, 3), 9);
+    EXPECT_STREQ(t.errorMessage(), "ok");
+    t.colorUnpack(64, &r, &g, &b);
+    EXPECT_STREQ(t.errorMessage(), "general failure");
+    // The changed palette is written and reads back alike.
+    Palette back;
+    back.colors.clear();
+    styleReadBack([&](Xls<char> &x) { t.palette().write(x); },
+                  [&](Xls<char> &x, uint16_t s) {
+                      EXPECT_EQ(s, 2 + 56 * 4);
+                      back.read(x, s);
+                  });
+    ASSERT_EQ(back.colors.size(), 56u);
+    EXPECT_EQ(back.colors[1].value(), 0x010203u);
+    EXPECT_EQ(back.colors[55].value(), 0xC86435u);
+}
+
+TEST(StylesTest, RotationLimits) {
+    const struct {
+        int value;
+        bool accepted;
+        int after;
+        const char *message;
+    } cases[] = {{181, false, 45, "rotation must be in range 0-180 or 255"},
+                 {-1, false, 45, "rotation must be in range 0-180 or 255"},
+                 {254, false, 45, "rotation must be in range 0-180 or 255"},
+                 {180, true, 180, "ok"},
+                 {255, true, 255, "ok"},
+                 {0, true, 0, "ok"}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.value);
+        Table t;
+        t.init();
+        XF *f = newFormat(t);
+        ASSERT_TRUE(f->setRotation(45));
+        EXPECT_EQ(f->setRotation(c.value), c.accepted);
+        EXPECT_EQ(f->rotation(), c.after);
+        EXPECT_STREQ(t.errorMessage(), c.message);
+    }
+}
+
+TEST(StylesTest, FontNumberingSkipsFour) {
+    Table t;
+    t.init();
+    newFont(t); // position 5
+    newFont(t); // position 6
+    XF *f = newFormat(t);
+    const struct {
+        int position;
+        int readsBack; // -1: "incorrect font"
+    } cases[] = {{0, 1}, {1, 2}, {2, 3}, {3, -1}, {4, 4}, {5, 5}, {6, 6}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.position);
+        ASSERT_TRUE(f->setFont(t.font(c.position)));
+        EXPECT_EQ(f->ifnt, c.position + 1);
+        IFontT<char> *got = f->font();
+        if (c.readsBack < 0) {
+            EXPECT_EQ(got, nullptr);
+            EXPECT_STREQ(t.errorMessage(), "incorrect font");
+        } else {
+            EXPECT_EQ(got, t.font(c.readsBack));
+        }
+    }
+    Table other;
+    other.init();
+    EXPECT_FALSE(f->setFont(other.font(0)));
+    EXPECT_STREQ(t.errorMessage(), "specified font not found");
+    EXPECT_EQ(t.font(7), nullptr);
+    EXPECT_STREQ(t.errorMessage(), "index is out of range");
+    EXPECT_EQ(t.format(-1), nullptr);
+    EXPECT_STREQ(t.errorMessage(), "index is out of range");
+}
+
+TEST(StylesTest, InitialTable) {
+    Table t;
+    t.init();
+    auto recs = styleRecords([&](Xls<char> &x) { t.write(x); });
+    std::map<uint16_t, int> count;
+    for (const auto &r : recs) ++count[r.first];
+    EXPECT_EQ(count, (std::map<uint16_t, int>{{49, 5}, {224, 21}, {659, 6}}));
+    const struct {
+        int index;
+        uint16_t ifnt, ifmt, flags;
+        uint32_t alignment;
+    } rows[] = {{0, 0, 0, 0xFFF5, 0x20},       {1, 1, 0, 0xFFF5, 0xFC000020},
+                {4, 2, 0, 0xFFF5, 0xFC000020}, {14, 0, 0, 0xFFF5, 0xFC000020},
+                {15, 0, 0, 1, 0x20},           {16, 1, 44, 0xFFF5, 0xF8000020},
+                {19, 1, 43, 0xFFF5, 0xF8000020}, {20, 1, 41, 0xFFF5, 0}};
+    for (const auto &r : rows) {
+        SCOPED_TRACE(r.index);
+        XF *f = t.formats()[size_t(r.index)];
+        EXPECT_EQ(f->ifnt, r.ifnt);
+        EXPECT_EQ(f->ifmt, r.ifmt);
+        EXPECT_EQ(f->flags, r.flags);
+        EXPECT_EQ(f->alignment, r.alignment);
+        EXPECT_EQ(f->border1, 0x20400000u | (64u << 16));
+        EXPECT_EQ(f->border2, 64u | (64u << 7));
+        EXPECT_EQ(f->fill, 0x20C0);
+    }
+    const uint8_t styles[6] = {4, 7, 0, 5, 3, 6};
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(t.styles()[size_t(i)].style.builtInStyle, styles[i]);
+    EXPECT_EQ(t.styles()[2].style.ixfe, 0x8000);
+    // A packed colour brings the Palette record.
+    t.colorPack(1, 1, 1);
+    recs = styleRecords([&](Xls<char> &x) { t.write(x); });
+    EXPECT_EQ(recs.back().first, 146);
+    int size = 0;
+    EXPECT_STREQ(t.defaultFont(&size), "Arial");
+    EXPECT_EQ(size, 10);
+    t.setDefaultFont("Courier New", 12);
+    EXPECT_STREQ(t.defaultFont(&size), "Courier New");
+    EXPECT_EQ(size, 12);
+    Table empty;
+    EXPECT_EQ(empty.defaultFont(&size), nullptr);
+    EXPECT_STREQ(empty.errorMessage(), "fonts is empty");
+    empty.setDefaultFont("Arial", 10);
+    EXPECT_STREQ(empty.errorMessage(), "fonts is empty");
+}
+
+TEST(StylesTest, AddFormatCopies) {
+    Table a, b;
+    a.init();
+    b.init();
+    XF *src = newFormat(a);
+    src->setBorderLeftColor(Color(10));
+    src->setBorderRightColor(Color(12));
+    src->setBorderTopColor(Color(13));
+    src->setFillPattern(FILLPATTERN_SOLID);
+    src->setNumFormat(a.addCustomNumFormat("yyyy-mm-dd"));
+    src->setRotation(90);
+    Font *font = newFont(a);
+    font->setBold(true);
+    font->setName("Verdana");
+    src->setFont(font);
+    a.setRgbMode(true);
+    b.addCustomNumFormat("0.0");
+    XF *copy = static_cast<XF *>(b.addFormat(src));
+    ASSERT_NE(copy, nullptr);
+    EXPECT_TRUE(a.rgbMode());
+    EXPECT_FALSE(b.rgbMode());
+    EXPECT_EQ(copy->flags & 0x4, 0);
+    EXPECT_EQ(copy->borderLeftColor(), 10);
+    EXPECT_EQ(copy->borderRightColor(), 10);
+    EXPECT_EQ(copy->borderTopColor(), 13);
+    EXPECT_EQ(copy->fillPattern(), FILLPATTERN_SOLID);
+    EXPECT_EQ(copy->rotation(), 90);
+    EXPECT_EQ(copy->numFormat(), 165);
+    EXPECT_STREQ(copy->customNumFormat(), "yyyy-mm-dd");
+    EXPECT_EQ(b.fontSize(), 6);
+    EXPECT_EQ(b.formatSize(), 22);
+    IFontT<char> *copied = copy->font();
+    ASSERT_NE(copied, nullptr);
+    EXPECT_TRUE(copied->bold());
+    EXPECT_STREQ(copied->name(), "Verdana");
+    // Within one book a copy adds a font too, and no deduplication happens.
+    b.addFormat(copy);
+    EXPECT_EQ(b.fontSize(), 7);
+    EXPECT_EQ(b.formatSize(), 23);
+}
+
+TEST(StylesTest, DateFormats) {
+    const struct {
+        int id;
+        const wchar_t *code;
+        bool date;
+    } cases[] = {
+        {0, nullptr, false},  {13, nullptr, false}, {14, nullptr, true},  {22, nullptr, true},
+        {37, nullptr, false}, {44, nullptr, false}, {45, nullptr, true},  {47, nullptr, true},
+        {48, nullptr, false}, {49, nullptr, false}, {164, L"[Red]0.00", false},
+        {164, L"yyyy-mm-dd", true}, {164, L"h:mm", true}, {164, L"\"d\"0", false},
+        {164, L"0\\d", false}, {164, L"[h]:mm", true}, {164, L"#,##0_);[Red](#,##0)", false},
+        {164, L"General", false}, {164, L"0.00E+00", false}, {164, L"DD/MM", true},
+        {164, L"*s0", false}, {164, L"\"unterminated", false}, {164, nullptr, false},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.id);
+        EXPECT_EQ(isDateNumFormat(c.id, c.code), c.date) << (c.code ? "custom" : "");
+    }
+}
+
+} // namespace
