@@ -2,6 +2,7 @@
 // services and the driver table.
 #include "refhost.h"
 #include "sheetfile.h"
+#include "support/tout_support.h"
 
 #include <gtest/gtest.h>
 
@@ -9,13 +10,9 @@
 #include <string>
 
 using namespace qdhost;
+using tout::host;
 
 namespace {
-
-const Host &host() {
-    static Host h;
-    return h;
-}
 
 TEST(ModuleEntry, LoadsWithVersions) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
