@@ -63,70 +63,79 @@ std::vector<uint8_t> bof(uint16_t type) {
 
 // A workbook of one sheet whose cells (row i, column 0) show string i.
 std::string writeWorkbook(SST &sst) {
-    std::stringstream ss;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&ss);
-    x.writeHeader();
-    MemPool pool;
-    rec(x, 0x0809, bof(0x0005));
-    rec(x, 0x0042, {0xB0, 0x04}); // code page 1200
-    rec(x, 0x003D, std::vector<uint8_t>(18, 0));
-    for (int i = 0; i < 5; ++i) {
-        std::vector<uint8_t> f;
-        put16(f, 200);
-        put16(f, 0);
-        put16(f, 0x7FFF);
-        put16(f, 400);
-        put16(f, 0);
-        f.insert(f.end(), {0, 0, 0, 0});
-        f.insert(f.end(), {5, 0, 'A', 'r', 'i', 'a', 'l'});
-        rec(x, 0x0031, f);
-    }
-    for (int i = 0; i < 16; ++i) {
-        std::vector<uint8_t> xf(20, 0);
-        xf[4] = i < 15 ? 0xF5 : 0x01;
-        xf[5] = 0xFF;
-        rec(x, 0x00E0, xf);
-    }
-    ShortXLUnicodeString name(L"Strings", pool);
-    x.write(0x0085, uint16_t(6 + name.size()));
-    uint32_t bsPos = x.writePos();
-    x.writeInt32(0);
-    x.writeInt16(0);
-    name.write(x);
-    sst.write(x);
-    rec(x, 0x000A, {});
+    return writeBook([&](Xls<char> &x) {
+        MemPool pool;
+        rec(x, 0x0809, bof(0x0005));
+        rec(x, 0x0042, {0xB0, 0x04}); // code page 1200
+        rec(x, 0x003D, std::vector<uint8_t>(18, 0));
+        for (int i = 0; i < 5; ++i) {
+            std::vector<uint8_t> f;
+            put16(f, 200);
+            put16(f, 0);
+            put16(f, 0x7FFF);
+            put16(f, 400);
+            put16(f, 0);
+            f.insert(f.end(), {0, 0, 0, 0});
+            f.insert(f.end(), {5, 0, 'A', 'r', 'i', 'a', 'l'});
+            rec(x, 0x0031, f);
+        }
+        for (int i = 0; i < 16; ++i) {
+            std::vector<uint8_t> xf(20, 0);
+            xf[4] = i < 15 ? 0xF5 : 0x01;
+            xf[5] = 0xFF;
+            rec(x, 0x00E0, xf);
+        }
+        ShortXLUnicodeString name(L"Strings", pool);
+        x.write(0x0085, uint16_t(6 + name.size()));
+        uint32_t bsPos = x.writePos();
+        x.writeInt32(0);
+        x.writeInt16(0);
+        name.write(x);
+        sst.write(x);
+        rec(x, 0x000A, {});
 
-    uint32_t sheetPos = x.writePos();
-    x.patchInt16(bsPos, uint16_t(sheetPos));
-    x.patchInt16(bsPos + 2, uint16_t(sheetPos >> 16));
-    rec(x, 0x0809, bof(0x0010));
-    unsigned n = sst.strings().count();
-    std::vector<uint8_t> dim;
-    put32(dim, 0);
-    put32(dim, n);
-    put16(dim, 0);
-    put16(dim, 1);
-    put16(dim, 0);
-    rec(x, 0x0200, dim);
-    for (unsigned i = 0; i < n; ++i) {
-        std::vector<uint8_t> c;
-        put16(c, uint16_t(i));
-        put16(c, 0);
-        put16(c, 15);
-        put32(c, i);
-        rec(x, 0x00FD, c);
-    }
-    rec(x, 0x000A, {});
-    x.close();
-    return ss.str();
+        uint32_t sheetPos = x.writePos();
+        x.patchInt16(bsPos, uint16_t(sheetPos));
+        x.patchInt16(bsPos + 2, uint16_t(sheetPos >> 16));
+        rec(x, 0x0809, bof(0x0010));
+        unsigned n = sst.strings().count();
+        std::vector<uint8_t> dim;
+        put32(dim, 0);
+        put32(dim, n);
+        put16(dim, 0);
+        put16(dim, 1);
+        put16(dim, 0);
+        rec(x, 0x0200, dim);
+        for (unsigned i = 0; i < n; ++i) {
+            std::vector<uint8_t> c;
+            put16(c, uint16_t(i));
+            put16(c, 0);
+            put16(c, 15);
+            put32(c, i);
+            rec(x, 0x00FD, c);
+        }
+        rec(x, 0x000A, {});
+    });
 }
 
 std::wstring textOf(size_t n, unsigned base, unsigned span, unsigned seed) {
     std::wstring s;
     for (size_t i = 0; i < n; ++i) s += wchar_t(base + (i * 7 + seed) % span);
     return s;
+}
+
+// Puts `strings` into `sst`; `compressed` stores those that allow it in the
+// 1-byte form.
+void fill(SST &sst, const std::vector<std::wstring> &strings, bool compressed) {
+    for (const std::wstring &s : strings) sst.insert(s.c_str(), true);
+    if (!compressed) return;
+    for (unsigned i = 0; i < sst.strings().count(); ++i) {
+        ExtString e = sst.strings().extract(i);
+        if (std::all_of(e.text, e.text + e.cch(), [](wchar_t w) { return w < 0x100; })) {
+            e.flags = 0;
+            sst.strings().insert(i, e);
+        }
+    }
 }
 
 // Our reading of the first SST of the workbook globals: false when the file
@@ -192,15 +201,7 @@ TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
     for (const Case &c : cases) {
         MemPool pool;
         SST sst(pool);
-        for (const std::wstring &s : c.strings) sst.insert(s.c_str(), true);
-        if (c.compressed)
-            for (unsigned i = 0; i < sst.strings().count(); ++i) {
-                ExtString e = sst.strings().extract(i);
-                if (std::all_of(e.text, e.text + e.cch(), [](wchar_t w) { return w < 0x100; })) {
-                    e.flags = 0;
-                    sst.strings().insert(i, e);
-                }
-            }
+        fill(sst, c.strings, c.compressed);
         std::string path = tmpPath("sst_interop.xls");
         {
             std::ofstream out(path, std::ios::binary);
@@ -313,15 +314,7 @@ TEST(SstInterop, OurTablesReadByLibreOffice) {
     for (bool compressed : {false, true}) {
         MemPool pool;
         SST sst(pool);
-        for (const std::wstring &s : strings) sst.insert(s.c_str(), true);
-        if (compressed)
-            for (unsigned i = 0; i < sst.strings().count(); ++i) {
-                ExtString e = sst.strings().extract(i);
-                if (std::all_of(e.text, e.text + e.cch(), [](wchar_t w) { return w < 0x100; })) {
-                    e.flags = 0;
-                    sst.strings().insert(i, e);
-                }
-            }
+        fill(sst, strings, compressed);
         std::string path = tmpPath(compressed ? "sst_lo_1byte.xls" : "sst_lo_2byte.xls");
         {
             std::ofstream out(path, std::ios::binary);
