@@ -26,6 +26,13 @@ static int failures = 0;
         } \
     } while (0)
 
+/* `cond` holds and the book `b` states `message`. */
+#define CHECK_FAILS(cond) \
+    do { \
+        CHECK(cond); \
+        CHECK_MESSAGE(b, message); \
+    } while (0)
+
 static const char *const kBinary = "binary workbooks are not available yet";
 static const char *const kXML = "Open XML workbooks are not available yet";
 static const char *const kRange = "index is out of range";
@@ -36,46 +43,27 @@ static void checkUnavailable(TBBook b, const char *message) {
     unsigned size = 0;
     int y = 0, mo = 0, d = 0, h = 0, mi = 0, s = 0, ms = 0, r = 0, g = 0, bl = 0;
 
-    CHECK(tbBookLoadA(b, "missing.xls") == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookSaveA(b, "out.xls") == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookLoadRawA(b, "abc", 3) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookSaveRawA(b, &data, &size) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookAddSheetA(b, "Sheet1", 0) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookInsertSheetA(b, 0, "Sheet1", 0) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookAddFormatA(b, 0) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookAddFontA(b, 0) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookAddCustomNumFormatA(b, "0.000") == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookCustomNumFormatA(b, 164) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookFormatA(b, 0) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookFontA(b, 0) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookDatePackA(b, 2024, 2, 29, 12, 0, 0, 0) == 0.0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookDateUnpackA(b, 45351.5, &y, &mo, &d, &h, &mi, &s, &ms) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookColorPackA(b, 1, 2, 3) == 32767);
-    CHECK_MESSAGE(b, message);
+    CHECK_FAILS(tbBookLoadA(b, "missing.xls") == 0);
+    CHECK_FAILS(tbBookSaveA(b, "out.xls") == 0);
+    CHECK_FAILS(tbBookLoadRawA(b, "abc", 3) == 0);
+    CHECK_FAILS(tbBookSaveRawA(b, &data, &size) == 0);
+    CHECK_FAILS(tbBookAddSheetA(b, "Sheet1", 0) == 0);
+    CHECK_FAILS(tbBookInsertSheetA(b, 0, "Sheet1", 0) == 0);
+    CHECK_FAILS(tbBookAddFormatA(b, 0) == 0);
+    CHECK_FAILS(tbBookAddFontA(b, 0) == 0);
+    CHECK_FAILS(tbBookAddCustomNumFormatA(b, "0.000") == 0);
+    CHECK_FAILS(tbBookCustomNumFormatA(b, 164) == 0);
+    CHECK_FAILS(tbBookFormatA(b, 0) == 0);
+    CHECK_FAILS(tbBookFontA(b, 0) == 0);
+    CHECK_FAILS(tbBookDatePackA(b, 2024, 2, 29, 12, 0, 0, 0) == 0.0);
+    CHECK_FAILS(tbBookDateUnpackA(b, 45351.5, &y, &mo, &d, &h, &mi, &s, &ms) == 0);
+    CHECK_FAILS(tbBookColorPackA(b, 1, 2, 3) == 32767);
     tbBookColorUnpackA(b, 8, &r, &g, &bl);
     CHECK_MESSAGE(b, message);
-    CHECK(tbBookGetPictureA(b, 0, &data, &size) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookAddPictureA(b, "picture.png") == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookAddPicture2A(b, "\x89PNG", 4) == 0);
-    CHECK_MESSAGE(b, message);
-    CHECK(tbBookDefaultFontA(b, &s) == 0);
-    CHECK_MESSAGE(b, message);
+    CHECK_FAILS(tbBookGetPictureA(b, 0, &data, &size) == 0);
+    CHECK_FAILS(tbBookAddPictureA(b, "picture.png") == 0);
+    CHECK_FAILS(tbBookAddPicture2A(b, "\x89PNG", 4) == 0);
+    CHECK_FAILS(tbBookDefaultFontA(b, &s) == 0);
     tbBookSetDefaultFontA(b, "Arial", 10);
     CHECK_MESSAGE(b, message);
 }
