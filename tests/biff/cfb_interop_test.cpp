@@ -57,6 +57,15 @@ std::vector<uint8_t> fileBytes(const std::string &path) {
     return std::vector<uint8_t>(std::istreambuf_iterator<char>(f), {});
 }
 
+// Writes a container to the disk file `path` through `x` with workbook stream `wb`.
+void saveFile(Xls<char> &x, const std::string &path, const std::vector<uint8_t> &wb) {
+    std::fstream f(path, std::ios::in | std::ios::out | std::ios::binary | std::ios::trunc);
+    x.setStreamPtr(&f);
+    x.writeHeader();
+    x.write(wb.data(), wb.size());
+    x.close();
+}
+
 std::string narrow(const std::wstring &w) {
     std::string s;
     for (wchar_t c : w) s += char(c);
@@ -80,14 +89,8 @@ TEST(CfbInterop, WrittenContainersListTheSameStream) {
         std::vector<uint8_t> wb(size);
         for (size_t i = 0; i < size; ++i) wb[i] = uint8_t(i * 7 + (i >> 9));
         std::string path = tmpPath("cfb_interop_written.xls");
-        {
-            std::fstream f(path, std::ios::in | std::ios::out | std::ios::binary | std::ios::trunc);
-            Xls<char> x;
-            x.setStreamPtr(&f);
-            x.writeHeader();
-            x.write(wb.data(), wb.size());
-            x.close();
-        }
+        Xls<char> x;
+        saveFile(x, path, wb);
         Listing l = listStreams(path);
         ASSERT_FALSE(l.error) << size;
         wb.resize(std::max<size_t>(size, 4096), 0);
@@ -130,14 +133,8 @@ TEST(CfbInterop, ProducersFilesKeepTheirStreamsThroughASave) {
         EXPECT_EQ(crcOf(wb), orig.streams[wbName].second) << path;
 
         std::string out = tmpPath("cfb_interop_resaved.xls");
-        {
-            std::fstream f(out, std::ios::in | std::ios::out | std::ios::binary | std::ios::trunc);
-            x.reset(false);
-            x.setStreamPtr(&f);
-            x.writeHeader();
-            x.write(wb.data(), wb.size());
-            x.close();
-        }
+        x.reset(false);
+        saveFile(x, out, wb);
         Listing saved = listStreams(out);
         ASSERT_FALSE(saved.error) << path;
         wb.resize(std::max<size_t>(wb.size(), 4096), 0);
