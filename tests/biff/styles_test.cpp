@@ -284,6 +284,46 @@ TEST(StylesTest, StyleExtUnexpectedRecord) {
     EXPECT_EQ(back.style.builtInStyle, 4);
 }
 
+TEST(StylesTest, StylesAndOldFontsReadBack) {
+    MemPool pool;
+    const struct {
+        const char *what;
+        uint16_t ixfe;
+        const wchar_t *name;
+        uint16_t size; // 0: the name decides
+    } cases[] = {{"built-in", 0x8013, nullptr, 4}, {"named", 0x0015, L"Heading", 0}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        Style s(c.ixfe, 3);
+        if (c.name) s.name.setString(c.name, pool);
+        Style back;
+        styleReadBack([&](Xls<char> &x) { s.write(x); },
+                      [&](Xls<char> &x, uint16_t size) {
+                          EXPECT_EQ(size, c.size ? c.size : 2 + s.name.size());
+                          back.read(x, size, false, pool);
+                      });
+        EXPECT_EQ(back.ixfe, c.ixfe);
+        EXPECT_EQ(back.builtIn(), c.name == nullptr);
+        if (c.name) EXPECT_EQ(std::wstring(back.name.text), c.name);
+        else EXPECT_EQ(back.level, 0xFF);
+    }
+    // An old font: no flags byte before the name, and trailing bytes skipped.
+    std::vector<uint8_t> d;
+    for (uint16_t v : {240, 2, 10, 700, 1}) put16(d, v);
+    d.insert(d.end(), {1, 2, 0, 0, 4, 'T', 'a', 'h', 'o', 9, 9});
+    Table t;
+    t.init();
+    Font f(&t);
+    EXPECT_EQ(styleReadError({{49, d}}, [&](Xls<char> &x, uint16_t s) { f.read(x, s, true); }),
+              "");
+    EXPECT_EQ(f.wideName(), L"Taho");
+    EXPECT_EQ(f.size(), 12);
+    EXPECT_TRUE(f.italic());
+    EXPECT_TRUE(f.bold());
+    EXPECT_EQ(f.script(), SCRIPT_SUPER);
+    EXPECT_EQ(f.underline(), UNDERLINE_SINGLE);
+}
+
 TEST(StylesTest, CustomNumberFormatLimits) {
     Table t;
     t.init();
