@@ -529,6 +529,23 @@ TEST(StylesTest, AddFormatCopies) {
     EXPECT_EQ(b.formatSize(), 23);
 }
 
+TEST(StylesTest, WideTwinBehavesAlike) {
+    StyleTable<wchar_t> t;
+    t.init();
+    EXPECT_EQ(t.addCustomNumFormat(L"0.0 \"\x20AC\""), 164);
+    EXPECT_STREQ(t.customNumFormat(164), L"0.0 \"\x20AC\"");
+    IFontT<wchar_t> *font = t.addFont(t.font(0));
+    ASSERT_NE(font, nullptr);
+    EXPECT_TRUE(font->setName(L"\x5B8B\x4F53"));
+    EXPECT_STREQ(font->name(), L"\x5B8B\x4F53");
+    IFormatT<wchar_t> *f = t.addFormat(nullptr);
+    EXPECT_TRUE(f->setFont(font));
+    EXPECT_EQ(f->font(), font);
+    EXPECT_EQ(t.colorPack(255, 255, 255), 9);
+    int size = 0;
+    EXPECT_STREQ(t.defaultFont(&size), L"Arial");
+}
+
 TEST(StylesTest, DateFormats) {
     const struct {
         int id;
