@@ -1,0 +1,168 @@
+// Cell records: byte-exact round trips through a workbook stream, RK
+// decoding and exactness, size-check messages and the used-range widening.
+#include "biff/records/dimensions.h"
+#include "biff/records/number.h"
+#include "biff/records/rk.h"
+#include "biff/records/row.h"
+#include "support/biff_bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <limits>
+
+using namespace tabrix;
+using namespace bifftest;
+
+namespace {
+
+// Reads a record of type R from the bytes `data` under id R::kId and writes
+// it back; answers the bytes written (header excluded).
+template <class R>
+std::vector<uint8_t> roundTrip(const std::vector<uint8_t> &data) {
+    std::vector<uint8_t> wb;
+    record(wb, R::kId, data);
+    Opened in(rawBook(wb));
+    R r;
+    r.read(in.x);
+    Opened out(writeBook([&](Xls<char> &x) { r.write(x); }));
+    auto recs = out.records();
+    EXPECT_FALSE(recs.empty());
+    if (recs.empty()) return {};
+    EXPECT_EQ(recs[0].first, R::kId);
+    return recs[0].second;
+}
+
+template <class R>
+std::string readError(const std::vector<uint8_t> &data) {
+    return errorOf([&] {
+        std::vector<uint8_t> wb;
+        record(wb, R::kId, data);
+        Opened in(rawBook(wb));
+        R r;
+        r.read(in.x);
+    });
+}
+
+std::vector<uint8_t> seq(size_t n) {
+    std::vector<uint8_t> v(n);
+    for (size_t i = 0; i < n; ++i) v[i] = uint8_t(i * 7 + 1);
+    return v;
+}
+
+} // namespace
+
+TEST(CellRecordsTest, RoundTripAndSizeChecks) {
+    struct Case {
+        const char *name;
+        size_t size;
+        std::function<std::vector<uint8_t>(const std::vector<uint8_t> &)> trip;
+        std::function<std::string(const std::vector<uint8_t> &)> error;
+    };
+    const Case cases[] = {
+        {"RK", 10, roundTrip<RK>, readError<RK>},
+        {"Number", 14, roundTrip<Number>, readError<Number>},
+        {"Row", 16, roundTrip<Row>, readError<Row>},
+        {"Dimensions", 14, roundTrip<Dimensions>, readError<Dimensions>},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::vector<uint8_t> data = seq(c.size);
+        EXPECT_EQ(c.trip(data), data);
+        std::string msg = std::string(c.name) + " size is incorrect";
+        EXPECT_EQ(c.error(seq(c.size - 1)), msg);
+        EXPECT_EQ(c.error(seq(c.size + 1)), msg);
+        EXPECT_EQ(c.error({}), msg);
+    }
+}
+
+TEST(CellRecordsTest, RkDecodesAllFourForms) {
+    struct Case {
+        uint32_t rk;
+        double value;
+    };
+    const Case cases[] = {
+        {0x3FF00000u, 1.0},          // double
+        {0x3FF00001u, 0.01},         // double / 100
+        {0x00000006u, 1.0},          // integer 1
+        {0xFFFFFFFEu, -1.0},         // integer -1
+        {0x80000002u, -536870912.0}, // most negative integer
+        {0x7FFFFFFEu, 536870911.0},  // most positive integer
+        {0x00004E23u, 50.0},         // integer 5000 / 100
+        {0xFFFFFFFBu, -0.02},        // integer -2 / 100 (bits 0 and 1)
+        {0xC0000000u, -2.0},         // negative double
+        {0x00000000u, 0.0},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.rk);
+        RK r;
+        r.rk = c.rk;
+        EXPECT_DOUBLE_EQ(r.value(), c.value);
+    }
+}
+
+TEST(CellRecordsTest, RkExactness) {
+    double lowBits;
+    uint64_t b = 0x3FF0000000000001ull;
+    std::memcpy(&lowBits, &b, sizeof lowBits);
+    struct Case {
+        double v;
+        bool exact;
+    };
+    const Case cases[] = {
+        {1.0, true},
+        {0.5, true},
+        {-2.0, true},
+        {0.0, true},
+        {0.1, false},
+        {1e300, false},
+        {lowBits, false},
+        // The test is on bits alone: the default quiet NaN keeps its bits.
+        {std::numeric_limits<double>::quiet_NaN(), true},
+        {std::numeric_limits<double>::infinity(), true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.v);
+        EXPECT_EQ(rkExact(c.v), c.exact);
+        if (c.exact) {
+            RK r;
+            r.setValue(c.v);
+            double back = r.value();
+            EXPECT_EQ(std::memcmp(&back, &c.v, sizeof back), 0);
+        }
+    }
+}
+
+TEST(CellRecordsTest, NewRowDefaults) {
+    Opened out(writeBook([&](Xls<char> &x) { Row().write(x); }));
+    auto recs = out.records();
+    ASSERT_FALSE(recs.empty());
+    std::vector<uint8_t> want;
+    for (uint16_t f : {0, 0, 1, 255, 0, 0, 0x100, 15}) put16(want, f);
+    EXPECT_EQ(recs[0].second, want);
+}
+
+TEST(CellRecordsTest, DimensionsUpdate) {
+    struct Case {
+        std::vector<std::pair<uint32_t, uint16_t>> cells;
+        uint32_t firstRow, lastRow;
+        uint16_t firstCol, lastCol;
+    };
+    const Case cases[] = {
+        {{}, 0, 0, 0, 0},
+        {{{0, 0}}, 0, 1, 0, 1},
+        {{{5, 3}}, 5, 6, 3, 4},
+        {{{5, 3}, {2, 7}}, 2, 6, 3, 8},
+        {{{5, 3}, {9, 1}, {5, 3}}, 5, 10, 1, 4},
+        {{{65535, 255}}, 65535, 65536, 255, 256},
+    };
+    for (const Case &c : cases) {
+        Dimensions d;
+        for (auto &rc : c.cells) d.update(rc.first, rc.second);
+        EXPECT_EQ(d.firstRow, c.firstRow);
+        EXPECT_EQ(d.lastRow, c.lastRow);
+        EXPECT_EQ(d.firstCol, c.firstCol);
+        EXPECT_EQ(d.lastCol, c.lastCol);
+    }
+}
