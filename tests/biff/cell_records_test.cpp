@@ -1,6 +1,9 @@
 // Cell records: byte-exact round trips through a workbook stream, RK
 // decoding and exactness, size-check messages and the used-range widening.
+#include "biff/records/blank.h"
+#include "biff/records/bool_err.h"
 #include "biff/records/dimensions.h"
+#include "biff/records/label_sst.h"
 #include "biff/records/number.h"
 #include "biff/records/rk.h"
 #include "biff/records/row.h"
@@ -65,6 +68,9 @@ TEST(CellRecordsTest, RoundTripAndSizeChecks) {
         {"Number", 14, roundTrip<Number>, readError<Number>},
         {"Row", 16, roundTrip<Row>, readError<Row>},
         {"Dimensions", 14, roundTrip<Dimensions>, readError<Dimensions>},
+        {"LabelSst", 10, roundTrip<LabelSst>, readError<LabelSst>},
+        {"Blank", 6, roundTrip<Blank>, readError<Blank>},
+        {"BoolErr", 8, roundTrip<BoolErr>, readError<BoolErr>},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
