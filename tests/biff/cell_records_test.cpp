@@ -4,6 +4,8 @@
 #include "biff/records/bool_err.h"
 #include "biff/records/dimensions.h"
 #include "biff/records/label_sst.h"
+#include "biff/records/mul_blank.h"
+#include "biff/records/mul_rk.h"
 #include "biff/records/number.h"
 #include "biff/records/rk.h"
 #include "biff/records/row.h"
@@ -72,6 +74,19 @@ TEST(CellRecordsTest, RoundTripAndSizeChecks) {
         {"Blank", 6, roundTrip<Blank>, readError<Blank>},
         {"BoolErr", 8, roundTrip<BoolErr>, readError<BoolErr>},
     };
+    // Runs: a good size, a size one short and one too long.
+    const Case runs[] = {
+        {"MulRk", 18, roundTrip<MulRk>, readError<MulRk>},
+        {"MulBlank", 10, roundTrip<MulBlank>, readError<MulBlank>},
+    };
+    for (const Case &c : runs) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(c.trip(seq(c.size)), seq(c.size));
+        std::string msg = std::string(c.name) + " size is incorrect";
+        EXPECT_EQ(c.error(seq(c.size - 1)), msg);
+        EXPECT_EQ(c.error(seq(c.size + 1)), msg);
+        EXPECT_EQ(c.error(seq(6)), msg); // no cells at all
+    }
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
         std::vector<uint8_t> data = seq(c.size);
@@ -171,4 +186,35 @@ TEST(CellRecordsTest, DimensionsUpdate) {
         EXPECT_EQ(d.firstCol, c.firstCol);
         EXPECT_EQ(d.lastCol, c.lastCol);
     }
+}
+
+TEST(CellRecordsTest, RunsExpandIntoCells) {
+    std::vector<uint8_t> data;
+    for (uint16_t f : {7, 3}) put16(data, f);         // row 7, first col 3
+    put16(data, 21), put32(data, 0x3FF00000u);        // 1.0
+    put16(data, 22), put32(data, 0xFFFFFFFEu);        // -1
+    put16(data, 23), put32(data, 0x00004E23u);        // 50
+    put16(data, 5);                                   // last col
+    std::vector<uint8_t> wb;
+    record(wb, MulRk::kId, data);
+    Opened in(rawBook(wb));
+    MulRk m;
+    m.read(in.x);
+    std::vector<RK> cells = m.expand();
+    ASSERT_EQ(cells.size(), 3u);
+    const double want[] = {1.0, -1.0, 50.0};
+    for (size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(cells[i].row, 7);
+        EXPECT_EQ(cells[i].col, 3 + i);
+        EXPECT_EQ(cells[i].xf, 21 + i);
+        EXPECT_DOUBLE_EQ(cells[i].value(), want[i]);
+    }
+    MulBlank b;
+    b.row = 2;
+    b.firstCol = 254;
+    b.xfs = {15, 16};
+    std::vector<Blank> blanks = b.expand();
+    ASSERT_EQ(blanks.size(), 2u);
+    EXPECT_EQ(blanks[1].col, 255);
+    EXPECT_EQ(blanks[1].xf, 16);
 }
