@@ -3,6 +3,7 @@
 #include "biff/records/blank.h"
 #include "biff/records/bool_err.h"
 #include "biff/records/dimensions.h"
+#include "biff/records/label.h"
 #include "biff/records/label_sst.h"
 #include "biff/records/mul_blank.h"
 #include "biff/records/mul_rk.h"
@@ -217,4 +218,33 @@ TEST(CellRecordsTest, RunsExpandIntoCells) {
     ASSERT_EQ(blanks.size(), 2u);
     EXPECT_EQ(blanks[1].col, 255);
     EXPECT_EQ(blanks[1].xf, 16);
+}
+
+TEST(CellRecordsTest, LabelRoundTripAndSize) {
+    struct Case {
+        std::vector<uint8_t> data;
+        std::string error;
+    };
+    const Case cases[] = {
+        {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i'}, ""},
+        {{1, 0, 2, 0, 15, 0, 1, 0, 1, 0x3A, 0x04}, ""},         // wide
+        {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i', 0}, "Label size is incorrect"},
+        {{1, 0, 2, 0, 15, 0, 2, 0}, "Label size is incorrect"},
+    };
+    for (const Case &c : cases) {
+        MemPool pool;
+        std::vector<uint8_t> wb;
+        record(wb, Label::kId, c.data);
+        Label l(pool);
+        std::string err = errorOf([&] {
+            Opened in(rawBook(wb));
+            l.read(in.x);
+        });
+        EXPECT_EQ(err, c.error);
+        if (!c.error.empty()) continue;
+        Opened out(writeBook([&](Xls<char> &x) { l.write(x); }));
+        auto recs = out.records();
+        ASSERT_FALSE(recs.empty());
+        EXPECT_EQ(recs[0].second, c.data);
+    }
 }

@@ -1,0 +1,30 @@
+// Label (id 516): a text cell holding its own string, as older writers
+// store it instead of pointing into the shared string table.
+#ifndef TABRIX_BIFF_RECORDS_LABEL_H
+#define TABRIX_BIFF_RECORDS_LABEL_H
+#include "biff/biff_record.h"
+#include "biff/records/xl_unicode_string.h"
+#include "book/mem_pool.h"
+#include <cstdint>
+namespace tabrix {
+// The text lives in the pool given at construction (the sheet's), so a
+// Label is cheap to keep in a vector.
+class Label : public Record<Label> {
+public:
+    static constexpr uint16_t kId = 516;
+    static constexpr const char *kName = "Label";
+    uint16_t row = 0, col = 0, xf = 0;
+    XLUnicodeString text;
+    explicit Label(MemPool &pool) : pool_(&pool) {}
+    void reset() { *this = Label(*pool_); }
+    // The record must hold exactly the cell and its string.
+    void read(XlsRecords &xls, uint16_t size);
+    void write(XlsRecords &xls) const;
+    void dumpTo(std::wostream &os) const;
+    using Record<Label>::read;
+
+private:
+    MemPool *pool_;
+};
+} // namespace tabrix
+#endif
