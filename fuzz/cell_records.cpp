@@ -1,9 +1,10 @@
 // Reads arbitrary bytes as the body of one cell record: the first byte
-// picks RK, Number, LabelSst, Blank, BoolErr, MulRk, MulBlank, Row or
+// picks RK, Number, Label, LabelSst, Blank, BoolErr, MulRk, MulBlank, Row or
 // Dimensions.  A record that loads must write back to the same bytes.
 #include "biff/records/blank.h"
 #include "biff/records/bool_err.h"
 #include "biff/records/dimensions.h"
+#include "biff/records/label.h"
 #include "biff/records/label_sst.h"
 #include "biff/records/mul_blank.h"
 #include "biff/records/mul_rk.h"
@@ -40,13 +41,24 @@ std::string container(const std::vector<uint8_t> &wb) {
 }
 
 template <class R>
+R make() { return R(); }
+
+MemPool &pool() {
+    static MemPool p;
+    return p;
+}
+
+template <>
+Label make<Label>() { return Label(pool()); }
+
+template <class R>
 void check(const uint8_t *body, size_t n) {
     std::vector<uint8_t> wb;
     put16(wb, R::kId);
     put16(wb, uint16_t(n));
     wb.insert(wb.end(), body, body + n);
     std::string file = container(wb);
-    R r;
+    R r = make<R>();
     try {
         std::stringstream ss(file);
         Xls<char> x;
@@ -75,7 +87,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const uint8_t *body = data + 1;
     size_t n = size - 1;
     if (n > 8224) n = 8224;
-    switch (data[0] % 9) {
+    pool().free();
+    switch (data[0] % 10) {
     case 0: check<RK>(body, n); break;
     case 1: check<Number>(body, n); break;
     case 2: check<LabelSst>(body, n); break;
@@ -84,7 +97,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     case 5: check<MulRk>(body, n); break;
     case 6: check<MulBlank>(body, n); break;
     case 7: check<Row>(body, n); break;
-    default: check<Dimensions>(body, n); break;
+    case 8: check<Dimensions>(body, n); break;
+    default: check<Label>(body, n); break;
     }
     return 0;
 }
