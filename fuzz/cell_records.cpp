@@ -13,6 +13,8 @@
 #include "biff/records/row.h"
 #include "book/tberror.h"
 
+#include "support/workbook_input.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <sstream>
@@ -20,25 +22,12 @@
 #include <vector>
 
 using namespace tabrix;
+using fuzzinput::container;
+using fuzzinput::put16;
 
 namespace {
 
-void put16(std::vector<uint8_t> &v, uint16_t x) {
-    v.push_back(uint8_t(x));
-    v.push_back(uint8_t(x >> 8));
-}
 
-// A container around the workbook stream `wb`.
-std::string container(const std::vector<uint8_t> &wb) {
-    std::stringstream ss;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&ss);
-    x.writeHeader();
-    if (!wb.empty()) x.write(wb.data(), wb.size());
-    x.close();
-    return ss.str();
-}
 
 template <class R>
 R make() { return R(); }

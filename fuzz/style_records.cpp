@@ -5,6 +5,8 @@
 #include "biff/style_table.h"
 #include "book/tberror.h"
 
+#include "support/workbook_input.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <sstream>
@@ -12,27 +14,15 @@
 #include <vector>
 
 using namespace tabrix;
+using fuzzinput::container;
+using fuzzinput::put16;
 
 namespace {
 
 const uint16_t kIds[5] = {49, 224, 1054, 659, 146};
 const uint16_t kVersions[3] = {0x0600, 0x0500, 0x0400};
 
-void put16(std::vector<uint8_t> &v, uint16_t x) {
-    v.push_back(uint8_t(x));
-    v.push_back(uint8_t(x >> 8));
-}
 
-std::string container(const std::vector<uint8_t> &wb) {
-    std::stringstream ss;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&ss);
-    x.writeHeader();
-    if (!wb.empty()) x.write(wb.data(), wb.size());
-    x.close();
-    return ss.str();
-}
 
 // Reads the first record of `file` into `t`; false when it is refused.
 bool load(const std::string &file, int kind, uint16_t version, StyleTable<char> &t) {
