@@ -1,0 +1,39 @@
+// ISheetOwner: what a binary sheet needs from the book that owns it — the
+// book's message, text mode and pool, the shared string table, the styling
+// (formats by position, custom number format texts) and the other sheets,
+// which a string rewrite must search before it replaces a shared entry.
+// BookImplT implements it; tests may hand a sheet a small fake.
+#ifndef TABRIX_BIFF_SHEET_OWNER_H
+#define TABRIX_BIFF_SHEET_OWNER_H
+
+#include "biff/records/sst.h"
+#include "biff/style_table.h"
+#include "book/mem_pool.h"
+#include "book/xstring.h"
+
+namespace tabrix {
+
+template <class C> class SheetImplT;
+
+template <class C> class ISheetOwner {
+public:
+    virtual ~ISheetOwner() {}
+    // The message every sheet operation leaves ("ok" or the failure).
+    virtual XString &message() = 0;
+    virtual bool utf8Mode() const = 0;
+    virtual MemPool &pool() = 0;
+    virtual SST &sst() = 0;
+    // Formats by position (the xf of a cell), fonts, custom number formats.
+    virtual StyleTable<C> &styles() = 0;
+    virtual int sheetCount() = 0;
+    // The sheet at `index`, or null when out of range.
+    virtual SheetImplT<C> *sheetAt(int index) = 0;
+    // Position of `sheet` in the book, 0 when not found.
+    virtual int getTabIndex(const SheetImplT<C> *sheet) = 0;
+    virtual bool refR1C1() = 0;
+    virtual bool isDate1904() = 0;
+};
+
+} // namespace tabrix
+
+#endif
