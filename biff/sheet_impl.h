@@ -1,0 +1,359 @@
+// SheetImplT: a worksheet of a binary book.  Every cell lives in one dense
+// vector per cell kind; the SheetIndex answers which kind and position a
+// cell has in two array look-ups.  A replaced cell leaves its old element
+// behind, unreachable: saving walks the index, not the vectors.
+//
+// The sheet reads its record substream when a book is loaded and writes it
+// when the book is saved.  Records it does not model come back as they were
+// read; a chart or macro sheet is kept whole as raw records.
+#ifndef TABRIX_BIFF_SHEET_IMPL_H
+#define TABRIX_BIFF_SHEET_IMPL_H
+
+#include "biff/biff_record.h"
+#include "biff/records/blank.h"
+#include "biff/records/bool_err.h"
+#include "biff/records/col_info.h"
+#include "biff/records/db_cell.h"
+#include "biff/records/dimensions.h"
+#include "biff/records/formula_block.h"
+#include "biff/records/index.h"
+#include "biff/records/label.h"
+#include "biff/records/label_sst.h"
+#include "biff/records/merge_cells.h"
+#include "biff/records/number.h"
+#include "biff/records/phonetic_info.h"
+#include "biff/records/rk.h"
+#include "biff/records/row.h"
+#include "biff/sheet_header.h"
+#include "biff/sheet_index.h"
+#include "tabrix/ISheetT.h"
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace tabrix {
+
+template <class C> class ISheetOwner;
+
+// A record the sheet keeps as bytes in a fixed slot, written only when
+// present.
+struct OptionalRecord {
+    bool absent = true;
+    Biff record;
+    explicit OptionalRecord(uint16_t id = 0) { record.id = id; }
+};
+
+template <class C> class SheetImplT : public ISheetT<C> {
+public:
+    // A new worksheet with the defaults of a fresh sheet.
+    SheetImplT(ISheetOwner<C> &owner, const std::wstring &name);
+    // A copy of `src` for `owner`.  From another owner, strings go into this
+    // owner's shared string table and formats are added to its styles.
+    SheetImplT(const SheetImplT &src, ISheetOwner<C> &owner);
+    SheetImplT(const SheetImplT &) = delete;
+    SheetImplT &operator=(const SheetImplT &) = delete;
+    ~SheetImplT() override;
+
+    // ---- cells (sheet_cells.cpp, sheet_extents.cpp) ----
+    CellType cellType(int row, int col) override;
+    bool isFormula(int row, int col) override;
+    IFormatT<C> *cellFormat(int row, int col) override;
+    void setCellFormat(int row, int col, IFormatT<C> *format) override;
+    const C *readStr(int row, int col, IFormatT<C> **format) override;
+    bool writeStr(int row, int col, const C *value, IFormatT<C> *format) override;
+    double readNum(int row, int col, IFormatT<C> **format) override;
+    bool writeNum(int row, int col, double value, IFormatT<C> *format) override;
+    bool readBool(int row, int col, IFormatT<C> **format) override;
+    bool writeBool(int row, int col, bool value, IFormatT<C> *format) override;
+    bool readBlank(int row, int col, IFormatT<C> **format) override;
+    bool writeBlank(int row, int col, IFormatT<C> *format) override;
+    const C *readFormula(int row, int col, IFormatT<C> **format) override;
+    bool writeFormula(int row, int col, const C *expr, IFormatT<C> *format) override;
+    bool isDate(int row, int col) override;
+    ErrorCode readError(int row, int col) override;
+    bool copyCell(int rowSrc, int colSrc, int rowDst, int colDst) override;
+    bool clear(int rowFirst, int rowLast, int colFirst, int colLast) override;
+    int firstRow() override;
+    int lastRow() override;
+    int firstCol() override;
+    int lastCol() override;
+
+    // ---- rows, columns, merges, name, addresses (sheet_structure.cpp) ----
+    double colWidth(int col) override;
+    double rowHeight(int row) override;
+    bool setCol(int colFirst, int colLast, double width, IFormatT<C> *format,
+                bool hidden) override;
+    bool setRow(int row, double height, IFormatT<C> *format, bool hidden) override;
+    bool rowHidden(int row) override;
+    bool setRowHidden(int row, bool hidden) override;
+    bool colHidden(int col) override;
+    bool setColHidden(int col, bool hidden) override;
+    bool getMerge(int row, int col, int *rowFirst, int *rowLast, int *colFirst,
+                  int *colLast) override;
+    bool setMerge(int rowFirst, int rowLast, int colFirst, int colLast) override;
+    bool delMerge(int row, int col) override;
+    const C *name() override;
+    void setName(const C *name) override;
+    void addrToRowCol(const C *addr, int *row, int *col, bool *rowRelative,
+                      bool *colRelative) override;
+    const C *rowColToAddr(int row, int col, bool rowRelative, bool colRelative) override;
+
+    // ---- operations of later work (sheet_stubs.cpp): "not supported yet" ----
+    const C *readComment(int row, int col) override;
+    void writeComment(int row, int col, const C *value, const C *author, int width,
+                      int height) override;
+    int pictureSize() override;
+    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight,
+                   int *width, int *height, int *offsetX, int *offsetY) override;
+    void setPicture(int row, int col, int pictureId, double scale, int offsetX,
+                    int offsetY) override;
+    void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
+                     int offsetY) override;
+    int getHorPageBreak(int index) override;
+    int getHorPageBreakSize() override;
+    int getVerPageBreak(int index) override;
+    int getVerPageBreakSize() override;
+    bool setHorPageBreak(int row, bool pageBreak) override;
+    bool setVerPageBreak(int col, bool pageBreak) override;
+    void split(int row, int col) override;
+    bool groupRows(int rowFirst, int rowLast, bool collapsed) override;
+    bool groupCols(int colFirst, int colLast, bool collapsed) override;
+    bool groupSummaryBelow() override;
+    void setGroupSummaryBelow(bool below) override;
+    bool groupSummaryRight() override;
+    void setGroupSummaryRight(bool right) override;
+    bool insertCol(int colFirst, int colLast) override;
+    bool insertRow(int rowFirst, int rowLast) override;
+    bool removeCol(int colFirst, int colLast) override;
+    bool removeRow(int rowFirst, int rowLast) override;
+    bool displayGridlines() override;
+    void setDisplayGridlines(bool show) override;
+    bool printGridlines() override;
+    void setPrintGridlines(bool print) override;
+    int zoom() override;
+    void setZoom(int zoom) override;
+    int printZoom() override;
+    void setPrintZoom(int zoom) override;
+    bool getPrintFit(int *wPages, int *hPages) override;
+    void setPrintFit(int wPages, int hPages) override;
+    bool landscape() override;
+    void setLandscape(bool landscape) override;
+    Paper paper() override;
+    void setPaper(Paper paper) override;
+    const C *header() override;
+    bool setHeader(const C *header, double margin) override;
+    double headerMargin() override;
+    const C *footer() override;
+    bool setFooter(const C *footer, double margin) override;
+    double footerMargin() override;
+    bool hCenter() override;
+    void setHCenter(bool center) override;
+    bool vCenter() override;
+    void setVCenter(bool center) override;
+    double marginLeft() override;
+    void setMarginLeft(double margin) override;
+    double marginRight() override;
+    void setMarginRight(double margin) override;
+    double marginTop() override;
+    void setMarginTop(double margin) override;
+    double marginBottom() override;
+    void setMarginBottom(double margin) override;
+    bool printRowCol() override;
+    void setPrintRowCol(bool print) override;
+    void setPrintRepeatRows(int rowFirst, int rowLast) override;
+    void setPrintRepeatCols(int colFirst, int colLast) override;
+    void setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) override;
+    void clearPrintRepeats() override;
+    void clearPrintArea() override;
+    bool getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst,
+                       int *colLast, int scopeId, bool *hidden) override;
+    bool setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst, int colLast,
+                       int scopeId) override;
+    bool delNamedRange(const C *name, int scopeId) override;
+    int namedRangeSize() override;
+    const C *namedRange(int index, int *rowFirst, int *rowLast, int *colFirst, int *colLast,
+                        int *scopeId, bool *hidden) override;
+    bool protect() override;
+    void setProtect(bool protect) override;
+    SheetState hidden() override;
+    bool setHidden(SheetState state) override;
+    void getTopLeftView(int *row, int *col) override;
+    void setTopLeftView(int row, int col) override;
+    bool rightToLeft() override;
+    void setRightToLeft(bool rightToLeft) override;
+
+    // ---- what the book and other parts use ----
+    // The substream from its BOF to its EOF (sheet_read.cpp); failures throw.
+    void read(XlsRecords &xls);
+    // The substream in save order (sheet_write.cpp); failures throw.
+    void write(XlsRecords &xls);
+    const std::wstring &wideName() const { return _name; }
+    void setWideName(const std::wstring &name) { _name = name; }
+    // The BOF type: 16 worksheet; anything else is kept opaque.
+    uint16_t docType() const { return _bof.dt; }
+    bool selected() const;
+    void setSelected(bool selected);
+    bool refA1() const;
+    void setRefA1(bool a1);
+    int getTab();
+    ISheetOwner<C> &owner() { return *_owner; }
+    static const char *commentAuthor() { return "tabrix"; }
+
+    // The xf of the cell at (row, col), 15 without one.
+    uint16_t getFormatID(int row, int col) const;
+    // Throws the range messages for a row outside 0-65535 or a column
+    // outside 0-255 (negative numbers included).
+    static void checkRanges(int row, int col);
+    void recalcDimensions();
+    // Zeroes the codes of the area, with blanksOnly only those of blanks;
+    // allocates the row pages it touches.
+    void clearIndexes(int rowFirst, int rowLast, int colFirst, int colLast, bool blanksOnly);
+    // Moves the definition of a shared formula anchored at (row, col) to
+    // the next cell that uses it, before that cell is overwritten.
+    void delSharedFormula(int row, int col);
+
+    const std::vector<LabelSst> &labelSst() const { return _labelSst; }
+    const SheetIndex &sheetIndex() const { return _index; }
+    const std::vector<MergeCells> &mergeCells() const { return _mergeCells; }
+    const std::vector<ColInfo> &colInfos() const { return _colInfos; }
+    const std::vector<Row> &rows() const { return _rowList; }
+    const std::vector<Biff> &unknownRecords() const { return _unknown; }
+    const Dimensions &dimensions() const { return _dimensions; }
+
+    // Bytes held by the cell store (index pages and cell vectors), for
+    // measurements.
+    size_t cellMemory() const;
+
+private:
+    friend class SheetImplT<wchar_t>;
+    friend class SheetImplT<char>;
+
+    // One public operation: "ok", or the failure text and `neutral`.
+    template <class R, class Work> R run(R neutral, Work &&work);
+    template <class Work> void run(Work &&work);
+
+    // ---- cell helpers (sheet_cells.cpp) ----
+    uint16_t resolveFormat(IFormatT<C> *format, uint16_t present) const;
+    int formatPosition(IFormatT<C> *format) const;
+    IFormatT<C> *formatAt(uint16_t xf) const;
+    uint32_t codeAt(int row, int col) const { return _index.find(unsigned(row), unsigned(col)); }
+    uint16_t xfOf(uint32_t code) const;
+    void setXf(uint32_t code, uint16_t xf);
+    // Looks the cell up for a read: clears *format, checks ranges, and sets
+    // *format to the cell's format.
+    uint32_t lookup(int row, int col, IFormatT<C> **format);
+    const wchar_t *cellText(uint32_t code) const;
+    const wchar_t *formulaText(const FormulaBlock &block) const;
+    bool sstShared(uint32_t sstIndex, const LabelSst *self) const;
+    void putLabelSst(int row, int col, uint32_t sstIndex, uint16_t xf);
+    void setBlank(int row, int col, uint16_t xf);
+    void writeNumCell(int row, int col, double value, IFormatT<C> *format);
+    void writeStrCell(int row, int col, const std::wstring &text, IFormatT<C> *format);
+    IFormatT<C> *cellFormatOf(int row, int col);
+    int rowIndexOf(int row) const;
+    // A wide text in the caller's encoding, kept until the next text result.
+    const C *textResult(const wchar_t *wide);
+    // Sets the message directly: a wrong argument reported without an
+    // exception.
+    void fail(const char *message);
+    uint32_t appendPosition(size_t size) const;
+    uint16_t mapXf(const SheetImplT &src, uint16_t xf);
+
+    // ---- load and save (sheet_read.cpp, sheet_write.cpp) ----
+    void resetForRead();
+    bool readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size);
+    void readDrawingRun(XlsRecords &xls, uint16_t id, uint16_t size);
+    void readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size);
+    void writeCells(XlsRecords &xls);
+    void writeColInfos(XlsRecords &xls);
+    void setDefaults();
+    void copyFrom(const SheetImplT &src);
+
+    ISheetOwner<C> *_owner;
+    std::wstring _name;
+    SubstreamHeader _bof;
+
+    // Index record fields, repeated on save.
+    Index _indexRecord;
+
+    // Calculation settings.
+    uint16_t _calcMode = 1;
+    uint16_t _calcCount = 100;
+    uint16_t _calcRefMode = 1;
+    uint16_t _calcIter = 0;
+    double _calcDelta = 0.001;
+    uint16_t _calcSaveRecalc = 1;
+
+    uint16_t _printRowCol = 0;
+    uint16_t _printGrid = 0;
+    uint16_t _gridSet = 1;
+    uint16_t _guts[4] = {0, 0, 0, 0};
+    uint16_t _defaultRowHeightFlags = 0;
+    uint16_t _defaultRowHeight = 255;
+    uint16_t _wsBool = 1217;
+    uint16_t _defColWidth = 8;
+    Dimensions _dimensions;
+    PhoneticInfo _phoneticInfo;
+    bool _hasPhoneticInfo = false;
+
+    // ---- records modelled by later work, kept raw in their save slots ----
+    // Page setup run: Header 20, Footer 21, HCenter 131, VCenter 132,
+    // margins 38-41, Pls 77 (with its CONTINUE 60), SetupBIFF 161.
+    std::vector<Biff> _pageSetup;
+    // Sheet protection: 18, 221, 99, 19.
+    std::vector<Biff> _protection;
+    // HorizontalPageBreaks 27, VerticalPageBreaks 26.
+    std::vector<Biff> _horBreaks;
+    std::vector<Biff> _verBreaks;
+    // Window2 574, Scl 160, Pane 65, Selection 29.
+    OptionalRecord _window2{574};
+    OptionalRecord _scl{160};
+    OptionalRecord _pane{65};
+    std::vector<Biff> _selections;
+    // The drawing run from MsoDrawing 236 with its Obj 93, TxO 438,
+    // CONTINUE 60 and embedded chart substreams, in stream order.
+    std::vector<Biff> _objects;
+    // NoteSh 28.
+    std::vector<Biff> _notes;
+
+    // Opaque records in fixed slots.
+    OptionalRecord _opaque2204{2204}, _opaque144{144}, _opaque2164{2164}, _opaque157{157},
+        _opaque450{450}, _opaque80{80}, _opaque2187{2187}, _opaque153{153}, _opaque442{442};
+
+    // Rows and cells.
+    std::vector<Row> _rowList;
+    std::vector<LabelSst> _labelSst;
+    std::vector<Label> _labels;
+    std::vector<RK> _rk;
+    std::vector<Number> _numbers;
+    std::vector<DBCell> _dbCells;
+    std::vector<Biff> _unknown;
+    std::vector<ColInfo> _colInfos;
+    std::vector<MergeCells> _mergeCells;
+    std::vector<Blank> _blanks;
+    std::vector<BoolErr> _boolErrs;
+    std::vector<FormulaBlock> _formulas;
+
+    SheetIndex _index;
+
+    bool _hasUncalced = false;
+    uint16_t _uncalced = 0;
+
+    // Text results (narrow callers) and scratch space for conversions.
+    std::string _narrow;
+    std::wstring _wide;
+    std::wstring _addr;
+    // From a copy of another owner's sheet: source xf -> this owner's xf.
+    std::unordered_map<uint16_t, uint16_t> _xfMap;
+
+    bool _dirty = false;
+};
+
+extern template class SheetImplT<char>;
+extern template class SheetImplT<wchar_t>;
+
+} // namespace tabrix
+
+#endif

@@ -1,0 +1,70 @@
+// SheetIndex: where each cell of a sheet lives.  A fixed table of 65536 row
+// pointers, each null or a page of 256 cell codes; a page is allocated,
+// zero-filled, the first time a code of its row is asked for by `at`.
+//
+// A cell code holds: bit 0 set when the cell exists, bits 1-3 the cell kind,
+// bits 4-31 the position of the cell in the vector of its kind.
+#ifndef TABRIX_BIFF_SHEET_INDEX_H
+#define TABRIX_BIFF_SHEET_INDEX_H
+
+#include <cstdint>
+
+namespace tabrix {
+
+class SheetIndex {
+public:
+    static const int kRows = 65536;
+    static const int kCols = 256;
+
+    // Cell kinds, bits 1-3 of a code.
+    enum Kind : uint32_t {
+        kNone = 0,
+        kRK = 1,
+        kNumber = 2,
+        kLabelSst = 3,
+        kBlank = 4,
+        kBoolErr = 5,
+        kFormula = 6,
+        kLabel = 7
+    };
+
+    static uint32_t code(Kind kind, uint32_t position) {
+        return (position << 4) | (uint32_t(kind) << 1) | 1u;
+    }
+    static bool exists(uint32_t code) { return (code & 1u) != 0; }
+    static Kind kind(uint32_t code) { return Kind((code >> 1) & 7u); }
+    static uint32_t position(uint32_t code) { return code >> 4; }
+
+    SheetIndex();
+    ~SheetIndex();
+    SheetIndex(const SheetIndex &other);
+    SheetIndex &operator=(const SheetIndex &other);
+
+    bool hasRow(unsigned row) const { return _rows[row] != nullptr; }
+    // Only after hasRow(row).
+    uint32_t get(unsigned row, unsigned col) const { return _rows[row][col]; }
+    // 0 for a row without a page; never allocates.
+    uint32_t find(unsigned row, unsigned col) const {
+        const uint32_t *page = _rows[row];
+        return page ? page[col] : 0;
+    }
+    // The code at (row, col), allocating the row's page first.
+    uint32_t &at(unsigned row, unsigned col) {
+        uint32_t *page = _rows[row];
+        return page ? page[col] : *(newPage(row) + col);
+    }
+    // Frees every page.
+    void clear();
+    // Pages allocated now.
+    int pageCount() const { return _pages; }
+
+private:
+    uint32_t *newPage(unsigned row);
+
+    uint32_t **_rows;
+    int _pages = 0;
+};
+
+} // namespace tabrix
+
+#endif
