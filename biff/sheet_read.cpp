@@ -1,0 +1,424 @@
+// SheetImplT::read: the load dispatch of a sheet's record substream, from
+// its BOF to its EOF.  A worksheet's records go to their members; a chart or
+// macro sheet is kept whole as raw records.
+#include "biff/sheet_frame.h"
+
+#include "biff/records/mul_blank.h"
+#include "biff/records/mul_rk.h"
+
+namespace tabrix {
+
+namespace {
+
+const uint16_t kEofId = 10;
+const uint16_t kContinueId = 60;
+const uint16_t kPlsId = 77;
+const uint16_t kMsoDrawingId = 236;
+
+// A whole record whose header was read.
+Biff rawRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
+    Biff b;
+    b.id = id;
+    b.read(xls, size);
+    return b;
+}
+
+// A whole record at the stream's position, header included.
+Biff nextRaw(XlsRecords &xls) {
+    uint16_t id = 0, size = 0;
+    xls.readInt16(id);
+    xls.readInt16(size);
+    return rawRecord(xls, id, size);
+}
+
+// A nested substream whose BOF header was read, up to its EOF, into `out`.
+void readNested(XlsRecords &xls, uint16_t size, std::vector<Biff> &out) {
+    out.push_back(rawRecord(xls, SubstreamHeader::kId, size));
+    int depth = 1;
+    while (depth > 0) {
+        uint16_t id = 0, n = 0;
+        xls.readInt16(id);
+        xls.readInt16(n);
+        if (xls.eof()) break;
+        if (id == 0) throw tberror("read error: record id can't be 0");
+        if (id == SubstreamHeader::kId) ++depth;
+        if (id == kEofId) --depth;
+        out.push_back(rawRecord(xls, id, n));
+    }
+}
+
+bool isPageSetup(uint16_t id) {
+    switch (id) {
+    case 20: case 21: case 38: case 39: case 40: case 41: case 77: case 131: case 132: case 161:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// A record of exactly `expected` bytes holding one 16-bit value.
+uint16_t readWord(XlsRecords &xls, uint16_t size, const char *name) {
+    if (size != 2) throw tberror(std::string(name) + " size is incorrect");
+    uint16_t v = 0;
+    xls.readInt16(v);
+    return v;
+}
+
+void checkCol(uint16_t col) {
+    if (col > 255) throw tberror("col must be in range 0-255");
+}
+
+} // namespace
+
+template <class C> void SheetImplT<C>::resetForRead() {
+    // Everything but the name comes from the stream.
+    std::wstring name = _name;
+    ISheetOwner<C> *owner = _owner;
+    _bof = SubstreamHeader();
+    _indexRecord.reset();
+    _calcMode = 1;
+    _calcCount = 100;
+    _calcRefMode = 1;
+    _calcIter = 0;
+    _calcDelta = 0.001;
+    _calcSaveRecalc = 1;
+    _printRowCol = 0;
+    _printGrid = 0;
+    _gridSet = 1;
+    for (uint16_t &g : _guts) g = 0;
+    _defaultRowHeightFlags = 0;
+    _defaultRowHeight = 255;
+    _wsBool = 1217;
+    _defColWidth = 8;
+    _dimensions.reset();
+    _phoneticInfo.reset();
+    _hasPhoneticInfo = false;
+    _pageSetup.clear();
+    _protection.clear();
+    _horBreaks.clear();
+    _verBreaks.clear();
+    _window2 = OptionalRecord(574);
+    _scl = OptionalRecord(160);
+    _pane = OptionalRecord(65);
+    _selections.clear();
+    _objects.clear();
+    _notes.clear();
+    for (OptionalRecord *o : {&_opaque2204, &_opaque144, &_opaque2164, &_opaque157, &_opaque450,
+                              &_opaque80, &_opaque2187, &_opaque153, &_opaque442}) {
+        o->absent = true;
+        o->record.data.clear();
+    }
+    _rowList.clear();
+    _labelSst.clear();
+    _labels.clear();
+    _rk.clear();
+    _numbers.clear();
+    _dbCells.clear();
+    _unknown.clear();
+    _colInfos.clear();
+    _mergeCells.clear();
+    _blanks.clear();
+    _boolErrs.clear();
+    _formulas.clear();
+    _index.clear();
+    _hasUncalced = false;
+    _uncalced = 0;
+    _name = name;
+    _owner = owner;
+}
+
+template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
+    resetForRead();
+    if (_formulas.capacity() < 11000) _formulas.reserve(11000);
+    if (_unknown.capacity() < 6000) _unknown.reserve(6000);
+    if (_rowList.capacity() < 1200) _rowList.reserve(1200);
+    if (_labelSst.capacity() < 9000) _labelSst.reserve(9000);
+    if (_rk.capacity() < 70000) _rk.reserve(70000);
+    if (_blanks.capacity() < 800) _blanks.reserve(800);
+
+    int depth = 0;
+    bool worksheet = true;
+    uint16_t previous = 0;
+    for (;;) {
+        uint16_t id = 0, size = 0;
+        xls.readInt16(id);
+        xls.readInt16(size);
+        if (xls.eof()) break;
+        if (id == 0) throw tberror("read error: record id can't be 0");
+        if (id == kEofId) {
+            if (!worksheet) {
+                _unknown.push_back(rawRecord(xls, id, size));
+                if (--depth <= 0) break;
+                continue;
+            }
+            if (size != 0) throw tberror("EOF size is incorrect");
+            if (depth != 1) return; // an end with no start: nothing to trim
+            break;
+        }
+        if (id == SubstreamHeader::kId) {
+            if (depth == 0) {
+                ++depth;
+                _bof.read(xls, size);
+                worksheet = _bof.dt == SubstreamHeader::kWorksheet;
+                if (!worksheet) _unknown.push_back(_bof.raw);
+            } else if (!worksheet) {
+                ++depth;
+                _unknown.push_back(rawRecord(xls, id, size));
+            } else {
+                // A substream inside a worksheet outside a drawing: kept whole.
+                readNested(xls, size, _unknown);
+            }
+            continue;
+        }
+        if (!worksheet) {
+            _unknown.push_back(rawRecord(xls, id, size));
+            continue;
+        }
+        if (id == kContinueId && (previous == kPlsId || (previous == kContinueId &&
+                                                          !_pageSetup.empty() &&
+                                                          _pageSetup.back().id == kContinueId))) {
+            _pageSetup.push_back(rawRecord(xls, id, size));
+        } else if (!readWorksheetRecord(xls, id, size)) {
+            _unknown.push_back(rawRecord(xls, id, size));
+        }
+        previous = id;
+    }
+
+    _formulas.shrink_to_fit();
+    _unknown.shrink_to_fit();
+    _rowList.shrink_to_fit();
+    _labelSst.shrink_to_fit();
+    _rk.shrink_to_fit();
+    _blanks.shrink_to_fit();
+    _dirty = true;
+}
+
+// The records of a worksheet that have a place of their own; false for
+// the others, which the caller keeps raw.
+template <class C>
+bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
+    switch (id) {
+    case 6: case 189: case 190: case 253: case 513: case 515: case 516: case 517: case 638:
+        readCellRecord(xls, id, size);
+        return true;
+    case 12: _calcCount = readWord(xls, size, "CalcCount"); return true;
+    case 13: _calcMode = readWord(xls, size, "CalcMode"); return true;
+    case 15: _calcRefMode = readWord(xls, size, "CalcRefMode"); return true;
+    case 16:
+        if (size != 8) throw tberror("CalcDelta size is incorrect");
+        xls.readDouble(_calcDelta);
+        return true;
+    case 17: _calcIter = readWord(xls, size, "CalcIter"); return true;
+    case 95: _calcSaveRecalc = readWord(xls, size, "CalcSaveRecalc"); return true;
+    case 42: _printRowCol = readWord(xls, size, "PrintRowCol"); return true;
+    case 43: _printGrid = readWord(xls, size, "PrintGrid"); return true;
+    case 130: _gridSet = readWord(xls, size, "GridSet"); return true;
+    case 129: _wsBool = readWord(xls, size, "WsBool"); return true;
+    case 128:
+        if (size != 8) throw tberror("Guts size is incorrect");
+        for (uint16_t &g : _guts) xls.readInt16(g);
+        return true;
+    case 549:
+        if (size != 4) throw tberror("DefaultRowHeight size is incorrect");
+        xls.readInt16(_defaultRowHeightFlags);
+        xls.readInt16(_defaultRowHeight);
+        return true;
+    case 85: {
+        if (size != 2 && size != 4) throw tberror("DefColWidth size is incorrect");
+        xls.readInt16(_defColWidth);
+        uint16_t extra = 0;
+        if (size == 4) xls.readInt16(extra);
+        return true;
+    }
+    case 94:
+        _uncalced = readWord(xls, size, "Uncalced");
+        _hasUncalced = true;
+        return true;
+    case 18: case 19: case 99: case 221:
+        _protection.push_back(rawRecord(xls, id, size));
+        return true;
+    case 26: _verBreaks.push_back(rawRecord(xls, id, size)); return true;
+    case 27: _horBreaks.push_back(rawRecord(xls, id, size)); return true;
+    case 28: _notes.push_back(rawRecord(xls, id, size)); return true;
+    case 29: _selections.push_back(rawRecord(xls, id, size)); return true;
+    case 65: _pane.record = rawRecord(xls, id, size); _pane.absent = false; return true;
+    case 160: _scl.record = rawRecord(xls, id, size); _scl.absent = false; return true;
+    case 574: _window2.record = rawRecord(xls, id, size); _window2.absent = false; return true;
+    case 125: {
+        ColInfo ci;
+        ci.read(xls, size);
+        _colInfos.push_back(ci);
+        return true;
+    }
+    case 215: {
+        DBCell db;
+        db.read(xls, size);
+        _dbCells.push_back(db);
+        return true;
+    }
+    case 229: {
+        MergeCells m;
+        m.read(xls, size);
+        _mergeCells.push_back(m);
+        return true;
+    }
+    case kMsoDrawingId: readDrawingRun(xls, id, size); return true;
+    case 239:
+        _phoneticInfo.read(xls, size);
+        _hasPhoneticInfo = true;
+        return true;
+    case 512:
+        if (size == 10) {
+            // The old form with 16-bit rows.
+            uint16_t first = 0, last = 0;
+            xls.readInt16(first);
+            xls.readInt16(last);
+            _dimensions.firstRow = first;
+            _dimensions.lastRow = last;
+            xls.readInt16(_dimensions.firstCol);
+            xls.readInt16(_dimensions.lastCol);
+            xls.readInt16(_dimensions.reserved);
+        } else {
+            _dimensions.read(xls, size);
+        }
+        return true;
+    case 520: {
+        Row row;
+        row.read(xls, size);
+        _rowList.push_back(row);
+        return true;
+    }
+    case 523: _indexRecord.read(xls, size, _bof.vers); return true;
+    default: break;
+    }
+    if (isPageSetup(id)) {
+        _pageSetup.push_back(rawRecord(xls, id, size));
+        return true;
+    }
+    for (OptionalRecord *o : {&_opaque2204, &_opaque144, &_opaque2164, &_opaque157, &_opaque450,
+                              &_opaque80, &_opaque2187, &_opaque153, &_opaque442})
+        if (o->record.id == id) {
+            o->record = rawRecord(xls, id, size);
+            o->absent = false;
+            return true;
+        }
+    return false;
+}
+
+template <class C>
+void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
+    switch (id) {
+    case 6: {
+        _formulas.emplace_back();
+        FormulaBlock &f = _formulas.back();
+        f.read(xls, size, _owner->pool());
+        checkCol(f.formula.colIndex);
+        _index.at(f.formula.rw, f.formula.colIndex) =
+            SheetIndex::code(SheetIndex::kFormula, appendPosition(_formulas.size() - 1));
+        return;
+    }
+    case 189: {
+        MulRk m;
+        m.read(xls, size);
+        for (const RK &rk : m.expand()) {
+            checkCol(rk.col);
+            _index.at(rk.row, rk.col) = SheetIndex::code(SheetIndex::kRK, appendPosition(_rk.size()));
+            _rk.push_back(rk);
+        }
+        return;
+    }
+    case 190: {
+        MulBlank m;
+        m.read(xls, size);
+        for (const Blank &b : m.expand()) {
+            checkCol(b.col);
+            _index.at(b.row, b.col) =
+                SheetIndex::code(SheetIndex::kBlank, appendPosition(_blanks.size()));
+            _blanks.push_back(b);
+        }
+        return;
+    }
+    case 253: {
+        LabelSst e;
+        e.read(xls, size);
+        checkCol(e.col);
+        _index.at(e.row, e.col) =
+            SheetIndex::code(SheetIndex::kLabelSst, appendPosition(_labelSst.size()));
+        _labelSst.push_back(e);
+        return;
+    }
+    case 513: {
+        Blank e;
+        e.read(xls, size);
+        checkCol(e.col);
+        _index.at(e.row, e.col) = SheetIndex::code(SheetIndex::kBlank, appendPosition(_blanks.size()));
+        _blanks.push_back(e);
+        return;
+    }
+    case 515: {
+        // 14 bytes; some writers pad to 16 or 18.
+        if (size != 14 && size != 16 && size != 18) throw tberror("Number size is incorrect");
+        Number e;
+        e.read(xls, 14);
+        for (uint16_t pad = 0, n = 14; n < size; n += 2) xls.readInt16(pad);
+        checkCol(e.col);
+        _index.at(e.row, e.col) =
+            SheetIndex::code(SheetIndex::kNumber, appendPosition(_numbers.size()));
+        _numbers.push_back(e);
+        return;
+    }
+    case 516: {
+        Label e(_owner->pool());
+        e.read(xls, size);
+        checkCol(e.col);
+        _index.at(e.row, e.col) = SheetIndex::code(SheetIndex::kLabel, appendPosition(_labels.size()));
+        _labels.push_back(e);
+        return;
+    }
+    case 517: {
+        BoolErr e;
+        e.read(xls, size);
+        checkCol(e.col);
+        _index.at(e.row, e.col) =
+            SheetIndex::code(SheetIndex::kBoolErr, appendPosition(_boolErrs.size()));
+        _boolErrs.push_back(e);
+        return;
+    }
+    case 638: {
+        RK e;
+        e.read(xls, size);
+        checkCol(e.col);
+        _index.at(e.row, e.col) = SheetIndex::code(SheetIndex::kRK, appendPosition(_rk.size()));
+        _rk.push_back(e);
+        return;
+    }
+    default: return;
+    }
+}
+
+// The drawing run: MsoDrawing records with the Obj, TxO and CONTINUE
+// records that belong to them and embedded chart substreams, in stream
+// order.
+template <class C>
+void SheetImplT<C>::readDrawingRun(XlsRecords &xls, uint16_t id, uint16_t size) {
+    _objects.push_back(rawRecord(xls, id, size));
+    for (;;) {
+        if (xls.eof()) return;
+        uint16_t next = xls.peekInt16();
+        if (next == kMsoDrawingId || next == 93 || next == 438 || next == kContinueId) {
+            _objects.push_back(nextRaw(xls));
+        } else if (next == SubstreamHeader::kId) {
+            uint16_t bofId = 0, n = 0;
+            xls.readInt16(bofId);
+            xls.readInt16(n);
+            readNested(xls, n, _objects);
+        } else {
+            return;
+        }
+    }
+}
+
+template class SheetImplT<char>;
+template class SheetImplT<wchar_t>;
+
+} // namespace tabrix

@@ -1,0 +1,134 @@
+// SheetImplT::write: a sheet's record substream in save order.  Cells are
+// written by walking the index, row by row and column by column, one record
+// per cell; elements that no index code reaches are left out.
+#include "biff/sheet_frame.h"
+
+#include <algorithm>
+
+namespace tabrix {
+
+namespace {
+
+void writeWord(XlsRecords &xls, uint16_t id, uint16_t value) {
+    xls.write(id, 2);
+    xls.writeInt16(value);
+}
+
+void writeAll(XlsRecords &xls, const std::vector<Biff> &records) {
+    for (const Biff &b : records) b.write(xls);
+}
+
+void writeIfPresent(XlsRecords &xls, const OptionalRecord &o) {
+    if (!o.absent) o.record.write(xls);
+}
+
+} // namespace
+
+template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
+    if (_bof.dt != SubstreamHeader::kWorksheet) {
+        // A chart or macro sheet: its records as read, BOF to EOF.
+        writeAll(xls, _unknown);
+        return;
+    }
+    _bof.write(xls);
+    if (_hasUncalced) writeWord(xls, 94, _uncalced);
+    _indexRecord.write(xls);
+
+    writeWord(xls, 13, _calcMode);
+    writeWord(xls, 12, _calcCount);
+    writeWord(xls, 15, _calcRefMode);
+    writeWord(xls, 17, _calcIter);
+    xls.write(16, 8);
+    xls.writeDouble(_calcDelta);
+    writeWord(xls, 95, _calcSaveRecalc);
+    writeWord(xls, 42, _printRowCol);
+    writeWord(xls, 43, _printGrid);
+    writeWord(xls, 130, _gridSet);
+    xls.write(128, 8);
+    for (uint16_t g : _guts) xls.writeInt16(g);
+    xls.write(549, 4);
+    xls.writeInt16(_defaultRowHeightFlags);
+    xls.writeInt16(_defaultRowHeight);
+    writeWord(xls, 129, _wsBool);
+
+    writeAll(xls, _horBreaks);
+    writeAll(xls, _verBreaks);
+    writeIfPresent(xls, _opaque2204);
+    writeAll(xls, _pageSetup);
+    writeAll(xls, _protection);
+    writeWord(xls, 85, _defColWidth);
+    writeColInfos(xls);
+    writeIfPresent(xls, _opaque144);
+    writeIfPresent(xls, _opaque2164);
+    writeIfPresent(xls, _opaque157);
+
+    recalcDimensions();
+    _dimensions.write(xls);
+    for (const Row &row : _rowList) {
+        Row copy = row;
+        copy.firstCol = 0;
+        copy.lastCol = 0;
+        copy.write(xls);
+    }
+    writeCells(xls);
+
+    writeIfPresent(xls, _opaque450);
+    writeAll(xls, _objects);
+    writeAll(xls, _notes);
+    writeIfPresent(xls, _opaque80);
+    writeIfPresent(xls, _window2);
+    writeIfPresent(xls, _opaque2187);
+    writeIfPresent(xls, _scl);
+    writeIfPresent(xls, _pane);
+    writeAll(xls, _selections);
+    writeIfPresent(xls, _opaque153);
+    for (const MergeCells &m : _mergeCells)
+        if (!m.areas.empty()) m.write(xls);
+    if (_hasPhoneticInfo) _phoneticInfo.write(xls);
+    writeIfPresent(xls, _opaque442);
+    for (const Biff &b : _unknown)
+        if (b.id != 77) b.write(xls);
+    xls.write(10, 0);
+}
+
+// Sorted by first column, equal neighbours that touch merged into one run.
+template <class C> void SheetImplT<C>::writeColInfos(XlsRecords &xls) {
+    std::vector<ColInfo> cols = _colInfos;
+    std::stable_sort(cols.begin(), cols.end(),
+                     [](const ColInfo &a, const ColInfo &b) { return a.colFirst < b.colFirst; });
+    std::vector<ColInfo> merged;
+    for (const ColInfo &ci : cols) {
+        if (!merged.empty() && merged.back().isEqual(ci) &&
+            unsigned(merged.back().colLast) + 1 == ci.colFirst)
+            merged.back().colLast = ci.colLast;
+        else
+            merged.push_back(ci);
+    }
+    for (const ColInfo &ci : merged) ci.write(xls);
+}
+
+template <class C> void SheetImplT<C>::writeCells(XlsRecords &xls) {
+    for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
+        if (!_index.hasRow(r)) continue;
+        for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
+            const uint32_t code = _index.get(r, c);
+            if (!SheetIndex::exists(code)) continue;
+            const uint32_t p = SheetIndex::position(code);
+            switch (SheetIndex::kind(code)) {
+            case SheetIndex::kRK: _rk[p].write(xls); break;
+            case SheetIndex::kNumber: _numbers[p].write(xls); break;
+            case SheetIndex::kLabelSst: _labelSst[p].write(xls); break;
+            case SheetIndex::kBlank: _blanks[p].write(xls); break;
+            case SheetIndex::kBoolErr: _boolErrs[p].write(xls); break;
+            case SheetIndex::kFormula: _formulas[p].write(xls); break;
+            case SheetIndex::kLabel: _labels[p].write(xls); break;
+            default: break;
+            }
+        }
+    }
+}
+
+template class SheetImplT<char>;
+template class SheetImplT<wchar_t>;
+
+} // namespace tabrix
