@@ -451,8 +451,11 @@ template <class C> bool SheetImplT<C>::isDate(int row, int col) {
         if (!format) return false;
         const int id = format->numFormat();
         if (id < 50) return isDateNumFormat(id, nullptr);
+        // Any id from 50 up is judged by its format code, when the book has
+        // one; the custom-format id makes the helper look at the code.
         for (const Format &f : _owner->styles().numFormats())
-            if (f.ifmt == id) return f.code.text ? isDateNumFormat(id, f.code.text) : false;
+            if (f.ifmt == id && f.code.text)
+                return isDateNumFormat(StyleTable<C>::kFirstCustomFormat, f.code.text);
         return false;
     });
 }

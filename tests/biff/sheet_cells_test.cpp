@@ -1,0 +1,442 @@
+// Sheet cell store: values of every kind written and read back, range and
+// argument messages, shared strings, formats, dates, extents, clearing,
+// copying, rows, columns, merges and a copy into another book.
+#include "support/biff_bytes.h"
+#include "support/fake_owner.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+using namespace tabrix;
+using namespace bifftest;
+
+namespace {
+
+struct Book {
+    FakeOwner<char> owner;
+    SheetImplT<char> &sheet = owner.addSheet(L"Sheet1");
+};
+
+// The ids of the cell records a sheet saves, in order.
+std::vector<uint16_t> savedCellIds(SheetImplT<char> &sheet) {
+    Opened out(writeBook([&](Xls<char> &x) { sheet.write(x); }));
+    std::vector<uint16_t> ids;
+    for (auto &r : out.records())
+        if (r.first == 638 || r.first == 515 || r.first == 253 || r.first == 513 ||
+            r.first == 517 || r.first == 516 || r.first == 6)
+            ids.push_back(r.first);
+    return ids;
+}
+
+uint32_t savedRkWord(SheetImplT<char> &sheet) {
+    Opened out(writeBook([&](Xls<char> &x) { sheet.write(x); }));
+    for (auto &r : out.records())
+        if (r.first == 638) return uint32_t(r.second[6] | r.second[7] << 8 | r.second[8] << 16 |
+                                            uint32_t(r.second[9]) << 24);
+    return 0xFFFFFFFF;
+}
+
+TEST(SheetCells, NumbersKeepTheirValueAndTakeTheRightRecord) {
+    const double inf = std::numeric_limits<double>::infinity();
+    struct Case {
+        double value;
+        uint16_t record; // 638 RK, 515 Number
+    } cases[] = {
+        {1.0, 638},          {0.1, 515},         {100.25, 638},      {-2.5, 638},
+        {0.0, 638},          {inf, 638},         {-inf, 638},        {4294967296.0, 638},
+        {2147483649.0, 515}, {1e300, 515},       {-123456789.0, 515}, {3.0e9, 515},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.value);
+        Book b;
+        ASSERT_TRUE(b.sheet.writeNum(65535, 255, c.value, nullptr));
+        EXPECT_EQ(b.owner.msg(), "ok");
+        EXPECT_EQ(b.sheet.readNum(65535, 255, nullptr), c.value);
+        EXPECT_EQ(b.sheet.cellType(65535, 255), CELLTYPE_NUMBER);
+        EXPECT_EQ(savedCellIds(b.sheet), std::vector<uint16_t>{c.record});
+    }
+    Book nan;
+    nan.sheet.writeNum(3, 3, std::nan(""), nullptr);
+    EXPECT_TRUE(std::isnan(nan.sheet.readNum(3, 3, nullptr)));
+    // The quiet NaN has a zero low word: it fits the RK form too.
+    EXPECT_EQ(savedCellIds(nan.sheet), std::vector<uint16_t>{638});
+
+    // 100.25 has its low 34 bits clear: the plain RK form, both flags 0.
+    Book rk;
+    rk.sheet.writeNum(0, 0, 100.25, nullptr);
+    uint32_t word = savedRkWord(rk.sheet);
+    EXPECT_EQ(word & 3u, 0u);
+    EXPECT_EQ(rkDecode(word), 100.25);
+}
+
+TEST(SheetCells, OutOfRangeCellsGiveTheRangeMessages) {
+    const std::string row = "row must be in range 0-65535", col = "col must be in range 0-255";
+    struct Case {
+        int r, c;
+        std::string message;
+    } cases[] = {{-1, 0, row}, {65536, 0, row}, {0, 256, col}, {0, -1, col}, {70000, 300, row}};
+    for (const Case &c : cases) {
+        SCOPED_TRACE(std::to_string(c.r) + "," + std::to_string(c.c));
+        Book b;
+        EXPECT_FALSE(b.sheet.writeNum(c.r, c.c, 1, nullptr));
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_FALSE(b.sheet.writeStr(c.r, c.c, "x", nullptr));
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_FALSE(b.sheet.writeBool(c.r, c.c, true, nullptr));
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_FALSE(b.sheet.writeBlank(c.r, c.c, nullptr));
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_EQ(b.sheet.readNum(c.r, c.c, nullptr), 0.0);
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_EQ(b.sheet.readStr(c.r, c.c, nullptr), nullptr);
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_EQ(b.sheet.readError(c.r, c.c), ERRORTYPE_NOERROR);
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_EQ(b.sheet.lastRow(), 0);
+    }
+}
+
+TEST(SheetCells, ReadsOfAnotherKindAnswerNeutrallyWithTheirMessage) {
+    Book b;
+    b.sheet.writeNum(0, 0, 7, nullptr);
+    b.sheet.writeStr(0, 1, "seven", nullptr);
+    b.sheet.writeBool(0, 2, true, nullptr);
+    b.sheet.writeBlank(0, 3, nullptr);
+    IFormatT<char> *f = nullptr;
+    struct Case {
+        std::function<bool()> read;
+        std::string message;
+    } cases[] = {
+        {[&] { return b.sheet.readNum(0, 1, nullptr) == 0.0; }, "this cell doesn't contain a number"},
+        {[&] { return b.sheet.readNum(9, 9, nullptr) == 0.0; }, "this cell doesn't contain a number"},
+        {[&] { return b.sheet.readStr(0, 0, nullptr) == nullptr; }, "this cell doesn't contain a string"},
+        {[&] { return !b.sheet.readBool(0, 0, nullptr); }, "this cell doesn't contain a bool"},
+        {[&] { return !b.sheet.readBlank(0, 0, &f); }, "this cell doesn't contain a blank"},
+        {[&] { return !b.sheet.readBlank(0, 3, nullptr); }, "format mustn't be NULL"},
+        {[&] { return b.sheet.readFormula(0, 0, nullptr) == nullptr; }, "cell doesn't contain a formula"},
+        {[&] { return b.sheet.readError(0, 0) == ERRORTYPE_NOERROR; }, "ok"},
+        {[&] { return b.sheet.readError(0, 2) == ERRORTYPE_NOERROR; }, "ok"},
+        {[&] { return b.sheet.readBool(0, 2, nullptr); }, "ok"},
+        {[&] { return b.sheet.readBlank(0, 3, &f) && f == b.owner.styles().formats()[15]; }, "ok"},
+        {[&] { return b.sheet.cellType(70000, 0) == CELLTYPE_NUMBER; }, "ok"},
+        {[&] { return b.sheet.readNum(70000, 0, nullptr) == 0.0; }, "row must be in range 0-65535"},
+    };
+    for (size_t i = 0; i < sizeof cases / sizeof cases[0]; ++i) {
+        SCOPED_TRACE(i);
+        // Row 70000 is row 4464 cut to 16 bits: give it a number.
+        b.sheet.writeNum(70000 - 65536, 0, 1, nullptr);
+        EXPECT_TRUE(cases[i].read());
+        EXPECT_EQ(b.owner.msg(), cases[i].message);
+    }
+}
+
+TEST(SheetCells, StringsShareTheTableWithoutChangingEachOther) {
+    Book b;
+    SST &sst = b.owner.sst();
+    // Overwriting through the kinds.
+    ASSERT_TRUE(b.sheet.writeStr(1, 1, "first", nullptr));
+    ASSERT_TRUE(b.sheet.writeNum(1, 1, 5, nullptr));
+    EXPECT_EQ(b.sheet.cellType(1, 1), CELLTYPE_NUMBER);
+    ASSERT_TRUE(b.sheet.writeStr(1, 1, "second", nullptr));
+    EXPECT_STREQ(b.sheet.readStr(1, 1, nullptr), "second");
+
+    // Two cells with one string: writing one leaves the other.
+    b.sheet.writeStr(2, 0, "same", nullptr);
+    b.sheet.writeStr(2, 1, "same", nullptr);
+    EXPECT_EQ(b.sheet.labelSst()[b.sheet.labelSst().size() - 1].sst,
+              b.sheet.labelSst()[b.sheet.labelSst().size() - 2].sst);
+    b.sheet.writeStr(2, 1, "changed", nullptr);
+    EXPECT_STREQ(b.sheet.readStr(2, 0, nullptr), "same");
+    EXPECT_STREQ(b.sheet.readStr(2, 1, nullptr), "changed");
+
+    // A string of one cell is replaced in place: same index, no new entry.
+    b.sheet.writeStr(3, 0, "alone", nullptr);
+    uint32_t index = b.sheet.labelSst().back().sst;
+    unsigned count = sst.strings().count();
+    b.sheet.writeStr(3, 0, "still alone", nullptr);
+    EXPECT_EQ(b.sheet.labelSst().back().sst, index);
+    EXPECT_EQ(sst.strings().count(), count);
+    EXPECT_STREQ(b.sheet.readStr(3, 0, nullptr), "still alone");
+
+    // A string used on another sheet of the book is not replaced in place.
+    SheetImplT<char> &other = b.owner.addSheet(L"Other");
+    other.writeStr(0, 0, "still alone", nullptr);
+    b.sheet.writeStr(3, 0, "moved on", nullptr);
+    EXPECT_STREQ(other.readStr(0, 0, nullptr), "still alone");
+    EXPECT_STREQ(b.sheet.readStr(3, 0, nullptr), "moved on");
+}
+
+TEST(SheetCells, TextLengthAndEncoding) {
+    Book b;
+    std::string longest(32767, 'x');
+    EXPECT_TRUE(b.sheet.writeStr(0, 0, longest.c_str(), nullptr));
+    EXPECT_EQ(std::strlen(b.sheet.readStr(0, 0, nullptr)), 32767u);
+    std::string tooLong(32768, 'x');
+    EXPECT_FALSE(b.sheet.writeStr(0, 1, tooLong.c_str(), nullptr));
+    EXPECT_EQ(b.owner.msg(), "string is too long");
+    EXPECT_EQ(b.sheet.cellType(0, 1), CELLTYPE_EMPTY);
+
+    const char *utf8 = "h\xC3\xA9llo \xE2\x82\xAC \xF0\x9F\x98\x80";
+    EXPECT_TRUE(b.sheet.writeStr(1, 0, utf8, nullptr));
+    EXPECT_STREQ(b.sheet.readStr(1, 0, nullptr), utf8);
+    EXPECT_FALSE(b.sheet.writeStr(1, 1, "bad \xC3", nullptr));
+    EXPECT_NE(b.owner.msg(), "ok");
+
+    FakeOwner<wchar_t> wide;
+    SheetImplT<wchar_t> &ws = wide.addSheet(L"W");
+    EXPECT_TRUE(ws.writeStr(0, 0, L"wide \u20AC", nullptr));
+    EXPECT_STREQ(ws.readStr(0, 0, nullptr), L"wide \u20AC");
+    std::wstring wlong(32768, L'y');
+    EXPECT_FALSE(ws.writeStr(0, 1, wlong.c_str(), nullptr));
+    EXPECT_EQ(wide.msg(), "string is too long");
+}
+
+TEST(SheetCells, BooleansBlanksAndOverwrites) {
+    Book b;
+    b.sheet.writeBool(0, 0, true, nullptr);
+    EXPECT_EQ(b.sheet.cellType(0, 0), CELLTYPE_BOOLEAN);
+    EXPECT_TRUE(b.sheet.readBool(0, 0, nullptr));
+    b.sheet.writeBool(0, 0, false, nullptr);
+    EXPECT_FALSE(b.sheet.readBool(0, 0, nullptr));
+    EXPECT_EQ(b.owner.msg(), "ok");
+    b.sheet.writeBlank(0, 0, nullptr);
+    EXPECT_EQ(b.sheet.cellType(0, 0), CELLTYPE_BLANK);
+    b.sheet.writeNum(0, 0, 0.5, nullptr);
+    EXPECT_EQ(b.sheet.readNum(0, 0, nullptr), 0.5);
+    // One record per live cell, whatever was written before.
+    EXPECT_EQ(savedCellIds(b.sheet), std::vector<uint16_t>{638});
+}
+
+TEST(SheetCells, ExtentsAreOnePastTheLastUsedCell) {
+    Book b;
+    EXPECT_EQ(b.sheet.lastRow(), 0);
+    EXPECT_EQ(b.sheet.lastCol(), 0);
+    b.sheet.writeNum(0, 0, 1, nullptr);
+    EXPECT_EQ(b.sheet.lastRow(), 1);
+    EXPECT_EQ(b.sheet.lastCol(), 1);
+    b.sheet.writeStr(9, 4, "x", nullptr);
+    EXPECT_EQ(b.sheet.firstRow(), 0);
+    EXPECT_EQ(b.sheet.lastRow(), 10);
+    EXPECT_EQ(b.sheet.lastCol(), 5);
+    // After a clear the extents are recalculated.
+    b.sheet.clear(9, 9, 0, 255);
+    EXPECT_EQ(b.sheet.lastRow(), 1);
+    b.sheet.clear(0, 0, 0, 0);
+    EXPECT_EQ(b.sheet.lastRow(), 0);
+}
+
+TEST(SheetCells, FormatsOfCellsAndTheirFallbacks) {
+    Book b;
+    StyleTable<char> &st = b.owner.styles();
+    IFormatT<char> *cellFmt = st.addFormat(nullptr);
+    IFormatT<char> *rowFmt = st.addFormat(nullptr);
+    IFormatT<char> *colFmt = st.addFormat(nullptr);
+    FakeOwner<char> stranger;
+    IFormatT<char> *foreign = stranger.styles().addFormat(nullptr);
+
+    ASSERT_TRUE(b.sheet.writeNum(0, 0, 1, cellFmt));
+    IFormatT<char> *out = nullptr;
+    b.sheet.readNum(0, 0, &out);
+    EXPECT_EQ(out, cellFmt);
+    // Without a format the cell keeps the one it has.
+    b.sheet.writeNum(0, 0, 2, nullptr);
+    EXPECT_EQ(b.sheet.cellFormat(0, 0), cellFmt);
+    EXPECT_FALSE(b.sheet.writeNum(0, 0, 3, foreign));
+    EXPECT_EQ(b.owner.msg(), "specified format not found");
+    EXPECT_EQ(b.sheet.readNum(0, 0, nullptr), 2.0);
+
+    ASSERT_TRUE(b.sheet.setRow(5, 20, rowFmt, false));
+    ASSERT_TRUE(b.sheet.setCol(7, 8, 12, colFmt, false));
+    EXPECT_EQ(b.sheet.cellFormat(5, 3), rowFmt);
+    EXPECT_EQ(b.sheet.cellFormat(2, 8), colFmt);
+    EXPECT_EQ(b.sheet.cellFormat(2, 2), st.formats()[15]);
+
+    b.sheet.setCellFormat(0, 0, rowFmt);
+    EXPECT_EQ(b.sheet.cellFormat(0, 0), rowFmt);
+    b.sheet.setCellFormat(4, 4, colFmt);
+    EXPECT_EQ(b.sheet.cellType(4, 4), CELLTYPE_BLANK);
+    EXPECT_EQ(b.sheet.cellFormat(4, 4), colFmt);
+    b.sheet.setCellFormat(4, 4, foreign);
+    EXPECT_EQ(b.owner.msg(), "specified format is not found");
+}
+
+TEST(SheetCells, DatesFollowTheNumberFormat) {
+    Book b;
+    StyleTable<char> &st = b.owner.styles();
+    int ymd = st.addCustomNumFormat("yyyy-mm-dd");
+    int red = st.addCustomNumFormat("[Red]0.00");
+    int quoted = st.addCustomNumFormat("0 \"days\"");
+    struct Case {
+        int numFormat;
+        bool date;
+    } cases[] = {{0, false}, {13, false}, {14, true},  {22, true},    {37, false},
+                 {45, true}, {47, true},  {48, false}, {30, false},   {ymd, true},
+                 {red, false}, {quoted, false}};
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.numFormat);
+        IFormatT<char> *f = st.addFormat(nullptr);
+        f->setNumFormat(c.numFormat);
+        b.sheet.writeNum(0, 0, 45000, f);
+        EXPECT_EQ(b.sheet.isDate(0, 0), c.date);
+        b.sheet.writeStr(0, 1, "text", f);
+        EXPECT_FALSE(b.sheet.isDate(0, 1));
+    }
+}
+
+TEST(SheetCells, ClearTakesMergedAreasWithTheirBlanks) {
+    Book b;
+    ASSERT_TRUE(b.sheet.setMerge(1, 2, 1, 3));
+    EXPECT_EQ(b.sheet.cellType(2, 3), CELLTYPE_BLANK);
+    b.sheet.writeNum(1, 1, 4, nullptr);
+    b.sheet.writeNum(1, 3, 4, nullptr);
+    int rf = 0, rl = 0, cf = 0, cl = 0;
+    EXPECT_TRUE(b.sheet.getMerge(2, 2, &rf, &rl, &cf, &cl));
+    EXPECT_EQ(std::vector<int>({rf, rl, cf, cl}), std::vector<int>({1, 2, 1, 3}));
+
+    ASSERT_TRUE(b.sheet.clear(2, 5, 3, 3));
+    EXPECT_FALSE(b.sheet.getMerge(2, 2, &rf, &rl, &cf, &cl));
+    EXPECT_EQ(b.owner.msg(), "this cell isn't in merging block");
+    EXPECT_EQ(b.sheet.cellType(2, 1), CELLTYPE_EMPTY);  // a blank of the area, outside the range
+    EXPECT_EQ(b.sheet.cellType(1, 1), CELLTYPE_NUMBER); // values stay
+    EXPECT_EQ(b.sheet.cellType(1, 3), CELLTYPE_NUMBER);
+
+    struct Case {
+        int rf, rl, cf, cl;
+        const char *message;
+    } bad[] = {{5, 4, 0, 0, "rowLast must be greater than or equal to rowFirst"},
+               {0, 0, 5, 4, "colLast must be greater than or equal to colFirst"}};
+    for (const Case &c : bad) {
+        EXPECT_FALSE(b.sheet.clear(c.rf, c.rl, c.cf, c.cl));
+        EXPECT_EQ(b.owner.msg(), c.message);
+        EXPECT_FALSE(b.sheet.setMerge(c.rf, c.rl, c.cf, c.cl));
+        EXPECT_EQ(b.owner.msg(), c.message);
+    }
+    // Out-of-range bounds are clamped.
+    EXPECT_TRUE(b.sheet.clear(-5, 100000, -1, 1000));
+    EXPECT_EQ(b.sheet.cellType(1, 1), CELLTYPE_EMPTY);
+
+    EXPECT_TRUE(b.sheet.setMerge(0, 0, 0, 1));
+    EXPECT_TRUE(b.sheet.delMerge(0, 1));
+    EXPECT_FALSE(b.sheet.delMerge(0, 1));
+}
+
+TEST(SheetCells, CopyCellCopiesEveryKind) {
+    Book b;
+    IFormatT<char> *f = b.owner.styles().addFormat(nullptr);
+    b.sheet.writeNum(0, 0, 1.5, f);
+    b.sheet.writeNum(0, 1, 0.1, nullptr);
+    b.sheet.writeStr(0, 2, "text", nullptr);
+    b.sheet.writeBool(0, 3, true, nullptr);
+    b.sheet.writeBlank(0, 4, f);
+    for (int c = 0; c < 5; ++c) {
+        SCOPED_TRACE(c);
+        ASSERT_TRUE(b.sheet.copyCell(0, c, 5, c));
+        EXPECT_EQ(b.sheet.cellType(5, c), b.sheet.cellType(0, c));
+        EXPECT_EQ(b.sheet.cellFormat(5, c), b.sheet.cellFormat(0, c));
+    }
+    EXPECT_EQ(b.sheet.readNum(5, 0, nullptr), 1.5);
+    EXPECT_EQ(b.sheet.readNum(5, 1, nullptr), 0.1);
+    EXPECT_STREQ(b.sheet.readStr(5, 2, nullptr), "text");
+    // The copy shares the string: changing it leaves the source alone.
+    b.sheet.writeStr(5, 2, "other", nullptr);
+    EXPECT_STREQ(b.sheet.readStr(0, 2, nullptr), "text");
+    // Onto a cell of the same kind, in place.
+    ASSERT_TRUE(b.sheet.copyCell(0, 0, 5, 1));
+    EXPECT_EQ(b.sheet.readNum(5, 1, nullptr), 1.5);
+
+    EXPECT_FALSE(b.sheet.copyCell(9, 9, 5, 5));
+    EXPECT_EQ(b.owner.msg(), "empty cell");
+    EXPECT_FALSE(b.sheet.copyCell(0, 0, 0, 256));
+    EXPECT_EQ(b.owner.msg(), "col must be in range 0-255");
+}
+
+TEST(SheetCells, RowsAndColumns) {
+    Book b;
+    EXPECT_DOUBLE_EQ(b.sheet.rowHeight(3), 12.75);
+    EXPECT_TRUE(b.sheet.setRow(3, 409.6, nullptr, false));
+    EXPECT_DOUBLE_EQ(b.sheet.rowHeight(3), 409.6);
+    EXPECT_FALSE(b.sheet.setRow(3, 409.65, nullptr, false));
+    EXPECT_EQ(b.owner.msg(), "height is too big");
+    EXPECT_TRUE(b.sheet.setRow(4, 15, nullptr, true));
+    EXPECT_TRUE(b.sheet.rowHidden(4));
+    EXPECT_TRUE(b.sheet.setRowHidden(4, false));
+    EXPECT_FALSE(b.sheet.rowHidden(4));
+    EXPECT_TRUE(b.sheet.setRowHidden(8, true));
+    EXPECT_TRUE(b.sheet.rowHidden(8));
+
+    EXPECT_TRUE(b.sheet.setCol(2, 4, 20, nullptr, false));
+    EXPECT_NEAR(b.sheet.colWidth(3), 20, 0.2);
+    EXPECT_NEAR(b.sheet.colWidth(9), 8.43, 0.2);
+    EXPECT_TRUE(b.sheet.setColHidden(3, true));
+    EXPECT_TRUE(b.sheet.colHidden(3));
+    EXPECT_FALSE(b.sheet.colHidden(2));
+    EXPECT_FALSE(b.sheet.setCol(4, 2, 20, nullptr, false));
+    EXPECT_EQ(b.owner.msg(), "colLast must be greater than or equal to colFirst");
+    EXPECT_FALSE(b.sheet.setColHidden(256, true));
+    EXPECT_EQ(b.owner.msg(), "col must be in range 0-255");
+}
+
+TEST(SheetCells, NameAddressesAndLaterOperations) {
+    Book b;
+    EXPECT_STREQ(b.sheet.name(), "Sheet1");
+    b.sheet.setName("Umsatz \xE2\x82\xAC");
+    EXPECT_STREQ(b.sheet.name(), "Umsatz \xE2\x82\xAC");
+    b.sheet.setName(std::string(40, 'n').c_str());
+    EXPECT_EQ(b.owner.msg(), "warning: sheet's name is cut to 31 characters");
+    EXPECT_EQ(b.sheet.wideName(), std::wstring(31, L'n'));
+
+    EXPECT_STREQ(b.sheet.rowColToAddr(0, 0, true, true), "A1");
+    EXPECT_STREQ(b.sheet.rowColToAddr(9, 26, false, false), "$AA$10");
+    int row = -5, col = -5;
+    bool rr = true, cr = true;
+    b.sheet.addrToRowCol("$B$2", &row, &col, &rr, &cr);
+    EXPECT_EQ(row, 1);
+    EXPECT_EQ(col, 1);
+    EXPECT_FALSE(rr);
+    EXPECT_FALSE(cr);
+
+    EXPECT_FALSE(b.sheet.insertRow(0, 0));
+    EXPECT_EQ(b.owner.msg(), "not supported yet");
+    EXPECT_EQ(b.sheet.header(), nullptr);
+    EXPECT_EQ(b.owner.msg(), "not supported yet");
+    EXPECT_FALSE(b.sheet.writeFormula(0, 0, "=1+1", nullptr));
+    EXPECT_EQ(b.owner.msg(), "not supported yet");
+    EXPECT_EQ(b.sheet.getTab(), 0);
+}
+
+TEST(SheetCells, CopyIntoAnotherBookMovesStringsAndFormats) {
+    Book src;
+    IFormatT<char> *f = src.owner.styles().addFormat(nullptr);
+    f->setNumFormat(14);
+    src.sheet.writeNum(0, 0, 45000, f);
+    src.sheet.writeStr(1, 0, "carried", nullptr);
+    src.sheet.writeStr(2, 0, "carried", f);
+    src.sheet.setRow(3, 30, f, false);
+
+    FakeOwner<char> dst;
+    dst.sst().insert(L"already here", false);
+    SheetImplT<char> &copy = dst.addCopy(src.sheet);
+    EXPECT_EQ(copy.wideName(), L"Sheet1");
+    EXPECT_STREQ(copy.readStr(1, 0, nullptr), "carried");
+    EXPECT_STREQ(copy.readStr(2, 0, nullptr), "carried");
+    EXPECT_TRUE(copy.isDate(0, 0));
+    IFormatT<char> *mapped = copy.cellFormat(0, 0);
+    ASSERT_NE(mapped, nullptr);
+    EXPECT_NE(mapped, f);
+    EXPECT_EQ(mapped, copy.cellFormat(2, 0)); // one new format for both cells
+    EXPECT_EQ(mapped, copy.cellFormat(3, 5)); // and the row's
+    // Each xf the sheet uses becomes one new format: f and the default 15.
+    EXPECT_EQ(dst.styles().formatSize(), 21 + 2);
+    EXPECT_EQ(copy.cellFormat(1, 0)->numFormat(), 0);
+
+    // A copy within the same book keeps indexes and formats.
+    SheetImplT<char> &twin = src.owner.addCopy(src.sheet);
+    EXPECT_EQ(twin.cellFormat(0, 0), f);
+    twin.writeStr(1, 0, "changed", nullptr);
+    EXPECT_STREQ(src.sheet.readStr(1, 0, nullptr), "carried");
+}
+
+} // namespace
