@@ -1,5 +1,6 @@
 // Conversion of one cell to a host value, and the text form of dates.
 #include "sheetfile.h"
+#include "tabrix.h"
 
 #include <math.h>
 #include <stdint.h>
@@ -7,13 +8,6 @@
 #include <stdlib.h>
 #include <string.h>
 #include <strings.h>
-
-// The library's flat entry that splits a date serial of a book into its
-// parts.  Declared weak: a module built without the workbook library still
-// loads, and then dates are formatted as empty texts.
-extern "C" __attribute__((weak)) int tbBookDateUnpackA(void *book, double value, int *year,
-                                                      int *month, int *day, int *hour, int *min,
-                                                      int *sec, int *msec);
 
 namespace {
 
@@ -65,8 +59,6 @@ void formatDateParts(int year, int month, int day, int hour, int minute, int sec
 void formatDate(void *book, double value, char *buffer, int size) {
     if (!buffer || size <= 0) return;
     buffer[0] = '\0';
-    // Without the library (weak symbol unresolved) there is nothing to unpack.
-    if (!tbBookDateUnpackA) return;
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, msec = 0;
     if (!tbBookDateUnpackA(book, value, &year, &month, &day, &hour, &minute, &second, &msec))
         return;
