@@ -1,11 +1,12 @@
 // demo: a small transport model's data making the whole trip through the
-// "csv" driver of the qdsheet module.
+// qdsheet module, once through the "csv" driver and once through the "xls"
+// driver.
 //
 // A modelling runtime drives the module through the driver operations open,
 // transfer out (write), transfer in (read) and close.  The reference host
 // (host/refhost.h) plays that runtime here: it loads libqdsheet.so, builds
 // the typed objects a model would hold, and calls the driver just as a model
-// that names a file "csv:..." would.
+// that names a file "csv:..." or "xls:..." would.
 //
 // The data: plants and markets (index sets), the transport cost of each
 // plant and market pair that can ship (a sparse array), each plant's
@@ -14,11 +15,19 @@
 // shipments (a list of records), and a few scalars.  Each item is written
 // with a range label that picks its place and layout, the files are closed
 // (that is when they are saved), then everything is read back into fresh
-// objects and compared.  The program exits with 1 when anything differs.
+// objects and compared.
+//
+// The csv leg puts the items into several text files.  The xls leg puts the
+// same layouts into one workbook, a sheet for each csv file, and then reads
+// one item once more through a named range, defined in the workbook the way
+// a spreadsheet user would define it (here with the library's flat entry
+// points).  The program exits with 1 when anything differs.
 #include "refhost.h"
+#include "tabrix.h"
 
 #include <cstdio>
 #include <cstring>
+#include <dlfcn.h>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -241,6 +250,242 @@ std::string fileName(const char *file) {
     return name;
 }
 
+// ---- the legs ----------------------------------------------------------------
+// One item of a leg: its file (options in front of the name) and its labels.
+struct LegItem {
+    std::string file, writeLabel, readLabel;
+    const Placement *place;
+};
+
+// The csv leg takes the places as they stand.
+std::vector<LegItem> csvItems() {
+    std::vector<LegItem> items;
+    for (const Placement &p : kPlaces) items.push_back({p.file, p.writeLabel, p.readLabel, &p});
+    return items;
+}
+
+// The label with a sheet named in front of its range: "skiph;[A:A](plant)"
+// becomes "skiph;[sets$A:A](plant)", and "[]" becomes "[sets$]", the whole
+// sheet.
+std::string onSheet(const char *label, const std::string &sheet) {
+    std::string out = label;
+    size_t bracket = out.find('[');
+    if (bracket != std::string::npos) out.insert(bracket + 1, sheet + "$");
+    return out;
+}
+
+// The sheet that stands for a csv file: its name without ".csv".
+std::string sheetFor(const Placement &p) {
+    std::string name = fileName(p.file);
+    size_t dot = name.rfind('.');
+    return dot == std::string::npos ? name : name.substr(0, dot);
+}
+
+// The xls leg puts each csv file on a sheet of one workbook.  The field
+// separator option of a csv file means nothing to a workbook and stays out.
+std::vector<LegItem> xlsItems(const std::string &book) {
+    std::vector<LegItem> items;
+    for (const Placement &p : kPlaces)
+        items.push_back({book, onSheet(p.writeLabel, sheetFor(p)), onSheet(p.readLabel, sheetFor(p)), &p});
+    return items;
+}
+
+// Writes every item, each with its own open and close; false after printing
+// the failure.
+bool writeLeg(const Host &host, Context &writer, const std::string &driver, const std::vector<LegItem> &items,
+              const std::vector<std::pair<qd_type, void *>> &objects) {
+    for (size_t i = 0; i < items.size(); i++) {
+        const LegItem &item = items[i];
+        if (host.writeItem(writer, driver, item.file, item.writeLabel, objects[i].first, objects[i].second) != 0) {
+            std::cerr << driver << ": writing " << item.place->what << " failed:\n" << writer.allErrors();
+            for (const auto &report : writer.reports) std::cerr << "  " << report.first << " (code " << report.second << ")\n";
+            return false;
+        }
+    }
+    return true;
+}
+
+// Reads one item into `into` and compares it with what was written; prints
+// one line.  Answers true when both are equal.
+bool readBack(const Host &host, Context &reader, const std::string &driver, const std::string &file,
+              const std::string &label, const char *what, std::pair<qd_type, void *> into,
+              std::pair<qd_type, void *> written, bool zerosAreEmpty) {
+    int stored = 0;
+    reader.clearMessages();
+    int rc = host.readItem(reader, driver, file, label, into.first, into.second, &stored);
+    std::string before = itemText(written.first, written.second, zerosAreEmpty);
+    std::string after = rc == 0 ? itemText(into.first, into.second, zerosAreEmpty) : reader.allErrors();
+    if (rc != 0)
+        for (const auto &report : reader.reports) after += report.first + " (code " + std::to_string(report.second) + ")";
+    bool same = rc == 0 && before == after;
+    std::cout << "  " << (same ? "ok  " : "DIFF") << " " << what << "  [" << label << "]\n"
+              << "       " << after << "\n";
+    if (!same) std::cout << "  wrote " << before << "\n";
+    return same;
+}
+
+// Reads every item back into a fresh model, in the written order: the sets
+// first, so that the arrays read later are indexed by them.  Answers the
+// number of items that differ.
+int readLeg(const Host &host, Context &reader, Model &copy, const std::string &driver,
+            const std::vector<LegItem> &items, const std::vector<std::pair<qd_type, void *>> &written) {
+    auto read = itemsOf(copy);
+    int mismatches = 0;
+    for (size_t i = 0; i < items.size(); i++) {
+        const LegItem &item = items[i];
+        if (!readBack(host, reader, driver, item.file, item.readLabel, item.place->what, read[i], written[i],
+                      item.place->zerosAreEmpty))
+            mismatches++;
+    }
+    return mismatches;
+}
+
+// ---- a name defined in the workbook -----------------------------------------
+// The library's flat entry points, from libtabrix.so beside the module.  A
+// spreadsheet user would define the name in a spreadsheet program; the demo
+// does it with the library, outside the module.
+struct Library {
+    void *handle = nullptr;
+    decltype(&tbCreateBookCA) createBook = nullptr;
+    decltype(&tbBookSetLocaleA) setLocale = nullptr;
+    decltype(&tbBookLoadA) load = nullptr;
+    decltype(&tbBookSaveA) save = nullptr;
+    decltype(&tbBookSheetCountA) sheetCount = nullptr;
+    decltype(&tbBookGetSheetA) getSheet = nullptr;
+    decltype(&tbSheetNameA) sheetName = nullptr;
+    decltype(&tbSheetSetNamedRangeA) setNamedRange = nullptr;
+    decltype(&tbBookErrorMessageA) errorMessage = nullptr;
+    decltype(&tbBookReleaseA) release = nullptr;
+
+    template <class F> bool find(F &f, const char *name) {
+        f = reinterpret_cast<F>(dlsym(handle, name));
+        return f != nullptr;
+    }
+    bool open(std::string *why) {
+        std::string module = QDSHEET_MODULE_PATH;
+        std::string path = module.substr(0, module.rfind('/') + 1) + "libtabrix.so";
+        handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (!handle) {
+            *why = dlerror();
+            return false;
+        }
+        bool all = find(createBook, "tbCreateBookCA") & find(setLocale, "tbBookSetLocaleA") &
+                   find(load, "tbBookLoadA") & find(save, "tbBookSaveA") & find(sheetCount, "tbBookSheetCountA") &
+                   find(getSheet, "tbBookGetSheetA") & find(sheetName, "tbSheetNameA") &
+                   find(setNamedRange, "tbSheetSetNamedRangeA") & find(errorMessage, "tbBookErrorMessageA") &
+                   find(release, "tbBookReleaseA");
+        if (!all) *why = "an entry point is missing from " + path;
+        return all;
+    }
+    ~Library() {
+        if (handle) dlclose(handle);
+    }
+};
+
+// Defines `name` on the sheet `sheetName` of the workbook at `path`, with
+// zero-based inclusive bounds.  False with the reason when it cannot.
+bool defineName(const std::string &path, const std::string &sheetName, const char *name, int rowFirst,
+                int rowLast, int colFirst, int colLast, std::string *why) {
+    Library tb;
+    if (!tb.open(why)) return false;
+    void *book = tb.createBook();
+    tb.setLocale(book, "UTF-8");
+    bool done = false;
+    if (tb.load(book, path.c_str())) {
+        void *sheet = nullptr;
+        for (int i = 0; i < tb.sheetCount(book) && !sheet; i++) {
+            void *s = tb.getSheet(book, i);
+            const char *n = s ? tb.sheetName(s) : nullptr;
+            if (n && sheetName == n) sheet = s;
+        }
+        done = sheet && tb.setNamedRange(sheet, name, rowFirst, rowLast, colFirst, colLast, -1) &&
+               tb.save(book, path.c_str());
+        if (!sheet) *why = "no sheet " + sheetName;
+    }
+    if (!done && why->empty()) *why = tb.errorMessage(book);
+    tb.release(book);
+    return done;
+}
+
+// ---- the csv leg ---------------------------------------------------------------
+// Answers the number of items that differ, -1 when writing failed.
+int csvLeg(const Host &host, const std::string &directory, int *total) {
+    for (const Placement &p : kPlaces) std::remove((directory + "/" + fileName(p.file)).c_str());
+
+    // 1. Build the model's data and write every item.  Each write opens the
+    //    file, transfers one item and closes it, which saves the file; a file
+    //    opened for writing keeps what it already holds, so items written one
+    //    after another into one file all stay.
+    Context writer(directory);
+    Model model = buildModel(writer);
+    auto written = itemsOf(model);
+    std::vector<LegItem> items = csvItems();
+    *total = (int)items.size();
+    std::cout << "== csv: writing " << items.size() << " items into " << directory << "/\n";
+    if (!writeLeg(host, writer, "csv", items, written)) return -1;
+
+    std::string shown;
+    for (const Placement &p : kPlaces) {
+        std::string name = fileName(p.file);
+        if (shown.find("|" + name + "|") != std::string::npos) continue;
+        shown += "|" + name + "|";
+        std::cout << "\n  " << name << ":\n" << indent(fileText(directory + "/" + name));
+    }
+
+    // 2. Read everything back into fresh objects.
+    Context reader(directory);
+    Model copy = emptyModel(reader);
+    std::cout << "\nReading back\n";
+    return readLeg(host, reader, copy, "csv", items, written);
+}
+
+// ---- the xls leg ---------------------------------------------------------------
+const char kBook[] = "model.xls";
+const char kName[] = "capacity_row";
+
+// Answers the number of items that differ, -1 when writing failed.
+// *named tells whether the named range could be read.
+int xlsLeg(const Host &host, const std::string &directory, int *total, bool *named) {
+    std::remove((directory + "/" + kBook).c_str());
+    Context writer(directory);
+    Model model = buildModel(writer);
+    auto written = itemsOf(model);
+    std::vector<LegItem> items = xlsItems(kBook);
+    *total = (int)items.size();
+    std::cout << "\n== xls: writing the same " << items.size() << " items into " << directory << "/" << kBook
+              << ", one sheet for each csv file\n";
+    if (!writeLeg(host, writer, "xls", items, written)) return -1;
+
+    // The capacity row is the first row of its sheet, three columns wide.
+    std::string why;
+    *named = defineName(directory + "/" + kBook, "capacity", kName, 0, 0, 0, 2, &why);
+    if (!*named) std::cout << "  (no named range: " << why << ")\n";
+
+    Context reader(directory);
+    Model copy = emptyModel(reader);
+    std::cout << "\nReading back\n";
+    int mismatches = readLeg(host, reader, copy, "xls", items, written);
+    if (*named) {
+        // The same capacities once more, found by the name alone.
+        Array *capacity = reader.newArray(QD_INT, {copy.plants});
+        std::string label = std::string("noindex;") + kName;
+        *total += 1;
+        if (!readBack(host, reader, "xls", kBook, label, "capacity through a named range",
+                      {capacity->type(), capacity}, {model.capacity->type(), model.capacity}, false))
+            mismatches++;
+    }
+    return mismatches;
+}
+
+std::string summary(const char *leg, int mismatches, int total, const std::string &where) {
+    std::ostringstream out;
+    if (mismatches < 0)
+        out << leg << ": writing failed (" << where << ")";
+    else
+        out << leg << ": " << total - mismatches << " of " << total << " items came back equal (" << where << ")";
+    return out.str();
+}
+
 } // namespace
 
 int main() {
@@ -251,54 +496,17 @@ int main() {
     }
     const std::string directory = "qdsheet-demo";
     mkdir(directory.c_str(), 0755);
-    for (const Placement &p : kPlaces) std::remove((directory + "/" + fileName(p.file)).c_str());
 
-    // 1. Build the model's data and write every item.  Each write opens the
-    //    file, transfers one item and closes it, which saves the file; a file
-    //    opened for writing keeps what it already holds, so items written one
-    //    after another into one file all stay.
-    Context writer(directory);
-    Model model = buildModel(writer);
-    auto written = itemsOf(model);
-    std::cout << "Writing " << written.size() << " items into " << directory << "/\n";
-    for (size_t i = 0; i < written.size(); i++) {
-        const Placement &p = kPlaces[i];
-        int rc = host.writeItem(writer, "csv", p.file, p.writeLabel, written[i].first, written[i].second);
-        if (rc != 0) {
-            std::cerr << "writing " << p.what << " failed:\n" << writer.allErrors();
-            return 1;
-        }
-    }
+    int csvTotal = 0, xlsTotal = 0;
+    bool named = false;
+    int csvBad = csvLeg(host, directory, &csvTotal);
+    int xlsBad = xlsLeg(host, directory, &xlsTotal, &named);
 
-    std::string shown;
-    for (const Placement &p : kPlaces) {
-        std::string name = fileName(p.file);
-        if (shown.find("|" + name + "|") != std::string::npos) continue;
-        shown += "|" + name + "|";
-        std::cout << "\n  " << name << ":\n" << indent(fileText(directory + "/" + name));
-    }
-
-    // 2. Read everything back into fresh objects, in the same order: the
-    //    sets first, so that the arrays read later are indexed by them.
-    Context reader(directory);
-    Model copy = emptyModel(reader);
-    auto read = itemsOf(copy);
-    std::cout << "\nReading back\n";
-    int mismatches = 0;
-    for (size_t i = 0; i < read.size(); i++) {
-        const Placement &p = kPlaces[i];
-        int stored = 0;
-        int rc = host.readItem(reader, "csv", p.file, p.readLabel, read[i].first, read[i].second, &stored);
-        std::string before = itemText(written[i].first, written[i].second, p.zerosAreEmpty);
-        std::string after =
-            rc == 0 ? itemText(read[i].first, read[i].second, p.zerosAreEmpty) : reader.allErrors();
-        bool same = rc == 0 && before == after;
-        if (!same) mismatches++;
-        std::cout << "  " << (same ? "ok  " : "DIFF") << " " << p.what << "  [" << p.readLabel << "]\n"
-                  << "       " << after << "\n";
-        if (!same) std::cout << "  wrote " << before << "\n";
-    }
-    std::cout << "\n" << (mismatches ? "MISMATCH: " : "All ") << read.size() - mismatches << " of "
-              << read.size() << " items came back equal.\n";
-    return mismatches ? 1 : 0;
+    std::cout << "\n" << summary("csv", csvBad, csvTotal, "text files") << "\n"
+              << summary("xls", xlsBad, xlsTotal,
+                         std::string(kBook) + (xlsBad < 0 ? ""
+                                            : named ? ", one item through the named range " + std::string(kName)
+                                                    : ", no named range"))
+              << "\n";
+    return csvBad == 0 && xlsBad == 0 ? 0 : 1;
 }
