@@ -6,6 +6,7 @@
 #include "book/text_result.h"
 
 #include <cstring>
+#include <type_traits>
 
 namespace tabrix {
 
@@ -208,34 +209,86 @@ void SheetImplT<C>::putLabelSst(int row, int col, uint32_t sstIndex, uint16_t xf
     _index.at(unsigned(row), unsigned(col)) = SheetIndex::code(SheetIndex::kLabelSst, pos);
 }
 
-template <class C> void SheetImplT<C>::writeStrCell(int row, int col, const std::wstring &text,
-                                                    IFormatT<C> *format) {
+template <class C>
+uint32_t SheetImplT<C>::writeStrCell(int row, int col, const std::wstring &text,
+                                     IFormatT<C> *format) {
     const uint32_t code = codeAt(row, col);
     const bool exists = SheetIndex::exists(code);
     const uint16_t xf = resolveFormat(format, exists ? xfOf(code) : 15);
     SST &sst = _owner->sst();
+    uint32_t index = 0;
     if (exists && SheetIndex::kind(code) == SheetIndex::kLabelSst) {
         LabelSst &e = _labelSst[SheetIndex::position(code)];
-        if (sstShared(e.sst, &e))
-            e.sst = sst.insert(text.c_str(), false);
-        else
-            sst.insert(e.sst, text.c_str());
+        const ExtString &present = sst.strings().extract(e.sst);
+        const bool same = !(present.flags & (ExtString::kRichText | ExtString::kPhonetic)) &&
+                          text == (present.text ? present.text : L"");
+        // The same text again changes nothing but the format.
+        if (!same) {
+            if (sstShared(e.sst, &e))
+                e.sst = sst.insert(text.c_str(), false);
+            else
+                sst.insert(e.sst, text.c_str());
+        }
         e.xf = xf;
+        index = e.sst;
     } else {
         if (exists) delSharedFormula(row, col);
-        putLabelSst(row, col, sst.insert(text.c_str(), false), xf);
+        index = sst.insert(text.c_str(), false);
+        putLabelSst(row, col, index, xf);
     }
     _dimensions.update(uint32_t(row), uint16_t(col));
+    return index;
+}
+
+template <class C> bool SheetImplT<C>::sstHolds(uint32_t index, const C *text, size_t len) const {
+    const StrMap &strings = _owner->sst().strings();
+    if (index >= strings.count()) return false;
+    const ExtString &e = strings.extract(index);
+    if (e.flags & (ExtString::kRichText | ExtString::kPhonetic)) return false;
+    const wchar_t *t = e.text ? e.text : L"";
+    typedef typename std::make_unsigned<C>::type Unit;
+    for (size_t i = 0; i < len; ++i)
+        if (uint32_t(t[i]) != uint32_t(Unit(text[i]))) return false;
+    return t[len] == 0;
 }
 
 template <class C>
 bool SheetImplT<C>::writeStr(int row, int col, const C *value, IFormatT<C> *format) {
     return run(false, [&]() {
         checkRanges(row, col);
-        if (value && tslen(value) > kMaxText) throw tberror(kStringTooLong);
-        wideText(value, _owner->utf8Mode(), _wide);
+        static const C empty[1] = {0};
+        const C *text = value ? value : empty;
+        // One pass for the length and whether a narrow text is plain ASCII,
+        // which reads the same in every encoding.
+        size_t len = 0;
+        bool ascii = true;
+        for (; text[len]; ++len) ascii = ascii && uint32_t(text[len]) < 0x80;
+        if (len > kMaxText) throw tberror(kStringTooLong);
+        const bool cacheable = len <= StringCache<C>::kMaxKey &&
+                               (sizeof(C) == sizeof(wchar_t) || (ascii && _owner->utf8Mode()));
+        uint32_t hash = 0;
+        if (cacheable) {
+            hash = StringCache<C>::hash(text, len);
+            const uint32_t code = codeAt(row, col);
+            const bool exists = SheetIndex::exists(code);
+            const int64_t found = exists && SheetIndex::kind(code) == SheetIndex::kLabelSst
+                                      ? -1
+                                      : _strings.find(text, len, hash);
+            // A new string cell whose text the table holds already: what
+            // SST::insert would answer, without converting or copying.
+            if (found >= 0 && sstHolds(uint32_t(found), text, len)) {
+                const uint16_t xf = resolveFormat(format, exists ? xfOf(code) : 15);
+                if (exists) delSharedFormula(row, col);
+                ++_owner->sst().cstTotal;
+                putLabelSst(row, col, uint32_t(found), xf);
+                _dimensions.update(uint32_t(row), uint16_t(col));
+                return true;
+            }
+        }
+        wideText(text, _owner->utf8Mode(), _wide);
         if (_wide.size() > kMaxText) throw tberror(kStringTooLong);
-        writeStrCell(row, col, _wide, format);
+        const uint32_t index = writeStrCell(row, col, _wide, format);
+        if (cacheable) _strings.put(text, len, hash, index);
         return true;
     });
 }

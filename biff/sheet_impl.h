@@ -26,6 +26,7 @@
 #include "biff/records/row.h"
 #include "biff/sheet_header.h"
 #include "biff/sheet_index.h"
+#include "biff/sheet_string_cache.h"
 #include "tabrix/ISheetT.h"
 
 #include <cstdint>
@@ -250,7 +251,11 @@ private:
     void putLabelSst(int row, int col, uint32_t sstIndex, uint16_t xf);
     void setBlank(int row, int col, uint16_t xf);
     void writeNumCell(int row, int col, double value, IFormatT<C> *format);
-    void writeStrCell(int row, int col, const std::wstring &text, IFormatT<C> *format);
+    // Answers the shared string index the cell got.
+    uint32_t writeStrCell(int row, int col, const std::wstring &text, IFormatT<C> *format);
+    // Whether entry `index` of the shared string table is the plain text
+    // `text` of `len` units.
+    bool sstHolds(uint32_t index, const C *text, size_t len) const;
     IFormatT<C> *cellFormatOf(int row, int col);
     int rowIndexOf(int row) const;
     // A wide text in the caller's encoding, kept until the next text result.
@@ -345,6 +350,8 @@ private:
     std::string _narrow;
     std::wstring _wide;
     std::wstring _addr;
+    // Texts written lately and their shared string indexes.
+    StringCache<C> _strings;
     // From a copy of another owner's sheet: source xf -> this owner's xf.
     std::unordered_map<uint16_t, uint16_t> _xfMap;
 

@@ -24,17 +24,18 @@ SheetIndex &SheetIndex::operator=(const SheetIndex &other) {
 }
 
 uint32_t *SheetIndex::newPage(unsigned row) {
-    uint32_t *page = new uint32_t[kCols]();
+    int inSlab = _pages % kPagesPerSlab;
+    if (inSlab == 0) _slabs.push_back(new uint32_t[size_t(kCols) * kPagesPerSlab]());
+    uint32_t *page = _slabs.back() + size_t(inSlab) * kCols;
     _rows[row] = page;
     ++_pages;
     return page;
 }
 
 void SheetIndex::clear() {
-    for (int r = 0; r < kRows; ++r) {
-        delete[] _rows[r];
-        _rows[r] = nullptr;
-    }
+    for (uint32_t *slab : _slabs) delete[] slab;
+    _slabs.clear();
+    for (int r = 0; r < kRows; ++r) _rows[r] = nullptr;
     _pages = 0;
 }
 

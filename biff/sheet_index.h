@@ -2,12 +2,16 @@
 // pointers, each null or a page of 256 cell codes; a page is allocated,
 // zero-filled, the first time a code of its row is asked for by `at`.
 //
+// Pages are cut from slabs of kPagesPerSlab, so that rows filled one after
+// the other lie next to each other in memory.
+//
 // A cell code holds: bit 0 set when the cell exists, bits 1-3 the cell kind,
 // bits 4-31 the position of the cell in the vector of its kind.
 #ifndef TABRIX_BIFF_SHEET_INDEX_H
 #define TABRIX_BIFF_SHEET_INDEX_H
 
 #include <cstdint>
+#include <vector>
 
 namespace tabrix {
 
@@ -15,6 +19,7 @@ class SheetIndex {
 public:
     static const int kRows = 65536;
     static const int kCols = 256;
+    static const int kPagesPerSlab = 64;
 
     // Cell kinds, bits 1-3 of a code.
     enum Kind : uint32_t {
@@ -62,6 +67,7 @@ private:
     uint32_t *newPage(unsigned row);
 
     uint32_t **_rows;
+    std::vector<uint32_t *> _slabs;
     int _pages = 0;
 };
 

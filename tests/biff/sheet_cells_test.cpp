@@ -167,6 +167,40 @@ TEST(SheetCells, StringsShareTheTableWithoutChangingEachOther) {
     b.sheet.writeStr(3, 0, "moved on", nullptr);
     EXPECT_STREQ(other.readStr(0, 0, nullptr), "still alone");
     EXPECT_STREQ(b.sheet.readStr(3, 0, nullptr), "moved on");
+
+    // A text the sheet wrote before, whose table entry was since replaced
+    // in place, is looked up again rather than taken from memory.
+    b.sheet.writeStr(4, 0, "before", nullptr);
+    b.sheet.writeStr(4, 0, "after", nullptr);
+    b.sheet.writeStr(4, 1, "before", nullptr);
+    EXPECT_STREQ(b.sheet.readStr(4, 0, nullptr), "after");
+    EXPECT_STREQ(b.sheet.readStr(4, 1, nullptr), "before");
+    // Writing the same text again keeps the entry.
+    index = b.sheet.labelSst().back().sst;
+    b.sheet.writeStr(4, 1, "before", nullptr);
+    EXPECT_EQ(b.sheet.labelSst().back().sst, index);
+}
+
+TEST(SheetCells, IndexPagesComeOnFirstWriteAndCopyWithTheSheet) {
+    SheetIndex index;
+    EXPECT_FALSE(index.hasRow(7));
+    EXPECT_EQ(index.find(7, 3), 0u);
+    EXPECT_EQ(index.pageCount(), 0);
+    index.at(7, 3) = SheetIndex::code(SheetIndex::kLabel, 12345);
+    index.at(65535, 255) = SheetIndex::code(SheetIndex::kRK, 1);
+    EXPECT_TRUE(index.hasRow(7));
+    EXPECT_EQ(index.pageCount(), 2);
+    uint32_t code = index.get(7, 3);
+    EXPECT_TRUE(SheetIndex::exists(code));
+    EXPECT_EQ(SheetIndex::kind(code), SheetIndex::kLabel);
+    EXPECT_EQ(SheetIndex::position(code), 12345u);
+    EXPECT_EQ(code, (12345u << 4) | 15u);
+    SheetIndex copy(index);
+    index.clear();
+    EXPECT_FALSE(index.hasRow(7));
+    EXPECT_EQ(copy.get(7, 3), code);
+    EXPECT_EQ(copy.get(65535, 255), (1u << 4) | 3u);
+    EXPECT_EQ(copy.get(7, 4), 0u);
 }
 
 TEST(SheetCells, TextLengthAndEncoding) {

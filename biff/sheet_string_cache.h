@@ -1,0 +1,45 @@
+// StringCache: texts recently written to string cells, as the caller gave
+// them, with the index of the shared string each became.  It lets a text
+// already in the shared string table be found without converting it or
+// copying it.  An index found here must still be checked against the table,
+// which other sheets may change.
+#ifndef TABRIX_BIFF_SHEET_STRING_CACHE_H
+#define TABRIX_BIFF_SHEET_STRING_CACHE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tabrix {
+
+template <class C> class StringCache {
+public:
+    // Longer texts are not kept.
+    static const size_t kMaxKey = 255;
+
+    // FNV-1a over the text's units.
+    static uint32_t hash(const C *text, size_t len);
+    // The index kept for the text, or -1.
+    int64_t find(const C *text, size_t len, uint32_t hash) const;
+    // Keeps the text; a full cache starts over empty.
+    void put(const C *text, size_t len, uint32_t hash, uint32_t index);
+    void clear();
+
+private:
+    static const size_t kMaxEntries = 1u << 16;
+    static const size_t kMaxUnits = 1u << 22;
+    struct Slot {
+        uint32_t hash = 0, index = 0, offset = 0, len = 0;
+        bool used = false;
+    };
+    std::vector<Slot> _slots;
+    std::vector<C> _keys;
+    size_t _count = 0;
+};
+
+extern template class StringCache<char>;
+extern template class StringCache<wchar_t>;
+
+} // namespace tabrix
+
+#endif
