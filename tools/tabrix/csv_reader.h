@@ -1,0 +1,54 @@
+// Reading comma- or tab-separated text, one record at a time, and telling
+// what a field holds.
+#ifndef TABRIX_CLI_CSV_READER_H
+#define TABRIX_CLI_CSV_READER_H
+
+#include <istream>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+class CsvReader {
+public:
+    // csv: fields in double quotes may hold separators, quotes (doubled) and
+    // line breaks.  tsv: no quoting; \t \n \r \\ stand for those characters.
+    // A byte order mark at the start is skipped; lines may end in CR LF.
+    CsvReader(std::istream &in, bool tabs);
+
+    // The next record; false at the end.  Throws Failure for a quoted field
+    // that never closes or a field beyond the size limit.
+    bool next(std::vector<std::string> &fields);
+    // The line where the last record began, from 1.
+    long line() const { return _recordLine; }
+
+private:
+    int get();
+    bool nextCsv(std::vector<std::string> &fields);
+    bool nextTsv(std::vector<std::string> &fields);
+    void append(std::string &field, int c);
+
+    std::streambuf *_in;
+    bool _tabs;
+    long _line = 1;
+    long _recordLine = 0;
+};
+
+// What a text field becomes in a sheet.
+struct FieldValue {
+    enum Kind { Empty, Number, Boolean, Date, Text } kind = Empty;
+    double number = 0.0;
+    bool flag = false;
+    // A date and time, for Date.
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, msec = 0;
+    bool hasDate = false, hasTime = false;
+};
+
+// "" is Empty; a decimal number ("12", "-3.5", "1e6") is Number; "TRUE" and
+// "FALSE" in any case are Boolean; "2024-01-31", "2024-01-31 12:30:00" (or
+// with "T"), "12:30:00" with optional ".mmm" are Date; anything else Text.
+FieldValue classifyField(const std::string &text);
+
+} // namespace cli
+
+#endif
