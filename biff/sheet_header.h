@@ -7,9 +7,9 @@
 #include <cstdint>
 namespace tabrix {
 struct SubstreamHeader {
-    static const uint16_t kId = 2057;
-    static const uint16_t kWorksheet = 16;
-    static const uint16_t kChart = 32;
+    static constexpr uint16_t kId = 2057;
+    static constexpr uint16_t kWorksheet = 16;
+    static constexpr uint16_t kChart = 32;
 
     uint16_t vers = 0x0600;
     uint16_t dt = kWorksheet;

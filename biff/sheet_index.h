@@ -17,9 +17,9 @@ namespace tabrix {
 
 class SheetIndex {
 public:
-    static const int kRows = 65536;
-    static const int kCols = 256;
-    static const int kPagesPerSlab = 64;
+    static constexpr int kRows = 65536;
+    static constexpr int kCols = 256;
+    static constexpr int kPagesPerSlab = 64;
 
     // Cell kinds, bits 1-3 of a code.
     enum Kind : uint32_t {

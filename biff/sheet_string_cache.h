@@ -15,7 +15,7 @@ namespace tabrix {
 template <class C> class StringCache {
 public:
     // Longer texts are not kept.
-    static const size_t kMaxKey = 255;
+    static constexpr size_t kMaxKey = 255;
 
     // FNV-1a over the text's units.
     static uint32_t hash(const C *text, size_t len);
@@ -26,8 +26,8 @@ public:
     void clear();
 
 private:
-    static const size_t kMaxEntries = 1u << 16;
-    static const size_t kMaxUnits = 1u << 22;
+    static constexpr size_t kMaxEntries = 1u << 16;
+    static constexpr size_t kMaxUnits = 1u << 22;
     struct Slot {
         uint32_t hash = 0, index = 0, offset = 0, len = 0;
         bool used = false;

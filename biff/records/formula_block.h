@@ -12,10 +12,10 @@
 namespace tabrix {
 class FormulaBlock {
 public:
-    static const uint16_t kShrFmlaId = 1212;
-    static const uint16_t kArrayId = 545;
-    static const uint16_t kTableId = 566;
-    static const uint16_t kStringId = 519;
+    static constexpr uint16_t kShrFmlaId = 1212;
+    static constexpr uint16_t kArrayId = 545;
+    static constexpr uint16_t kTableId = 566;
+    static constexpr uint16_t kStringId = 519;
 
     Formula formula;
     bool hasPreceding = false;

@@ -11,7 +11,7 @@ public:
     static constexpr uint16_t kId = 523;
     static constexpr const char *kName = "Index";
     // Format versions below this one store 16-bit rows.
-    static const uint16_t kFirst32BitVersion = 1281;
+    static constexpr uint16_t kFirst32BitVersion = 1281;
     uint32_t reserved1 = 0, rwMic = 0, rwMac = 0, reserved2 = 0;
     std::vector<uint32_t> offsets;
     void reset() { *this = Index(); }

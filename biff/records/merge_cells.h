@@ -11,7 +11,7 @@ public:
     static constexpr uint16_t kId = 229;
     static constexpr const char *kName = "MergeCells";
     // Areas in one record at most.
-    static const size_t kMaxAreas = 1026;
+    static constexpr size_t kMaxAreas = 1026;
     struct Area {
         Ref8 ref;
         bool deleted = false; // in memory only

@@ -1,0 +1,101 @@
+// Reads arbitrary bytes as a sheet's record substream and saves the sheet.
+// With the low bit of the first byte set, a worksheet BOF is put in front,
+// so that the rest reaches the worksheet dispatch.  What loads must save,
+// and what was saved must load again.
+#include "biff/sheet_impl.h"
+#include "biff/sheet_owner.h"
+#include "book/tberror.h"
+
+#include "support/workbook_input.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace tabrix;
+using fuzzinput::container;
+using fuzzinput::put16;
+
+namespace {
+
+class Owner : public ISheetOwner<char> {
+public:
+    Owner() { _styles.init(); }
+    XString &message() override { return _message; }
+    bool utf8Mode() const override { return true; }
+    MemPool &pool() override { return _pool; }
+    SST &sst() override { return _sst; }
+    StyleTable<char> &styles() override { return _styles; }
+    int sheetCount() override { return 0; }
+    SheetImplT<char> *sheetAt(int) override { return nullptr; }
+    int getTabIndex(const SheetImplT<char> *) override { return 0; }
+    bool refR1C1() override { return false; }
+    bool isDate1904() override { return false; }
+
+private:
+    XString _message;
+    MemPool _pool;
+    SST _sst{_pool};
+    StyleTable<char> _styles;
+};
+
+bool load(SheetImplT<char> &sheet, const std::string &file) {
+    std::stringstream ss(file);
+    Xls<char> x;
+    x.setStreamPtr(&ss);
+    x.calcFileSize();
+    unsigned total = 0;
+    x.readHeader(total);
+    sheet.read(x);
+    return true;
+}
+
+std::string save(SheetImplT<char> &sheet) {
+    std::stringstream out;
+    Xls<char> x;
+    x.reset(true);
+    x.setStreamPtr(&out);
+    x.writeHeader();
+    sheet.write(x);
+    x.close();
+    return out.str();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    if (!data || size < 1) return 0;
+    std::vector<uint8_t> wb;
+    if (data[0] & 1) {
+        put16(wb, 2057);
+        put16(wb, 16);
+        const uint16_t bof[8] = {0x0600, 16, 8346, 1997, 0, 0, 0, 0};
+        for (uint16_t w : bof) put16(wb, w);
+    }
+    wb.insert(wb.end(), data + 1, data + size);
+    Owner owner;
+    SheetImplT<char> sheet(owner, L"Fuzz");
+    try {
+        load(sheet, container(wb));
+    } catch (const tberror &) {
+        return 0;
+    }
+    // Cell reads over the loaded sheet must not fail other than by message.
+    for (int r = 0; r < 4; ++r)
+        for (int c = 0; c < 4; ++c) {
+            sheet.readStr(r, c, nullptr);
+            sheet.readNum(r, c, nullptr);
+            sheet.cellFormat(r, c);
+        }
+    sheet.lastRow();
+    std::string saved = save(sheet);
+    SheetImplT<char> again(owner, L"Again");
+    try {
+        load(again, saved);
+    } catch (const tberror &) {
+        std::abort();
+    }
+    return 0;
+}
