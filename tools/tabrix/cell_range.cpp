@@ -28,9 +28,13 @@ Corner parseCorner(const std::string &text, const std::string &part) {
     long col = 0;
     while (i < part.size() && std::isalpha(static_cast<unsigned char>(part[i]))) {
         col = col * 26 + (std::toupper(static_cast<unsigned char>(part[i])) - 'A' + 1);
-        if (col > kMaxCols)
-            bad(text, "column " + part.substr(lettersAt) + " is beyond the last column XFD");
         ++i;
+        if (col > kMaxCols) {
+            while (i < part.size() && std::isalpha(static_cast<unsigned char>(part[i])))
+                ++i;
+            bad(text, "column " + part.substr(lettersAt, i - lettersAt) +
+                          " is beyond the last column XFD");
+        }
     }
     bool hasCol = i > lettersAt;
     if (i < part.size() && part[i] == '$') {
@@ -42,9 +46,13 @@ Corner parseCorner(const std::string &text, const std::string &part) {
     long row = 0;
     while (i < part.size() && std::isdigit(static_cast<unsigned char>(part[i]))) {
         row = row * 10 + (part[i] - '0');
-        if (row > kMaxRows)
-            bad(text, "row " + part.substr(digitsAt) + " is beyond the last row 1048576");
         ++i;
+        if (row > kMaxRows) {
+            while (i < part.size() && std::isdigit(static_cast<unsigned char>(part[i])))
+                ++i;
+            bad(text, "row " + part.substr(digitsAt, i - digitsAt) +
+                          " is beyond the last row 1048576");
+        }
     }
     bool hasRow = i > digitsAt;
     if (i != part.size() || (!hasCol && !hasRow))
