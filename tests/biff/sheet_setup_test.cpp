@@ -1,0 +1,622 @@
+// Sheet setup: byte-exact round trips of the page setup, window and break
+// records, their size messages, the page setup and protection runs read up
+// to a foreign record, and the getters and setters of SheetSetup with the
+// records they leave behind.
+#include "biff/records/page_breaks.h"
+#include "biff/records/page_setup.h"
+#include "biff/records/pane.h"
+#include "biff/records/scl.h"
+#include "biff/records/selection.h"
+#include "biff/records/sheet_protection.h"
+#include "biff/records/window2.h"
+#include "biff/sheet_setup.h"
+#include "support/biff_bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+
+using namespace tabrix;
+using namespace bifftest;
+
+namespace {
+
+using Records = std::vector<std::pair<uint16_t, std::vector<uint8_t>>>;
+
+MemPool &pool() {
+    static MemPool p;
+    return p;
+}
+
+template <class R> R make() { return R(); }
+template <> Header make<Header>() { return Header(pool()); }
+template <> Footer make<Footer>() { return Footer(pool()); }
+
+// The records that `body` writes.
+Records written(const std::function<void(Xls<char> &)> &body) {
+    Opened out(writeBook(body));
+    return out.records();
+}
+
+// Reads a record of type R from `data` and writes it back: the records
+// written, which may be more than one.
+template <class R> Records roundTrip(const std::vector<uint8_t> &data) {
+    std::vector<uint8_t> wb;
+    record(wb, R::kId, data);
+    Opened in(rawBook(wb));
+    R r = make<R>();
+    r.read(in.x);
+    return written([&](Xls<char> &x) { r.write(x); });
+}
+
+template <class R> std::string readError(const std::vector<uint8_t> &data) {
+    return errorOf([&] {
+        std::vector<uint8_t> wb;
+        record(wb, R::kId, data);
+        Opened in(rawBook(wb));
+        R r = make<R>();
+        r.read(in.x);
+    });
+}
+
+std::vector<uint8_t> seq(size_t n) {
+    std::vector<uint8_t> v(n);
+    for (size_t i = 0; i < n; ++i) v[i] = uint8_t(i * 7 + 1);
+    return v;
+}
+
+std::vector<uint8_t> words(std::initializer_list<uint16_t> ws) {
+    std::vector<uint8_t> v;
+    for (uint16_t w : ws) put16(v, w);
+    return v;
+}
+
+void putDouble(std::vector<uint8_t> &v, double d) {
+    uint64_t b;
+    std::memcpy(&b, &d, sizeof b);
+    put32(v, uint32_t(b));
+    put32(v, uint32_t(b >> 32));
+}
+
+// A Setup record's 34 bytes with the given paper, scale and flags.
+std::vector<uint8_t> setupBytes(uint16_t paper, uint16_t scale, uint16_t flags) {
+    std::vector<uint8_t> v = words({paper, scale, 1, 1, 1, flags, 0, 0});
+    putDouble(v, 0.5);
+    putDouble(v, 0.5);
+    put16(v, 0);
+    return v;
+}
+
+// A text record body: 16-bit count, flags, characters.
+std::vector<uint8_t> textBytes(const std::string &s, bool wide) {
+    std::vector<uint8_t> v = words({uint16_t(s.size())});
+    v.push_back(wide ? 1 : 0);
+    for (char c : s) {
+        v.push_back(uint8_t(c));
+        if (wide) v.push_back(0);
+    }
+    return v;
+}
+
+std::vector<uint8_t> breakBytes(std::initializer_list<uint16_t> positions) {
+    std::vector<uint8_t> v = words({uint16_t(positions.size())});
+    for (uint16_t p : positions) {
+        put16(v, p);
+        put16(v, 0);
+        put16(v, 0xFFFF);
+    }
+    return v;
+}
+
+// Feeds a stream of records to a SheetSetup as a sheet's load does; the
+// records it does not own come back in order.
+Records load(SheetSetup &s, const std::vector<uint8_t> &wb, bool old = false) {
+    Opened in(rawBook(wb));
+    s.beginRead();
+    Records foreign;
+    for (;;) {
+        auto h = in.bytes(4);
+        uint16_t id = uint16_t(h[0] | (h[1] << 8)), size = uint16_t(h[2] | (h[3] << 8));
+        if (id == 0 || in.x.eof()) break;
+        if (!s.read(in.x, id, size, old)) foreign.push_back({id, in.bytes(size)});
+    }
+    return foreign;
+}
+
+// Everything a sheet writes of its setup, in save order.
+Records saveAll(const SheetSetup &s) {
+    return written([&](Xls<char> &x) {
+        s.writePrintRowCol(x);
+        s.writePrintGrid(x);
+        s.writeWsBool(x);
+        s.writeBreaks(x);
+        s.writePageSetup(x);
+        s.writeWindow2(x);
+        s.writeScl(x);
+        s.writePaneSelections(x);
+    });
+}
+
+std::vector<uint16_t> ids(const Records &recs) {
+    std::vector<uint16_t> v;
+    for (auto &r : recs) v.push_back(r.first);
+    return v;
+}
+
+} // namespace
+
+TEST(SheetSetupTest, RecordsRoundTripAndCheckSizes) {
+    struct Case {
+        const char *name;
+        std::vector<uint8_t> good;
+        std::function<Records(const std::vector<uint8_t> &)> trip;
+        std::function<std::string(const std::vector<uint8_t> &)> error;
+        std::vector<std::vector<uint8_t>> bad; // each fails with the size message
+    };
+    std::vector<uint8_t> window10 = seq(10);
+    const Case cases[] = {
+        {"Header", textBytes("&CPage &P", false), roundTrip<Header>, nullptr, {}},
+        {"Footer", textBytes("Total", true), roundTrip<Footer>, nullptr, {}},
+        {"Header", {}, roundTrip<Header>, nullptr, {}},
+        {"HCenter", words({1}), roundTrip<HCenter>, readError<HCenter>, {{}, seq(1), seq(3)}},
+        {"VCenter", words({0}), roundTrip<VCenter>, readError<VCenter>, {seq(4)}},
+        {"LeftMargin", seq(8), roundTrip<Margin<38>>, readError<Margin<38>>, {seq(7), seq(9)}},
+        {"RightMargin", seq(8), roundTrip<Margin<39>>, readError<Margin<39>>, {seq(4)}},
+        {"TopMargin", seq(8), roundTrip<Margin<40>>, readError<Margin<40>>, {{}}},
+        {"BottomMargin", seq(8), roundTrip<Margin<41>>, readError<Margin<41>>, {seq(16)}},
+        {"Setup", seq(34), roundTrip<SetupBIFF>, readError<SetupBIFF>, {seq(33), seq(35), {}}},
+        {"Window2", seq(18), roundTrip<Window2>, readError<Window2>, {seq(9), seq(12), seq(19)}},
+        {"Window2", window10, roundTrip<Window2>, nullptr, {}},
+        {"Scl", words({3, 2}), roundTrip<Scl>, readError<Scl>, {seq(3), seq(5)}},
+        {"Pane", seq(10), roundTrip<Pane>, readError<Pane>, {seq(8), seq(11)}},
+        {"Selection", {3, 4, 0, 2, 0, 1, 0, 2, 0, 1, 0, 5, 0, 1, 2, 7, 0, 9, 0, 3, 3},
+         roundTrip<Selection>, readError<Selection>, {seq(8), {}}},
+        {"HorizontalPageBreaks", breakBytes({4, 9}), roundTrip<HorizontalPageBreaks>,
+         readError<HorizontalPageBreaks>, {seq(1), words({2, 1, 0, 255})}},
+        {"VerticalPageBreaks", breakBytes({}), roundTrip<VerticalPageBreaks>,
+         readError<VerticalPageBreaks>, {{}, words({0, 0})}},
+        {"Pls", seq(40), roundTrip<Pls>, readError<Pls>, {{}, seq(1)}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        Records out = c.trip(c.good);
+        ASSERT_EQ(out.size(), 1u);
+        EXPECT_EQ(out[0].second, c.good);
+        for (const auto &b : c.bad) EXPECT_EQ(c.error(b), std::string(c.name) + " size is incorrect");
+    }
+}
+
+TEST(SheetSetupTest, RecordsNormaliseWhatTheyRead) {
+    // Selection: ranges past the record's size are not read, bytes behind
+    // the ranges are skipped; the written size is 9 + 6 per range.
+    std::vector<uint8_t> sel = {0, 1, 0, 1, 0, 0, 0, 3, 0};
+    for (uint16_t w : {1, 2}) put16(sel, w);
+    sel.insert(sel.end(), {3, 4, 0xAA, 0xBB, 0xCC});
+    Records out = roundTrip<Selection>(sel);
+    ASSERT_EQ(out.size(), 1u);
+    EXPECT_EQ(out[0].second.size(), 15u);
+    EXPECT_EQ(out[0].second[7], 1); // cref follows the one range read
+
+    // Window2 of the older form: the colour is dropped, the rest is the
+    // current record with its defaults.
+    std::vector<uint8_t> oldWin = words({0x0206, 7, 3});
+    put32(oldWin, 0x00FF00FFu);
+    std::vector<uint8_t> wb;
+    record(wb, Window2::kId, oldWin);
+    Opened in(rawBook(wb));
+    Window2 w;
+    uint16_t id = 0, size = 0;
+    in.x.readInt16(id);
+    in.x.readInt16(size);
+    w.read(in.x, size, true);
+    EXPECT_TRUE(w.selected());
+    EXPECT_TRUE(w.displayGridlines());
+    EXPECT_EQ(w.rwTop, 7);
+    EXPECT_EQ(w.colLeft, 3);
+    out = written([&](Xls<char> &x) { w.write(x); });
+    EXPECT_EQ(out[0].second, words({0x0206, 7, 3, 64, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(errorOf([&] {
+                  Opened again(rawBook(wb));
+                  Window2 bad;
+                  uint16_t i = 0, n = 0;
+                  again.x.readInt16(i);
+                  again.x.readInt16(n);
+                  bad.read(again.x, 18, true);
+              }),
+              "Window2 size is incorrect");
+
+    // Page breaks come out sorted by position.
+    out = roundTrip<HorizontalPageBreaks>(breakBytes({9, 2, 5}));
+    EXPECT_EQ(out[0].second, breakBytes({2, 5, 9}));
+
+    // A Pls that runs past the stream's end is short.
+    std::vector<uint8_t> shortPls;
+    record(shortPls, Pls::kId, seq(10));
+    shortPls[2] = 0xF0; // claims 0xFFF0 bytes
+    shortPls[3] = 0xFF;
+    EXPECT_EQ(errorOf([&] {
+                  Opened p(rawBook(shortPls));
+                  Pls pls;
+                  pls.read(p.x);
+              }),
+              "Pls size is incorrect");
+}
+
+TEST(SheetSetupTest, PlsFollowsContinuesAndSplitsOnWriting) {
+    std::vector<uint8_t> wb;
+    record(wb, Pls::kId, seq(100));
+    record(wb, XlsRecords::kContinueId, seq(30));
+    record(wb, XlsRecords::kContinueId, seq(5));
+    record(wb, 85, words({8}));
+    Opened in(rawBook(wb));
+    Pls pls;
+    pls.read(in.x);
+    EXPECT_EQ(pls.bytes.size(), 98u + 30u + 5u);
+    EXPECT_EQ(in.x.peekInt16(), 85); // left in front of the foreign record
+
+    pls.bytes.assign(20000, 0x5A);
+    Records out = written([&](Xls<char> &x) { pls.write(x); });
+    ASSERT_EQ(ids(out), (std::vector<uint16_t>{77, 60, 60}));
+    EXPECT_EQ(out[0].second.size(), 8224u);
+    EXPECT_EQ(out[1].second.size(), 8224u);
+    EXPECT_EQ(out[2].second.size(), 20002u - 2u * 8224u);
+}
+
+TEST(SheetSetupTest, PageSetupRunStopsAtForeignRecord) {
+    std::vector<uint8_t> wb;
+    record(wb, 20, textBytes("head", false));
+    record(wb, 21, {});
+    record(wb, 131, words({1}));
+    record(wb, 132, words({0}));
+    std::vector<uint8_t> left, bottom;
+    putDouble(left, 0.25);
+    putDouble(bottom, 2.5);
+    record(wb, 38, left);
+    record(wb, 41, bottom);
+    record(wb, 77, seq(12));
+    record(wb, 60, seq(4));
+    record(wb, 161, setupBytes(9, 80, 0));
+    record(wb, 85, words({8}));
+
+    Opened in(rawBook(wb));
+    PageSetup ps(pool());
+    uint16_t id = 0, size = 0;
+    in.x.readInt16(id);
+    in.x.readInt16(size);
+    ps.read(in.x, id, size);
+    EXPECT_EQ(in.x.peekInt16(), 85);
+    EXPECT_STREQ(ps.header.string(), L"head");
+    EXPECT_STREQ(ps.footer.string(), L"");
+    EXPECT_TRUE(ps.hCenter.center());
+    EXPECT_TRUE(ps.hasLeftMargin && ps.hasBottomMargin && ps.hasPls);
+    EXPECT_FALSE(ps.hasRightMargin || ps.hasTopMargin);
+    EXPECT_EQ(ps.leftMargin.value, 0.25);
+    EXPECT_EQ(ps.bottomMargin.value, 2.5);
+    EXPECT_EQ(ps.rightMargin.value, 0.75);
+    EXPECT_EQ(ps.pls.bytes.size(), 14u);
+    EXPECT_EQ(ps.setup.paperSize, 9);
+
+    Records out = written([&](Xls<char> &x) { ps.write(x); });
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{20, 21, 131, 132, 38, 41, 77, 161}));
+    EXPECT_EQ(out[0].second, textBytes("head", false));
+    EXPECT_TRUE(out[1].second.empty());
+    EXPECT_EQ(out[4].second, left);
+    EXPECT_EQ(out[7].second, setupBytes(9, 80, 0));
+
+    // A bad record inside the run ends the read with its message.
+    std::vector<uint8_t> bad;
+    record(bad, 20, {});
+    record(bad, 161, seq(30));
+    EXPECT_EQ(errorOf([&] {
+                  Opened b(rawBook(bad));
+                  PageSetup p(pool());
+                  uint16_t i = 0, n = 0;
+                  b.x.readInt16(i);
+                  b.x.readInt16(n);
+                  p.read(b.x, i, n);
+              }),
+              "Setup size is incorrect");
+}
+
+TEST(SheetSetupTest, ProtectionRun) {
+    std::vector<uint8_t> wb;
+    record(wb, 18, words({1}));
+    record(wb, 99, words({1}));
+    record(wb, 19, words({0xCE4B}));
+    record(wb, 85, words({8}));
+    SheetSetup s(pool());
+    Records foreign = load(s, wb);
+    ASSERT_EQ(ids(foreign), (std::vector<uint16_t>{85}));
+    EXPECT_TRUE(s.protect());
+    s.setProtect(false);
+    EXPECT_FALSE(s.protect());
+    Records out = written([&](Xls<char> &x) { s.protection().write(x); });
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{18, 99, 19}));
+    EXPECT_EQ(out[0].second, words({0}));
+    EXPECT_EQ(out[2].second, words({0xCE4B})); // the password is kept
+
+    // New: nothing is written; unprotecting makes no record, protecting does.
+    SheetSetup fresh(pool());
+    fresh.setProtect(false);
+    Records none = written([&](Xls<char> &x) {
+        fresh.protection().write(x);
+        x.write(85, words({8}).data(), 2);
+    });
+    EXPECT_EQ(ids(none), (std::vector<uint16_t>{85}));
+    fresh.setProtect(true);
+    out = written([&](Xls<char> &x) { fresh.protection().write(x); });
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{18}));
+    EXPECT_EQ(out[0].second, words({1}));
+
+    std::vector<uint8_t> huge = {18, 0, 0x60, 0xEA, 1, 0};
+    EXPECT_EQ(errorOf([&] {
+                  SheetSetup t(pool());
+                  load(t, huge);
+              }),
+              "SheetProtection: file is corrupt");
+}
+
+TEST(SheetSetupTest, NewSheetWritesItsDefaults) {
+    SheetSetup s(pool());
+    Records out = saveAll(s);
+    ASSERT_EQ(ids(out), (std::vector<uint16_t>{42, 43, 129, 20, 21, 131, 132, 161, 574, 29}));
+    EXPECT_EQ(out[0].second, words({0}));
+    EXPECT_EQ(out[1].second, words({0}));
+    EXPECT_EQ(out[2].second, words({0x04C1}));
+    EXPECT_TRUE(out[3].second.empty());
+    EXPECT_TRUE(out[4].second.empty());
+    EXPECT_EQ(out[5].second, words({0}));
+    EXPECT_EQ(out[6].second, words({0}));
+    EXPECT_EQ(out[7].second, setupBytes(0, 100, 6));
+    EXPECT_EQ(out[8].second, words({0x04B6, 0, 0, 64, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(out[9].second, (std::vector<uint8_t>{3, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0}));
+
+    // Loading those records and saving again gives the same records.
+    std::vector<uint8_t> wb;
+    for (auto &r : out) record(wb, r.first, r.second);
+    SheetSetup back(pool());
+    EXPECT_TRUE(load(back, wb).empty());
+    EXPECT_EQ(saveAll(back), out);
+}
+
+TEST(SheetSetupTest, PrinterSettingsRespectNoPls) {
+    SheetSetup s(pool());
+    EXPECT_FALSE(s.landscape());
+    EXPECT_EQ(s.paper(), PAPER_DEFAULT);
+    EXPECT_EQ(s.printZoom(), 100);
+    s.setLandscape(true);
+    EXPECT_TRUE(s.landscape());
+    s.setPaper(PAPER_A4);
+    EXPECT_EQ(s.paper(), PAPER_A4);
+    s.setLandscape(false);
+    EXPECT_FALSE(s.landscape());
+
+    // A file whose settings are marked invalid reads as the defaults.
+    struct Case {
+        uint16_t paper, scale, flags;
+        bool landscape;
+        int wantPaper, wantScale;
+    };
+    const Case cases[] = {
+        {9, 80, 0x0004, true, 0, 100},
+        {9, 80, 0x0000, true, 9, 80},
+        {1, 55, 0x0002, false, 1, 55},
+        {8, 100, 0x0006, false, 0, 100},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.flags);
+        std::vector<uint8_t> wb;
+        record(wb, 161, setupBytes(c.paper, c.scale, c.flags));
+        SheetSetup t(pool());
+        load(t, wb);
+        EXPECT_EQ(t.landscape(), c.landscape && !(c.flags & 4));
+        EXPECT_EQ(int(t.paper()), c.wantPaper);
+        EXPECT_EQ(t.printZoom(), c.wantScale);
+    }
+}
+
+TEST(SheetSetupTest, PrintFitAndPrintZoomShareTheWsBoolBit) {
+    SheetSetup s(pool());
+    int w = 0, h = 0;
+    EXPECT_FALSE(s.getPrintFit(&w, &h));
+    EXPECT_EQ(w, 1);
+    EXPECT_EQ(h, 1);
+    s.setPrintFit(2, 3);
+    EXPECT_TRUE(s.getPrintFit(&w, &h));
+    EXPECT_EQ(w, 2);
+    EXPECT_EQ(h, 3);
+    EXPECT_EQ(s.wsBool(), 0x05C1);
+    s.setPrintZoom(80);
+    EXPECT_FALSE(s.getPrintFit(nullptr, nullptr));
+    EXPECT_EQ(s.wsBool(), 0x04C1);
+    EXPECT_EQ(s.printZoom(), 80);
+
+    s.setGroupSummaryBelow(false);
+    s.setGroupSummaryRight(false);
+    EXPECT_EQ(s.wsBool(), 0x0401);
+    EXPECT_FALSE(s.groupSummaryBelow() || s.groupSummaryRight());
+    s.setGroupSummaryRight(true);
+    EXPECT_TRUE(s.groupSummaryRight());
+    EXPECT_EQ(s.wsBool(), 0x0481);
+}
+
+TEST(SheetSetupTest, MarginsHeaderAndFooter) {
+    SheetSetup s(pool());
+    EXPECT_EQ(s.marginLeft(), 0.75);
+    EXPECT_EQ(s.marginTop(), 1.0);
+    s.setMarginTop(0.4);
+    s.setMarginRight(1.5);
+    s.setHeader("&LLeft \xC3\xA9", 0.3, true);
+    s.setFooter(L"Page &P of &N", 0.2);
+    s.setHCenter(true);
+    s.setPrintGridlines(true);
+    s.setPrintRowCol(true);
+    EXPECT_STREQ(s.header(), L"&LLeft \u00e9");
+    EXPECT_EQ(s.headerMargin(), 0.3);
+    EXPECT_EQ(s.footerMargin(), 0.2);
+
+    Records out = saveAll(s);
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{42, 43, 129, 20, 21, 131, 132, 39, 40, 161, 574, 29}));
+    EXPECT_EQ(out[0].second, words({1}));
+    EXPECT_EQ(out[1].second, words({1}));
+
+    std::vector<uint8_t> wb;
+    for (auto &r : out) record(wb, r.first, r.second);
+    SheetSetup back(pool());
+    load(back, wb);
+    EXPECT_STREQ(back.header(), L"&LLeft \u00e9");
+    EXPECT_STREQ(back.footer(), L"Page &P of &N");
+    EXPECT_EQ(back.marginTop(), 0.4);
+    EXPECT_EQ(back.marginRight(), 1.5);
+    EXPECT_EQ(back.marginLeft(), 0.75);
+    EXPECT_EQ(back.headerMargin(), 0.3);
+    EXPECT_TRUE(back.hCenter() && !back.vCenter());
+    EXPECT_TRUE(back.printGridlines() && back.printRowCol());
+
+    // A text over 65535 characters is refused and the old one stays.
+    std::wstring tooLong(65536, L'x');
+    EXPECT_EQ(errorOf([&] { back.setHeader(tooLong.c_str(), 0.1); }), "string is too long");
+    EXPECT_EQ(errorOf([&] { back.setFooter(std::string(65536, 'y').c_str(), 0.1, true); }),
+              "string is too long");
+    EXPECT_STREQ(back.header(), L"&LLeft \u00e9");
+    EXPECT_STREQ(back.footer(), L"Page &P of &N");
+
+    // A copy into another pool keeps the texts.
+    MemPool other;
+    SheetSetup copy(back, other);
+    back.setHeader(L"changed", 0.1);
+    EXPECT_STREQ(copy.header(), L"&LLeft \u00e9");
+}
+
+TEST(SheetSetupTest, WindowZoomAndPanes) {
+    SheetSetup s(pool());
+    EXPECT_EQ(s.zoom(), 100);
+    EXPECT_TRUE(s.displayGridlines());
+    EXPECT_FALSE(s.selected() || s.rightToLeft());
+    s.setZoom(150);
+    s.setSelected(true);
+    s.setRightToLeft(true);
+    s.setDisplayGridlines(false);
+    s.setTopLeftView(20, 4);
+    EXPECT_EQ(s.window2().flags, 0x04B6 - 0x0002 + 0x0200 + 0x0040);
+    EXPECT_EQ(errorOf([&] { s.setTopLeftView(65536, 0); }), "row must be in range 0-65535");
+    EXPECT_EQ(errorOf([&] { s.setTopLeftView(0, -1); }), "col must be in range 0-255");
+
+    struct Case {
+        int row, col, pnn;
+    };
+    const Case cases[] = {{0, 0, 3}, {5, 2, 0}, {0, 2, 1}, {5, 0, 2}};
+    for (const Case &c : cases) {
+        s.split(c.row, c.col);
+        EXPECT_EQ(s.pane().pnnAct, c.pnn);
+        EXPECT_EQ(s.pane().rwTop, c.row);
+        EXPECT_EQ(s.pane().x, c.col);
+    }
+    EXPECT_TRUE(s.window2().frozenRt());
+
+    Selection second;
+    second.refs.resize(2);
+    s.selections().push_back(second);
+    Records out = saveAll(s);
+    EXPECT_EQ(ids(out),
+              (std::vector<uint16_t>{42, 43, 129, 20, 21, 131, 132, 161, 574, 160, 65, 29, 29}));
+    EXPECT_EQ(out[9].second, words({150, 100}));
+    EXPECT_EQ(out[12].second.size(), 21u); // 9 + 6 per range
+
+    std::vector<uint8_t> wb;
+    for (auto &r : out) record(wb, r.first, r.second);
+    SheetSetup back(pool());
+    load(back, wb);
+    EXPECT_EQ(back.zoom(), 150);
+    int row = 0, col = 0;
+    back.getTopLeftView(&row, &col);
+    EXPECT_EQ(row, 20);
+    EXPECT_EQ(col, 4);
+    EXPECT_TRUE(back.selected() && back.rightToLeft() && !back.displayGridlines());
+    EXPECT_EQ(back.selections().size(), 2u);
+    EXPECT_FALSE(back.pane().absent);
+    EXPECT_EQ(saveAll(back), out);
+}
+
+TEST(SheetSetupTest, PageBreaks) {
+    SheetSetup s(pool());
+    struct Step {
+        bool horizontal;
+        int position;
+        bool on;
+        const char *error; // "" when it succeeds
+    };
+    const Step steps[] = {
+        {true, 10, true, ""},
+        {true, 3, true, ""},
+        {true, 10, true, "pagebreak already exists"},
+        {true, 7, false, "pagebreak not found"},
+        {false, 2, true, ""},
+        {false, 256, true, "col must be in range 0-255"},
+        {true, -1, true, "row must be in range 0-65535"},
+        {false, 2, false, ""},
+        {false, 2, false, "pagebreak not found"},
+    };
+    for (const Step &st : steps) {
+        SCOPED_TRACE(st.position);
+        EXPECT_EQ(errorOf([&] {
+                      if (st.horizontal) s.setHorPageBreak(st.position, st.on);
+                      else s.setVerPageBreak(st.position, st.on);
+                  }),
+                  st.error);
+    }
+    EXPECT_EQ(s.horPageBreakSize(), 2);
+    EXPECT_EQ(s.verPageBreakSize(), 0);
+    EXPECT_EQ(s.horPageBreak(0), 10); // in the order they were set
+    EXPECT_EQ(s.horPageBreak(1), 3);
+    EXPECT_EQ(errorOf([&] { s.horPageBreak(2); }), "index is out of range");
+    EXPECT_EQ(errorOf([&] { s.verPageBreak(-1); }), "index is out of range");
+    Records out = written([&](Xls<char> &x) { s.writeBreaks(x); });
+    ASSERT_EQ(ids(out), (std::vector<uint16_t>{27}));
+    EXPECT_EQ(out[0].second, breakBytes({3, 10}));
+
+    for (int c = 0; c < 256; ++c) s.setVerPageBreak(c, true);
+    for (int r = 0; r < 1024; ++r) s.setHorPageBreak(1000 + r, true);
+    EXPECT_EQ(s.horPageBreakSize(), 1026);
+    EXPECT_EQ(errorOf([&] { s.setHorPageBreak(60000, true); }),
+              "number of pagebreaks is exceed limit");
+    out = written([&](Xls<char> &x) { s.writeBreaks(x); });
+    ASSERT_EQ(ids(out), (std::vector<uint16_t>{27, 26}));
+    EXPECT_EQ(out[0].second.size(), 2u + 6u * 1026u);
+    EXPECT_EQ(out[1].second.size(), 2u + 6u * 256u);
+}
+
+TEST(SheetSetupTest, DispatchKeepsForeignRecordsAndChecksWords) {
+    std::vector<uint8_t> wb;
+    record(wb, 85, words({8}));
+    record(wb, 129, words({0x0C01}));
+    record(wb, 20, {});
+    record(wb, 161, setupBytes(0, 100, 6));
+    record(wb, 512, seq(14));
+    record(wb, 574, seq(18));
+    record(wb, 29, {3, 0, 0, 0, 0, 0, 0, 0, 0});
+    SheetSetup s(pool());
+    Records foreign = load(s, wb);
+    EXPECT_EQ(ids(foreign), (std::vector<uint16_t>{85, 512}));
+    EXPECT_EQ(s.wsBool(), 0x0C01);
+    EXPECT_EQ(s.selections().size(), 1u);
+    EXPECT_TRUE(s.selections()[0].refs.empty());
+    EXPECT_TRUE(SheetSetup::owns(77) && SheetSetup::owns(221) && !SheetSetup::owns(85));
+
+    const std::pair<uint16_t, const char *> words2[] = {
+        {42, "PrintRowCol size is incorrect"},
+        {43, "PrintGrid size is incorrect"},
+        {129, "WsBool size is incorrect"},
+    };
+    for (auto &w : words2) {
+        std::vector<uint8_t> bad;
+        record(bad, w.first, seq(3));
+        EXPECT_EQ(errorOf([&] {
+                      SheetSetup t(pool());
+                      load(t, bad);
+                  }),
+                  w.second);
+    }
+}
