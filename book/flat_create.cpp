@@ -1,8 +1,7 @@
-// The creation entry points.  The binary book is the placeholder of
-// pending_book.h until its implementation exists.
+// The creation entry points.
 #include "tabrix.h"
 
-#include "book/pending_book.h"
+#include "biff/book_impl.h"
 #include "ooxml/xml_book_proxy.h"
 
 using namespace tabrix;
@@ -16,7 +15,7 @@ template <class Make> void *orNull(Make make) {
     }
 }
 
-template <class C> IBookT<C> *newBook() { return new PendingBookT<C>(kBinaryUnavailable); }
+template <class C> IBookT<C> *newBook() { return new BookImplT<C>(); }
 template <class C> IBookT<C> *newXMLBook() { return new XMLBookProxy<C>(); }
 } // namespace
 

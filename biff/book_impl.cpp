@@ -1,0 +1,282 @@
+// BookImplT: construction, the fresh state, styling, dates, colours and
+// settings.  Loading, saving and the sheet list live in book_load.cpp,
+// book_save.cpp and book_sheets.cpp.
+#include "biff/book_impl.h"
+
+#include "biff/sheet_impl.h"
+#include "book/date_serial.h"
+#include "book/encoding.h"
+#include "book/failure_frame.h"
+#include "book/tberror.h"
+#include "book/text_result.h"
+#include "book/units.h"
+
+#include <clocale>
+#include <cstring>
+#include <fstream>
+
+namespace tabrix {
+
+int libraryVersion();
+
+namespace {
+const char *const kPicturesUnsupported = "not supported yet";
+} // namespace
+
+template <class C>
+const uint16_t BookImplT<C>::kOpaqueIds[11] = {211,  445,  442,  2172, 2190, 4188,
+                                               2202, 2211, 2198, 2203, 2188};
+
+template <class C> BookImplT<C>::BookImplT() : _sst(_styles.pool()) {
+    for (int i = 0; i < kOpaqueCount; ++i) _opaque[i].record.id = kOpaqueIds[i];
+    setLocale("");
+    reset();
+    init();
+}
+
+template <class C> BookImplT<C>::~BookImplT() { free(); }
+
+template <class C> void BookImplT<C>::free() {
+    for (SheetImplT<C> *s : _sheets) delete s;
+    for (SheetImplT<C> *s : _removedSheets) delete s;
+    _sheets.clear();
+    _removedSheets.clear();
+    _styles.clear();
+    // Everything below keeps text in the pool, which goes next.
+    _sst.reset();
+    _boundSheets.clear();
+    _names.clear();
+    _supBookBlocks.clear();
+    pool().free();
+}
+
+template <class C> void BookImplT<C>::reset() {
+    _xls.reset(true);
+    _bof.reset();
+    _mms[0] = _mms[1] = 0;
+    _writeAccess.reset();
+    _words = BookWords();
+    _rrTabId.assign(1, 1);
+    _winProtect.reset();
+    _protect.reset();
+    _password.reset();
+    _prot4Rev.reset();
+    _prot4RevPass.reset();
+    _window1 = Window1();
+    _country[0] = _country[1] = 1;
+    _recalcRt = 449;
+    _recalcReserved = 0;
+    _recalcBuild = 114210;
+    _sst.reset();
+    _hasBookExt = false;
+    _drawingGroup.clear();
+    _supBookBlocks.clear();
+    _boundSheets.clear();
+    _unknown.clear();
+    _unknown.shrink_to_fit();
+    _names.clear();
+    _hfPictures.clear();
+    for (KeptRecord &k : _opaque) {
+        k.absent = true;
+        k.record.data.clear();
+    }
+    _xfExt.clear();
+    _rawOut.clear();
+    _rawOut.shrink_to_fit();
+    _template = false;
+    _refR1C1 = false;
+}
+
+template <class C> void BookImplT<C>::init() {
+    _styles.init();
+    _styles.setUtf8Mode(_utf8Mode);
+    calcMaxDigWidth();
+}
+
+template <class C> void BookImplT<C>::clear() {
+    free();
+    reset();
+    init();
+}
+
+template <class C> void BookImplT<C>::calcMaxDigWidth() {
+    const auto &fonts = _styles.fonts();
+    _maxDigWidth = fonts.empty() ? 7 : getMaxDigWidth(fonts[0]->wideName(), fonts[0]->size());
+}
+
+// ---- the sheet owner's side ----
+
+template <class C> SheetImplT<C> *BookImplT<C>::sheetAt(int index) {
+    return index >= 0 && size_t(index) < _sheets.size() ? _sheets[size_t(index)] : nullptr;
+}
+
+template <class C> int BookImplT<C>::getTabIndex(const SheetImplT<C> *sheet) {
+    for (size_t i = 0; i < _sheets.size(); ++i)
+        if (_sheets[i] == sheet) return int(i);
+    return 0;
+}
+
+template <class C> const C *BookImplT<C>::tc(const wchar_t *wide) {
+    return textResult<C>(_textBuf, message(), wide, _utf8Mode);
+}
+
+// ---- styling: the table's own operations set the shared message ----
+
+template <class C> IFormatT<C> *BookImplT<C>::addFormat(IFormatT<C> *initFormat) {
+    return _styles.addFormat(initFormat);
+}
+
+template <class C> IFontT<C> *BookImplT<C>::addFont(IFontT<C> *initFont) {
+    return _styles.addFont(initFont);
+}
+
+template <class C> int BookImplT<C>::addCustomNumFormat(const C *text) {
+    return _styles.addCustomNumFormat(text);
+}
+
+template <class C> const C *BookImplT<C>::customNumFormat(int fmt) {
+    return _styles.customNumFormat(fmt);
+}
+
+template <class C> IFormatT<C> *BookImplT<C>::format(int index) { return _styles.format(index); }
+
+template <class C> IFontT<C> *BookImplT<C>::font(int index) { return _styles.font(index); }
+
+template <class C> const C *BookImplT<C>::defaultFont(int *size) {
+    return _styles.defaultFont(size);
+}
+
+template <class C> void BookImplT<C>::setDefaultFont(const C *name, int size) {
+    _styles.setDefaultFont(name, size);
+    calcMaxDigWidth();
+}
+
+template <class C> Color BookImplT<C>::colorPack(int red, int green, int blue) {
+    return Color(_styles.colorPack(red, green, blue));
+}
+
+template <class C> void BookImplT<C>::colorUnpack(Color color, int *red, int *green, int *blue) {
+    _styles.colorUnpack(int(color), red, green, blue);
+}
+
+// ---- dates, in the book's date system ----
+
+template <class C>
+double BookImplT<C>::datePack(int year, int month, int day, int hour, int min, int sec,
+                              int msec) {
+    return run(0.0, [&] {
+        return tabrix::datePack(isDate1904(), year, month, day, hour, min, sec, msec);
+    });
+}
+
+template <class C>
+bool BookImplT<C>::dateUnpack(double value, int *year, int *month, int *day, int *hour, int *min,
+                              int *sec, int *msec) {
+    return run(false, [&] {
+        return tabrix::dateUnpack(isDate1904(), value, year, month, day, hour, min, sec, msec);
+    });
+}
+
+// ---- pictures: the picture store is later work ----
+
+template <class C> int BookImplT<C>::getPicture(int, const char **data, unsigned *size) {
+    if (data) *data = nullptr;
+    if (size) *size = 0;
+    return run(0, []() -> int { throw tberror(kPicturesUnsupported); });
+}
+
+template <class C> int BookImplT<C>::addPicture(const C *) {
+    return run(0, []() -> int { throw tberror(kPicturesUnsupported); });
+}
+
+template <class C> int BookImplT<C>::addPicture2(const char *, unsigned) {
+    return run(0, []() -> int { throw tberror(kPicturesUnsupported); });
+}
+
+// ---- settings ----
+
+template <class C> bool BookImplT<C>::refR1C1() {
+    return _sheets.empty() ? _refR1C1 : !_sheets.back()->refA1();
+}
+
+template <class C> void BookImplT<C>::setRefR1C1(bool r1c1) {
+    for (SheetImplT<C> *s : _sheets) s->setRefA1(!r1c1);
+    _refR1C1 = r1c1;
+}
+
+template <class C> int BookImplT<C>::version() { return libraryVersion(); }
+
+// "UTF-8" selects UTF-8 mode; any other text is handed to the C library as
+// the process's locale.
+template <class C> bool BookImplT<C>::setLocale(const char *locale) {
+    return run(false, [&]() -> bool {
+        if (locale && std::strcmp(locale, "UTF-8") == 0) {
+            _utf8Mode = true;
+            _styles.setUtf8Mode(true);
+            return true;
+        }
+        _utf8Mode = false;
+        _styles.setUtf8Mode(false);
+        const char *current = std::setlocale(LC_ALL, nullptr);
+        _savedLocale = current ? current : "";
+        if (!locale || !std::setlocale(LC_ALL, locale)) throw tberror("setlocale error");
+        return true;
+    });
+}
+
+template <class C> const C *BookImplT<C>::errorMessage() {
+    return message().template c_str<C>(_utf8Mode);
+}
+
+// A file name in the form the C library opens: narrow names as they are,
+// wide ones through the book's encoding.
+template <class C>
+bool BookImplT<C>::openFile(std::fstream &file, const C *name, std::ios::openmode mode) {
+    if (!name) return false;
+    std::string narrow;
+    if constexpr (std::is_same<C, char>::value) {
+        narrow = name;
+    } else {
+        if (!toNarrow(name, _utf8Mode, narrow)) return false;
+    }
+    file.open(narrow, mode);
+    return file.is_open();
+}
+
+// ---- the visible sheets ----
+
+template <class C> int BookImplT<C>::visibleSheetCount() const {
+    int n = 0;
+    for (const BoundSheet8 &b : _boundSheets)
+        if ((b.hsState & 3) == 0) ++n;
+    return n;
+}
+
+template <class C> int BookImplT<C>::getNextVisibleSheet(int index) const {
+    int n = int(_boundSheets.size());
+    if (index < 0 || index >= n) return index;
+    for (int k = 1; k < n; ++k) {
+        int i = (index + k) % n;
+        if ((_boundSheets[size_t(i)].hsState & 3) == 0) return i;
+    }
+    return index;
+}
+
+template <class C> void BookImplT<C>::calcFirstTab() {
+    for (size_t i = 0; i < _boundSheets.size(); ++i)
+        if ((_boundSheets[i].hsState & 3) == 0) {
+            _window1.itabFirst = uint16_t(i);
+            return;
+        }
+}
+
+template <class C> void BookImplT<C>::calcActiveSheet() {
+    size_t active = _window1.itabCur;
+    if (active < _boundSheets.size() && (_boundSheets[active].hsState & 3) != 0)
+        selectOnly(getNextVisibleSheet(int(active)));
+}
+
+template class BookImplT<char>;
+template class BookImplT<wchar_t>;
+
+} // namespace tabrix

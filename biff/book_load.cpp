@@ -1,0 +1,330 @@
+// BookImplT: loading a workbook from a file or from memory.  The globals
+// are read record by record up to their EOF, then each sheet's substream in
+// the order of the BoundSheet8 list.  A failure anywhere leaves a new book,
+// never a half-loaded one.
+#include "biff/book_impl.h"
+
+#include "biff/records/book_ext.h"
+#include "biff/records/ext_sst.h"
+#include "biff/sheet_impl.h"
+#include "book/failure_frame.h"
+#include "book/tberror.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <memory>
+#include <sstream>
+
+namespace tabrix {
+
+namespace {
+
+const uint16_t kEofId = 10;
+const uint16_t kContinueId = 60;
+
+// The globals that are one 16-bit word, with the text of a wrong size.
+struct WordGlobal {
+    uint16_t id;
+    const char *sizeError;
+    uint16_t BookWords::*word;
+};
+
+const WordGlobal kWordGlobals[] = {
+    {66, "CodePage size is incorrect", &BookWords::codePage},
+    {353, "DSF size is incorrect", &BookWords::dsf},
+    {156, "BuiltInFnGroupCount size is incorrect", &BookWords::builtInFnGroupCount},
+    {64, "Backup size is incorrect", &BookWords::backup},
+    {141, "HideObj size is incorrect", &BookWords::hideObj},
+    {34, "Date1904 size is incorrect", &BookWords::date1904},
+    {14, "CalcPrecision size is incorrect", &BookWords::calcPrecision},
+    {439, "RefreshAll size is incorrect", &BookWords::refreshAll},
+    {218, "BookBool size is incorrect", &BookWords::bookBool},
+    {352, "UsesELFs size is incorrect", &BookWords::usesELFs},
+};
+
+const WordGlobal *wordGlobal(uint16_t id) {
+    for (const WordGlobal &w : kWordGlobals)
+        if (w.id == id) return &w;
+    return nullptr;
+}
+
+// Unknown records are kept one by one; room is made for a number that the
+// file's size could hold, never for more than this.
+const size_t kUnknownReserve = 100000;
+
+void skip(XlsRecords &xls, uint16_t size) {
+    uint8_t buf[256];
+    while (size > 0) {
+        uint16_t n = std::min<uint16_t>(size, sizeof buf);
+        if (xls.read(buf, n) < n) return;
+        size = uint16_t(size - n);
+    }
+}
+
+uint16_t word(XlsRecords &xls) {
+    uint16_t v = 0;
+    xls.readInt16(v);
+    return v;
+}
+
+} // namespace
+
+template <class C> KeptRecord *BookImplT<C>::opaque(uint16_t id) {
+    for (int i = 0; i < kOpaqueCount; ++i)
+        if (kOpaqueIds[i] == id) return &_opaque[i];
+    return nullptr;
+}
+
+template <class C> bool BookImplT<C>::load(const C *filename) {
+    bool ok = run(false, [&] {
+        free();
+        reset();
+        std::fstream file;
+        if (!openFile(file, filename, std::ios::in | std::ios::binary))
+            throw tberror("can't open file for reading");
+        loadFrom(file);
+        return true;
+    });
+    if (!ok) {
+        std::string why = message().template c_str<char>(true);
+        clear();
+        message().assign(why.c_str());
+    }
+    return ok;
+}
+
+template <class C> bool BookImplT<C>::loadRaw(const char *data, unsigned size) {
+    bool ok = run(false, [&] {
+        free();
+        reset();
+        std::stringstream stream(std::ios::in | std::ios::out | std::ios::binary);
+        if (data && size) stream.write(data, std::streamsize(size));
+        stream.seekg(0);
+        loadFrom(stream);
+        return true;
+    });
+    if (!ok) {
+        std::string why = message().template c_str<char>(true);
+        clear();
+        message().assign(why.c_str());
+    }
+    return ok;
+}
+
+template <class C> bool BookImplT<C>::loadFrom(std::iostream &stream) {
+    _xls.setStreamPtr(&stream);
+    _xls.calcFileSize();
+    unsigned total = 0;
+    _xls.readHeader(total);
+    readStream();
+    _xls.readSections();
+    _xls.setStreamPtr(nullptr);
+    calcMaxDigWidth();
+    message().assign("ok");
+    return true;
+}
+
+template <class C> void BookImplT<C>::readStream() {
+    // A record takes at least its 4-byte header.
+    _unknown.reserve(std::min<size_t>(kUnknownReserve, _xls.fileSize() / 4));
+    for (;;) {
+        uint16_t id = 0, size = 0;
+        _xls.readInt16(id);
+        _xls.readInt16(size);
+        if (_xls.eof()) break;
+        if (id == 0) throw tberror("read error: record id can't be 0");
+        if (!readGlobal(id, size)) break;
+    }
+    _unknown.shrink_to_fit();
+    readSheets();
+}
+
+// One record of the globals whose header was read; false at their EOF.
+template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
+    if (const WordGlobal *w = wordGlobal(id)) {
+        if (size != 2) throw tberror(w->sizeError);
+        _words.*(w->word) = word(_xls);
+        return true;
+    }
+    if (KeptRecord *k = opaque(id)) {
+        k->record.read(_xls, size);
+        k->absent = false;
+        return true;
+    }
+    switch (id) {
+    case kEofId:
+        skip(_xls, size);
+        return false;
+    case Bof::kId:
+        _bof.read(_xls, size);
+        if (_bof.vers != 0x0600 && _bof.vers != 0x0500)
+            throw tberror("This file format isn't supported");
+        break;
+    case 47:
+        throw tberror("workbook is encrypted");
+    case 225: // InterfaceHdr
+        if (size != 0 && size != 2) throw tberror("InterfaceHdr size is incorrect");
+        if (size == 2) _words.interfaceHdr = word(_xls);
+        break;
+    case 226: // InterfaceEnd
+        if (size != 0 && size != 2) throw tberror("InterfaceEnd size is incorrect");
+        skip(_xls, size);
+        break;
+    case 193: // Mms
+        if (size != 0 && size != 2) throw tberror("Mms size is incorrect");
+        if (size == 2) _xls.read(_mms, 2);
+        break;
+    case WriteAccess::kId:
+        _writeAccess.read(_xls, size);
+        break;
+    case 317: { // RRTabId
+        if (size % 2) throw tberror("RRTabId size is incorrect");
+        _rrTabId.assign(size / 2, 0);
+        for (uint16_t &t : _rrTabId) t = word(_xls);
+        break;
+    }
+    case WinProtect::kId:
+        _winProtect.read(_xls, size);
+        break;
+    case Protect::kId:
+        _protect.read(_xls, size);
+        break;
+    case Password::kId:
+        _password.read(_xls, size);
+        break;
+    case Prot4Rev::kId:
+        _prot4Rev.read(_xls, size);
+        break;
+    case Prot4RevPass::kId:
+        _prot4RevPass.read(_xls, size);
+        break;
+    case 61: { // Window1
+        if (size != 18) throw tberror("Window1 size is incorrect");
+        uint16_t *w[] = {&_window1.xWn,     &_window1.yWn,      &_window1.dxWn,
+                         &_window1.dyWn,    &_window1.flags,    &_window1.itabCur,
+                         &_window1.itabFirst, &_window1.ctabSel, &_window1.wTabRatio};
+        for (uint16_t *f : w) *f = word(_xls);
+        break;
+    }
+    case 49:
+        _styles.readFont(_xls, size, _bof.vers);
+        break;
+    case 1054:
+        if (size < 3) throw tberror("Format size is incorrect");
+        _styles.readFormat(_xls, size, _bof.vers);
+        break;
+    case 224:
+        _styles.readXF(_xls, size, _bof.vers);
+        break;
+    case 659:
+        _styles.readStyle(_xls, size, _bof.vers);
+        break;
+    case 146:
+        _styles.readPalette(_xls, size);
+        break;
+    case BoundSheet8::kId: {
+        if (size < 8) throw tberror("BoundSheet8 size is incorrect");
+        BoundSheet8 b;
+        b.read(_xls, size, pool(), _bof.vers == 0x0500);
+        _boundSheets.push_back(b);
+        break;
+    }
+    case 140: // Country
+        if (size != 4) throw tberror("Country size is incorrect");
+        _country[0] = word(_xls);
+        _country[1] = word(_xls);
+        break;
+    case 430: { // SupBook and the records that belong to it
+        SupBookBlock block;
+        block.read(_xls, size);
+        _supBookBlocks.push_back(std::move(block));
+        break;
+    }
+    case Lbl::kId: {
+        Lbl name;
+        name.read(_xls, size, pool(), _bof.vers == 0x0500);
+        _names.push_back(std::move(name));
+        break;
+    }
+    case 449: { // RecalcId
+        if (size != 8) throw tberror("RecalcId size is incorrect");
+        _recalcRt = word(_xls);
+        _recalcReserved = word(_xls);
+        uint32_t b = 0;
+        _xls.readInt32(b);
+        _recalcBuild = b;
+        break;
+    }
+    case 448: // Excel9File
+        if (size != 0) throw tberror("Excel9File size is incorrect");
+        break;
+    case 235: { // MsoDrawingGroup with its CONTINUE records, as they stand
+        _drawingGroup.clear();
+        Biff b;
+        b.id = id;
+        b.read(_xls, size);
+        _drawingGroup.push_back(std::move(b));
+        while (!_xls.eof() && _xls.peekInt16() == kContinueId) {
+            Biff c;
+            uint16_t cid = 0, csize = 0;
+            _xls.readInt16(cid);
+            _xls.readInt16(csize);
+            c.id = cid;
+            c.read(_xls, csize);
+            _drawingGroup.push_back(std::move(c));
+        }
+        break;
+    }
+    case SST::kId:
+        _sst.read(_xls, size);
+        break;
+    case ExtSST::kId: {
+        // Rebuilt by nobody: a save leaves it out.
+        ExtSST ext;
+        ext.read(_xls, size);
+        break;
+    }
+    case BookExt::kId: {
+        // Checked, then dropped: a save doesn't write it.
+        BookExt ext;
+        ext.read(_xls, size);
+        _hasBookExt = true;
+        break;
+    }
+    case 96: // Template
+        if (size != 0 && size != 2) throw tberror("Template size is incorrect");
+        skip(_xls, size);
+        _template = true;
+        break;
+    default: {
+        Biff b;
+        b.id = id;
+        b.read(_xls, size);
+        if (id == 2173)
+            _xfExt.push_back(std::move(b));
+        else if (id == 2150)
+            _hfPictures.push_back(std::move(b));
+        else
+            _unknown.push_back(std::move(b));
+    }
+    }
+    return true;
+}
+
+// Each sheet's substream follows the previous one; the stream positions in
+// the BoundSheet8 entries are not needed for reading.
+template <class C> void BookImplT<C>::readSheets() {
+    _sheets.reserve(_boundSheets.size());
+    for (const BoundSheet8 &b : _boundSheets) {
+        std::wstring name;
+        if (b.name.text) name.assign(b.name.text, wcsnlen(b.name.text, b.name.cch));
+        std::unique_ptr<SheetImplT<C>> sheet(new SheetImplT<C>(*this, name));
+        sheet->read(_xls);
+        _sheets.push_back(sheet.release());
+    }
+}
+
+template class BookImplT<char>;
+template class BookImplT<wchar_t>;
+
+} // namespace tabrix
