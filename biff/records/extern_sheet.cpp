@@ -1,6 +1,8 @@
 #include "biff/records/extern_sheet.h"
 #include "book/tberror.h"
 
+#include <algorithm>
+
 namespace tabrix {
 
 namespace {
@@ -46,7 +48,7 @@ unsigned ExternSheet::write(XlsRecords &xls) const {
     if (rgXTI.size() > 0xFFFF) throw tberror("error in record ExternSheet");
     uint32_t total = 2u + XTI::kSize * uint32_t(rgXTI.size());
     unsigned short remaining =
-        static_cast<unsigned short>(total < XlsRecords::kMaxRecordData ? total : XlsRecords::kMaxRecordData);
+        static_cast<unsigned short>(std::min<uint32_t>(total, XlsRecords::kMaxRecordData));
     unsigned written = 4u + remaining;
     bool continued = false;
     xls.write(kId, remaining);

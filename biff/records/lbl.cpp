@@ -1,6 +1,8 @@
 #include "biff/records/lbl.h"
 #include "book/tberror.h"
 
+#include <algorithm>
+
 #include <cwctype>
 
 namespace tabrix {
@@ -110,10 +112,14 @@ void Lbl::read(XlsRecords &xls, uint16_t size, MemPool &pool, bool old) {
     for (uint8_t &b : reserved4) readByte(xls, b, remaining);
     name.noFlags = old;
     if (cch) name.read(xls, cch, pool, old, remaining);
-    // The tokens may run on in a CONTINUE, but not past the record's end.
-    if (cce > remaining && (remaining != 0 || xls.peekInt16() != XlsRecords::kContinueId)) sizeError();
+    // The tokens may run on in a CONTINUE; without one they must end with
+    // the record.
     rgce.assign(cce, 0);
-    xls.readWithContinueRecords(rgce.data(), cce, remaining);
+    try {
+        xls.readWithContinueRecords(rgce.data(), cce, remaining);
+    } catch (const tberror &) {
+        sizeError();
+    }
     extra.assign(remaining, 0);
     if (remaining) xls.read(extra.data(), remaining);
 }
@@ -121,7 +127,7 @@ void Lbl::read(XlsRecords &xls, uint16_t size, MemPool &pool, bool old) {
 unsigned Lbl::write(XlsRecords &xls) const {
     const uint32_t total = size();
     unsigned short remaining = static_cast<unsigned short>(
-        total < XlsRecords::kMaxRecordData ? total : XlsRecords::kMaxRecordData);
+        std::min<uint32_t>(total, XlsRecords::kMaxRecordData));
     unsigned written = 4u + remaining;
     bool continued = false;
     xls.write(kId, remaining);

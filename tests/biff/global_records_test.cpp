@@ -3,6 +3,12 @@
 // CONTINUE rules of ExternSheet, BookExt's variable tail, names and the
 // SupBook read-ahead.
 #include "biff/records/bof.h"
+#include "biff/records/book_ext.h"
+#include "biff/records/bound_sheet8.h"
+#include "biff/records/extern_sheet.h"
+#include "biff/records/lbl.h"
+#include "biff/records/sup_book_block.h"
+#include "biff/records/write_access.h"
 #include "biff/records/obj_protect.h"
 #include "biff/records/password.h"
 #include "biff/records/prot4rev.h"
@@ -10,6 +16,7 @@
 #include "biff/records/protect.h"
 #include "biff/records/scenario_protect.h"
 #include "biff/records/win_protect.h"
+#include "book/mem_pool.h"
 #include "support/biff_bytes.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +27,8 @@ using namespace tabrix;
 using namespace bifftest;
 
 namespace {
+
+constexpr uint16_t kContinue = 60;
 
 // Reads a record of type R from `data` under id R::kId and writes it back;
 // answers the data written (header excluded).
@@ -83,11 +92,15 @@ TEST(GlobalRecordsTest, FixedSizeRecordsRoundTripAndCheckTheirSize) {
         {"ScenarioProtect", 2, roundTrip<ScenarioProtect>, readError<ScenarioProtect>},
         {"ObjProtect", 2, roundTrip<ObjProtect>, readError<ObjProtect>},
         {"Bof", 16, roundTrip<Bof>, readError<Bof>},
+        {"WriteAccess", 112, roundTrip<WriteAccess>, nullptr},
+        {"BookExt", 22, roundTrip<BookExt>, nullptr},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
         auto data = seq(c.size);
+        if (c.name == std::string("BookExt")) data[12] = 22; // cb, the record's own size
         EXPECT_EQ(c.trip(data), data);
+        if (!c.error) continue;
         EXPECT_EQ(c.error(seq(c.size - 1)), std::string(c.name) + " size is incorrect");
         if (c.size == 2) {
             EXPECT_EQ(c.error(seq(3)), std::string(c.name) + " size is incorrect");
@@ -164,4 +177,450 @@ TEST(GlobalRecordsTest, NewBofAndItsDump) {
     os << std::hex;
     b.dumpOn(os);
     EXPECT_EQ(os.str(), L"[BOF vers=1536 dt=5 rupBuild=8346 rupYear=1997 fields1=49353 fields2=774]\n");
+}
+
+TEST(GlobalRecordsTest, BookExtSizes) {
+    struct Case {
+        uint16_t size;
+        bool ok;
+        uint8_t grbit1, grbit2;
+    };
+    const Case cases[] = {{19, false, 0, 0}, {20, true, 0, 0}, {21, true, 0xAA, 0},
+                          {22, true, 0xAA, 0xBB}, {23, false, 0, 0}};
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.size);
+        std::vector<uint8_t> data;
+        put16(data, 2147);
+        put16(data, 0);
+        data.resize(12, 0);
+        put32(data, c.size);
+        put32(data, 0);
+        data.push_back(0xAA);
+        data.push_back(0xBB);
+        data.push_back(0xCC);
+        data.resize(c.size);
+        if (!c.ok) {
+            EXPECT_EQ(readError<BookExt>(data), "BookExt size is incorrect");
+            continue;
+        }
+        BookExt b = readBack<BookExt>(data);
+        EXPECT_EQ(b.grbit1, c.grbit1);
+        EXPECT_EQ(b.grbit2, c.grbit2);
+        EXPECT_EQ(roundTrip<BookExt>(data), data);
+    }
+    // A new one: cb 21, grbit1 158.
+    BookExt fresh;
+    Opened out(writeBook([&](Xls<char> &x) { EXPECT_EQ(fresh.write(x), 25u); }));
+    auto d = out.records().at(0).second;
+    ASSERT_EQ(d.size(), 21u);
+    EXPECT_EQ(d[20], 158);
+    EXPECT_EQ(d[0] | (d[1] << 8), 2147);
+}
+
+TEST(GlobalRecordsTest, WriteAccessKeepsAFixedBlock) {
+    WriteAccess w;
+    Opened out(writeBook([&](Xls<char> &x) { w.write(x); }));
+    auto d = out.records().at(0).second;
+    ASSERT_EQ(d.size(), 112u);
+    const std::vector<uint8_t> head = {1, 0, 0, 'T', ' ', 0, 0, 0, 0, ' '};
+    EXPECT_EQ(std::vector<uint8_t>(d.begin(), d.begin() + 10), head);
+    EXPECT_EQ(d[111], ' ');
+    EXPECT_EQ(w.dumpText(), L"[WriteAccess userName=T]\n");
+    // A short record fills the start; a long one keeps 112 bytes and the
+    // record behind it is still found.
+    WriteAccess s = readBack<WriteAccess>({2, 0, 0, 'A', 'B'});
+    EXPECT_EQ(s.block[3], 'A');
+    EXPECT_EQ(s.block[4], 'B');
+    EXPECT_EQ(s.block[5], 0);
+    std::vector<uint8_t> wb;
+    record(wb, WriteAccess::kId, seq(300));
+    record(wb, Protect::kId, {1, 0});
+    Opened in(rawBook(wb));
+    WriteAccess l;
+    l.read(in.x);
+    EXPECT_EQ(std::vector<uint8_t>(l.block, l.block + 112), seq(112));
+    Protect p;
+    p.read(in.x);
+    EXPECT_TRUE(p.protect());
+}
+
+TEST(GlobalRecordsTest, BoundSheet8RoundTripsAndChecksItsSize) {
+    MemPool pool;
+    struct Case {
+        const char *name;
+        std::vector<uint8_t> data;
+        const wchar_t *text;
+        bool noFlags;
+    };
+    std::vector<uint8_t> wide = {0x00, 0x10, 0, 0, 1, 2, 2, 1, 0x16, 0x04, 'x', 0};
+    const Case cases[] = {
+        {"8-bit", {0x34, 0x12, 0, 0, 0, 0, 6, 0, 'S', 'h', 'e', 'e', 't', '1'}, L"Sheet1", false},
+        {"wide", wide, L"\u0416x", false},
+        {"empty name", {0, 0, 0, 0, 0, 0, 0, 0}, L"", false},
+        {"old format", {0, 0, 0, 0, 0, 0, 3, 'a', 'b', 'c'}, L"abc", true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::vector<uint8_t> wb;
+        record(wb, BoundSheet8::kId, c.data);
+        Opened in(rawBook(wb));
+        uint16_t id = 0, size = 0;
+        in.x.readInt16(id);
+        in.x.readInt16(size);
+        BoundSheet8 b;
+        b.read(in.x, size, pool, c.noFlags);
+        EXPECT_EQ(std::wstring(b.nameText()), c.text);
+        Opened out(writeBook([&](Xls<char> &x) { EXPECT_EQ(b.write(x), 4u + c.data.size()); }));
+        EXPECT_EQ(out.records().at(0).second, c.data);
+    }
+    EXPECT_EQ(errorOf([&] {
+                  std::vector<uint8_t> wb;
+                  record(wb, BoundSheet8::kId, seq(7));
+                  Opened in(rawBook(wb));
+                  uint16_t id = 0, size = 0;
+                  in.x.readInt16(id);
+                  in.x.readInt16(size);
+                  BoundSheet8 b;
+                  b.read(in.x, size, pool);
+              }),
+              "BoundSheet8 size is incorrect");
+    // A name longer than the record stops at the record's end.
+    EXPECT_NE(errorOf([&] {
+                  std::vector<uint8_t> wb;
+                  record(wb, BoundSheet8::kId, {0, 0, 0, 0, 0, 0, 200, 0, 'a'});
+                  Opened in(rawBook(wb));
+                  in.bytes(4);
+                  BoundSheet8 b;
+                  b.read(in.x, 9, pool);
+              }),
+              "");
+    BoundSheet8 named;
+    named.setName(L"Données", pool);
+    named.lbPlyPos = 1234;
+    named.hsState = BoundSheet8::kHidden;
+    Opened out(writeBook([&](Xls<char> &x) { named.write(x); }));
+    auto d = out.records().at(0).second;
+    EXPECT_EQ(d.size(), 8u + 2 * 7);
+    EXPECT_EQ(d[4], 1);
+}
+
+namespace {
+
+std::vector<XTI> manyXti(size_t n) {
+    std::vector<XTI> v;
+    for (size_t i = 0; i < n; ++i) v.push_back(XTI(uint16_t(i % 3), uint16_t(i), uint16_t(i + 1)));
+    return v;
+}
+
+} // namespace
+
+TEST(GlobalRecordsTest, ExternSheetContinuesWithoutSplittingAnEntry) {
+    struct Case {
+        size_t count;
+        std::vector<uint16_t> sizes; // of the record and its CONTINUEs
+    };
+    const Case cases[] = {
+        {0, {2}},
+        {1, {8}},
+        {1370, {8222}},
+        {1371, {8222, 6}},
+        {1400, {8222, 180}},
+        {2800, {8222, 8220, 360}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.count);
+        ExternSheet e;
+        e.rgXTI = manyXti(c.count);
+        unsigned written = 0;
+        std::string file = writeBook([&](Xls<char> &x) {
+            written = e.write(x);
+            Protect().write(x);
+        });
+        Opened out(file);
+        auto recs = out.records();
+        ASSERT_EQ(recs.size(), c.sizes.size() + 1);
+        unsigned total = 0;
+        for (size_t i = 0; i < c.sizes.size(); ++i) {
+            EXPECT_EQ(recs[i].first, i ? kContinue : ExternSheet::kId);
+            EXPECT_EQ(recs[i].second.size(), c.sizes[i]);
+            total += 4u + c.sizes[i];
+        }
+        EXPECT_EQ(written, total);
+        Opened in(file);
+        ExternSheet back;
+        back.read(in.x);
+        EXPECT_EQ(back.rgXTI, e.rgXTI);
+        Protect p;
+        p.read(in.x); // the CONTINUEs were consumed
+    }
+}
+
+TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBrokenOnes) {
+    // Two entries, the second split after its first field.
+    std::vector<uint8_t> first, second, wb;
+    put16(first, 2);
+    for (uint16_t v : {0, 1, 2, 0}) put16(first, v);
+    for (uint16_t v : {3, 4}) put16(second, v);
+    record(wb, ExternSheet::kId, first);
+    record(wb, kContinue, second);
+    ExternSheet e;
+    {
+        Opened in(rawBook(wb));
+        e.read(in.x);
+    }
+    EXPECT_EQ(e.rgXTI, (std::vector<XTI>{XTI(0, 1, 2), XTI(0, 3, 4)}));
+    EXPECT_EQ(XTI(5), XTI(0, 5, 5));
+    EXPECT_NE(XTI(5), XTI(1, 5, 5));
+
+    struct Bad {
+        const char *name;
+        std::vector<uint8_t> wb;
+        const char *message;
+    };
+    std::vector<uint8_t> noCount, midField, noContinue;
+    record(noCount, ExternSheet::kId, {1});
+    record(midField, ExternSheet::kId, {1, 0, 0, 0, 1, 0, 2});
+    record(midField, kContinue, {0, 3, 0});
+    record(noContinue, ExternSheet::kId, {2, 0, 0, 0, 1, 0, 2, 0});
+    record(noContinue, Protect::kId, {1, 0});
+    const Bad bad[] = {
+        {"count cut", noCount, "error in record ExternSheet"},
+        {"field split", midField, "error in XTI"},
+        {"entries missing", noContinue, "error in XTI"},
+    };
+    for (const Bad &b : bad) {
+        SCOPED_TRACE(b.name);
+        EXPECT_EQ(errorOf([&] {
+                      Opened in(rawBook(b.wb));
+                      ExternSheet x;
+                      x.read(in.x);
+                  }),
+                  b.message);
+    }
+}
+
+namespace {
+
+std::vector<uint8_t> selfRefBlock() {
+    std::vector<uint8_t> wb;
+    record(wb, SupBookBlock::kSupBookId, {3, 0, 1, 4});
+    std::vector<uint8_t> es;
+    put16(es, 2);
+    for (uint16_t v : {0, 0, 0, 0, 2, 2}) put16(es, v);
+    record(wb, ExternSheet::kId, es);
+    return wb;
+}
+
+SupBookBlock readBlock(Opened &in) {
+    uint16_t id = 0, size = 0;
+    in.x.readInt16(id);
+    in.x.readInt16(size);
+    EXPECT_EQ(id, SupBookBlock::kSupBookId);
+    SupBookBlock b;
+    b.read(in.x, size);
+    return b;
+}
+
+} // namespace
+
+TEST(GlobalRecordsTest, SupBookBlockReadsAheadAndLeavesTheNextRecord) {
+    std::vector<uint8_t> wb, blocks;
+    // An external book with its names and counts, a self-reference, then a
+    // record of another kind.
+    record(blocks, SupBookBlock::kSupBookId, {2, 0, 3, 0, 1, 'a', 'b', 'c'});
+    record(blocks, 89, {1, 0, 0, 0});
+    record(blocks, 35, {0, 0, 0, 0, 0, 0, 1, 0, 1, 'N'});
+    record(blocks, kContinue, {7, 7});
+    record(blocks, 90, {4, 0, 0, 0});
+    auto self = selfRefBlock();
+    blocks.insert(blocks.end(), self.begin(), self.end());
+    wb = blocks;
+    record(wb, Protect::kId, {1, 0});
+
+    Opened in(rawBook(wb));
+    SupBookBlock ext = readBlock(in);
+    EXPECT_FALSE(ext.isSelfRef());
+    EXPECT_FALSE(ext.hasExternSheet);
+    ASSERT_EQ(ext.followers.size(), 3u);
+    EXPECT_EQ(ext.followers[0].id, 89);
+    EXPECT_EQ(ext.followers[2].id, 90);
+    ASSERT_EQ(ext.continues.size(), 1u);
+    SupBookBlock me = readBlock(in);
+    EXPECT_TRUE(me.isSelfRef());
+    ASSERT_TRUE(me.hasExternSheet);
+    EXPECT_EQ(me.externSheet.rgXTI, (std::vector<XTI>{XTI(0, 0, 0), XTI(0, 2, 2)}));
+    // The caller reads the foreign record itself.
+    Protect p;
+    p.read(in.x);
+    EXPECT_TRUE(p.protect());
+
+    // Written back: the same records in the same order (the CONTINUE kept at
+    // the block's level goes after the other members).
+    Opened out(writeBook([&](Xls<char> &x) {
+        ext.write(x);
+        me.write(x);
+    }));
+    auto recs = out.records();
+    std::vector<uint16_t> ids;
+    for (auto &r : recs) ids.push_back(r.first);
+    EXPECT_EQ(ids, (std::vector<uint16_t>{430, 89, 35, 90, 60, 430, 23}));
+    Opened again(rawBook(self));
+    EXPECT_EQ(again.records(), Opened(writeBook([&](Xls<char> &x) { me.write(x); })).records());
+}
+
+TEST(GlobalRecordsTest, SupBookBlockFailsWhenItsRecordsPassTheFileSize) {
+    std::vector<uint8_t> wb;
+    record(wb, SupBookBlock::kSupBookId, {3, 0, 1, 4});
+    // A follower that declares more bytes than the file holds.
+    put16(wb, 89);
+    put16(wb, 60000);
+    EXPECT_EQ(errorOf([&] {
+                  Opened in(rawBook(wb));
+                                readBlock(in);
+              }),
+              "SupBookBlock: file is corrupt");
+    // A block at the end of the stream simply ends.
+    Opened in(rawBook(selfRefBlock()));
+    EXPECT_TRUE(readBlock(in).hasExternSheet);
+}
+
+namespace {
+
+std::vector<uint8_t> lblData(uint16_t flags, const std::vector<uint8_t> &nameBytes, uint8_t cch,
+                             const std::vector<uint8_t> &rgce, const std::vector<uint8_t> &extra = {}) {
+    std::vector<uint8_t> d;
+    put16(d, flags);
+    d.push_back(0);   // chKey
+    d.push_back(cch); // cch
+    put16(d, uint16_t(rgce.size()));
+    put16(d, 0);
+    put16(d, 2); // itab
+    for (int i = 0; i < 4; ++i) d.push_back(uint8_t(i));
+    d.insert(d.end(), nameBytes.begin(), nameBytes.end());
+    d.insert(d.end(), rgce.begin(), rgce.end());
+    d.insert(d.end(), extra.begin(), extra.end());
+    return d;
+}
+
+Lbl readLbl(const std::vector<uint8_t> &wb, MemPool &pool, bool old = false) {
+    Opened in(rawBook(wb));
+    uint16_t id = 0, size = 0;
+    in.x.readInt16(id);
+    in.x.readInt16(size);
+    Lbl l;
+    l.read(in.x, size, pool, old);
+    return l;
+}
+
+} // namespace
+
+TEST(GlobalRecordsTest, LblRoundTripsNamesAndFormulaBytes) {
+    MemPool pool;
+    const std::vector<uint8_t> area = {0x3B, 0, 0, 0, 0, 1, 0, 0, 0, 3, 0};
+    struct Case {
+        const char *name;
+        std::vector<uint8_t> data;
+        std::wstring text;
+        bool builtin, hidden, old;
+    };
+    const Case cases[] = {
+        {"built-in print area", lblData(0x20, {0, 6}, 1, area), L"Print_Area", true, false, false},
+        {"hidden filter", lblData(0x21, {0, 13}, 1, area), L"_FilterDatabase", true, true, false},
+        {"user name", lblData(0, {0, 'R', 'a', 't', 'e'}, 4, {0x1E, 5, 0}), L"Rate", false, false, false},
+        {"wide name", lblData(0, {1, 0x16, 0x04, 'q', 0}, 2, {0x1E, 5, 0}), L"\u0416q", false, false, false},
+        {"constant array data", lblData(0, {0, 'A'}, 1, {0x20, 0, 0, 0, 0, 0, 0, 0}, {1, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}),
+         L"A", false, false, false},
+        {"no formula", lblData(0, {0, 'B'}, 1, {}), L"B", false, false, false},
+        {"old format", lblData(0, {'O', 'l', 'd'}, 3, {0x1E, 1, 0}, {'d', 'e', 's', 'c'}), L"Old", false, false, true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::vector<uint8_t> wb;
+        record(wb, Lbl::kId, c.data);
+        Lbl l = readLbl(wb, pool, c.old);
+        EXPECT_EQ(l.nameText(), c.text);
+        EXPECT_EQ(l.builtin(), c.builtin);
+        EXPECT_EQ(l.hidden(), c.hidden);
+        EXPECT_EQ(l.itab, 2);
+        EXPECT_EQ(l.size(), c.data.size());
+        EXPECT_TRUE(l.isContains(c.text.c_str()));
+        Opened out(writeBook([&](Xls<char> &x) { EXPECT_EQ(l.write(x), 4u + c.data.size()); }));
+        EXPECT_EQ(out.records().at(0).second, c.data);
+    }
+}
+
+TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
+    MemPool pool;
+    std::vector<uint8_t> wb;
+    record(wb, Lbl::kId, lblData(0x20, {0, 6}, 1, {}));
+    Lbl l = readLbl(wb, pool);
+    EXPECT_TRUE(l.isContains(L"print_AREA"));
+    EXPECT_FALSE(l.isContains(L"Print_Area2"));
+    EXPECT_FALSE(l.isContains(L"Print_Are"));
+    EXPECT_EQ(l.dumpText(), L"[Lbl flags=32 chKey=0 cch=1 cce=0 reserved=0 itab=2 name=Print_Area rgce=()]\n");
+
+    EXPECT_EQ(Lbl::builtinName(0), std::wstring(L"Consolidate_Area"));
+    EXPECT_EQ(Lbl::builtinName(13), std::wstring(L"_FilterDatabase"));
+    EXPECT_EQ(Lbl::builtinName(14), nullptr);
+    EXPECT_EQ(Lbl::builtinCode(L"sheet_title"), 12);
+    EXPECT_EQ(Lbl::builtinCode(L"Sheet"), -1);
+
+    Lbl fresh;
+    EXPECT_EQ(fresh.size(), 14u);
+    fresh.setHidden(true);
+    fresh.setBuiltin(true);
+    EXPECT_EQ(fresh.flags, 0x21);
+    fresh.setBuiltin(false);
+    EXPECT_EQ(fresh.flags, 0x01);
+    fresh.setName(L"print_titles", pool);
+    EXPECT_TRUE(fresh.builtin());
+    EXPECT_EQ(fresh.nameText(), L"Print_Titles");
+    EXPECT_EQ(fresh.size(), 17u); // flags byte and one wide character
+    fresh.setName(L"Total", pool);
+    EXPECT_FALSE(fresh.builtin());
+    EXPECT_EQ(fresh.nameText(), L"Total");
+    EXPECT_EQ(errorOf([&] { fresh.setName(std::wstring(256, L'x').c_str(), pool); }), "string is too long");
+
+    // A long formula runs on in a CONTINUE and reads back equal.
+    Lbl big;
+    big.setName(L"Big", pool);
+    big.rgce.assign(9000, 0x17);
+    big.rgce[8999] = 1;
+    std::string file = writeBook([&](Xls<char> &x) { big.write(x); });
+    Opened out(file);
+    auto recs = out.records();
+    ASSERT_EQ(recs.size(), 2u);
+    EXPECT_EQ(recs[0].second.size(), 8224u);
+    EXPECT_EQ(recs[1].first, kContinue);
+    Opened in(file);
+    uint16_t id = 0, size = 0;
+    in.x.readInt16(id);
+    in.x.readInt16(size);
+    Lbl back;
+    back.read(in.x, size, pool, false);
+    EXPECT_EQ(back.rgce, big.rgce);
+    EXPECT_EQ(back.nameText(), L"Big");
+
+    struct Bad {
+        const char *name;
+        std::vector<uint8_t> data;
+    };
+    const Bad bad[] = {
+        {"short", seq(13)},
+        {"formula past the end", [] {
+             auto d = lblData(0, {0, 'A'}, 1, {1, 2, 3});
+             d.pop_back();
+             return d;
+         }()},
+    };
+    for (const Bad &b : bad) {
+        SCOPED_TRACE(b.name);
+        EXPECT_EQ(errorOf([&] {
+                      std::vector<uint8_t> w;
+                      record(w, Lbl::kId, b.data);
+                      record(w, Protect::kId, {0, 0});
+                      readLbl(w, pool);
+                  }),
+                  "Lbl size is incorrect");
+    }
 }
