@@ -390,6 +390,178 @@ TEST(BookTest, KeptAndDroppedGlobalRecords) {
     EXPECT_TRUE(has(34, word(1)));
 }
 
+Bytes pattern(size_t n, uint8_t seed) {
+    Bytes d(n);
+    for (size_t i = 0; i < n; ++i) d[i] = uint8_t(seed + i * 7);
+    return d;
+}
+
+// Globals with values other than a new book's, in the order a save writes
+// them, so that the saved globals must equal them record for record.
+std::vector<std::pair<uint16_t, Bytes>> canonicalGlobals() {
+    Bytes window1, country, recalc, ext, sst;
+    for (uint16_t w : {10, 20, 3000, 4000, 0x38, 1, 0, 1, 500}) put16(window1, w);
+    put16(country, 44);
+    put16(country, 49);
+    put16(recalc, 449);
+    put16(recalc, 0);
+    put32(recalc, 123456);
+    put16(ext, 1);
+    for (uint16_t w : {0, 1, 1}) put16(ext, w);
+    put32(sst, 1);
+    put32(sst, 1);
+    put16(sst, 2);
+    sst.push_back(0);
+    sst.push_back('h');
+    sst.push_back('i');
+    return {{2057, bofData(0x0600, 5)},
+            {96, {}},
+            {225, word(1252)},
+            {193, {1, 2}},
+            {226, {}},
+            {92, pattern(112, 3)},
+            {66, word(1252)},
+            {353, word(1)},
+            {317, {1, 0, 2, 0}},
+            {211, {}},
+            {442, pattern(9, 1)},
+            {156, word(17)},
+            {25, word(1)},
+            {18, word(1)},
+            {19, word(0xABCD)},
+            {431, word(1)},
+            {444, word(0x1234)},
+            {61, window1},
+            {64, word(1)},
+            {141, word(2)},
+            {34, word(1)},
+            {14, word(0)},
+            {439, word(1)},
+            {218, word(1)},
+            {2172, pattern(12, 5)},
+            {2173, pattern(20, 6)},
+            {2173, pattern(21, 7)},
+            {2190, pattern(8, 8)},
+            {4188, pattern(6, 9)},
+            {352, word(1)},
+            {133, boundSheet("One")},
+            {133, boundSheet("Two")},
+            {2202, pattern(4, 10)},
+            {2211, pattern(4, 11)},
+            {140, country},
+            {430, {2, 0, 1, 4}},
+            {23, ext},
+            {24, lbl("nm", 2, 0)},
+            {449, recalc},
+            {2150, pattern(30, 12)},
+            {235, pattern(40, 13)},
+            {60, pattern(10, 14)},
+            {252, sst},
+            {2198, pattern(16, 15)},
+            {2203, pattern(3, 16)},
+            {2188, pattern(5, 17)},
+            {0x1234, pattern(7, 18)},
+            {10, {}}};
+}
+
+TEST(BookTest, GlobalsComeBackRecordForRecord) {
+    auto globals = canonicalGlobals();
+    Bytes wb;
+    for (const auto &r : globals) record(wb, r.first, r.second);
+    for (int i = 0; i < 2; ++i) {
+        record(wb, 2057, bofData(0x0600, 16));
+        record(wb, 515, number(0, 0, i));
+        record(wb, 10, {});
+    }
+    std::string file = rawBook(wb);
+    BookPtr b = newBook();
+    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
+    EXPECT_EQ(b->activeSheet(), 1);
+    EXPECT_TRUE(b->isTemplate());
+    EXPECT_EQ(b->words().interfaceHdr, 1252);
+
+    auto out = globalsOf(saved(*b));
+    ASSERT_EQ(out.size(), globals.size());
+    for (size_t i = 0; i < out.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(out[i].first, globals[i].first);
+        // The sheets' positions are new; the rest of BoundSheet8 is not.
+        size_t from = out[i].first == 133 ? 4 : 0;
+        ASSERT_GE(out[i].second.size(), from);
+        EXPECT_EQ(Bytes(out[i].second.begin() + long(from), out[i].second.end()),
+                  Bytes(globals[i].second.begin() + long(from), globals[i].second.end()));
+    }
+}
+
+TEST(BookTest, SmallRecordSizesThatLoad) {
+    Bytes longWrite = pattern(120, 1);
+    std::string file = rawBook(workbook({{225, {}}, {193, {}}, {226, word(0)}, {96, word(0)},
+                                         {92, longWrite}, {448, {}}},
+                                        {"S"}));
+    BookPtr b = newBook();
+    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
+    EXPECT_EQ(b->words().interfaceHdr, 1200);
+    auto out = globalsOf(saved(*b));
+    for (const auto &r : out) {
+        if (r.first == 92) {
+            EXPECT_EQ(r.second, Bytes(longWrite.begin(), longWrite.begin() + 112));
+        } else if (r.first == 225) {
+            EXPECT_EQ(r.second, word(1200));
+        }
+        EXPECT_NE(r.first, 448);
+    }
+}
+
+TEST(BookTest, VisibleSheetsAndSettings) {
+    Bytes wb;
+    record(wb, 2057, bofData(0x0600, 5));
+    const uint8_t states[] = {1, 0, 2, 0};
+    for (int i = 0; i < 4; ++i) {
+        Bytes bs = boundSheet("S" + std::to_string(i));
+        bs[4] = states[i];
+        record(wb, 133, bs);
+    }
+    record(wb, 10, {});
+    for (int i = 0; i < 4; ++i) {
+        record(wb, 2057, bofData(0x0600, i == 3 ? 32 : 16));
+        record(wb, 10, {});
+    }
+    std::string file = rawBook(wb);
+    BookPtr b = newBook();
+    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
+    EXPECT_EQ(b->visibleSheetCount(), 2);
+    EXPECT_EQ(b->getNextVisibleSheet(1), 3);
+    EXPECT_EQ(b->getNextVisibleSheet(3), 1);
+    EXPECT_EQ(b->getNextVisibleSheet(7), 7);
+    EXPECT_EQ(b->sheetType(3), SHEETTYPE_CHART);
+    b->calcFirstTab();
+    EXPECT_EQ(b->window1().itabFirst, 1);
+    b->setActiveSheet(2);
+    b->calcActiveSheet();
+    EXPECT_EQ(b->activeSheet(), 3);
+    // The chart substream comes back as it was.
+    std::string again = saved(*b);
+    EXPECT_NE(again.find(std::string(reinterpret_cast<const char *>(bofData(0x0600, 32).data()), 16)),
+              std::string::npos);
+
+    EXPECT_FALSE(b->refR1C1());
+    b->setRefR1C1(true);
+    EXPECT_TRUE(b->refR1C1());
+    EXPECT_FALSE(b->setLocale("no_such_LOCALE.xyz"));
+    EXPECT_STREQ(b->errorMessage(), "setlocale error");
+    EXPECT_TRUE(b->setLocale("UTF-8"));
+
+    BookPtr c = newBook();
+    int y = 0, m = 0, d = 0;
+    double serial = c->datePack(2024, 2, 29, 0, 0, 0, 0);
+    c->setDate1904(true);
+    EXPECT_EQ(c->datePack(2024, 2, 29, 0, 0, 0, 0), serial - 1462);
+    EXPECT_TRUE(c->dateUnpack(serial - 1462, &y, &m, &d, nullptr, nullptr, nullptr, nullptr));
+    EXPECT_EQ(y * 10000 + m * 100 + d, 20240229);
+    EXPECT_EQ(c->getPicture(0, nullptr, nullptr), 0);
+    EXPECT_STREQ(c->errorMessage(), "not supported yet");
+}
+
 TEST(BookTest, CellsRoundTripThroughSaveRawAndLoadRaw) {
     BookPtr b = newBook();
     ISheetT<char> *s1 = b->addSheet("Numbers", nullptr);
