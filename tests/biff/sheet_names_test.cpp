@@ -1,0 +1,330 @@
+// Sheet names: print area and titles, named ranges with their scopes and
+// forms, the self-reference they go through, and rows inserted or removed
+// under them.
+#include "biff/sheet_names.h"
+#include "support/biff_bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace tabrix;
+using namespace bifftest;
+
+namespace {
+
+// A book's names and external references, and SheetNames for its sheets.
+struct Book {
+    MemPool pool;
+    std::vector<Lbl> names;
+    std::vector<SupBookBlock> supBooks;
+    int sheetCount = 3;
+    SheetNames sheet(int index) { return SheetNames(names, supBooks, pool, index, sheetCount); }
+};
+
+std::vector<uint8_t> area(uint16_t ixti, uint16_t r1, uint16_t r2, uint16_t c1, uint16_t c2) {
+    std::vector<uint8_t> v = {0x3B};
+    for (uint16_t w : {ixti, r1, r2, c1, c2}) put16(v, w);
+    return v;
+}
+
+std::vector<uint8_t> cell(uint16_t ixti, uint16_t r, uint16_t c) {
+    std::vector<uint8_t> v = {0x3A};
+    for (uint16_t w : {ixti, r, c}) put16(v, w);
+    return v;
+}
+
+std::vector<uint8_t> unionOf(uint16_t ixti, uint16_t r1, uint16_t r2, uint16_t c1, uint16_t c2) {
+    std::vector<uint8_t> v = {0x29, 23, 0};
+    std::vector<uint8_t> rows = area(ixti, r1, r2, 0, 255), cols = area(ixti, 0, 65535, c1, c2);
+    v.insert(v.end(), rows.begin(), rows.end());
+    v.insert(v.end(), cols.begin(), cols.end());
+    v.push_back(0x10);
+    return v;
+}
+
+struct Range {
+    int r1 = -1, r2 = -1, c1 = -1, c2 = -1;
+    bool hidden = true;
+    bool operator==(const Range &o) const {
+        return r1 == o.r1 && r2 == o.r2 && c1 == o.c1 && c2 == o.c2;
+    }
+};
+
+std::ostream &operator<<(std::ostream &os, const Range &r) {
+    return os << r.r1 << "-" << r.r2 << ":" << r.c1 << "-" << r.c2;
+}
+
+Range get(const SheetNames &s, const wchar_t *name, int scope) {
+    Range r;
+    s.getNamedRange(name, &r.r1, &r.r2, &r.c1, &r.c2, scope, &r.hidden);
+    return r;
+}
+
+Range range(int r1, int r2, int c1, int c2) {
+    Range r;
+    r.r1 = r1, r.r2 = r2, r.c1 = c1, r.c2 = c2;
+    return r;
+}
+
+} // namespace
+
+TEST(SheetNamesTest, PrintAreaMakesTheSelfReferenceOnce) {
+    Book b;
+    SheetNames s = b.sheet(1);
+    s.setPrintArea(0, 9, 0, 3);
+    s.setPrintArea(2, 20, 1, 4);
+    ASSERT_EQ(b.names.size(), 1u);
+    const Lbl &l = b.names[0];
+    EXPECT_TRUE(l.builtin());
+    EXPECT_EQ(l.itab, 2);
+    EXPECT_EQ(l.cch, 1);
+    EXPECT_EQ(l.name.text[0], L'\x06');
+    EXPECT_EQ(l.cce, 11);
+    EXPECT_EQ(l.rgce, area(0, 2, 20, 1, 4));
+    EXPECT_EQ(l.nameText(), L"Print_Area");
+
+    ASSERT_EQ(b.supBooks.size(), 1u);
+    EXPECT_TRUE(b.supBooks[0].isSelfRef());
+    EXPECT_TRUE(b.supBooks[0].hasExternSheet);
+    EXPECT_EQ(b.supBooks[0].supBook.data, (std::vector<uint8_t>{3, 0, 1, 4}));
+    ASSERT_EQ(b.supBooks[0].externSheet.rgXTI.size(), 1u);
+    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI[0], XTI(0, 1, 1));
+
+    // Another sheet's print area is a name of its own with an XTI of its own.
+    b.sheet(0).setPrintArea(5, 5, 5, 5);
+    ASSERT_EQ(b.names.size(), 2u);
+    EXPECT_EQ(b.names[1].rgce, area(1, 5, 5, 5, 5));
+    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI[1], XTI(0, 0, 0));
+
+    EXPECT_EQ(get(s, L"print_area", SheetNames::kScopeThisSheet), range(2, 20, 1, 4));
+    EXPECT_EQ(get(s, L"PRINT_AREA", 1), range(2, 20, 1, 4));
+    s.clearPrintArea();
+    ASSERT_EQ(b.names.size(), 1u);
+    EXPECT_EQ(b.names[0].itab, 1); // sheet 0's stays
+    EXPECT_EQ(errorOf([&] { get(s, L"Print_Area", -2); }), "named range is not found");
+    EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 65536, 0, 1); }), "row must be in range 0-65535");
+    EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 1, 0, 256); }), "col must be in range 0-255");
+}
+
+TEST(SheetNamesTest, PrintTitles) {
+    struct Step {
+        bool rows;
+        int first, last;
+    };
+    struct Case {
+        const char *name;
+        std::vector<Step> steps;
+        std::vector<uint8_t> want;
+    };
+    const Case cases[] = {
+        {"rows", {{true, 0, 1}}, area(0, 0, 1, 0, 255)},
+        {"cols", {{false, 2, 3}}, area(0, 0, 65535, 2, 3)},
+        {"rows then cols", {{true, 0, 1}, {false, 0, 2}}, unionOf(0, 0, 1, 0, 2)},
+        {"cols then rows", {{false, 0, 2}, {true, 0, 1}}, unionOf(0, 0, 1, 0, 2)},
+        {"rows twice", {{true, 0, 1}, {true, 4, 6}}, area(0, 4, 6, 0, 255)},
+        {"cols twice", {{false, 0, 1}, {false, 7, 7}}, area(0, 0, 65535, 7, 7)},
+        {"union, new rows", {{true, 0, 1}, {false, 0, 2}, {true, 3, 4}}, unionOf(0, 3, 4, 0, 2)},
+        {"union, new cols", {{true, 0, 1}, {false, 0, 2}, {false, 5, 9}}, unionOf(0, 0, 1, 5, 9)},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        Book b;
+        SheetNames s = b.sheet(0);
+        for (const Step &st : c.steps) {
+            if (st.rows) s.setPrintRepeatRows(st.first, st.last);
+            else s.setPrintRepeatCols(st.first, st.last);
+        }
+        ASSERT_EQ(b.names.size(), 1u);
+        EXPECT_EQ(b.names[0].rgce, c.want);
+        EXPECT_EQ(b.names[0].cce, c.want.size());
+        EXPECT_EQ(b.names[0].nameText(), L"Print_Titles");
+        EXPECT_EQ(b.supBooks[0].externSheet.rgXTI.size(), 1u);
+    }
+
+    // The union form is no range name; clearing leaves the print area.
+    Book b;
+    SheetNames s = b.sheet(0);
+    s.setPrintArea(0, 5, 0, 5);
+    s.setPrintRepeatRows(0, 0);
+    s.setPrintRepeatCols(0, 0);
+    EXPECT_EQ(s.namedRangeSize(), 1);
+    s.clearPrintRepeats();
+    ASSERT_EQ(b.names.size(), 1u);
+    EXPECT_EQ(b.names[0].nameText(), L"Print_Area");
+}
+
+TEST(SheetNamesTest, NamedRangeFormsAndScopes) {
+    Book b;
+    SheetNames s = b.sheet(1);
+    s.setNamedRange(L"Single", 4, 4, 2, 2, SheetNames::kScopeThisSheet);
+    EXPECT_EQ(b.names[0].rgce, cell(0, 4, 2));
+    // The form stays: only the first corner is written.
+    s.setNamedRange(L"Single", 10, 20, 3, 5, SheetNames::kScopeThisSheet);
+    ASSERT_EQ(b.names.size(), 1u);
+    EXPECT_EQ(b.names[0].rgce, cell(0, 10, 3));
+    EXPECT_EQ(get(s, L"single", -2), range(10, 10, 3, 3));
+
+    struct Case {
+        const wchar_t *name;
+        int scope;
+        uint16_t itab;
+    };
+    const Case cases[] = {
+        {L"Book", SheetNames::kScopeBook, 0},
+        {L"Here", SheetNames::kScopeThisSheet, 2},
+        {L"There", 2, 3},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.scope);
+        s.setNamedRange(c.name, 0, 3, 0, 1, c.scope);
+        const Lbl &l = b.names.back();
+        EXPECT_FALSE(l.builtin());
+        EXPECT_EQ(l.itab, c.itab);
+        EXPECT_EQ(l.nameText(), c.name);
+        EXPECT_EQ(l.rgce.size(), 11u);
+        EXPECT_EQ(get(s, c.name, c.scope), range(0, 3, 0, 1));
+        EXPECT_EQ(get(s, c.name, SheetNames::kScopeThisSheet), range(0, 3, 0, 1));
+    }
+    EXPECT_EQ(errorOf([&] { get(s, L"Book", 1); }), "named range is not found");
+    EXPECT_EQ(errorOf([&] { get(s, L"There", -1); }), "named range is not found");
+    // Every new name has an XTI of its own.
+    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI.size(), 4u);
+
+    // The same name in the same scope is overwritten: the last area wins.
+    s.setNamedRange(L"Book", 7, 8, 9, 10, SheetNames::kScopeBook);
+    EXPECT_EQ(b.names.size(), 4u);
+    EXPECT_EQ(get(s, L"BOOK", -1), range(7, 8, 9, 10));
+    // Another scope makes another name.
+    s.setNamedRange(L"Book", 1, 2, 1, 2, 0);
+    EXPECT_EQ(b.names.size(), 5u);
+    EXPECT_EQ(get(s, L"Book", 0), range(1, 2, 1, 2));
+
+    EXPECT_EQ(errorOf([&] { s.setNamedRange(L"two words", 0, 0, 0, 0, -2); }),
+              "space symbol isn't allowed");
+    EXPECT_EQ(errorOf([&] { s.setNamedRange(L"x", 0, 0, 0, 300, -2); }),
+              "col must be in range 0-255");
+    EXPECT_EQ(b.names.size(), 5u);
+}
+
+TEST(SheetNamesTest, ListAndDeleteBySheet) {
+    Book b;
+    SheetNames s0 = b.sheet(0), s1 = b.sheet(1);
+    s0.setNamedRange(L"A", 0, 0, 0, 0, -2);
+    s1.setNamedRange(L"B", 1, 2, 1, 2, -1);
+    s0.setPrintArea(0, 9, 0, 9);
+    s1.setNamedRange(L"C", 3, 3, 3, 3, -2);
+    b.names[3].setHidden(true);
+    s0.setPrintRepeatRows(0, 0);
+    s0.setPrintRepeatCols(0, 0);
+
+    EXPECT_EQ(s0.namedRangeSize(), 2);
+    EXPECT_EQ(s1.namedRangeSize(), 2);
+    EXPECT_EQ(b.sheet(2).namedRangeSize(), 0);
+    struct Want {
+        std::wstring name;
+        Range r;
+        int scope;
+        bool hidden;
+    };
+    const Want want[] = {
+        {L"A", range(0, 0, 0, 0), 0, false},
+        {L"Print_Area", range(0, 9, 0, 9), 0, false},
+    };
+    for (int i = 0; i < 2; ++i) {
+        Range r;
+        int scope = 99;
+        bool hidden = true;
+        std::wstring name = s0.namedRange(i, &r.r1, &r.r2, &r.c1, &r.c2, &scope, &hidden);
+        EXPECT_EQ(name, want[i].name);
+        EXPECT_EQ(r, want[i].r);
+        EXPECT_EQ(scope, want[i].scope);
+        EXPECT_EQ(hidden, want[i].hidden);
+    }
+    int scope = 0;
+    bool hidden = false;
+    EXPECT_EQ(s1.namedRange(0, nullptr, nullptr, nullptr, nullptr, &scope, nullptr), L"B");
+    EXPECT_EQ(scope, -1);
+    EXPECT_EQ(s1.namedRange(1, nullptr, nullptr, nullptr, nullptr, &scope, &hidden), L"C");
+    EXPECT_TRUE(hidden);
+    EXPECT_EQ(errorOf([&] { s1.namedRange(2, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
+              "index is out of range");
+    EXPECT_EQ(errorOf([&] { s1.namedRange(-1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
+              "index is out of range");
+    // Names of another sheet are not found from this one.
+    EXPECT_EQ(errorOf([&] { get(s0, L"C", -2); }), "named range is not found");
+
+    struct Del {
+        SheetNames *sheet;
+        const wchar_t *name;
+        int scope;
+        const char *error;
+    };
+    const Del dels[] = {
+        {&s0, L"b", 0, "named range is not found"}, // B is the book's
+        {&s0, L"c", -2, "named range is not found"}, // C points at sheet 1
+        {&s1, L"c", -2, ""},
+        {&s0, L"b", -1, ""},
+        {&s0, L"b", -1, "named range is not found"},
+        {&s0, L"PRINT_AREA", 0, ""},
+    };
+    for (const Del &d : dels) {
+        SCOPED_TRACE(d.error);
+        EXPECT_EQ(errorOf([&] { d.sheet->delNamedRange(d.name, d.scope); }), d.error);
+    }
+    ASSERT_EQ(b.names.size(), 2u);
+    EXPECT_EQ(b.names[0].nameText(), L"A");
+    EXPECT_EQ(b.names[1].nameText(), L"Print_Titles");
+}
+
+TEST(SheetNamesTest, SelfReferenceGoesInFrontOfExternalBooks) {
+    Book b;
+    SupBookBlock external;
+    external.supBook.data = {1, 0, 5, 0, 0, 'x', '.', 'x', 'l', 's'};
+    external.hasExternSheet = true;
+    external.externSheet.rgXTI.push_back(XTI(0, 0, 0));
+    b.supBooks.push_back(external);
+    Lbl foreign;
+    foreign.rgce = area(0, 1, 1, 1, 1); // through the external book
+    foreign.cce = 11;
+    b.names.push_back(foreign);
+
+    SheetNames s = b.sheet(0);
+    EXPECT_EQ(s.namedRangeSize(), 0);
+    s.setNamedRange(L"Mine", 0, 1, 0, 1, -2);
+    ASSERT_EQ(b.supBooks.size(), 2u);
+    EXPECT_TRUE(b.supBooks[0].isSelfRef());
+    EXPECT_FALSE(b.supBooks[0].hasExternSheet);
+    EXPECT_TRUE(b.supBooks[1].hasExternSheet);
+    const std::vector<XTI> &xti = b.supBooks[1].externSheet.rgXTI;
+    ASSERT_EQ(xti.size(), 2u);
+    EXPECT_EQ(xti[0], XTI(1, 0, 0)); // still the external book
+    EXPECT_EQ(xti[1], XTI(0, 0, 0));
+    EXPECT_EQ(b.names[1].rgce, area(1, 0, 1, 0, 1));
+    EXPECT_EQ(s.namedRangeSize(), 1);
+}
+
+TEST(SheetNamesTest, RowsInsertedAndRemovedUnderNames) {
+    Book b;
+    SheetNames s = b.sheet(0);
+    s.setNamedRange(L"Cell", 10, 10, 1, 1, -2);
+    s.setNamedRange(L"Area", 2, 5, 0, 1, -2);
+    s.setNamedRange(L"Column", 0, 65535, 3, 3, -2);
+    s.setNamedRange(L"Bottom", 65000, 65535, 0, 0, -2);
+    b.sheet(1).setNamedRange(L"Other", 10, 10, 1, 1, -2);
+
+    s.updateNamedRange(0, 0, true);
+    EXPECT_EQ(get(s, L"Cell", -2), range(11, 11, 1, 1));
+    EXPECT_EQ(get(s, L"Area", -2), range(3, 6, 0, 1));
+    // Two rows at row 4: the area's first row stays, its last one moves.
+    s.updateNamedRange(4, 5, true);
+    EXPECT_EQ(get(s, L"Area", -2), range(3, 8, 0, 1));
+    EXPECT_EQ(get(s, L"Cell", -2), range(13, 13, 1, 1));
+    EXPECT_EQ(get(s, L"Column", -2), range(0, 65535, 3, 3));
+    EXPECT_EQ(get(s, L"Bottom", -2), range(65003, 65535, 0, 0));
+    // Removal moves a cell down too, and leaves areas alone.
+    s.updateNamedRange(0, 0, false);
+    EXPECT_EQ(get(s, L"Cell", -2), range(14, 14, 1, 1));
+    EXPECT_EQ(get(s, L"Area", -2), range(3, 8, 0, 1));
+    EXPECT_EQ(get(b.sheet(1), L"Other", -2), range(10, 10, 1, 1));
+}
