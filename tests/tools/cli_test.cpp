@@ -334,17 +334,38 @@ TEST(Cli, DumpJsonParsesBack) {
     }
 }
 
-TEST(Cli, DumpJsonOfAnEmptyRange) {
+// A range with no cell in it, and a sheet with none at all.
+TEST(Cli, DumpJsonOfEmptyRanges) {
     TestBook t = writeTestBook();
     NEED_BOOK(t);
-    RunResult r = runTool({"dump", t.path, "--sheet", "Second", "--range", "H:H", "-f", "json"});
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    JsonValue doc;
-    std::string error;
-    ASSERT_TRUE(parseJson(r.out, doc, error)) << error << "\n" << r.out;
-    EXPECT_EQ(doc["range"].text, "");
-    EXPECT_EQ(doc["cells"].type, JsonValue::Array);
-    EXPECT_TRUE(doc["cells"].items.empty());
+    std::string blank = scratch("blank.xls");
+    {
+        IBookT<char> *book = static_cast<IBookT<char> *>(tbCreateBookCA());
+        book->addSheet("Nothing", nullptr);
+        ASSERT_TRUE(book->save(blank.c_str())) << book->errorMessage();
+        book->release();
+    }
+    struct {
+        std::vector<std::string> args;
+        const char *range;
+    } cases[] = {
+        {{"dump", t.path, "--sheet", "Second", "--range", "H:H", "-f", "json"}, "H1:H3"},
+        {{"dump", blank, "-f", "json"}, ""},
+        {{"dump", blank, "-f", "json", "-r", "B:B"}, ""},
+    };
+    for (const auto &c : cases) {
+        RunResult r = runTool(c.args);
+        ASSERT_EQ(r.exitCode, 0) << r.err;
+        JsonValue doc;
+        std::string error;
+        ASSERT_TRUE(parseJson(r.out, doc, error)) << error << "\n" << r.out;
+        EXPECT_EQ(doc["range"].text, c.range);
+        EXPECT_EQ(doc["cells"].type, JsonValue::Array);
+        EXPECT_TRUE(doc["cells"].items.empty()) << r.out;
+    }
+    RunResult csv = runTool({"dump", blank});
+    EXPECT_EQ(csv.exitCode, 0) << csv.err;
+    EXPECT_EQ(csv.out, "");
 }
 
 // xls to csv to xls keeps every value; xls to xls with --sheet keeps one.

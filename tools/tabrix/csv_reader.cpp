@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace cli {
 
@@ -98,7 +99,8 @@ bool sameNoCase(const std::string &a, const char *b) {
 
 } // namespace
 
-CsvReader::CsvReader(std::istream &in, bool tabs) : _in(in.rdbuf()), _tabs(tabs) {
+CsvReader::CsvReader(std::istream &in, bool tabs, std::string name)
+    : _in(in.rdbuf()), _name(std::move(name)), _tabs(tabs) {
     // A byte order mark is no part of the first field.
     if (_in->sgetc() == 0xEF) {
         _in->sbumpc();
@@ -109,8 +111,12 @@ CsvReader::CsvReader(std::istream &in, bool tabs) : _in(in.rdbuf()), _tabs(tabs)
                 return;
             }
         }
-        throw Failure("line 1: the text starts with a broken byte order mark");
+        fail(1, "the text starts with a broken byte order mark");
     }
+}
+
+void CsvReader::fail(long line, const std::string &why) const {
+    throw Failure(_name + " line " + std::to_string(line) + ": " + why);
 }
 
 int CsvReader::get() {
@@ -122,8 +128,7 @@ int CsvReader::get() {
 
 void CsvReader::append(std::string &field, int c) {
     if (field.size() >= kMaxField)
-        throw Failure("line " + std::to_string(_recordLine) + ": a field is longer than " +
-                      std::to_string(kMaxField) + " bytes");
+        fail(_recordLine, "a field is longer than " + std::to_string(kMaxField) + " bytes");
     field += char(c);
 }
 
@@ -145,8 +150,7 @@ bool CsvReader::nextCsv(std::vector<std::string> &fields) {
             for (;;) {
                 c = get();
                 if (c == eof)
-                    throw Failure("line " + std::to_string(_recordLine) +
-                                  ": a quoted field is not closed");
+                    fail(_recordLine, "a quoted field is not closed");
                 if (c == '"') {
                     if (_in->sgetc() != '"')
                         break;

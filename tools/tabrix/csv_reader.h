@@ -14,7 +14,8 @@ public:
     // csv: fields in double quotes may hold separators, quotes (doubled) and
     // line breaks.  tsv: no quoting; \t \n \r \\ stand for those characters.
     // A byte order mark at the start is skipped; lines may end in CR LF.
-    CsvReader(std::istream &in, bool tabs);
+    // `name` starts the messages: "data.csv line 3: ...".
+    CsvReader(std::istream &in, bool tabs, std::string name);
 
     // The next record; false at the end.  Throws Failure for a quoted field
     // that never closes or a field beyond the size limit.
@@ -28,7 +29,10 @@ private:
     bool nextTsv(std::vector<std::string> &fields);
     void append(std::string &field, int c);
 
+    [[noreturn]] void fail(long line, const std::string &why) const;
+
     std::streambuf *_in;
+    std::string _name;
     bool _tabs;
     long _line = 1;
     long _recordLine = 0;

@@ -81,12 +81,16 @@ FileKind kindFromContent(const std::string &head) {
     if (startsWithNoCase(head, at, "<?xml") || startsWithNoCase(head, at, "<html") ||
         startsWithNoCase(head, at, "<!doctype") || startsWithNoCase(head, at, "<table"))
         return FileKind::Markup;
+    // Text has no NUL and few other control characters.
+    size_t controls = 0;
     for (char c : head) {
         unsigned char u = static_cast<unsigned char>(c);
-        if (u == 0 || (u < 0x20 && u != '\t' && u != '\n' && u != '\r' && u != '\f'))
+        if (u == 0)
             return FileKind::Unknown;
+        if (u < 0x20 && u != '\t' && u != '\n' && u != '\r' && u != '\f')
+            ++controls;
     }
-    return FileKind::Csv;
+    return controls * 8 > head.size() ? FileKind::Unknown : FileKind::Csv;
 }
 
 std::string readHead(const std::string &path, size_t count) {

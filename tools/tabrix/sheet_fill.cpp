@@ -115,7 +115,7 @@ long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to) {
 void importText(std::istream &in, bool tabs, bool allText, const std::string &name,
                 Workbook &target, Sheet *to) {
     NumFormats formats(target);
-    CsvReader reader(in, tabs);
+    CsvReader reader(in, tabs, name);
     std::vector<std::string> fields;
     Progress progress("reading " + name + " records", 0);
     int row = 0;
