@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <dirent.h>
 #include <string>
 #include <sys/stat.h>
@@ -476,6 +477,40 @@ TEST(Cli, BrokenText) {
         EXPECT_TRUE(contains(r.err, "601 fields, more than the columns this workbook format holds (256)"))
             << r.err;
     }
+}
+
+// A large file shows a progress line while it loads, but only on a
+// terminal: `script` gives the tool one.
+TEST(Cli, ProgressLineOnlyOnATerminal) {
+    if (!exists("/usr/bin/script"))
+        GTEST_SKIP() << "no /usr/bin/script to give the tool a terminal";
+    std::string csv = scratch("big.csv"), xls = scratch("big.xls");
+    std::string rows;
+    for (int r = 0; r < 65536; ++r) {
+        std::string row = std::to_string(r * 1000003LL);
+        for (int c = 0; c < 7; ++c)
+            row += "," + std::to_string(r + c * 0.125);
+        rows += row + "\n";
+    }
+    writeFile(csv, rows);
+    RunResult r = runTool({"convert", csv, xls});
+    if (r.exitCode == 1 && contains(r.err, kPendingBinary))
+        GTEST_SKIP() << "the library writes no binary workbooks yet";
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(r.err, "");
+
+    r = runTool({"dump", xls, "--range", "H65536"});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(r.out, "65535.75\n");
+    EXPECT_EQ(r.err, "") << "no progress line when stderr is a file";
+
+    std::string typescript = scratch("typescript.txt");
+    std::string command = "/usr/bin/script -qec '" + toolPath() + " info " + xls + "' " + typescript +
+                          " > /dev/null 2>&1";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    std::string seen = readFile(typescript);
+    EXPECT_TRUE(contains(seen, "\rloading " + xls + " ...\x1b[K")) << seen;
+    EXPECT_TRUE(contains(seen, "\r\x1b[Kfile:")) << "the line is wiped before the report\n" << seen;
 }
 
 // Open XML goes through the library's Open XML book: while it has none, a

@@ -19,9 +19,9 @@ Progress::~Progress() { done(); }
 
 std::string Progress::line(const std::string &label, long done, long total) {
     if (total <= 0)
-        return done > 0 ? label + ": " + std::to_string(done) : label + " ...";
+        return done > 0 ? label + " " + std::to_string(done) : label + " ...";
     long percent = long(100.0 * double(done) / double(total));
-    return label + ": " + std::to_string(done) + " of " + std::to_string(total) + " (" +
+    return label + " " + std::to_string(done) + " of " + std::to_string(total) + " (" +
            std::to_string(percent) + "%)";
 }
 

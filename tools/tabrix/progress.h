@@ -1,5 +1,5 @@
 // A progress line on stderr for long work, shown only when stderr is a
-// terminal: "dumping Sheet1: row 12000 of 65536 (18%)", redrawn in place at
+// terminal: "dumping sheet 'Data': row 12000 of 65536 (18%)", redrawn in place at
 // most ten times a second and wiped when the work is done.
 #ifndef TABRIX_CLI_PROGRESS_H
 #define TABRIX_CLI_PROGRESS_H
@@ -26,7 +26,8 @@ public:
     // Wipes the line.
     void done();
 
-    // The line for a step: "label: 5 of 10 (50%)".
+    // The line for a step: "label 5 of 10 (50%)"; with no total "label 5",
+    // or "label ..." before the first step.
     static std::string line(const std::string &label, long done, long total);
 
 private:

@@ -36,7 +36,7 @@ void dumpRange(Workbook &wb, Sheet *sheet, const CellRange &range, bool empty,
     if (!empty) {
         long rows = range.lastRow - range.firstRow + 1;
         long long cells = (long long)rows * (range.lastCol - range.firstCol + 1);
-        Progress progress("reading " + h.sheet + " rows", rows, cells > kLargeDump);
+        Progress progress("dumping sheet '" + h.sheet + "': row", rows, cells > kLargeDump);
         for (int row = range.firstRow; row <= range.lastRow; ++row) {
             progress.update(row - range.firstRow);
             writer.beginRow(row);

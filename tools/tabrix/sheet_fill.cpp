@@ -19,7 +19,7 @@ const int kTimeFormat = 21;
 const int kDateTimeFormat = 22;
 // Custom number formats of a book have identifiers from here on.
 const int kFirstCustomFormat = 164;
-// Rows between progress updates of a copy.
+// Copies of more cells than this may take a moment: show progress.
 const long kLargeCopy = 200000;
 
 [[noreturn]] void writeFailed(Workbook &wb, int row, int col) {
@@ -74,7 +74,8 @@ long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to) {
                       cellName(lastRow, lastCol) + ", beyond the last cell of the target format");
     long changed = 0;
     long long cells = (long long)(lastRow + 1) * (lastCol + 1);
-    Progress progress("copying rows", lastRow + 1, cells > kLargeCopy);
+    Progress progress("copying sheet '" + std::string(from->name() ? from->name() : "") + "': row",
+                      lastRow + 1, cells > kLargeCopy);
     for (int row = 0; row <= lastRow; ++row) {
         progress.update(row);
         for (int col = 0; col <= lastCol; ++col) {
@@ -117,7 +118,7 @@ void importText(std::istream &in, bool tabs, bool allText, const std::string &na
     NumFormats formats(target);
     CsvReader reader(in, tabs, name);
     std::vector<std::string> fields;
-    Progress progress("reading " + name + " records", 0);
+    Progress progress("reading " + name + ": record", 0);
     int row = 0;
     while (reader.next(fields)) {
         progress.update(row);
