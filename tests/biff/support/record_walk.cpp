@@ -1,0 +1,71 @@
+#include "biff/support/record_walk.h"
+
+#include "biff/xls.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace bifftest {
+
+namespace {
+const uint16_t kBof = 2057, kEof = 10;
+}
+
+WalkedBook walkBook(const std::string &file) {
+    WalkedBook out;
+    std::vector<uint8_t> wb;
+    try {
+        std::stringstream ss(file);
+        tabrix::Xls<char> x;
+        x.setStreamPtr(&ss);
+        x.calcFileSize();
+        unsigned total = 0;
+        x.readHeader(total);
+        wb.resize(x.size());
+        wb.resize(x.read(wb.data(), wb.size()));
+    } catch (const std::exception &e) {
+        out.error = e.what();
+        return out;
+    }
+    size_t p = 0;
+    int depth = 0;
+    while (p + 4 <= wb.size()) {
+        uint16_t id = uint16_t(wb[p] | (wb[p + 1] << 8));
+        size_t size = size_t(wb[p + 2] | (wb[p + 3] << 8));
+        if (id == 0 && depth == 0) break; // padding behind the last substream
+        if (p + 4 + size > wb.size()) {
+            out.error = "record runs past the stream";
+            break;
+        }
+        WalkedRecord r;
+        r.id = id;
+        r.data.assign(wb.begin() + long(p + 4), wb.begin() + long(p + 4 + size));
+        p += 4 + size;
+        if (id == kBof) {
+            if (depth++ == 0) {
+                out.substreams.emplace_back();
+                out.substreams.back().dt = r.data.size() >= 4 ? uint16_t(r.data[2] | (r.data[3] << 8)) : 0;
+            }
+        }
+        if (depth == 0) continue;
+        out.substreams.back().records.push_back(std::move(r));
+        if (id == kEof) --depth;
+    }
+    return out;
+}
+
+std::vector<WalkedRecord> keptRecords(const Substream &s, const std::set<uint16_t> &modelled) {
+    std::vector<WalkedRecord> out;
+    for (const WalkedRecord &r : s.records)
+        if (!modelled.count(r.id)) out.push_back(r);
+    std::sort(out.begin(), out.end());
+    return out;
+}
+
+std::string describe(const std::vector<WalkedRecord> &records) {
+    std::ostringstream os;
+    for (const WalkedRecord &r : records) os << r.id << ":" << r.data.size() << " ";
+    return os.str();
+}
+
+} // namespace bifftest
