@@ -164,6 +164,43 @@ TEST(SheetRecords, EveryCellKindLoadsAndSavesAgain) {
     EXPECT_EQ(saved(again), out);
 }
 
+// A formula cell that points at the anchor of a shared formula.
+Bytes expFormula(uint16_t row, uint16_t col, const Bytes &value, uint16_t anchorRow) {
+    Bytes b = cat(cat(words({row, col, 15}), value), words({0, 0, 0}));
+    return cat(b, cat(Bytes{5, 0, 0x01}, words({anchorRow, 0})));
+}
+
+TEST(SheetRecords, OverwritingAnAnchorMovesTheSharedFormula) {
+    Bytes shared = cat(words({0, 2}), Bytes{0, 0, 0, 3, 3, 0, 0x1E, 1, 0});
+    Bytes text = cat(words({3}), Bytes{0, 'a', 'b', 'c'});
+    Records in = {{2057, bof(16)},
+                  {6, expFormula(0, 0, special(0, 0), 0)},
+                  {1212, shared},
+                  {519, text},
+                  {6, expFormula(1, 0, special(0, 0), 0)},
+                  {6, expFormula(2, 0, num(4), 0)},
+                  {10, {}}};
+    FakeOwner<char> owner;
+    SheetImplT<char> &sheet = owner.addSheet(L"S");
+    load(sheet, stream(in));
+    // An empty cached text of a cell under an anchor is the anchor's.
+    EXPECT_STREQ(sheet.readStr(0, 0, nullptr), "abc");
+    EXPECT_STREQ(sheet.readStr(1, 0, nullptr), "abc");
+    EXPECT_EQ(sheet.readNum(2, 0, nullptr), 4.0);
+
+    ASSERT_TRUE(sheet.writeNum(0, 0, 7, nullptr));
+    Records out = saved(sheet);
+    std::vector<uint16_t> ids;
+    for (auto &r : out)
+        if (r.first == 6 || r.first == 1212 || r.first == 638) ids.push_back(r.first);
+    EXPECT_EQ(ids, (std::vector<uint16_t>{638, 6, 1212, 6}));
+    for (auto &r : out)
+        if (r.first == 6) {
+            // Both users now point at the cell in row 1.
+            EXPECT_EQ(r.second[23] | r.second[24] << 8, 1);
+        }
+}
+
 TEST(SheetRecords, ChartSheetStaysByteIdentical) {
     Records chart = {{2057, bof(32)},          {4198, Bytes{1, 2, 3, 4}}, {2057, bof(32)},
                      {4147, {}},               {10, {}},                  {4148, Bytes{7}},
