@@ -81,8 +81,6 @@ template <class C> void BookImplT<C>::reset() {
         k.record.data.clear();
     }
     _xfExt.clear();
-    _rawOut.clear();
-    _rawOut.shrink_to_fit();
     _template = false;
     _refR1C1 = false;
 }

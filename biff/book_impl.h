@@ -68,6 +68,9 @@ public:
     // Ids of the records kept whole in their own save slots.
     static const uint16_t kOpaqueIds[11];
     static const int kOpaqueCount = 11;
+    // Every sheet holds its row table whatever its size, so a file can't ask
+    // for more sheets than this.
+    static const int kMaxSheets = 4096;
 
     BookImplT();
     ~BookImplT() override;
@@ -179,6 +182,7 @@ private:
     void readStream();
     // Answers false at the EOF record.
     bool readGlobal(uint16_t id, uint16_t size);
+    void keepUnknown(uint16_t id, uint16_t size);
     void readSheets();
     KeptRecord *opaque(uint16_t id);
     void calcMaxDigWidth();

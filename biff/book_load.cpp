@@ -21,6 +21,7 @@ namespace {
 
 const uint16_t kEofId = 10;
 const uint16_t kContinueId = 60;
+const char *const kTooManySheets = "workbook has too many sheets";
 
 // The globals that are one 16-bit word, with the text of a wrong size.
 struct WordGlobal {
@@ -127,12 +128,20 @@ template <class C> bool BookImplT<C>::loadFrom(std::iostream &stream) {
 template <class C> void BookImplT<C>::readStream() {
     // A record takes at least its 4-byte header.
     _unknown.reserve(std::min<size_t>(kUnknownReserve, _xls.fileSize() / 4));
+    bool bofSeen = false;
     for (;;) {
         uint16_t id = 0, size = 0;
         _xls.readInt16(id);
         _xls.readInt16(size);
         if (_xls.eof()) break;
         if (id == 0) throw tberror("read error: record id can't be 0");
+        if (id == Bof::kId && bofSeen) {
+            // Only the first one heads the globals; a later one (globals
+            // without their EOF) is carried as it stands.
+            keepUnknown(id, size);
+            continue;
+        }
+        bofSeen = bofSeen || id == Bof::kId;
         if (!readGlobal(id, size)) break;
     }
     _unknown.shrink_to_fit();
@@ -224,6 +233,7 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         break;
     case BoundSheet8::kId: {
         if (size < 8) throw tberror("BoundSheet8 size is incorrect");
+        if (_boundSheets.size() >= size_t(kMaxSheets)) throw tberror(kTooManySheets);
         BoundSheet8 b;
         b.read(_xls, size, pool(), _bof.vers == 0x0500);
         _boundSheets.push_back(b);
@@ -296,19 +306,23 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         skip(_xls, size);
         _template = true;
         break;
-    default: {
-        Biff b;
-        b.id = id;
-        b.read(_xls, size);
-        if (id == 2173)
-            _xfExt.push_back(std::move(b));
-        else if (id == 2150)
-            _hfPictures.push_back(std::move(b));
-        else
-            _unknown.push_back(std::move(b));
-    }
+    default:
+        keepUnknown(id, size);
     }
     return true;
+}
+
+// A record the book only carries, kept in the list its save slot takes.
+template <class C> void BookImplT<C>::keepUnknown(uint16_t id, uint16_t size) {
+    Biff b;
+    b.id = id;
+    b.read(_xls, size);
+    if (id == 2173)
+        _xfExt.push_back(std::move(b));
+    else if (id == 2150)
+        _hfPictures.push_back(std::move(b));
+    else
+        _unknown.push_back(std::move(b));
 }
 
 // Each sheet's substream follows the previous one; the stream positions in

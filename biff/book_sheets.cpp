@@ -66,6 +66,7 @@ template <class C>
 ISheetT<C> *BookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *initSheet) {
     return run(static_cast<ISheetT<C> *>(nullptr), [&]() -> ISheetT<C> * {
         if (index < 0 || index > sheetCount()) throw tberror(kOutOfRange);
+        if (sheetCount() >= kMaxSheets) throw tberror("workbook has too many sheets");
         if (!name) throw tberror("sheet's name is empty");
         size_t keep = cutLength(name, _utf8Mode);
         bool cut = name[keep] != 0;

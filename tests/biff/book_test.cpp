@@ -203,6 +203,13 @@ TEST(BookTest, FailedLoadsLeaveANewBook) {
         {"InterfaceEnd", one(226, Bytes(1, 0)), "InterfaceEnd size is incorrect"},
         {"Mms", one(193, Bytes(3, 0)), "Mms size is incorrect"},
         {"BookExt", one(2147, Bytes(23, 0)), "BookExt size is incorrect"},
+        {"too many sheets", [] {
+             Bytes wb;
+             record(wb, 2057, bofData(0x0600, 5));
+             for (int i = 0; i <= Book::kMaxSheets; ++i) record(wb, 133, boundSheet("s"));
+             return wb;
+         }(),
+         "workbook has too many sheets"},
     };
     for (const LoadFailure &c : cases) {
         SCOPED_TRACE(c.what);
