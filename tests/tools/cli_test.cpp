@@ -14,7 +14,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <dirent.h>
 #include <string>
 #include <sys/stat.h>
@@ -98,6 +100,37 @@ TestBook writeTestBook() {
             GTEST_SKIP() << "the library writes no binary workbooks yet";                    \
         }                                                                                    \
     } while (0)
+
+// The cells of a json dump by reference, each as one line of what a copy
+// must keep: kind, value, date, number format.  With `errorsAsText` an
+// error cell counts as a text cell of its error text, the form a copy gives
+// it when the target refuses the error as a formula.
+std::map<std::string, std::string> cellsOf(const RunResult &dump, std::string *sheet = nullptr,
+                                           bool errorsAsText = false) {
+    std::map<std::string, std::string> cells;
+    JsonValue doc;
+    std::string error;
+    if (!parseJson(dump.out, doc, error)) {
+        cells["error"] = error;
+        return cells;
+    }
+    if (sheet)
+        *sheet = doc["sheet"].text;
+    for (const JsonValue &c : doc["cells"].items) {
+        const JsonValue &v = c["value"];
+        char number[40];
+        std::snprintf(number, sizeof number, "%.17g", v.number);
+        std::string shown = v.type == JsonValue::Number ? number
+                            : v.type == JsonValue::Bool ? (v.flag ? "true" : "false")
+                                                        : v.text;
+        // Custom number formats are numbered by each book: compare their text.
+        std::string numFormat = c.has("numFormatText") ? c["numFormatText"].text
+                                                       : std::to_string(int(c["numFormat"].number));
+        std::string kind = errorsAsText && c["kind"].text == "error" ? "string" : c["kind"].text;
+        cells[c["ref"].text] = kind + " " + shown + " " + c["date"].text + " " + numFormat;
+    }
+    return cells;
+}
 
 struct Case {
     std::vector<std::string> args;
@@ -375,7 +408,7 @@ TEST(Cli, ConvertRoundTrips) {
     NEED_BOOK(t);
     std::string csv = scratch("round.csv"), back = scratch("round.xls");
     std::string tsv = scratch("round.tsv"), back2 = scratch("round2.xls");
-    std::string one = scratch("one.xls");
+    std::string one = scratch("one.xls"), cells = scratch("cells.xls");
     std::string range = t.hasFormula ? "A1:D5" : "A1:D6";
     runCases({
         {{"convert", t.path, csv}, 0, "", ""},
@@ -383,6 +416,8 @@ TEST(Cli, ConvertRoundTrips) {
         {{"convert", t.path, tsv}, 0, "", ""},
         {{"convert", tsv, back2}, 0, "", ""},
         {{"convert", t.path, one, "--sheet", "Second"}, 0, "", ""},
+        {{"convert", t.path, cells, "--cells"}, 0, "", ""},
+        {{"convert", t.path, scratch("x.csv"), "--cells"}, 2, "--cells applies between two workbooks", ""},
         {{"convert", csv, scratch("again.csv")}, 2, "are text; one side must be a workbook", ""},
         {{"convert", t.path, scratch("x.csv"), "--text"}, 2, "--text applies when the input is csv", ""},
     });
@@ -410,6 +445,13 @@ TEST(Cli, ConvertRoundTrips) {
             EXPECT_EQ(d["value"].flag, c["value"].flag) << copy << " " << ref;
             EXPECT_EQ(d["date"].text, c["date"].text) << copy << " " << ref;
         }
+    }
+    // A copy of the cells alone keeps every cell of both sheets.
+    for (const char *sheet : {"1", "2"}) {
+        std::string name;
+        EXPECT_EQ(cellsOf(runTool({"dump", cells, "-s", sheet, "-f", "json"})),
+                  cellsOf(runTool({"dump", t.path, "-s", sheet, "-f", "json"}), &name))
+            << "sheet " << name;
     }
     RunResult info = runTool({"info", one});
     EXPECT_EQ(info.exitCode, 0) << info.err;
@@ -551,6 +593,7 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
     }
     ASSERT_FALSE(files.empty());
     int loaded = 0;
+    std::string copied = scratch("corpus-copy.xls");
     for (const std::string &f : files) {
         RunResult info = runTool({"info", f});
         ASSERT_TRUE(info.exitCode == 0 || info.exitCode == 1) << f << ": " << info.err;
@@ -562,10 +605,18 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
         EXPECT_TRUE(contains(info.out, "sheets:")) << f;
         RunResult dump = runTool({"dump", f, "-f", "json"});
         ASSERT_TRUE(dump.exitCode == 0 || dump.exitCode == 1) << f << ": " << dump.err;
-        if (dump.exitCode == 0) {
-            JsonValue doc;
-            std::string error;
-            EXPECT_TRUE(parseJson(dump.out, doc, error)) << f << ": " << error;
+        if (dump.exitCode != 0)
+            continue;
+        JsonValue doc;
+        std::string error;
+        EXPECT_TRUE(parseJson(dump.out, doc, error)) << f << ": " << error;
+        // The cells of the first sheet survive a copy into a new book.
+        RunResult copy = runTool({"convert", f, copied, "--cells", "--sheet", "1"});
+        EXPECT_EQ(copy.exitCode, 0) << f << ": " << copy.err;
+        if (copy.exitCode == 0) {
+            EXPECT_EQ(cellsOf(runTool({"dump", copied, "-f", "json"}), nullptr, true),
+                      cellsOf(dump, nullptr, true))
+                << f;
         }
     }
     RunResult probe = runTool({"info", files[0]});

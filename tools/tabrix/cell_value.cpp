@@ -115,8 +115,12 @@ CellValue readCell(Workbook &book, Sheet *sheet, int row, int col) {
             v.formula.erase(0, 1);
     }
     v.format = book.formatIndex(format);
-    if (format)
+    if (format) {
         v.numFormat = format->numFormat();
+        // Built-in formats have only their identifier; the book's own have text.
+        if (v.numFormat >= 164)
+            v.numFormatText = text(book.book()->customNumFormat(v.numFormat));
+    }
     return v;
 }
 

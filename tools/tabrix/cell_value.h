@@ -19,6 +19,7 @@ struct CellValue {
     int error = 0xFF;    // the error code of an error cell
     int format = -1;     // the index of the cell's format in the book, -1 if none
     int numFormat = -1;  // the number format identifier of that format
+    std::string numFormatText; // the text of a custom number format
     bool hasFormula = false;
     std::string formula; // the formula text, without "="
 };

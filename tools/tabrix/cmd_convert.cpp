@@ -46,10 +46,13 @@ void keepFormat(Workbook &in, const std::string &sheetArg, const std::string &ou
     in.save(outPath);
 }
 
-// Across the workbook formats the cells are copied sheet by sheet.
+// Across the workbook formats, or when asked, the cells are copied sheet by
+// sheet into a new book.
 void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
               const std::string &outPath) {
     Workbook out(outKind);
+    // Date serials count from the source's epoch.
+    out.book()->setDate1904(in.book()->isDate1904());
     int count = in.book()->sheetCount();
     int only = sheetArg.empty() ? -1 : in.findSheet(sheetArg);
     long changed = 0;
@@ -96,6 +99,8 @@ int runConvert(const Args &args) {
     if (isText(inKind) && isText(outKind))
         throw UsageError("both " + inPath + " and " + outPath +
                          " are text; one side must be a workbook");
+    if (args.has("cells") && (isText(inKind) || isText(outKind)))
+        throw UsageError("--cells applies between two workbooks");
     if (isText(inKind)) {
         textToWorkbook(inPath, inKind, args, outKind, outPath);
         return EXIT_OK;
@@ -107,7 +112,7 @@ int runConvert(const Args &args) {
     std::string sheetArg = args.value("sheet");
     if (isText(outKind))
         workbookToText(in, sheetArg, outKind, outPath);
-    else if (outKind == inKind)
+    else if (outKind == inKind && !args.has("cells"))
         keepFormat(in, sheetArg, outPath);
     else
         copyBook(in, sheetArg, outKind, outPath);

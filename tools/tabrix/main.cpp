@@ -51,18 +51,23 @@ const std::vector<Command> &commands() {
          "json gives an object with \"file\", \"sheet\", \"range\" and \"cells\": one entry\n"
          "for each cell that exists, with \"ref\", \"row\" and \"col\" (from 0), \"kind\"\n"
          "(number, string, boolean, blank, error), \"value\", \"format\" (the index of\n"
-         "the cell's format in the book), \"numFormat\", \"date\" for a date and\n"
-         "\"formula\" for a formula cell.\n",
+         "the cell's format in the book), \"numFormat\" (the number format's\n"
+         "identifier, with \"numFormatText\" for the book's own formats), \"date\"\n"
+         "for a date and \"formula\" for a formula cell (null when the library\n"
+         "cannot print it).\n",
          runDump},
-        {"convert", "IN OUT [--sheet NAME|N] [--text]",
+        {"convert", "IN OUT [--sheet NAME|N] [--text] [--cells]",
          "convert between .xls, .xlsx, .csv and .tsv", 2, 2,
          {{"sheet", 's', "NAME|N", "workbook to text: the sheet to write (default: the first);\n"
                                    "                         workbook to workbook: keep only this sheet;\n"
                                    "                         text to workbook: the new sheet's name"},
-          {"text", 't', nullptr, "text to workbook: keep every field as text"}},
+          {"text", 't', nullptr, "text to workbook: keep every field as text"},
+          {"cells", 'c', nullptr, "workbook to workbook: copy only the cells into a new book,\n"
+                                  "                         even within one format"}},
          "The output's format is told by its extension, the input's by its content.\n"
          "A workbook converted to its own format is loaded and saved whole; across\n"
-         "formats the cells are copied with their number formats and formulas.\n"
+         "formats (or with --cells) the worksheets' cells are copied with their\n"
+         "number formats and formulas, and nothing else.\n"
          "Text becomes one sheet from A1: numbers, TRUE/FALSE and ISO dates take\n"
          "those kinds (numbers with a leading zero stay text), the rest is text.\n",
          runConvert},

@@ -52,6 +52,8 @@ public:
         if (v.isDate)
             _out << ", \"date\": " << jsonString(v.text);
         _out << ", \"format\": " << v.format << ", \"numFormat\": " << v.numFormat;
+        if (!v.numFormatText.empty())
+            _out << ", \"numFormatText\": " << jsonString(v.numFormatText);
         if (v.hasFormula)
             _out << ", \"formula\": "
                  << (v.formula.empty() ? std::string("null") : jsonString(v.formula));
