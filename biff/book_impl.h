@@ -179,6 +179,7 @@ private:
 
     // ---- load (book_load.cpp) ----
     bool loadFrom(std::iostream &stream);
+    bool afterLoad(bool ok);
     void readStream();
     // Answers false at the EOF record.
     bool readGlobal(uint16_t id, uint16_t size);

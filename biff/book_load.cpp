@@ -86,12 +86,7 @@ template <class C> bool BookImplT<C>::load(const C *filename) {
         loadFrom(file);
         return true;
     });
-    if (!ok) {
-        std::string why = message().template c_str<char>(true);
-        clear();
-        message().assign(why.c_str());
-    }
-    return ok;
+    return afterLoad(ok);
 }
 
 template <class C> bool BookImplT<C>::loadRaw(const char *data, unsigned size) {
@@ -104,6 +99,11 @@ template <class C> bool BookImplT<C>::loadRaw(const char *data, unsigned size) {
         loadFrom(stream);
         return true;
     });
+    return afterLoad(ok);
+}
+
+// A failed load leaves a new book behind, with the failure's text.
+template <class C> bool BookImplT<C>::afterLoad(bool ok) {
     if (!ok) {
         std::string why = message().template c_str<char>(true);
         clear();
