@@ -30,11 +30,11 @@ namespace tabrix {
 class SheetNames {
 public:
     // Scopes of a named range besides a sheet's index.
-    static const int kScopeBook = -1;
-    static const int kScopeThisSheet = -2;
+    static constexpr int kScopeBook = -1;
+    static constexpr int kScopeThisSheet = -2;
     // Codes of the built-in names used here.
-    static const wchar_t kPrintArea = 6;
-    static const wchar_t kPrintTitles = 7;
+    static constexpr wchar_t kPrintArea = 6;
+    static constexpr wchar_t kPrintTitles = 7;
 
     // `sheetIndex`: this sheet's position in the book; `sheetCount`: the
     // number of sheets, which a new self-reference records.

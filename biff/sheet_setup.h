@@ -25,15 +25,15 @@ namespace tabrix {
 
 class SheetSetup {
 public:
-    static const uint16_t kPrintRowColId = 42;
-    static const uint16_t kPrintGridId = 43;
-    static const uint16_t kWsBoolId = 129;
+    static constexpr uint16_t kPrintRowColId = 42;
+    static constexpr uint16_t kPrintGridId = 43;
+    static constexpr uint16_t kWsBoolId = 129;
     // WsBool bits: 6 summary rows below detail, 7 summary columns right of
     // detail, 8 fit the printout to pages.
-    static const uint16_t kSummaryBelow = 0x0040;
-    static const uint16_t kSummaryRight = 0x0080;
-    static const uint16_t kFitToPage = 0x0100;
-    static const uint16_t kNewWsBool = 0x04C1;
+    static constexpr uint16_t kSummaryBelow = 0x0040;
+    static constexpr uint16_t kSummaryRight = 0x0080;
+    static constexpr uint16_t kFitToPage = 0x0100;
+    static constexpr uint16_t kNewWsBool = 0x04C1;
 
     // A new worksheet's settings; header and footer texts live in `pool`.
     explicit SheetSetup(MemPool &pool);

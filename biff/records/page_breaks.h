@@ -21,7 +21,7 @@ public:
     static constexpr const char *kName =
         Id == 27 ? "HorizontalPageBreaks" : "VerticalPageBreaks";
     // Breaks in one direction at most.
-    static const size_t kMaxBreaks = 1026;
+    static constexpr size_t kMaxBreaks = 1026;
 
     std::vector<PageBreak> breaks;
 

@@ -18,7 +18,7 @@ public:
     static constexpr uint16_t kId = 29;
     static constexpr const char *kName = "Selection";
     // Ranges that one record holds at most.
-    static const size_t kMaxRefs = (XlsRecords::kMaxRecordData - 9) / 6;
+    static constexpr size_t kMaxRefs = (XlsRecords::kMaxRecordData - 9) / 6;
 
     uint8_t pnn = 3;
     uint16_t rwAct = 0;

@@ -12,9 +12,9 @@ class SetupBIFF : public Record<SetupBIFF> {
 public:
     static constexpr uint16_t kId = 161;
     static constexpr const char *kName = "Setup";
-    static const uint16_t kSize = 34;
-    static const uint16_t kPortrait = 0x0002;
-    static const uint16_t kNoPls = 0x0004;
+    static constexpr uint16_t kSize = 34;
+    static constexpr uint16_t kPortrait = 0x0002;
+    static constexpr uint16_t kNoPls = 0x0004;
 
     uint16_t paperSize = 0;
     uint16_t scale = 100;

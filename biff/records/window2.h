@@ -12,11 +12,11 @@ class Window2 : public Record<Window2> {
 public:
     static constexpr uint16_t kId = 574;
     static constexpr const char *kName = "Window2";
-    static const uint16_t kGridlines = 0x0002;
-    static const uint16_t kFrozen = 0x0008;
-    static const uint16_t kRightToLeft = 0x0040;
-    static const uint16_t kFrozenNoSplit = 0x0100;
-    static const uint16_t kSelected = 0x0200;
+    static constexpr uint16_t kGridlines = 0x0002;
+    static constexpr uint16_t kFrozen = 0x0008;
+    static constexpr uint16_t kRightToLeft = 0x0040;
+    static constexpr uint16_t kFrozenNoSplit = 0x0100;
+    static constexpr uint16_t kSelected = 0x0200;
 
     uint16_t flags = 0x04B6;
     uint16_t rwTop = 0;
