@@ -11,15 +11,14 @@ SheetIndex::~SheetIndex() {
     delete[] _rows;
 }
 
-SheetIndex::SheetIndex(const SheetIndex &other) : _rows(new uint32_t *[kRows]()) {
-    *this = other;
-}
+SheetIndex::SheetIndex(const SheetIndex &other) : _rows(new uint32_t *[kRows]()) { *this = other; }
 
 SheetIndex &SheetIndex::operator=(const SheetIndex &other) {
     if (this == &other) return *this;
     clear();
     for (int r = 0; r < kRows; ++r)
-        if (other._rows[r]) std::memcpy(newPage(unsigned(r)), other._rows[r], kCols * sizeof(uint32_t));
+        if (other._rows[r])
+            std::memcpy(newPage(unsigned(r)), other._rows[r], kCols * sizeof(uint32_t));
     return *this;
 }
 

@@ -49,10 +49,17 @@ void readNested(XlsRecords &xls, uint16_t size, std::vector<Biff> &out) {
 
 bool isPageSetup(uint16_t id) {
     switch (id) {
-    case 20: case 21: case 38: case 39: case 40: case 41: case 77: case 131: case 132: case 161:
-        return true;
-    default:
-        return false;
+    case 20:
+    case 21:
+    case 38:
+    case 39:
+    case 40:
+    case 41:
+    case 77:
+    case 131:
+    case 132:
+    case 161: return true;
+    default: return false;
     }
 }
 
@@ -174,9 +181,9 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
             _unknown.push_back(rawRecord(xls, id, size));
             continue;
         }
-        if (id == kContinueId && (previous == kPlsId || (previous == kContinueId &&
-                                                          !_pageSetup.empty() &&
-                                                          _pageSetup.back().id == kContinueId))) {
+        if (id == kContinueId &&
+            (previous == kPlsId || (previous == kContinueId && !_pageSetup.empty() &&
+                                    _pageSetup.back().id == kContinueId))) {
             _pageSetup.push_back(rawRecord(xls, id, size));
         } else if (!readWorksheetRecord(xls, id, size)) {
             _unknown.push_back(rawRecord(xls, id, size));
@@ -198,9 +205,15 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
 template <class C>
 bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
     switch (id) {
-    case 6: case 189: case 190: case 253: case 513: case 515: case 516: case 517: case 638:
-        readCellRecord(xls, id, size);
-        return true;
+    case 6:
+    case 189:
+    case 190:
+    case 253:
+    case 513:
+    case 515:
+    case 516:
+    case 517:
+    case 638: readCellRecord(xls, id, size); return true;
     case 12: _calcCount = readWord(xls, size, "CalcCount"); return true;
     case 13: _calcMode = readWord(xls, size, "CalcMode"); return true;
     case 15: _calcRefMode = readWord(xls, size, "CalcRefMode"); return true;
@@ -234,16 +247,26 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
         _uncalced = readWord(xls, size, "Uncalced");
         _hasUncalced = true;
         return true;
-    case 18: case 19: case 99: case 221:
-        _protection.push_back(rawRecord(xls, id, size));
-        return true;
+    case 18:
+    case 19:
+    case 99:
+    case 221: _protection.push_back(rawRecord(xls, id, size)); return true;
     case 26: _verBreaks.push_back(rawRecord(xls, id, size)); return true;
     case 27: _horBreaks.push_back(rawRecord(xls, id, size)); return true;
     case 28: _notes.push_back(rawRecord(xls, id, size)); return true;
     case 29: _selections.push_back(rawRecord(xls, id, size)); return true;
-    case 65: _pane.record = rawRecord(xls, id, size); _pane.absent = false; return true;
-    case 160: _scl.record = rawRecord(xls, id, size); _scl.absent = false; return true;
-    case 574: _window2.record = rawRecord(xls, id, size); _window2.absent = false; return true;
+    case 65:
+        _pane.record = rawRecord(xls, id, size);
+        _pane.absent = false;
+        return true;
+    case 160:
+        _scl.record = rawRecord(xls, id, size);
+        _scl.absent = false;
+        return true;
+    case 574:
+        _window2.record = rawRecord(xls, id, size);
+        _window2.absent = false;
+        return true;
     case 125: {
         ColInfo ci;
         ci.read(xls, size);
@@ -305,8 +328,7 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
     return false;
 }
 
-template <class C>
-void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
+template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
     switch (id) {
     case 6: {
         _formulas.emplace_back();
@@ -322,7 +344,8 @@ void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) 
         m.read(xls, size);
         for (const RK &rk : m.expand()) {
             checkCol(rk.col);
-            _index.at(rk.row, rk.col) = SheetIndex::code(SheetIndex::kRK, appendPosition(_rk.size()));
+            _index.at(rk.row, rk.col) =
+                SheetIndex::code(SheetIndex::kRK, appendPosition(_rk.size()));
             _rk.push_back(rk);
         }
         return;
@@ -351,7 +374,8 @@ void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) 
         Blank e;
         e.read(xls, size);
         checkCol(e.col);
-        _index.at(e.row, e.col) = SheetIndex::code(SheetIndex::kBlank, appendPosition(_blanks.size()));
+        _index.at(e.row, e.col) =
+            SheetIndex::code(SheetIndex::kBlank, appendPosition(_blanks.size()));
         _blanks.push_back(e);
         return;
     }
@@ -371,7 +395,8 @@ void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) 
         Label e(_owner->pool());
         e.read(xls, size);
         checkCol(e.col);
-        _index.at(e.row, e.col) = SheetIndex::code(SheetIndex::kLabel, appendPosition(_labels.size()));
+        _index.at(e.row, e.col) =
+            SheetIndex::code(SheetIndex::kLabel, appendPosition(_labels.size()));
         _labels.push_back(e);
         return;
     }
@@ -399,8 +424,7 @@ void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) 
 // The drawing run: MsoDrawing records with the Obj, TxO and CONTINUE
 // records that belong to them and embedded chart substreams, in stream
 // order.
-template <class C>
-void SheetImplT<C>::readDrawingRun(XlsRecords &xls, uint16_t id, uint16_t size) {
+template <class C> void SheetImplT<C>::readDrawingRun(XlsRecords &xls, uint16_t id, uint16_t size) {
     _objects.push_back(rawRecord(xls, id, size));
     for (;;) {
         if (xls.eof()) return;

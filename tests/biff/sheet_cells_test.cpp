@@ -34,8 +34,9 @@ std::vector<uint16_t> savedCellIds(SheetImplT<char> &sheet) {
 uint32_t savedRkWord(SheetImplT<char> &sheet) {
     Opened out(writeBook([&](Xls<char> &x) { sheet.write(x); }));
     for (auto &r : out.records())
-        if (r.first == 638) return uint32_t(r.second[6] | r.second[7] << 8 | r.second[8] << 16 |
-                                            uint32_t(r.second[9]) << 24);
+        if (r.first == 638)
+            return uint32_t(r.second[6] | r.second[7] << 8 | r.second[8] << 16 |
+                            uint32_t(r.second[9]) << 24);
     return 0xFFFFFFFF;
 }
 
@@ -45,9 +46,9 @@ TEST(SheetCells, NumbersKeepTheirValueAndTakeTheRightRecord) {
         double value;
         uint16_t record; // 638 RK, 515 Number
     } cases[] = {
-        {1.0, 638},          {0.1, 515},         {100.25, 638},      {-2.5, 638},
-        {0.0, 638},          {inf, 638},         {-inf, 638},        {4294967296.0, 638},
-        {2147483649.0, 515}, {1e300, 515},       {-123456789.0, 515}, {3.0e9, 515},
+        {1.0, 638},          {0.1, 515},   {100.25, 638},       {-2.5, 638},
+        {0.0, 638},          {inf, 638},   {-inf, 638},         {4294967296.0, 638},
+        {2147483649.0, 515}, {1e300, 515}, {-123456789.0, 515}, {3.0e9, 515},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.value);
@@ -110,13 +111,17 @@ TEST(SheetCells, ReadsOfAnotherKindAnswerNeutrallyWithTheirMessage) {
         std::function<bool()> read;
         std::string message;
     } cases[] = {
-        {[&] { return b.sheet.readNum(0, 1, nullptr) == 0.0; }, "this cell doesn't contain a number"},
-        {[&] { return b.sheet.readNum(9, 9, nullptr) == 0.0; }, "this cell doesn't contain a number"},
-        {[&] { return b.sheet.readStr(0, 0, nullptr) == nullptr; }, "this cell doesn't contain a string"},
+        {[&] { return b.sheet.readNum(0, 1, nullptr) == 0.0; },
+         "this cell doesn't contain a number"},
+        {[&] { return b.sheet.readNum(9, 9, nullptr) == 0.0; },
+         "this cell doesn't contain a number"},
+        {[&] { return b.sheet.readStr(0, 0, nullptr) == nullptr; },
+         "this cell doesn't contain a string"},
         {[&] { return !b.sheet.readBool(0, 0, nullptr); }, "this cell doesn't contain a bool"},
         {[&] { return !b.sheet.readBlank(0, 0, &f); }, "this cell doesn't contain a blank"},
         {[&] { return !b.sheet.readBlank(0, 3, nullptr); }, "format mustn't be NULL"},
-        {[&] { return b.sheet.readFormula(0, 0, nullptr) == nullptr; }, "cell doesn't contain a formula"},
+        {[&] { return b.sheet.readFormula(0, 0, nullptr) == nullptr; },
+         "cell doesn't contain a formula"},
         {[&] { return b.sheet.readError(0, 0) == ERRORTYPE_NOERROR; }, "ok"},
         {[&] { return b.sheet.readError(0, 2) == ERRORTYPE_NOERROR; }, "ok"},
         {[&] { return b.sheet.readBool(0, 2, nullptr); }, "ok"},
@@ -306,9 +311,8 @@ TEST(SheetCells, DatesFollowTheNumberFormat) {
     struct Case {
         int numFormat;
         bool date;
-    } cases[] = {{0, false}, {13, false}, {14, true},  {22, true},    {37, false},
-                 {45, true}, {47, true},  {48, false}, {30, false},   {ymd, true},
-                 {red, false}, {quoted, false}};
+    } cases[] = {{0, false}, {13, false}, {14, true},  {22, true},  {37, false},  {45, true},
+                 {47, true}, {48, false}, {30, false}, {ymd, true}, {red, false}, {quoted, false}};
     for (const Case &c : cases) {
         SCOPED_TRACE(c.numFormat);
         IFormatT<char> *f = st.addFormat(nullptr);

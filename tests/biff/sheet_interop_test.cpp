@@ -113,7 +113,9 @@ std::map<std::pair<int, int>, std::string> ourCells(SheetImplT<wchar_t> &sheet) 
                 v = buf;
                 break;
             case CELLTYPE_STRING: v = "s " + hexUtf16(sheet.readStr(r, c, nullptr)); break;
-            case CELLTYPE_BOOLEAN: v = std::string("b ") + (sheet.readBool(r, c, nullptr) ? "1" : "0"); break;
+            case CELLTYPE_BOOLEAN:
+                v = std::string("b ") + (sheet.readBool(r, c, nullptr) ? "1" : "0");
+                break;
             case CELLTYPE_ERROR: v = "e " + std::to_string(int(sheet.readError(r, c))); break;
             default: continue;
             }
@@ -161,7 +163,8 @@ TEST(SheetInterop, FirstWorksheetsMatchXlrdAndSurviveASave) {
             auto it = ours.find(t.first);
             // A formula whose cached result is the empty marker: xlrd gives
             // an empty text, we a blank.
-            if (it == ours.end() && t.second == "s -" && sheet.isFormula(t.first.first, t.first.second) &&
+            if (it == ours.end() && t.second == "s -" &&
+                sheet.isFormula(t.first.first, t.first.second) &&
                 sheet.cellType(t.first.first, t.first.second) == CELLTYPE_BLANK)
                 continue;
             if (it == ours.end() || it->second != t.second) {

@@ -81,8 +81,11 @@ Records richSheet() {
         {12, words({100})},
         {512, cat(words({0, 0, 9, 0}), words({0, 4, 0}))},
         {520, words({0, 0, 4, 255, 0, 0, 0x100, 15})},
-        {189, cat(words({0, 0, 15}), cat(Bytes{0x02, 0, 0, 0}, cat(words({15}),
-                   cat(Bytes{0x06, 0, 0, 0}, cat(words({15}), cat(Bytes{0x0A, 0, 0, 0}, words({2})))))))},
+        {189,
+         cat(words({0, 0, 15}),
+             cat(Bytes{0x02, 0, 0, 0},
+                 cat(words({15}), cat(Bytes{0x06, 0, 0, 0},
+                                      cat(words({15}), cat(Bytes{0x0A, 0, 0, 0}, words({2})))))))},
         {190, words({1, 1, 15, 15, 2})},
         {253, words({2, 0, 15, 0, 0})},
         {517, cat(words({3, 0, 15}), Bytes{1, 0})},
@@ -173,13 +176,10 @@ Bytes expFormula(uint16_t row, uint16_t col, const Bytes &value, uint16_t anchor
 TEST(SheetRecords, OverwritingAnAnchorMovesTheSharedFormula) {
     Bytes shared = cat(words({0, 2}), Bytes{0, 0, 0, 3, 3, 0, 0x1E, 1, 0});
     Bytes text = cat(words({3}), Bytes{0, 'a', 'b', 'c'});
-    Records in = {{2057, bof(16)},
-                  {6, expFormula(0, 0, special(0, 0), 0)},
-                  {1212, shared},
-                  {519, text},
-                  {6, expFormula(1, 0, special(0, 0), 0)},
-                  {6, expFormula(2, 0, num(4), 0)},
-                  {10, {}}};
+    Records in = {
+        {2057, bof(16)}, {6, expFormula(0, 0, special(0, 0), 0)}, {1212, shared},
+        {519, text},     {6, expFormula(1, 0, special(0, 0), 0)}, {6, expFormula(2, 0, num(4), 0)},
+        {10, {}}};
     FakeOwner<char> owner;
     SheetImplT<char> &sheet = owner.addSheet(L"S");
     load(sheet, stream(in));
@@ -202,9 +202,8 @@ TEST(SheetRecords, OverwritingAnAnchorMovesTheSharedFormula) {
 }
 
 TEST(SheetRecords, ChartSheetStaysByteIdentical) {
-    Records chart = {{2057, bof(32)},          {4198, Bytes{1, 2, 3, 4}}, {2057, bof(32)},
-                     {4147, {}},               {10, {}},                  {4148, Bytes{7}},
-                     {60, Bytes{5, 5}},        {10, {}}};
+    Records chart = {{2057, bof(32)}, {4198, Bytes{1, 2, 3, 4}}, {2057, bof(32)},   {4147, {}},
+                     {10, {}},        {4148, Bytes{7}},          {60, Bytes{5, 5}}, {10, {}}};
     FakeOwner<char> owner;
     SheetImplT<char> &sheet = owner.addSheet(L"Chart");
     Bytes wb = stream(chart);
@@ -223,9 +222,9 @@ TEST(SheetRecords, NewSheetWritesAValidWorksheet) {
     Records out = saved(sheet);
     std::vector<uint16_t> ids;
     for (auto &r : out) ids.push_back(r.first);
-    std::vector<uint16_t> expected = {2057, 523, 13,  12,  15,  17, 16,  95, 42, 43, 130,
-                                      128,  549, 129, 20,  21,  131, 132, 161, 85, 512, 638,
-                                      253,  574, 29,  10};
+    std::vector<uint16_t> expected = {2057, 523, 13,  12,  15,  17,  16, 95,  42,
+                                      43,   130, 128, 549, 129, 20,  21, 131, 132,
+                                      161,  85,  512, 638, 253, 574, 29, 10};
     EXPECT_EQ(ids, expected);
     auto find = [&](uint16_t id) {
         for (auto &r : out)
