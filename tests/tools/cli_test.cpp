@@ -47,6 +47,7 @@ struct TestBook {
     std::string path;
     std::string pending; // the library's message when it cannot write books yet
     bool hasFormula = false;
+    bool hasName = false; // "Amounts", B2:B5 of "Data", for the whole book
 };
 
 TestBook writeTestBook() {
@@ -84,6 +85,7 @@ TestBook writeTestBook() {
     s->writeStr(4, 3, "back\\slash", nullptr);
     s->writeStr(5, 0, "Gr\xC3\xBC\xC3\x9F" "e \xE2\x9C\x93 \x01", nullptr);
     t.hasFormula = s->writeFormula(5, 1, "SUM(B2:B3)", nullptr);
+    t.hasName = s->setNamedRange("Amounts", 1, 4, 1, 1, -1);
     ISheetT<char> *second = book->addSheet("Second", nullptr);
     second->writeStr(0, 0, "x", nullptr);
     second->writeNum(2, 2, 42, nullptr);
@@ -257,9 +259,14 @@ TEST(Cli, InfoOfAWrittenBook) {
     for (const char *line : {"file:          ", "format:        binary workbook (compound file, BIFF8 0x0600)",
                              "date system:   1900", "sheets:        2 (active: 1)",
                              "  1  Data    sheet    visible      A1:D6\n",
-                             "  2  Second  sheet    visible      A1:C3\n", "named ranges:  0",
-                             "pictures:      0"})
+                             "  2  Second  sheet    visible      A1:C3\n", "pictures:      0"})
         EXPECT_TRUE(contains(r.out, line)) << "missing '" << line << "' in\n" << r.out;
+    // Names as the library has them.
+    if (t.hasName) {
+        EXPECT_TRUE(contains(r.out, "named ranges:  1\n  Amounts  Data!B2:B5  (scope: book)\n")) << r.out;
+    } else {
+        EXPECT_TRUE(contains(r.out, "named ranges:  0\n")) << r.out;
+    }
 }
 
 TEST(Cli, DumpCsvAndTsv) {

@@ -54,7 +54,9 @@ const std::vector<Command> &commands() {
          "the cell's format in the book), \"numFormat\" (the number format's\n"
          "identifier, with \"numFormatText\" for the book's own formats), \"date\"\n"
          "for a date and \"formula\" for a formula cell (null when the library\n"
-         "cannot print it).\n",
+         "cannot print it).\n"
+         "A malformed range is bad usage (exit 2); a well-formed one beyond the\n"
+         "last cell of the file's format (IV65536 for .xls) fails (exit 1).\n",
          runDump},
         {"convert", "IN OUT [--sheet NAME|N] [--text] [--cells]",
          "convert between .xls, .xlsx, .csv and .tsv", 2, 2,
