@@ -146,6 +146,9 @@ template <class C> void BookImplT<C>::readStream() {
     }
     _unknown.shrink_to_fit();
     readSheets();
+    // Records that run past the end of the stream were cut short: what was
+    // kept of them could not be written back as a valid file.
+    if (_xls.eof()) throw tberror("read error: workbook stream is truncated");
 }
 
 // One record of the globals whose header was read; false at their EOF.

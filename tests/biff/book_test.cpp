@@ -203,6 +203,14 @@ TEST(BookTest, FailedLoadsLeaveANewBook) {
         {"InterfaceEnd", one(226, Bytes(1, 0)), "InterfaceEnd size is incorrect"},
         {"Mms", one(193, Bytes(3, 0)), "Mms size is incorrect"},
         {"BookExt", one(2147, Bytes(23, 0)), "BookExt size is incorrect"},
+        {"record past the stream's end", [] {
+             Bytes wb;
+             record(wb, 2057, bofData(0x0600, 5));
+             put16(wb, 0x1234);
+             put16(wb, 8000);
+             return wb;
+         }(),
+         "read error: workbook stream is truncated"},
         {"too many sheets", [] {
              Bytes wb;
              record(wb, 2057, bofData(0x0600, 5));
