@@ -71,10 +71,10 @@ FileKind Workbook::sniff(const std::string &path) {
     std::string msg = path + " looks like " + describeKind(content);
     if (content == FileKind::Biff)
         msg += ", which the library does not read";
-    else if (content != FileKind::Empty && isText(content))
-        msg += ", not a workbook";
-    else if (content != FileKind::Empty)
+    else if (content == FileKind::Unknown)
         msg += ", not a workbook: it has neither the compound file nor the zip signature";
+    else if (content != FileKind::Empty)
+        msg += ", not a workbook";
     throw Failure(msg);
 }
 
