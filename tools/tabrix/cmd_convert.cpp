@@ -56,6 +56,7 @@ void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
     int count = in.book()->sheetCount();
     int only = sheetArg.empty() ? -1 : in.findSheet(sheetArg);
     long changed = 0;
+    NumFormats formats(out);
     for (int i = 0; i < count; ++i) {
         if ((only >= 0 && i != only) || in.book()->sheetType(i) != tabrix::SHEETTYPE_SHEET)
             continue;
@@ -64,7 +65,7 @@ void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
         if (!to)
             throw Failure("cannot add sheet '" + std::string(from->name() ? from->name() : "") +
                           "' to " + outPath + ": " + out.message());
-        changed += copySheet(in, from, out, to);
+        changed += copySheet(in, from, out, to, formats);
     }
     if (changed > 0)
         std::cerr << "tabrix: note: " << changed

@@ -66,8 +66,7 @@ Format *NumFormats::from(Workbook &source, int id) {
     return f;
 }
 
-long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to) {
-    NumFormats formats(target);
+long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to, NumFormats &formats) {
     int lastRow = from->lastRow() - 1, lastCol = from->lastCol() - 1;
     if (lastRow >= target.maxRows() || lastCol >= target.maxCols())
         throw Failure("sheet '" + std::string(from->name() ? from->name() : "") + "' reaches " +

@@ -30,10 +30,11 @@ private:
 };
 
 // Copies every cell of `from` into `to` at the same place: values, number
-// formats, and formulas where the target takes their text (else their
-// value).  Error cells become their text when the target refuses them as a
-// formula.  Returns the number of cells that could not keep their kind.
-long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to);
+// formats (made through `formats`, shared by the sheets of one copy), and
+// formulas where the target takes their text (else their value).  Error
+// cells become their text when the target refuses them as a formula.
+// Returns the number of cells that could not keep their kind.
+long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to, NumFormats &formats);
 
 // Reads comma- or tab-separated text into `to` from A1 on: numbers,
 // booleans and ISO dates become those (unless `allText`), other fields
