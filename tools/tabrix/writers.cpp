@@ -117,10 +117,41 @@ std::string tsvField(const std::string &text) {
     return out;
 }
 
+// The length of the valid UTF-8 sequence at `at`, 0 when there is none.
+static size_t utf8Length(const std::string &s, size_t at) {
+    unsigned char lead = static_cast<unsigned char>(s[at]);
+    size_t n = lead < 0x80 ? 1 : (lead >> 5) == 6 ? 2 : (lead >> 4) == 14 ? 3 : (lead >> 3) == 30 ? 4 : 0;
+    if (n == 0 || at + n > s.size())
+        return 0;
+    unsigned long code = n == 1 ? lead : lead & (0x7F >> n);
+    for (size_t i = 1; i < n; ++i) {
+        unsigned char c = static_cast<unsigned char>(s[at + i]);
+        if ((c & 0xC0) != 0x80)
+            return 0;
+        code = (code << 6) | (c & 0x3F);
+    }
+    static const unsigned long kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+    bool surrogate = code >= 0xD800 && code <= 0xDFFF;
+    return code < kLeast[n] || code > 0x10FFFF || surrogate ? 0 : n;
+}
+
 std::string jsonString(const std::string &text) {
     std::string out = "\"";
-    for (char c : text) {
+    for (size_t at = 0; at < text.size(); ++at) {
+        char c = text[at];
         unsigned char u = static_cast<unsigned char>(c);
+        if (u >= 0x80) {
+            // Multi-byte characters pass as they are; a broken sequence
+            // becomes U+FFFD so that the output stays json.
+            size_t n = utf8Length(text, at);
+            if (n == 0) {
+                out += "\xEF\xBF\xBD";
+            } else {
+                out.append(text, at, n);
+                at += n - 1;
+            }
+            continue;
+        }
         switch (c) {
         case '"': out += "\\\""; break;
         case '\\': out += "\\\\"; break;

@@ -17,7 +17,8 @@ namespace cli {
 std::string csvField(const std::string &text, char separator = ',');
 // A tsv field: tab, line feed, carriage return and backslash as \t \n \r \\.
 std::string tsvField(const std::string &text);
-// A json string literal with its quotes; control characters as \uXXXX.
+// A json string literal with its quotes; control characters as \uXXXX, a
+// broken UTF-8 sequence as U+FFFD.
 std::string jsonString(const std::string &text);
 
 // What the json form says about the dump as a whole.
