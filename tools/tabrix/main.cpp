@@ -177,6 +177,9 @@ int main(int argc, char **argv) {
     } catch (const std::exception &e) {
         std::cerr << "tabrix " << command->name << ": " << e.what() << "\n";
         return EXIT_FAILED;
+    } catch (...) {
+        std::cerr << "tabrix " << command->name << ": general failure\n";
+        return EXIT_FAILED;
     }
 }
 
