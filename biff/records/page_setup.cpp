@@ -8,7 +8,7 @@ PageSetup::PageSetup(const PageSetup &src, MemPool &pool)
       hasPls(src.hasPls), header(src.header), footer(src.footer), hCenter(src.hCenter),
       vCenter(src.vCenter), leftMargin(src.leftMargin), rightMargin(src.rightMargin),
       topMargin(src.topMargin), bottomMargin(src.bottomMargin), pls(src.pls),
-      setup(src.setup), pool_(&pool) {
+      setup(src.setup) {
     header.rebind(pool);
     footer.rebind(pool);
 }

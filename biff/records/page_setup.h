@@ -31,7 +31,7 @@ public:
     SetupBIFF setup;
 
     // Texts live in `pool`.
-    explicit PageSetup(MemPool &pool) : header(pool), footer(pool), pool_(&pool) {}
+    explicit PageSetup(MemPool &pool) : header(pool), footer(pool) {}
     // A copy whose texts live in `pool`.
     PageSetup(const PageSetup &src, MemPool &pool);
     PageSetup(const PageSetup &) = delete;
@@ -50,8 +50,6 @@ public:
 
 private:
     void readOne(XlsRecords &xls, uint16_t id, uint16_t size, bool old);
-
-    MemPool *pool_;
 };
 } // namespace tabrix
 #endif
