@@ -148,15 +148,18 @@ uint16_t SheetNames::addSheetRef() {
         SupBookBlock block;
         uint16_t count = uint16_t(std::max(_sheetCount, 0));
         block.supBook.data = {uint8_t(count), uint8_t(count >> 8), 1, 4};
-        bool first = _supBooks.empty();
         if (SupBookBlock *ext = externSheetBlock(_supBooks))
             for (XTI &x : ext->externSheet.rgXTI) ++x.iSupBook;
         _supBooks.insert(_supBooks.begin(), block);
-        if (first) _supBooks.front().hasExternSheet = true;
-        else if (!externSheetBlock(_supBooks)) _supBooks.back().hasExternSheet = true;
         self = _supBooks.begin();
     }
     SupBookBlock *ext = externSheetBlock(_supBooks);
+    if (!ext) {
+        // No block holds the list yet: it goes with the last one, as the
+        // file keeps it behind the last SupBook.
+        ext = &_supBooks.back();
+        ext->hasExternSheet = true;
+    }
     std::vector<XTI> &list = ext->externSheet.rgXTI;
     if (list.size() >= 0xFFFF) throw tberror("too many references to sheets");
     uint16_t index = uint16_t(list.size());
