@@ -166,7 +166,9 @@ const Placement kPlaces[] = {
      true},
     {"capacity.csv", "noindex;[A1:C1]", "noindex;[A1:C1]", "capacity: every plant, no index columns",
      false},
-    {"terms.csv", "grow;[A1:C1]", "[]", "price and minimum order merged by market", false},
+    // Whole columns rather than the whole sheet: a workbook sheet reaches one
+    // column past its data, and this item takes exactly three columns.
+    {"terms.csv", "grow;[A1:C1]", "[A:C]", "price and minimum order merged by market", false},
     {"demand.csv", "grow;[A1:D1]", "[]", "demand: a list, four to a row", false},
     {"fsep=;;shipments.csv", "skiph+;grow;[A1:D1](plant,market,quantity,express)",
      "skiph;[](plant,market,quantity,express)", "shipments: records, ';' separated", false},

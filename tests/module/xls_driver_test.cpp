@@ -440,7 +440,9 @@ const Layout kLayouts[] = {
          a->set({2}, qdInt(275));
          return Pair{a->type(), a, ctx.newArray(QD_INT, {p})};
      }},
-    {"two arrays merged by market", "grow;[terms$A1:C1]", "[terms$]", ENTRIES,
+    // A workbook sheet's extent reaches one column past the data, so the
+    // whole sheet would give this item a fourth column: its columns are named.
+    {"two arrays merged by market", "grow;[terms$A1:C1]", "[terms$A:C]", ENTRIES,
      [](Context &ctx) {
          Set *m = markets(ctx);
          Array *price = ctx.newArray(QD_REAL, {m}), *minOrder = ctx.newArray(QD_INT, {m});
