@@ -32,14 +32,16 @@ Biff nextRaw(XlsRecords &xls) {
 }
 
 // A nested substream whose BOF header was read, up to its EOF, into `out`.
-void readNested(XlsRecords &xls, uint16_t size, std::vector<Biff> &out) {
+// A stream that ends first is corrupt: saved as it stands, the records
+// behind it would be taken into the substream on the next load.
+void readNested(XlsRecords &xls, uint16_t size, std::vector<Biff> &out, const char *who) {
     out.push_back(rawRecord(xls, SubstreamHeader::kId, size));
     int depth = 1;
     while (depth > 0) {
         uint16_t id = 0, n = 0;
         xls.readInt16(id);
         xls.readInt16(n);
-        if (xls.eof()) break;
+        if (xls.eof()) throw tberror(std::string(who) + ": file is corrupt");
         if (id == 0) throw tberror("read error: record id can't be 0");
         if (id == SubstreamHeader::kId) ++depth;
         if (id == kEofId) --depth;
@@ -173,7 +175,7 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
                 _unknown.push_back(rawRecord(xls, id, size));
             } else {
                 // A substream inside a worksheet outside a drawing: kept whole.
-                readNested(xls, size, _unknown);
+                readNested(xls, size, _unknown, "Substream");
             }
             continue;
         }
@@ -435,7 +437,7 @@ template <class C> void SheetImplT<C>::readDrawingRun(XlsRecords &xls, uint16_t 
             uint16_t bofId = 0, n = 0;
             xls.readInt16(bofId);
             xls.readInt16(n);
-            readNested(xls, n, _objects);
+            readNested(xls, n, _objects, "Objects");
         } else {
             return;
         }
