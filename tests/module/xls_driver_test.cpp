@@ -15,6 +15,7 @@
 #include <map>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 using namespace qdhost;
@@ -155,6 +156,29 @@ TEST(XlsOpen, NewFileForWritingStartsWithoutASheet) {
     ASSERT_EQ(host().readItem(in, "xls", "new.xls", "[B2]", QD_REAL, &back), 0)
         << in.allErrors();
     EXPECT_EQ(back.r, 2.5);
+}
+
+// A save that fails at the last close reports the book's message, code 8.
+TEST(XlsClose, FailedSaveIsReported) {
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    REQUIRE_BINARY_BOOK();
+    remove(pathOf("gone.xls").c_str());
+    rmdir(pathOf("gone.xls").c_str());
+    Context ctx(scratchDir());
+    void *f = host().open(ctx, "xls", "gone.xls", true);
+    ASSERT_NE(f, nullptr) << ctx.allErrors();
+    qd_value one = qdInt(1);
+    std::vector<Item> items{{"[A1]", QD_INT, &one}};
+    ASSERT_EQ(host().transferOut(ctx, "xls", f, items), 0) << ctx.allErrors();
+    // The file made at the open gives way to a directory of the same name.
+    remove(pathOf("gone.xls").c_str());
+    ASSERT_EQ(mkdir(pathOf("gone.xls").c_str(), 0777), 0);
+    EXPECT_EQ(host().close(ctx, "xls", f), 1);
+    ASSERT_EQ(ctx.reports.size(), 1u);
+    EXPECT_EQ(ctx.reports[0].second, 8);
+    EXPECT_NE(ctx.reports[0].first, "");
+    EXPECT_NE(ctx.reports[0].first, "ok");
+    rmdir(pathOf("gone.xls").c_str());
 }
 
 TEST(XlsOpen, SharingRules) {
