@@ -135,6 +135,10 @@ public:
     StyleTable<C> &styles() override { return _styles; }
     SheetImplT<C> *sheetAt(int index) override;
     int getTabIndex(const SheetImplT<C> *sheet) override;
+    std::vector<Lbl> &names() override { return _names; }
+    std::vector<SupBookBlock> &supBooks() override { return _supBookBlocks; }
+    SheetState sheetHidden(int index) override;
+    void setSheetHidden(int index, SheetState state) override;
 
     // ---- for the other parts of the binary book ----
     std::vector<SupBookBlock> &supBookBlocksRef() { return _supBookBlocks; }

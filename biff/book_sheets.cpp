@@ -195,6 +195,25 @@ template <class C> SheetType BookImplT<C>::sheetType(int index) {
     });
 }
 
+template <class C> SheetState BookImplT<C>::sheetHidden(int index) {
+    if (index < 0 || size_t(index) >= _boundSheets.size()) throw tberror(kOutOfRange);
+    return SheetState(_boundSheets[size_t(index)].hsState & 3);
+}
+
+// Hiding the last visible sheet is refused: a book always shows one.
+template <class C> void BookImplT<C>::setSheetHidden(int index, SheetState state) {
+    if (index < 0 || size_t(index) >= _boundSheets.size()) throw tberror(kOutOfRange);
+    if (state != SHEETSTATE_VISIBLE && state != SHEETSTATE_HIDDEN &&
+        state != SHEETSTATE_VERYHIDDEN)
+        throw tberror("sheet state is invalid");
+    BoundSheet8 &entry = _boundSheets[size_t(index)];
+    if (state != SHEETSTATE_VISIBLE && (entry.hsState & 3) == 0 && visibleSheetCount() < 2)
+        throw tberror("a workbook must contain at least one visible worksheet");
+    entry.hsState = uint8_t((entry.hsState & ~3) | state);
+    calcFirstTab();
+    calcActiveSheet();
+}
+
 template <class C> void BookImplT<C>::setActiveSheet(int index) {
     run([&] {
         if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);

@@ -1,6 +1,7 @@
 // SheetImplT: construction, the defaults of a new sheet, copying a sheet
 // into another book, and the small accessors the book uses.
 #include "biff/sheet_frame.h"
+#include "book/text_result.h"
 
 #include <cstring>
 
@@ -9,74 +10,21 @@ namespace tabrix {
 const char *const kNotSupportedYet = "not supported yet";
 const char *const kFormatNotFound = "specified format not found";
 
-namespace {
-
-void put16(std::vector<uint8_t> &d, size_t at, uint16_t v) {
-    d[at] = uint8_t(v);
-    d[at + 1] = uint8_t(v >> 8);
-}
-
-void putDouble(std::vector<uint8_t> &d, size_t at, double v) {
-    std::memcpy(&d[at], &v, sizeof v);
-}
-
-Biff raw(uint16_t id, size_t size) {
-    Biff b;
-    b.id = id;
-    b.data.assign(size, 0);
-    return b;
-}
-
-// Window2 flags of a new sheet: gridlines, headers, zeros, outline
-// symbols, automatic colours, page layout off; 0x0200 marks it selected.
-const uint16_t kWindow2Flags = 0x04B6;
-const uint16_t kWindow2Selected = 0x0200;
-
-} // namespace
-
 template <class C>
 SheetImplT<C>::SheetImplT(ISheetOwner<C> &owner, const std::wstring &name)
-    : _owner(&owner), _name(name) {
+    : _owner(&owner), _name(name), _setup(owner.pool()) {
     setDefaults();
 }
 
 template <class C> SheetImplT<C>::~SheetImplT() = default;
 
-template <class C> void SheetImplT<C>::setDefaults() {
-    // Window2: flags, rwTop, colLeft, icvHdr 64, zoom fields and reserved 0.
-    _window2.absent = false;
-    _window2.record.data.assign(18, 0);
-    put16(_window2.record.data, 0, kWindow2Flags);
-    put16(_window2.record.data, 6, 64);
-
-    // Selection: pane 3, active cell A1, one RefU A1:A1.
-    Biff sel = raw(29, 15);
-    sel.data[0] = 3;
-    put16(sel.data, 7, 1);
-    _selections.assign(1, sel);
-
-    // Page setup: empty Header and Footer, no centring, SetupBIFF with paper
-    // 0, scale 100, first page 1, fit 1 x 1, flags 6, margins of 0.5 inch
-    // for header and footer.
-    _pageSetup.clear();
-    _pageSetup.push_back(raw(20, 0));
-    _pageSetup.push_back(raw(21, 0));
-    _pageSetup.push_back(raw(131, 2));
-    _pageSetup.push_back(raw(132, 2));
-    Biff setup = raw(161, 34);
-    put16(setup.data, 2, 100);
-    put16(setup.data, 4, 1);
-    put16(setup.data, 6, 1);
-    put16(setup.data, 8, 1);
-    put16(setup.data, 10, 6);
-    putDouble(setup.data, 16, 0.5);
-    putDouble(setup.data, 24, 0.5);
-    _pageSetup.push_back(setup);
-}
+// A new sheet's printout and window settings are those SheetSetup starts
+// with; the rest of the defaults are the members' initial values.
+template <class C> void SheetImplT<C>::setDefaults() { _setup.reset(); }
 
 template <class C>
 SheetImplT<C>::SheetImplT(const SheetImplT &src, ISheetOwner<C> &owner)
-    : _owner(&owner), _name(src._name) {
+    : _owner(&owner), _name(src._name), _setup(src._setup, owner.pool()) {
     copyFrom(src);
 }
 
@@ -105,25 +53,14 @@ template <class C> void SheetImplT<C>::copyFrom(const SheetImplT &src) {
     _calcIter = src._calcIter;
     _calcDelta = src._calcDelta;
     _calcSaveRecalc = src._calcSaveRecalc;
-    _printRowCol = src._printRowCol;
-    _printGrid = src._printGrid;
     _gridSet = src._gridSet;
     std::memcpy(_guts, src._guts, sizeof _guts);
     _defaultRowHeightFlags = src._defaultRowHeightFlags;
     _defaultRowHeight = src._defaultRowHeight;
-    _wsBool = src._wsBool;
     _defColWidth = src._defColWidth;
     _dimensions = src._dimensions;
     _phoneticInfo = src._phoneticInfo;
     _hasPhoneticInfo = src._hasPhoneticInfo;
-    _pageSetup = src._pageSetup;
-    _protection = src._protection;
-    _horBreaks = src._horBreaks;
-    _verBreaks = src._verBreaks;
-    _window2 = src._window2;
-    _scl = src._scl;
-    _pane = src._pane;
-    _selections = src._selections;
     _objects = src._objects;
     _notes = src._notes;
     _opaque2204 = src._opaque2204;
@@ -190,21 +127,24 @@ template <class C> void SheetImplT<C>::copyFrom(const SheetImplT &src) {
     for (ColInfo &ci : _colInfos) ci.ixfe = mapXf(src, ci.ixfe);
 }
 
-template <class C> bool SheetImplT<C>::selected() const {
-    if (_window2.absent || _window2.record.data.size() < 2) return false;
-    return (_window2.record.data[0] | _window2.record.data[1] << 8) & kWindow2Selected;
-}
+template <class C> bool SheetImplT<C>::selected() const { return _setup.selected(); }
 
-template <class C> void SheetImplT<C>::setSelected(bool selected) {
-    if (_window2.absent || _window2.record.data.size() < 2) return;
-    uint16_t flags = uint16_t(_window2.record.data[0] | _window2.record.data[1] << 8);
-    flags = uint16_t(selected ? flags | kWindow2Selected : flags & ~kWindow2Selected);
-    put16(_window2.record.data, 0, flags);
-}
+template <class C> void SheetImplT<C>::setSelected(bool selected) { _setup.setSelected(selected); }
 
 template <class C> bool SheetImplT<C>::refA1() const { return _calcRefMode == 1; }
 
 template <class C> void SheetImplT<C>::setRefA1(bool a1) { _calcRefMode = a1 ? 1 : 0; }
+
+template <class C> SheetNames SheetImplT<C>::names() {
+    return SheetNames(_owner->names(), _owner->supBooks(), _owner->pool(), getTab(),
+                      _owner->sheetCount());
+}
+
+template <class C> std::wstring SheetImplT<C>::wideArg(const C *text) const {
+    std::wstring wide;
+    wideText(text, _owner->utf8Mode(), wide);
+    return wide;
+}
 
 template <class C> int SheetImplT<C>::getTab() { return _owner->getTabIndex(this); }
 

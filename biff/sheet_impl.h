@@ -26,6 +26,8 @@
 #include "biff/records/row.h"
 #include "biff/sheet_header.h"
 #include "biff/sheet_index.h"
+#include "biff/sheet_names.h"
+#include "biff/sheet_setup.h"
 #include "biff/sheet_string_cache.h"
 #include "tabrix/ISheetT.h"
 
@@ -112,6 +114,14 @@ public:
                     int offsetY) override;
     void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
                      int offsetY) override;
+    bool groupRows(int rowFirst, int rowLast, bool collapsed) override;
+    bool groupCols(int colFirst, int colLast, bool collapsed) override;
+    bool insertCol(int colFirst, int colLast) override;
+    bool insertRow(int rowFirst, int rowLast) override;
+    bool removeCol(int colFirst, int colLast) override;
+    bool removeRow(int rowFirst, int rowLast) override;
+
+    // ---- page breaks, panes, window, printout, protection (sheet_settings.cpp) ----
     int getHorPageBreak(int index) override;
     int getHorPageBreakSize() override;
     int getVerPageBreak(int index) override;
@@ -119,18 +129,16 @@ public:
     bool setHorPageBreak(int row, bool pageBreak) override;
     bool setVerPageBreak(int col, bool pageBreak) override;
     void split(int row, int col) override;
-    bool groupRows(int rowFirst, int rowLast, bool collapsed) override;
-    bool groupCols(int colFirst, int colLast, bool collapsed) override;
     bool groupSummaryBelow() override;
     void setGroupSummaryBelow(bool below) override;
     bool groupSummaryRight() override;
     void setGroupSummaryRight(bool right) override;
-    bool insertCol(int colFirst, int colLast) override;
-    bool insertRow(int rowFirst, int rowLast) override;
-    bool removeCol(int colFirst, int colLast) override;
-    bool removeRow(int rowFirst, int rowLast) override;
     bool displayGridlines() override;
     void setDisplayGridlines(bool show) override;
+    void getTopLeftView(int *row, int *col) override;
+    void setTopLeftView(int row, int col) override;
+    bool rightToLeft() override;
+    void setRightToLeft(bool rightToLeft) override;
     bool printGridlines() override;
     void setPrintGridlines(bool print) override;
     int zoom() override;
@@ -163,6 +171,10 @@ public:
     void setMarginBottom(double margin) override;
     bool printRowCol() override;
     void setPrintRowCol(bool print) override;
+    bool protect() override;
+    void setProtect(bool protect) override;
+
+    // ---- print area and titles, names, visibility (sheet_name_ops.cpp) ----
     void setPrintRepeatRows(int rowFirst, int rowLast) override;
     void setPrintRepeatCols(int colFirst, int colLast) override;
     void setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) override;
@@ -176,14 +188,8 @@ public:
     int namedRangeSize() override;
     const C *namedRange(int index, int *rowFirst, int *rowLast, int *colFirst, int *colLast,
                         int *scopeId, bool *hidden) override;
-    bool protect() override;
-    void setProtect(bool protect) override;
     SheetState hidden() override;
     bool setHidden(SheetState state) override;
-    void getTopLeftView(int *row, int *col) override;
-    void setTopLeftView(int row, int col) override;
-    bool rightToLeft() override;
-    void setRightToLeft(bool rightToLeft) override;
 
     // ---- what the book and other parts use ----
     // The substream from its BOF to its EOF (sheet_read.cpp); failures throw.
@@ -222,6 +228,8 @@ public:
     const std::vector<Row> &rows() const { return _rowList; }
     const std::vector<Biff> &unknownRecords() const { return _unknown; }
     const Dimensions &dimensions() const { return _dimensions; }
+    SheetSetup &setup() { return _setup; }
+    const SheetSetup &setup() const { return _setup; }
 
     // Bytes held by the cell store (index pages and cell vectors), for
     // measurements.
@@ -264,6 +272,10 @@ private:
     // exception.
     void fail(const char *message);
     uint32_t appendPosition(size_t size) const;
+    // This sheet's view of the book's defined names.
+    SheetNames names();
+    // A caller's text as a wide text, in the book's encoding.
+    std::wstring wideArg(const C *text) const;
     uint16_t mapXf(const SheetImplT &src, uint16_t xf);
 
     // ---- load and save (sheet_read.cpp, sheet_write.cpp) ----
@@ -291,32 +303,19 @@ private:
     double _calcDelta = 0.001;
     uint16_t _calcSaveRecalc = 1;
 
-    uint16_t _printRowCol = 0;
-    uint16_t _printGrid = 0;
     uint16_t _gridSet = 1;
     uint16_t _guts[4] = {0, 0, 0, 0};
     uint16_t _defaultRowHeightFlags = 0;
     uint16_t _defaultRowHeight = 255;
-    uint16_t _wsBool = 1217;
     uint16_t _defColWidth = 8;
     Dimensions _dimensions;
     PhoneticInfo _phoneticInfo;
     bool _hasPhoneticInfo = false;
 
-    // ---- records modelled by later work, kept raw in their save slots ----
-    // Page setup run: Header 20, Footer 21, HCenter 131, VCenter 132,
-    // margins 38-41, Pls 77 (with its CONTINUE 60), SetupBIFF 161.
-    std::vector<Biff> _pageSetup;
-    // Sheet protection: 18, 221, 99, 19.
-    std::vector<Biff> _protection;
-    // HorizontalPageBreaks 27, VerticalPageBreaks 26.
-    std::vector<Biff> _horBreaks;
-    std::vector<Biff> _verBreaks;
-    // Window2 574, Scl 160, Pane 65, Selection 29.
-    OptionalRecord _window2{574};
-    OptionalRecord _scl{160};
-    OptionalRecord _pane{65};
-    std::vector<Biff> _selections;
+    // Printout, protection, page breaks, window, panes and selections.
+    SheetSetup _setup;
+
+    // ---- records of later work, kept raw in their save slots ----
     // The drawing run from MsoDrawing 236 with its Obj 93, TxO 438,
     // CONTINUE 60 and embedded chart substreams, in stream order.
     std::vector<Biff> _objects;

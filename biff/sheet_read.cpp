@@ -12,7 +12,6 @@ namespace {
 
 const uint16_t kEofId = 10;
 const uint16_t kContinueId = 60;
-const uint16_t kPlsId = 77;
 const uint16_t kMsoDrawingId = 236;
 
 // A whole record whose header was read.
@@ -49,22 +48,6 @@ void readNested(XlsRecords &xls, uint16_t size, std::vector<Biff> &out, const ch
     }
 }
 
-bool isPageSetup(uint16_t id) {
-    switch (id) {
-    case 20:
-    case 21:
-    case 38:
-    case 39:
-    case 40:
-    case 41:
-    case 77:
-    case 131:
-    case 132:
-    case 161: return true;
-    default: return false;
-    }
-}
-
 // A record of exactly `expected` bytes holding one 16-bit value.
 uint16_t readWord(XlsRecords &xls, uint16_t size, const char *name) {
     if (size != 2) throw tberror(std::string(name) + " size is incorrect");
@@ -91,25 +74,15 @@ template <class C> void SheetImplT<C>::resetForRead() {
     _calcIter = 0;
     _calcDelta = 0.001;
     _calcSaveRecalc = 1;
-    _printRowCol = 0;
-    _printGrid = 0;
     _gridSet = 1;
     for (uint16_t &g : _guts) g = 0;
     _defaultRowHeightFlags = 0;
     _defaultRowHeight = 255;
-    _wsBool = 1217;
     _defColWidth = 8;
     _dimensions.reset();
     _phoneticInfo.reset();
     _hasPhoneticInfo = false;
-    _pageSetup.clear();
-    _protection.clear();
-    _horBreaks.clear();
-    _verBreaks.clear();
-    _window2 = OptionalRecord(574);
-    _scl = OptionalRecord(160);
-    _pane = OptionalRecord(65);
-    _selections.clear();
+    _setup.beginRead();
     _objects.clear();
     _notes.clear();
     for (OptionalRecord *o : {&_opaque2204, &_opaque144, &_opaque2164, &_opaque157, &_opaque450,
@@ -147,7 +120,6 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
 
     int depth = 0;
     bool worksheet = true;
-    uint16_t previous = 0;
     for (;;) {
         uint16_t id = 0, size = 0;
         xls.readInt16(id);
@@ -183,14 +155,7 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
             _unknown.push_back(rawRecord(xls, id, size));
             continue;
         }
-        if (id == kContinueId &&
-            (previous == kPlsId || (previous == kContinueId && !_pageSetup.empty() &&
-                                    _pageSetup.back().id == kContinueId))) {
-            _pageSetup.push_back(rawRecord(xls, id, size));
-        } else if (!readWorksheetRecord(xls, id, size)) {
-            _unknown.push_back(rawRecord(xls, id, size));
-        }
-        previous = id;
+        if (!readWorksheetRecord(xls, id, size)) _unknown.push_back(rawRecord(xls, id, size));
     }
 
     _formulas.shrink_to_fit();
@@ -206,6 +171,7 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
 // the others, which the caller keeps raw.
 template <class C>
 bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
+    if (_setup.read(xls, id, size, _bof.vers < 0x0600)) return true;
     switch (id) {
     case 6:
     case 189:
@@ -225,10 +191,7 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
         return true;
     case 17: _calcIter = readWord(xls, size, "CalcIter"); return true;
     case 95: _calcSaveRecalc = readWord(xls, size, "CalcSaveRecalc"); return true;
-    case 42: _printRowCol = readWord(xls, size, "PrintRowCol"); return true;
-    case 43: _printGrid = readWord(xls, size, "PrintGrid"); return true;
     case 130: _gridSet = readWord(xls, size, "GridSet"); return true;
-    case 129: _wsBool = readWord(xls, size, "WsBool"); return true;
     case 128:
         if (size != 8) throw tberror("Guts size is incorrect");
         for (uint16_t &g : _guts) xls.readInt16(g);
@@ -249,26 +212,7 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
         _uncalced = readWord(xls, size, "Uncalced");
         _hasUncalced = true;
         return true;
-    case 18:
-    case 19:
-    case 99:
-    case 221: _protection.push_back(rawRecord(xls, id, size)); return true;
-    case 26: _verBreaks.push_back(rawRecord(xls, id, size)); return true;
-    case 27: _horBreaks.push_back(rawRecord(xls, id, size)); return true;
     case 28: _notes.push_back(rawRecord(xls, id, size)); return true;
-    case 29: _selections.push_back(rawRecord(xls, id, size)); return true;
-    case 65:
-        _pane.record = rawRecord(xls, id, size);
-        _pane.absent = false;
-        return true;
-    case 160:
-        _scl.record = rawRecord(xls, id, size);
-        _scl.absent = false;
-        return true;
-    case 574:
-        _window2.record = rawRecord(xls, id, size);
-        _window2.absent = false;
-        return true;
     case 125: {
         ColInfo ci;
         ci.read(xls, size);
@@ -315,10 +259,6 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
     }
     case 523: _indexRecord.read(xls, size, _bof.vers); return true;
     default: break;
-    }
-    if (isPageSetup(id)) {
-        _pageSetup.push_back(rawRecord(xls, id, size));
-        return true;
     }
     for (OptionalRecord *o : {&_opaque2204, &_opaque144, &_opaque2164, &_opaque157, &_opaque450,
                               &_opaque80, &_opaque2187, &_opaque153, &_opaque442})

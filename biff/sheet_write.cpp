@@ -41,21 +41,19 @@ template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
     xls.write(16, 8);
     xls.writeDouble(_calcDelta);
     writeWord(xls, 95, _calcSaveRecalc);
-    writeWord(xls, 42, _printRowCol);
-    writeWord(xls, 43, _printGrid);
+    _setup.writePrintRowCol(xls);
+    _setup.writePrintGrid(xls);
     writeWord(xls, 130, _gridSet);
     xls.write(128, 8);
     for (uint16_t g : _guts) xls.writeInt16(g);
     xls.write(549, 4);
     xls.writeInt16(_defaultRowHeightFlags);
     xls.writeInt16(_defaultRowHeight);
-    writeWord(xls, 129, _wsBool);
+    _setup.writeWsBool(xls);
 
-    writeAll(xls, _horBreaks);
-    writeAll(xls, _verBreaks);
+    _setup.writeBreaks(xls);
     writeIfPresent(xls, _opaque2204);
-    writeAll(xls, _pageSetup);
-    writeAll(xls, _protection);
+    _setup.writePageSetup(xls);
     writeWord(xls, 85, _defColWidth);
     writeColInfos(xls);
     writeIfPresent(xls, _opaque144);
@@ -76,18 +74,16 @@ template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
     writeAll(xls, _objects);
     writeAll(xls, _notes);
     writeIfPresent(xls, _opaque80);
-    writeIfPresent(xls, _window2);
+    _setup.writeWindow2(xls);
     writeIfPresent(xls, _opaque2187);
-    writeIfPresent(xls, _scl);
-    writeIfPresent(xls, _pane);
-    writeAll(xls, _selections);
+    _setup.writeScl(xls);
+    _setup.writePaneSelections(xls);
     writeIfPresent(xls, _opaque153);
     for (const MergeCells &m : _mergeCells)
         if (!m.areas.empty()) m.write(xls);
     if (_hasPhoneticInfo) _phoneticInfo.write(xls);
     writeIfPresent(xls, _opaque442);
-    for (const Biff &b : _unknown)
-        if (b.id != 77) b.write(xls);
+    writeAll(xls, _unknown);
     xls.write(10, 0);
 }
 

@@ -42,8 +42,8 @@ public:
     static bool checkBegin(uint16_t id);
     // Entered with the header of a record of the run just read; reads it and
     // every record of the run that follows, and leaves the stream in front
-    // of the first record that does not belong to it.  `old`: texts of the
-    // older form.
+    // of the first record that does not belong to it, or of a second Pls,
+    // which the run has no place for.  `old`: texts of the older form.
     void read(XlsRecords &xls, uint16_t id, uint16_t size, bool old = false);
     void write(XlsRecords &xls) const;
     void dump() const;

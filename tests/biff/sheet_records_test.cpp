@@ -347,12 +347,14 @@ TEST(SheetRecords, SettingsAndStructureRecordsComeBack) {
     EXPECT_TRUE(sheet.getMerge(1, 1, &rf, &rl, &cf, &cl));
 
     Records out = saved(sheet);
-    // Equal touching column runs are merged into one record; the Row's
-    // column span is zeroed; everything else is as read.
+    // The page setup run always holds Footer, HCenter and VCenter; equal
+    // touching column runs are merged into one record; the Row's column
+    // span is zeroed; everything else is as read.
     Records expected = in;
-    expected.erase(expected.begin() + 19);
-    expected[18].second = words({1, 4, 4000, 15, 1, 0});
-    expected[20].second = words({0, 0, 0, 400, 0, 0, 0x1C0, 16});
+    expected.insert(expected.begin() + 16, {{21, {}}, {131, words({0})}, {132, words({0})}});
+    expected.erase(expected.begin() + 22);
+    expected[21].second = words({1, 4, 4000, 15, 1, 0});
+    expected[23].second = words({0, 0, 0, 400, 0, 0, 0x1C0, 16});
     EXPECT_EQ(out, expected);
 }
 

@@ -1,5 +1,6 @@
 // FakeOwner: a small book for sheet tests — a message, a pool, a shared
-// string table, the default styling and a list of sheets it owns.
+// string table, the default styling, defined names and a list of sheets it
+// owns.
 #ifndef TABRIX_TESTS_BIFF_FAKE_OWNER_H
 #define TABRIX_TESTS_BIFF_FAKE_OWNER_H
 
@@ -34,6 +35,8 @@ public:
     int getTabIndex(const tabrix::SheetImplT<C> *sheet) override;
     bool refR1C1() override { return false; }
     bool isDate1904() override { return false; }
+    std::vector<tabrix::Lbl> &names() override { return _names; }
+    std::vector<tabrix::SupBookBlock> &supBooks() override { return _supBooks; }
 
     bool utf8 = true;
 
@@ -42,6 +45,8 @@ private:
     tabrix::MemPool _pool;
     tabrix::SST _sst{_pool};
     tabrix::StyleTable<C> _styles;
+    std::vector<tabrix::Lbl> _names;
+    std::vector<tabrix::SupBookBlock> _supBooks;
     std::vector<std::unique_ptr<tabrix::SheetImplT<C>>> _sheets;
 };
 
