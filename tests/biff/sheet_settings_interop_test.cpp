@@ -1,0 +1,128 @@
+// Sheet settings as LibreOffice sees them: a book with print setup, window
+// settings, protection, page breaks, names and a hidden sheet is converted
+// by LibreOffice, and what it understood is read back with openpyxl.
+#include "biff/book_impl.h"
+#include "support/interop_tools.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace tabrix;
+using namespace bifftest;
+
+namespace {
+
+const char *const kScript = R"PY(
+import sys, openpyxl
+wb = openpyxl.load_workbook(sys.argv[1])
+for ws in wb.worksheets:
+    print(ws.title, 'state', ws.sheet_state)
+ws = wb.worksheets[0]
+ps, m, po, v = ws.page_setup, ws.page_margins, ws.print_options, ws.sheet_view
+print('orientation', ps.orientation, 'paper', ps.paperSize, 'scale', ps.scale)
+print('margins', m.left, m.right, m.top, m.bottom, m.header, m.footer)
+print('header', ws.oddHeader.center.text, '| footer', ws.oddFooter.right.text)
+print('centred', po.horizontalCentered, po.verticalCentered, 'grid', po.gridLines,
+      'headings', po.headings)
+print('view grid', v.showGridLines, 'zoom', v.zoomScale, 'freeze', ws.freeze_panes)
+print('protected', ws.protection.sheet)
+print('print area', ws.print_area, 'titles', ws.print_title_rows, ws.print_title_cols)
+print('breaks', [b.id for b in ws.row_breaks.brk], [b.id for b in ws.col_breaks.brk])
+fit = wb.worksheets[1]
+print('fit', fit.sheet_properties.pageSetUpPr.fitToPage, fit.page_setup.fitToWidth,
+      fit.page_setup.fitToHeight, 'rtl', fit.sheet_view.rightToLeft,
+      'top left', fit.sheet_view.topLeftCell)
+names = []
+for dn in wb.defined_names.definedName:
+    if not dn.name.startswith('Excel_BuiltIn'):
+        names.append('%s %s %s' % (dn.name, dn.localSheetId, dn.attr_text))
+for n in sorted(names):
+    print('name', n)
+)PY";
+
+bool haveSoffice() { return std::system("command -v soffice >/dev/null 2>&1") == 0; }
+
+// `path` converted to .xlsx by LibreOffice in `dir`; "" when it failed.
+std::string toXlsx(const std::string &path, const std::string &dir) {
+    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
+    std::string cmd = "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
+                      dir + "/profile --convert-to xlsx --outdir '" + dir + "' '" + path +
+                      "' >/dev/null 2>&1";
+    if (std::system(cmd.c_str()) != 0) return "";
+    std::string base = path.substr(path.rfind('/') + 1);
+    std::string out = dir + "/" + base.substr(0, base.rfind('.')) + ".xlsx";
+    return std::ifstream(out).good() ? out : "";
+}
+
+TEST(SheetSettingsInterop, LibreOfficeSeesPrintSetupNamesAndViews) {
+    if (!haveSoffice()) GTEST_SKIP() << "LibreOffice is not installed";
+    if (!pythonHas("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
+    std::unique_ptr<BookImplT<char>> book(new BookImplT<char>());
+    book->setLocale("UTF-8");
+    ISheetT<char> *s = book->addSheet("Setup", nullptr);
+    ISheetT<char> *f = book->addSheet("Fit", nullptr);
+    ISheetT<char> *h = book->addSheet("Hidden", nullptr);
+    ASSERT_TRUE(s && f && h);
+    for (int r = 0; r < 30; ++r) s->writeNum(r, r % 6, r, nullptr);
+    f->writeNum(0, 0, 1, nullptr);
+    h->writeNum(0, 0, 1, nullptr);
+
+    s->setLandscape(true);
+    s->setPaper(PAPER_A4);
+    s->setPrintZoom(75);
+    s->setMarginLeft(0.5);
+    s->setMarginRight(0.6);
+    s->setMarginTop(0.7);
+    s->setMarginBottom(0.8);
+    s->setHeader("&CQuarterly report", 0.3);
+    s->setFooter("&RPage &P", 0.35);
+    s->setHCenter(true);
+    s->setVCenter(true);
+    s->setPrintGridlines(true);
+    s->setPrintRowCol(true);
+    s->setDisplayGridlines(false);
+    s->setZoom(150);
+    s->split(3, 1);
+    s->setProtect(true);
+    s->setHorPageBreak(20, true);
+    s->setVerPageBreak(4, true);
+    s->setPrintArea(1, 9, 1, 3);
+    s->setPrintRepeatRows(0, 1);
+    s->setPrintRepeatCols(0, 0);
+    s->setNamedRange("prices", 1, 3, 1, 1, -1);
+    s->setNamedRange("local", 4, 6, 2, 2, -2);
+    f->setPrintFit(1, 2);
+    f->setRightToLeft(true);
+    f->setTopLeftView(5, 2);
+    ASSERT_TRUE(h->setHidden(SHEETSTATE_HIDDEN)) << book->errorMessage();
+
+    std::string path = tmpPath("sheet_settings.xls");
+    ASSERT_TRUE(book->save(path.c_str())) << book->errorMessage();
+    std::string xlsx = toXlsx(path, tmpPath("sheet_settings_lo"));
+    ASSERT_FALSE(xlsx.empty()) << "LibreOffice converted nothing";
+
+    std::vector<std::string> expected = {
+        "Setup state visible",
+        "Fit state visible",
+        "Hidden state hidden",
+        "orientation landscape paper 9 scale 75",
+        "margins 0.5 0.6 0.7 0.8 0.3 0.35",
+        "header Quarterly report | footer Page &P",
+        "centred True True grid True headings True",
+        "view grid False zoom 150 freeze B4",
+        "protected True",
+        "print area ['$B$2:$D$10'] titles $1:$2 $A:$A",
+        "breaks [20] [4]",
+        "fit True 1 2 rtl True top left C6",
+        "name local 0 Setup!$C$5:$C$7",
+        "name prices None Setup!$B$2:$B$4",
+    };
+    EXPECT_EQ(runPython("sheet_settings_openpyxl.py", kScript, "'" + xlsx + "'"), expected);
+}
+
+} // namespace

@@ -1,0 +1,246 @@
+// Sheet settings through the public sheet interface of a binary book:
+// printout, window, protection, page breaks, print area and titles, named
+// ranges and visibility survive a save and a load, and refused changes
+// give their messages.
+#include "biff/book_impl.h"
+#include "biff/sheet_impl.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+
+using namespace tabrix;
+
+namespace {
+
+using Sheet = ISheetT<char>;
+
+struct BookDeleter {
+    void operator()(IBookT<char> *b) const { b->release(); }
+};
+using BookPtr = std::unique_ptr<IBookT<char>, BookDeleter>;
+
+BookPtr newBook() {
+    BookPtr b(new BookImplT<char>());
+    b->setLocale("UTF-8");
+    return b;
+}
+
+BookPtr reloaded(IBookT<char> &b) {
+    const char *data = nullptr;
+    unsigned size = 0;
+    EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
+    BookPtr back = newBook();
+    EXPECT_TRUE(back->loadRaw(data, size)) << back->errorMessage();
+    return back;
+}
+
+std::string text(const char *t) { return t ? t : "(null)"; }
+
+template <class... T> std::string join(T... values) {
+    std::ostringstream os;
+    ((os << values << ' '), ...);
+    std::string s = os.str();
+    s.pop_back();
+    return s;
+}
+
+std::string range(bool found, int rf, int rl, int cf, int cl) {
+    return found ? join(rf, rl, cf, cl) : "none";
+}
+
+// Every setting a sheet reports, by name.
+std::map<std::string, std::string> settingsOf(Sheet &s) {
+    std::map<std::string, std::string> m;
+    int a = -1, b = -1, c = -1, d = -1;
+    m["landscape"] = join(s.landscape());
+    m["paper"] = join(int(s.paper()));
+    m["printZoom"] = join(s.printZoom());
+    bool fit = s.getPrintFit(&a, &b);
+    m["printFit"] = join(fit, a, b);
+    m["margins"] = join(s.marginLeft(), s.marginRight(), s.marginTop(), s.marginBottom());
+    m["header"] = text(s.header()) + " @" + join(s.headerMargin());
+    m["footer"] = text(s.footer()) + " @" + join(s.footerMargin());
+    m["centre"] = join(s.hCenter(), s.vCenter());
+    m["gridlines"] = join(s.printGridlines(), s.displayGridlines());
+    m["printRowCol"] = join(s.printRowCol());
+    m["zoom"] = join(s.zoom());
+    m["protect"] = join(s.protect());
+    m["rightToLeft"] = join(s.rightToLeft());
+    s.getTopLeftView(&a, &b);
+    m["topLeft"] = join(a, b);
+    m["summary"] = join(s.groupSummaryBelow(), s.groupSummaryRight());
+    std::string breaks;
+    for (int i = 0; i < s.getHorPageBreakSize(); ++i) breaks += "r" + join(s.getHorPageBreak(i));
+    for (int i = 0; i < s.getVerPageBreakSize(); ++i) breaks += "c" + join(s.getVerPageBreak(i));
+    m["breaks"] = breaks;
+    m["hidden"] = join(int(s.hidden()));
+    for (int i = 0; i < s.namedRangeSize(); ++i) {
+        int scope = 0;
+        bool hidden = true;
+        const char *name = s.namedRange(i, &a, &b, &c, &d, &scope, &hidden);
+        m["name " + join(i)] = text(name) + ": " + join(a, b, c, d, scope, hidden);
+    }
+    return m;
+}
+
+TEST(SheetSettings, ComeBackFromASavedBook) {
+    BookPtr book = newBook();
+    Sheet *s = book->addSheet("Setup", nullptr);
+    Sheet *t = book->addSheet("Other", nullptr);
+    Sheet *u = book->addSheet("Third", nullptr);
+    ASSERT_TRUE(s && t && u);
+    s->setLandscape(true);
+    s->setPaper(PAPER_A4);
+    s->setPrintFit(1, 3);
+    s->setMarginLeft(0.5);
+    s->setMarginRight(0.6);
+    s->setMarginTop(0.7);
+    s->setMarginBottom(0.8);
+    EXPECT_TRUE(s->setHeader("&CQuarterly report \xc3\xa9t\xc3\xa9", 0.3));
+    EXPECT_TRUE(s->setFooter("&RPage &P", 0.35));
+    s->setHCenter(true);
+    s->setVCenter(true);
+    s->setPrintGridlines(true);
+    s->setDisplayGridlines(false);
+    s->setPrintRowCol(true);
+    s->setZoom(150);
+    s->setProtect(true);
+    s->setTopLeftView(5, 2);
+    s->setGroupSummaryBelow(false);
+    EXPECT_TRUE(s->setHorPageBreak(20, true));
+    EXPECT_TRUE(s->setVerPageBreak(4, true));
+    s->setPrintArea(1, 9, 1, 3);
+    s->setPrintRepeatRows(0, 1);
+    EXPECT_TRUE(s->setNamedRange("prices", 1, 3, 1, 1, -1));
+    EXPECT_TRUE(s->setNamedRange("local", 4, 4, 2, 2, -2));
+    t->setPrintZoom(60);
+    t->setRightToLeft(true);
+    EXPECT_TRUE(t->setNamedRange("codes", 0, 9, 0, 0, 1));
+    EXPECT_TRUE(u->setHidden(SHEETSTATE_HIDDEN));
+
+    const std::map<std::string, std::string> expected = {
+        {"landscape", "1"},
+        {"paper", "9"},
+        {"printZoom", "100"},
+        {"printFit", "1 1 3"},
+        {"margins", "0.5 0.6 0.7 0.8"},
+        {"header", "&CQuarterly report \xc3\xa9t\xc3\xa9 @0.3"},
+        {"footer", "&RPage &P @0.35"},
+        {"centre", "1 1"},
+        {"gridlines", "1 0"},
+        {"printRowCol", "1"},
+        {"zoom", "150"},
+        {"protect", "1"},
+        {"rightToLeft", "0"},
+        {"topLeft", "5 2"},
+        {"summary", "0 1"},
+        {"breaks", "r20c4"},
+        {"hidden", "0"},
+        {"name 0", "Print_Area: 1 9 1 3 0 0"},
+        {"name 1", "Print_Titles: 0 1 0 255 0 0"},
+        {"name 2", "prices: 1 3 1 1 -1 0"},
+        {"name 3", "local: 4 4 2 2 0 0"},
+    };
+    EXPECT_EQ(settingsOf(*s), expected);
+
+    BookPtr back = reloaded(*book);
+    ASSERT_EQ(back->sheetCount(), 3);
+    EXPECT_EQ(settingsOf(*back->getSheet(0)), expected);
+    std::map<std::string, std::string> other = settingsOf(*back->getSheet(1));
+    EXPECT_EQ(other["printZoom"], "60");
+    EXPECT_EQ(other["printFit"], "0 1 1");
+    EXPECT_EQ(other["rightToLeft"], "1");
+    EXPECT_EQ(other["name 0"], "codes: 0 9 0 0 1 0");
+    EXPECT_EQ(other["landscape"], "0");
+    EXPECT_EQ(other["paper"], "0");
+    EXPECT_EQ(settingsOf(*back->getSheet(2))["hidden"], "1");
+
+    // Found by name in any case, in the scope asked for.
+    Sheet &s2 = *back->getSheet(0);
+    int rf = -1, rl = -1, cf = -1, cl = -1;
+    bool hidden = true;
+    bool found = s2.getNamedRange("PRICES", &rf, &rl, &cf, &cl, -1, &hidden);
+    EXPECT_EQ(range(found, rf, rl, cf, cl), "1 3 1 1");
+    EXPECT_FALSE(hidden);
+    found = s2.getNamedRange("print_area", &rf, &rl, &cf, &cl, -2, nullptr);
+    EXPECT_EQ(range(found, rf, rl, cf, cl), "1 9 1 3");
+    EXPECT_FALSE(s2.getNamedRange("local", &rf, &rl, &cf, &cl, -1, nullptr));
+    EXPECT_STREQ(back->errorMessage(), "named range is not found");
+}
+
+TEST(SheetSettings, EditsOfNamesAndRefusedChanges) {
+    struct Case {
+        const char *what;
+        std::function<bool(IBookT<char> &, Sheet &)> run;
+        bool ok;
+        const char *message;
+    };
+    const Case cases[] = {
+        {"blank in a name",
+         [](IBookT<char> &, Sheet &s) { return s.setNamedRange("two words", 0, 0, 0, 0, -1); },
+         false, "space symbol isn't allowed"},
+        {"delete a name that isn't there",
+         [](IBookT<char> &, Sheet &s) { return s.delNamedRange("nothing", -1); }, false,
+         "named range is not found"},
+        {"name out of range",
+         [](IBookT<char> &, Sheet &s) { return s.setNamedRange("far", 0, 70000, 0, 0, -1); },
+         false, "row must be in range 0-65535"},
+        {"hide the last visible sheet",
+         [](IBookT<char> &b, Sheet &s) {
+             return b.getSheet(1)->setHidden(SHEETSTATE_HIDDEN) &&
+                    s.setHidden(SHEETSTATE_VERYHIDDEN);
+         },
+         false, "a workbook must contain at least one visible worksheet"},
+        {"page break twice",
+         [](IBookT<char> &, Sheet &s) {
+             return s.setHorPageBreak(3, true) && s.setHorPageBreak(3, true);
+         },
+         false, "pagebreak already exists"},
+        {"remove a missing break",
+         [](IBookT<char> &, Sheet &s) { return s.setVerPageBreak(3, false); }, false,
+         "pagebreak not found"},
+        {"top left view outside the sheet",
+         [](IBookT<char> &, Sheet &s) {
+             s.setTopLeftView(0, 256);
+             return false;
+         },
+         false, "col must be in range 0-255"},
+        {"print area set twice keeps one name",
+         [](IBookT<char> &, Sheet &s) {
+             s.setPrintArea(0, 1, 0, 1);
+             s.setPrintArea(2, 3, 2, 3);
+             return s.namedRangeSize() == 1;
+         },
+         true, "ok"},
+        {"a cell name set again keeps its first corner",
+         [](IBookT<char> &, Sheet &s) {
+             int rf, rl, cf, cl;
+             return s.setNamedRange("spot", 1, 1, 1, 1, -1) &&
+                    s.setNamedRange("spot", 4, 8, 4, 8, -1) &&
+                    s.getNamedRange("spot", &rf, &rl, &cf, &cl, -1, nullptr) && rf == 4 &&
+                    rl == 4 && cf == 4 && cl == 4;
+         },
+         true, "ok"},
+        {"delete by sheet scope",
+         [](IBookT<char> &, Sheet &s) {
+             return s.setNamedRange("gone", 0, 3, 0, 0, -2) && s.delNamedRange("GONE", -2) &&
+                    s.namedRangeSize() == 0;
+         },
+         true, "ok"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        BookPtr book = newBook();
+        Sheet *s = book->addSheet("One", nullptr);
+        ASSERT_TRUE(book->addSheet("Two", nullptr));
+        EXPECT_EQ(c.run(*book, *s), c.ok);
+        EXPECT_STREQ(book->errorMessage(), c.message);
+    }
+}
+
+} // namespace
