@@ -47,8 +47,14 @@ test-asan: deps $(ASAN_BUILD)/CMakeCache.txt
 
 test: test-normal test-asan
 
+# The demo sends a model's data through the drivers, then shows the
+# workbook it wrote with the command-line tool.
+DEMO_BOOK = $(BUILD)/examples/qdsheet-demo/model.xls
 demo: build
-	@if [ -x $(BUILD)/examples/demo ]; then cd $(BUILD)/examples && ./demo; else echo "no demo built yet"; fi
+	@cd $(BUILD)/examples && ./demo
+	@echo; echo "== tabrix info $(notdir $(DEMO_BOOK))"; $(BUILD)/tools/tabrix info $(DEMO_BOOK)
+	@echo; echo "== tabrix dump $(notdir $(DEMO_BOOK)) --sheet cost"; \
+	  $(BUILD)/tools/tabrix dump $(DEMO_BOOK) --sheet cost
 
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DTABRIX_TESTS=OFF
