@@ -10,8 +10,6 @@ namespace tabrix {
 
 int libraryVersion();
 
-const char *const kBinaryUnavailable = "binary workbooks are not available yet";
-
 namespace {
 const char *const kIndexOutOfRange = "index is out of range";
 }

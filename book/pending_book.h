@@ -2,7 +2,7 @@
 // implementation in this build.  It keeps the settings a caller may make
 // (locale, flags, message) and answers every operation that needs the file
 // format with its neutral value and the text it was built with, e.g.
-// "binary workbooks are not available yet".
+// "Open XML workbooks are not available yet".
 #ifndef TABRIX_PENDING_BOOK_H
 #define TABRIX_PENDING_BOOK_H
 
@@ -12,8 +12,6 @@
 #include "tabrix/IBookT.h"
 
 namespace tabrix {
-
-extern const char *const kBinaryUnavailable;
 
 template <class C> class PendingBookT : public IBookT<C> {
 public:
