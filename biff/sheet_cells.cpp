@@ -47,17 +47,19 @@ bool fastUtf8(const wchar_t *text, std::string &out) {
 }
 
 
-const char *callerText(const wchar_t *wide, std::string &narrow, bool utf8, XString &message,
-                       const char *) {
+const char *callerText(const wchar_t *wide, std::string &narrow, std::wstring &, bool utf8,
+                       XString &message, const char *) {
     if (!wide) return nullptr;
     if (utf8 && fastUtf8(wide, narrow)) return narrow.c_str();
     if (!toNarrow(wide, utf8, narrow)) message.assign(kConversionWarning);
     return narrow.c_str();
 }
 
-// Wide texts of the sheet live as long as the book: no copy needed.
-const wchar_t *callerText(const wchar_t *wide, std::string &, bool, XString &, const wchar_t *) {
-    return wide;
+// Wide texts of the sheet live as long as the book; one with a character
+// beyond 0xFFFF goes to the caller as code points through `points`.
+const wchar_t *callerText(const wchar_t *wide, std::string &, std::wstring &points, bool,
+                          XString &, const wchar_t *) {
+    return wide ? unitsToCodePoints(wide, points) : nullptr;
 }
 
 } // namespace
@@ -126,7 +128,7 @@ template <class C> uint32_t SheetImplT<C>::lookup(int row, int col, IFormatT<C> 
 }
 
 template <class C> const C *SheetImplT<C>::textResult(const wchar_t *wide) {
-    return callerText(wide, _narrow, _owner->utf8Mode(), _owner->message(),
+    return callerText(wide, _narrow, _wideResult, _owner->utf8Mode(), _owner->message(),
                       static_cast<const C *>(nullptr));
 }
 

@@ -1,6 +1,7 @@
 // SheetImplT: page breaks, panes, printout, window and protection.  Each
 // operation runs in the failure frame over the sheet's SheetSetup.
 #include "biff/sheet_frame.h"
+#include "book/encoding.h"
 
 namespace tabrix {
 
@@ -10,13 +11,17 @@ void putHeader(SheetSetup &s, const char *text, double margin, bool utf8) {
     s.setHeader(text, margin, utf8);
 }
 void putHeader(SheetSetup &s, const wchar_t *text, double margin, bool) {
-    s.setHeader(text, margin);
+    std::wstring units;
+    if (text) codePointsToUnits(text, units);
+    s.setHeader(text ? units.c_str() : nullptr, margin);
 }
 void putFooter(SheetSetup &s, const char *text, double margin, bool utf8) {
     s.setFooter(text, margin, utf8);
 }
 void putFooter(SheetSetup &s, const wchar_t *text, double margin, bool) {
-    s.setFooter(text, margin);
+    std::wstring units;
+    if (text) codePointsToUnits(text, units);
+    s.setFooter(text ? units.c_str() : nullptr, margin);
 }
 
 } // namespace

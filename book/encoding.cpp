@@ -8,18 +8,53 @@
 
 namespace tabrix {
 
+namespace {
+
+bool isHigh(uint32_t u) { return u >= 0xD800 && u <= 0xDBFF; }
+bool isLow(uint32_t u) { return u >= 0xDC00 && u <= 0xDFFF; }
+
+void pushUnits(uint32_t cp, std::wstring &out) {
+    if (cp > 0xFFFF && cp <= 0x10FFFF) {
+        cp -= 0x10000;
+        out.push_back(static_cast<wchar_t>(0xD800 + (cp >> 10)));
+        out.push_back(static_cast<wchar_t>(0xDC00 + (cp & 0x3FF)));
+    } else {
+        out.push_back(static_cast<wchar_t>(cp));
+    }
+}
+
+} // namespace
+
+void codePointsToUnits(const wchar_t *text, std::wstring &out) {
+    out.clear();
+    for (const wchar_t *p = text; *p; ++p) pushUnits(static_cast<uint32_t>(*p), out);
+}
+
+const wchar_t *unitsToCodePoints(const wchar_t *units, std::wstring &buffer) {
+    const wchar_t *p = units;
+    while (*p && !(isHigh(static_cast<uint32_t>(p[0])) && isLow(static_cast<uint32_t>(p[1]))))
+        ++p;
+    if (!*p) return units;
+    buffer.assign(units, p);
+    for (; *p; ++p) {
+        uint32_t u = static_cast<uint32_t>(p[0]);
+        if (isHigh(u) && isLow(static_cast<uint32_t>(p[1]))) {
+            buffer.push_back(static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) +
+                                                  (static_cast<uint32_t>(p[1]) - 0xDC00)));
+            ++p;
+        } else {
+            buffer.push_back(p[0]);
+        }
+    }
+    return buffer.c_str();
+}
+
 void utf8ToWide(const char *text, std::wstring &out) {
     out.clear();
     const char *it = text;
     const char *end = text + std::strlen(text);
     while (it != end) {
-        uint32_t cp = utf8::next(it, end);
-        if (cp > 0xFFFF) {
-            out.push_back(static_cast<wchar_t>(((cp >> 10) - 10304) & 0xFFFF));
-            out.push_back(static_cast<wchar_t>(((cp & 0x3FF) - 9216) & 0xFFFF));
-        } else {
-            out.push_back(static_cast<wchar_t>(cp));
-        }
+        pushUnits(utf8::next(it, end), out);
     }
 }
 
@@ -36,14 +71,17 @@ bool localeToWide(const char *text, std::wstring &out) {
     size_t n = std::mbstowcs(nullptr, text, 0);
     if (n == static_cast<size_t>(-1))
         return false;
-    out.resize(n + 1);
-    std::mbstowcs(&out[0], text, n + 1);
-    out.resize(n);
+    std::wstring points(n + 1, L'\0');
+    std::mbstowcs(&points[0], text, n + 1);
+    points.resize(n);
+    codePointsToUnits(points.c_str(), out);
     return true;
 }
 
-bool wideToLocale(const wchar_t *text, std::string &out) {
+bool wideToLocale(const wchar_t *units, std::string &out) {
     out.clear();
+    std::wstring buffer;
+    const wchar_t *text = unitsToCodePoints(units, buffer);
     size_t n = std::wcstombs(nullptr, text, 0);
     if (n != static_cast<size_t>(-1)) {
         out.resize(n + 1);

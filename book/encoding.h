@@ -9,6 +9,14 @@
 
 namespace tabrix {
 
+// A caller's wide text (one code point an element) to the library's UTF-16
+// units: a code point above 0xFFFF becomes its surrogate pair.
+void codePointsToUnits(const wchar_t *text, std::wstring &out);
+// The library's units back to code points for a wide caller: each surrogate
+// pair becomes one character; a lone surrogate stays as it is.  Answers
+// `units` itself when it holds no pair, else the text left in `buffer`.
+const wchar_t *unitsToCodePoints(const wchar_t *units, std::wstring &buffer);
+
 // UTF-8 to wide; invalid UTF-8 throws the decoder's exception.
 void utf8ToWide(const char *text, std::wstring &out);
 // Wide to UTF-8; an unpaired surrogate throws the encoder's exception.

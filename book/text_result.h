@@ -15,11 +15,20 @@ namespace tabrix {
 
 extern const char *const kConversionWarning;
 
+// A wide caller gets code points; a narrow one its encoding of the units.
+inline const wchar_t *forCaller(const wchar_t *wide, std::wstring &, const char *) {
+    return wide;
+}
+inline const wchar_t *forCaller(const wchar_t *wide, std::wstring &scratch, const wchar_t *) {
+    return unitsToCodePoints(wide, scratch);
+}
+
 template <class C>
 const C *textResult(XString &buffer, XString &message, const wchar_t *wide, bool utf8Mode) {
     if (!wide)
         return nullptr;
-    buffer.assign(wide);
+    std::wstring scratch;
+    buffer.assign(forCaller(wide, scratch, static_cast<const C *>(nullptr)));
     const C *text = buffer.template c_str<C>(utf8Mode);
     message.assign(buffer.conversionFailed() ? kConversionWarning : "ok");
     return text;
@@ -29,9 +38,9 @@ const C *textResult(XString &buffer, XString &message, const wchar_t *wide, bool
 inline size_t tslen(const char *text) { return std::strlen(text); }
 inline size_t tslen(const wchar_t *text) { return std::wcslen(text); }
 
-// A caller's text as the library's wide text (null gives an empty text).  A
-// narrow text that doesn't convert in the C locale gives an empty text and
-// the answer false; invalid UTF-8 throws.
+// A caller's text as the library's wide text of UTF-16 units (null gives an
+// empty text).  A narrow text that doesn't convert in the C locale gives an
+// empty text and the answer false; invalid UTF-8 throws.
 inline bool wideText(const char *text, bool utf8Mode, std::wstring &out) {
     if (!text) {
         out.clear();
@@ -40,7 +49,10 @@ inline bool wideText(const char *text, bool utf8Mode, std::wstring &out) {
     return toWide(text, utf8Mode, out);
 }
 inline bool wideText(const wchar_t *text, bool, std::wstring &out) {
-    out = text ? text : L"";
+    if (text)
+        codePointsToUnits(text, out);
+    else
+        out.clear();
     return true;
 }
 

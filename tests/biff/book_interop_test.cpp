@@ -593,9 +593,8 @@ TEST(BookInterop, ProducersFilesLoadSaveAndKeepTheirRecords) {
 }
 
 // Characters beyond the first 65,536 are written as surrogate pairs and
-// come back whole.  Disabled while the string writers cut such a character
-// to its low 16 bits (U+1F600 is stored as U+F600).
-TEST(BookInterop, DISABLED_TextsBeyondTheBasicPlaneKeepTheirCharacters) {
+// come back whole to a wide caller.
+TEST(BookInterop, TextsBeyondTheBasicPlaneKeepTheirCharacters) {
     if (!pythonHas("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
     BookPtr b = newBook();
     Sheet *s = b->addSheet(L"Plane \U0001D11E", nullptr);
@@ -610,4 +609,9 @@ TEST(BookInterop, DISABLED_TextsBeyondTheBasicPlaneKeepTheirCharacters) {
     BookPtr back = newBook();
     ASSERT_TRUE(back->loadRaw(bytes.data(), unsigned(bytes.size())));
     EXPECT_EQ(ourCells(*back), ours);
+    Sheet *t = back->getSheet(0);
+    ASSERT_NE(t, nullptr);
+    EXPECT_STREQ(t->name(), L"Plane \U0001D11E");
+    EXPECT_STREQ(t->readStr(0, 0, nullptr), L"smile \U0001F600");
+    EXPECT_STREQ(t->readStr(1, 0, nullptr), L"\U00020000 and \U0010FFFD");
 }
