@@ -347,6 +347,7 @@ private:
 
     // Text results (narrow callers) and scratch space for conversions.
     std::string _narrow;
+    std::wstring _wideResult;
     std::wstring _wide;
     std::wstring _addr;
     // Texts written lately and their shared string indexes.

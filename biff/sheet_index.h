@@ -2,8 +2,12 @@
 // pointers, each null or a page of 256 cell codes; a page is allocated,
 // zero-filled, the first time a code of its row is asked for by `at`.
 //
-// Pages are cut from slabs of kPagesPerSlab, so that rows filled one after
-// the other lie next to each other in memory.
+// Pages are cut from slabs, so that rows filled one after the other lie
+// next to each other in memory.  Slabs and the row table are mapped
+// zero-filled from the kernel: no page is cleared by hand, and the memory of
+// a slab is only taken as its rows are written.  Slabs grow from
+// kFirstSlabPages to kMaxSlabPages (2 MiB, backed by huge pages where the
+// system offers them).
 //
 // A cell code holds: bit 0 set when the cell exists, bits 1-3 the cell kind,
 // bits 4-31 the position of the cell in the vector of its kind.
@@ -19,7 +23,8 @@ class SheetIndex {
 public:
     static constexpr int kRows = 65536;
     static constexpr int kCols = 256;
-    static constexpr int kPagesPerSlab = 64;
+    static constexpr int kFirstSlabPages = 64;
+    static constexpr int kMaxSlabPages = 2048;
 
     // Cell kinds, bits 1-3 of a code.
     enum Kind : uint32_t {
@@ -67,7 +72,12 @@ private:
     uint32_t *newPage(unsigned row);
 
     uint32_t **_rows;
-    std::vector<uint32_t *> _slabs;
+    struct Slab {
+        uint32_t *base;
+        int pages;
+    };
+    std::vector<Slab> _slabs;
+    int _slabFree = 0;
     int _pages = 0;
 };
 
