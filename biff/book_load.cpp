@@ -6,6 +6,7 @@
 
 #include "biff/records/book_ext.h"
 #include "biff/records/ext_sst.h"
+#include "biff/memory_stream.h"
 #include "biff/sheet_impl.h"
 #include "book/failure_frame.h"
 #include "book/tberror.h"
@@ -93,9 +94,7 @@ template <class C> bool BookImplT<C>::loadRaw(const char *data, unsigned size) {
     bool ok = run(false, [&] {
         free();
         reset();
-        std::stringstream stream(std::ios::in | std::ios::out | std::ios::binary);
-        if (data && size) stream.write(data, std::streamsize(size));
-        stream.seekg(0);
+        MemoryStream stream(data ? data : "", data ? size : 0);
         loadFrom(stream);
         return true;
     });

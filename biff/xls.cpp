@@ -11,6 +11,7 @@ XlsCore::XlsCore() { reset(true); }
 
 void XlsCore::reset(bool fresh) {
     written_ = 0;
+    cached_ = kNoSector;
     header_.reset();
     sectorSize_ = 1u << (header_.sectorShift % 32);
     miniSectorSize_ = 1u << (header_.miniSectorShift % 32);

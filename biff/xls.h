@@ -25,7 +25,10 @@ public:
     // true: a new file's container (two directory entries, nothing kept);
     // false: keep directory, kept streams and mini FAT for a re-save.
     void reset(bool fresh);
-    void setStreamPtr(std::iostream *s) { stream_ = s; }
+    void setStreamPtr(std::iostream *s) {
+        stream_ = s;
+        cached_ = kNoSector;
+    }
     std::iostream *stream() const { return stream_; }
     void flush();
 
@@ -42,8 +45,29 @@ public:
     void goSector(uint32_t n);
     void goMiniSector(uint32_t m);
     // On a short read the value is 0 and eof() is set.
-    void readInt16(uint16_t &value);
-    void readInt32(uint32_t &value);
+    // Little-endian fields of the workbook stream; a field that stops short
+    // reads as 0.  Fields inside the cached sector take the inline path.
+    void readInt16(uint16_t &value) {
+        if (cached_ == curSector_ && sectorOffset_ + 2 <= cacheLen_) {
+            const uint8_t *p = cache_.data() + sectorOffset_;
+            value = uint16_t(p[0] | (p[1] << 8));
+            sectorOffset_ += 2;
+            readTotal_ += 2;
+            return;
+        }
+        readInt16Slow(value);
+    }
+    void readInt32(uint32_t &value) {
+        if (cached_ == curSector_ && sectorOffset_ + 4 <= cacheLen_) {
+            const uint8_t *p = cache_.data() + sectorOffset_;
+            value = uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) |
+                    (uint32_t(p[3]) << 24);
+            sectorOffset_ += 4;
+            readTotal_ += 4;
+            return;
+        }
+        readInt32Slow(value);
+    }
     void readDouble(double &value);
     bool eof() const { return eof_; }
     uint32_t size() const;
@@ -114,6 +138,15 @@ private:
     CheckPoint check_;
     uint32_t fileSize_ = 0;
     std::iostream *stream_ = nullptr;
+    // The sector of the workbook stream read last, whole: small reads come
+    // from it instead of the stream.
+    static const uint32_t kNoSector = 0xFFFFFFFFu;
+    uint32_t cached_ = kNoSector;
+    uint32_t cacheLen_ = 0;
+    std::vector<uint8_t> cache_;
+    void fillCache();
+    void readInt16Slow(uint16_t &value);
+    void readInt32Slow(uint32_t &value);
 };
 
 // The record layer: headers, plain little-endian writes and the operations

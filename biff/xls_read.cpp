@@ -237,6 +237,18 @@ void XlsCore::setWorkbookEntry() {
     throw tberror("Xls::read(): workbook section is not found");
 }
 
+// The whole of sector curSector_, or what of it the file holds.
+void XlsCore::fillCache() {
+    goSector(curSector_);
+    uint64_t pos = (uint64_t(curSector_) + 1) * sectorSize_;
+    size_t avail = size_t(std::min<uint64_t>(sectorSize_, fileSize_ - pos));
+    cache_.resize(sectorSize_);
+    cached_ = kNoSector;
+    readRaw(cache_.data(), avail);
+    cacheLen_ = uint32_t(avail);
+    cached_ = curSector_;
+}
+
 size_t XlsCore::read(void *buffer, size_t length) {
     if (size() < 4096 && length < 4096) return readMini(buffer, length);
     uint8_t *out = static_cast<uint8_t *>(buffer);
@@ -252,11 +264,12 @@ size_t XlsCore::read(void *buffer, size_t length) {
             if (++hops_ > uint64_t(fileSize_ / sectorSize_) + 1)
                 throw tberror("Xls::read(): fat chain is cyclic");
             curSector_ = next;
-            goSector(curSector_);
             sectorOffset_ = 0;
         }
+        if (cached_ != curSector_) fillCache();
         size_t chunk = std::min<size_t>(length - done, sectorSize_ - sectorOffset_);
-        readRaw(out + done, chunk);
+        if (sectorOffset_ + chunk > cacheLen_) throw tberror("Xls::read(): file is truncated");
+        std::memcpy(out + done, cache_.data() + sectorOffset_, chunk);
         sectorOffset_ += uint32_t(chunk);
         done += chunk;
         readTotal_ += chunk;
@@ -265,6 +278,7 @@ size_t XlsCore::read(void *buffer, size_t length) {
 }
 
 size_t XlsCore::readMini(void *buffer, size_t length) {
+    cached_ = kNoSector; // mini sector numbers must not hit the sector cache
     uint8_t *out = static_cast<uint8_t *>(buffer);
     size_t done = 0;
     while (done < length) {
@@ -290,12 +304,12 @@ size_t XlsCore::readMini(void *buffer, size_t length) {
     return done;
 }
 
-void XlsCore::readInt16(uint16_t &value) {
+void XlsCore::readInt16Slow(uint16_t &value) {
     uint8_t b[2] = {0, 0};
     value = read(b, 2) == 2 ? getLE16(b) : 0;
 }
 
-void XlsCore::readInt32(uint32_t &value) {
+void XlsCore::readInt32Slow(uint32_t &value) {
     uint8_t b[4] = {0, 0, 0, 0};
     value = read(b, 4) == 4 ? getLE32(b) : 0;
 }

@@ -50,23 +50,34 @@ bool EqStr::operator()(const ExtString &a, const ExtString &b) const {
 
 StrMap::StrMap() { map_.set_deleted_key(deletedKey()); }
 
+void StrMap::sync() {
+    for (; mapped_ < strings_.size(); ++mapped_) map_[strings_[mapped_]] = unsigned(mapped_);
+}
+
 unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
-    if (!map_.empty()) {
-        auto it = map_.find(s);
-        if (it != map_.end() && !force) {
-            inserted = false;
-            return it->second;
-        }
-    }
     unsigned index = unsigned(strings_.size());
+    if (force) {
+        // Appended without a look-up; the hash table takes it at the next one.
+        strings_.push_back(s);
+        inserted = true;
+        return index;
+    }
+    sync();
+    auto it = map_.find(s);
+    if (it != map_.end()) {
+        inserted = false;
+        return it->second;
+    }
     map_[s] = index;
     strings_.push_back(s);
+    mapped_ = strings_.size();
     inserted = true;
     return index;
 }
 
 void StrMap::insert(unsigned index, const ExtString &s) {
     if (index >= strings_.size()) return;
+    sync();
     for (auto it = map_.begin(); it != map_.end(); ++it)
         if (it->second == index) {
             map_.erase(it);
@@ -79,6 +90,7 @@ void StrMap::insert(unsigned index, const ExtString &s) {
 void StrMap::reset() {
     strings_.clear();
     map_.clear();
+    mapped_ = 0;
 }
 
 } // namespace tabrix

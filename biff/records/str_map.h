@@ -1,5 +1,7 @@
 // StrMap: the strings of the shared string table in index order, with a
 // hash table from string to index for deduplication while a book is built.
+// Strings appended with `force` (a loaded table) enter the hash table only
+// at the next look-up, so that a book that is only read never builds it.
 #ifndef TABRIX_BIFF_RECORDS_STR_MAP_H
 #define TABRIX_BIFF_RECORDS_STR_MAP_H
 
@@ -35,7 +37,12 @@ public:
     void reset();
 
 private:
+    // Brings the strings appended since the last look-up into the table; of
+    // equal strings the later index wins.
+    void sync();
+
     std::vector<ExtString> strings_;
+    size_t mapped_ = 0;
     google::sparse_hash_map<ExtString, unsigned, HashFnv, EqStr> map_;
 };
 
