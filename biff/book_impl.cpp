@@ -229,14 +229,20 @@ template <class C> const C *BookImplT<C>::errorMessage() {
 // A file name in the form the C library opens: narrow names as they are,
 // wide ones through the book's encoding.
 template <class C>
-bool BookImplT<C>::openFile(std::fstream &file, const C *name, std::ios::openmode mode) {
+bool BookImplT<C>::narrowPath(const C *name, std::string &narrow) {
     if (!name) return false;
-    std::string narrow;
     if constexpr (std::is_same<C, char>::value) {
         narrow = name;
+        return true;
     } else {
-        if (!toNarrow(name, _utf8Mode, narrow)) return false;
+        return toNarrow(name, _utf8Mode, narrow);
     }
+}
+
+template <class C>
+bool BookImplT<C>::openFile(std::fstream &file, const C *name, std::ios::openmode mode) {
+    std::string narrow;
+    if (!narrowPath(name, narrow)) return false;
     file.open(narrow, mode);
     return file.is_open();
 }

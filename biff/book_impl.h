@@ -192,6 +192,9 @@ private:
     KeptRecord *opaque(uint16_t id);
     void calcMaxDigWidth();
     bool openFile(std::fstream &file, const C *name, std::ios::openmode mode);
+    // A file name in the form the system's calls take; false when it has
+    // none.
+    bool narrowPath(const C *name, std::string &narrow);
 
     // ---- save (book_save.cpp) ----
     bool saveTo(std::iostream &stream);

@@ -6,6 +6,7 @@
 
 #include "biff/records/book_ext.h"
 #include "biff/records/ext_sst.h"
+#include "biff/file_bytes.h"
 #include "biff/memory_stream.h"
 #include "biff/sheet_impl.h"
 #include "book/failure_frame.h"
@@ -81,10 +82,12 @@ template <class C> bool BookImplT<C>::load(const C *filename) {
     bool ok = run(false, [&] {
         free();
         reset();
-        std::fstream file;
-        if (!openFile(file, filename, std::ios::in | std::ios::binary))
+        std::string path;
+        FileBytes bytes;
+        if (!narrowPath(filename, path) || !bytes.read(path.c_str()))
             throw tberror("can't open file for reading");
-        loadFrom(file);
+        MemoryStream stream(bytes.data() ? bytes.data() : "", bytes.size());
+        loadFrom(stream);
         return true;
     });
     return afterLoad(ok);

@@ -280,6 +280,8 @@ private:
 
     // ---- load and save (sheet_read.cpp, sheet_write.cpp) ----
     void resetForRead();
+    void reserveCells();
+    static constexpr size_t kMaxReservedCells = size_t(1) << 22;
     bool readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size);
     void readDrawingRun(XlsRecords &xls, uint16_t id, uint16_t size);
     void readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size);

@@ -6,6 +6,8 @@
 #include "biff/records/mul_blank.h"
 #include "biff/records/mul_rk.h"
 
+#include <algorithm>
+
 namespace tabrix {
 
 namespace {
@@ -167,6 +169,23 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
     _dirty = true;
 }
 
+// The extents a file states bound the cells that follow: number and text
+// vectors get room for them at once instead of growing by copies.  Room
+// never touched costs address space only, and the trim after the load gives
+// it back.  A hostile extent is capped.
+template <class C> void SheetImplT<C>::reserveCells() {
+    const uint64_t rows = _dimensions.lastRow > _dimensions.firstRow
+                              ? _dimensions.lastRow - _dimensions.firstRow
+                              : 0;
+    const uint64_t cols = _dimensions.lastCol > _dimensions.firstCol
+                              ? _dimensions.lastCol - _dimensions.firstCol
+                              : 0;
+    const size_t cells = size_t(std::min<uint64_t>(rows * cols, kMaxReservedCells));
+    if (_rk.capacity() < cells) _rk.reserve(cells);
+    if (_labelSst.capacity() < cells) _labelSst.reserve(cells);
+    if (_numbers.capacity() < cells / 4) _numbers.reserve(cells / 4);
+}
+
 // The records of a worksheet that have a place of their own; false for
 // the others, which the caller keeps raw.
 template <class C>
@@ -250,6 +269,7 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
         } else {
             _dimensions.read(xls, size);
         }
+        reserveCells();
         return true;
     case 520: {
         Row row;

@@ -1,5 +1,8 @@
 #include "biff/records/sst.h"
+
 #include "biff/records/segment_reader.h"
+
+#include <algorithm>
 
 namespace tabrix {
 
@@ -38,6 +41,9 @@ void SST::read(XlsRecords &xls, uint16_t size) {
     SegmentReader in(xls, remaining);
     cstTotal = int32_t(in.int32());
     cstUnique = int32_t(in.int32());
+    // Room for the stated count, which a string of at least 3 bytes each
+    // must fit in the stream.
+    if (cstUnique > 0) map_.reserve(std::min<size_t>(size_t(cstUnique), xls.size() / 3));
     // The stated count is only a hint: strings are read while the record and
     // its CONTINUE records hold data.
     for (int32_t i = 0; i < cstUnique && in.ok(); ++i) {

@@ -34,6 +34,7 @@ public:
     void insert(unsigned index, const ExtString &s);
     const ExtString &extract(unsigned index) const { return strings_.at(index); }
     unsigned count() const { return unsigned(strings_.size()); }
+    void reserve(size_t n) { strings_.reserve(n); }
     void reset();
 
 private:
