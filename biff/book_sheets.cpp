@@ -21,20 +21,30 @@ const size_t kMaxSheetName = 31;
 // XTI sheet numbers that refer to no sheet of this book.
 const uint16_t kNoSheet = 0xFFFE;
 
-// How much of a caller's name is kept, in its own units: 31 code points of
-// UTF-8, else 31 elements.
+// How much of a caller's name is kept, in its own elements: as many whole
+// characters as fit 31 UTF-16 units (a character above U+FFFF takes two);
+// narrow text outside UTF-8 mode keeps 31 bytes.
 size_t cutLength(const char *name, bool utf8Mode) {
     size_t n = std::strlen(name);
     if (!utf8Mode) return std::min(n, kMaxSheetName);
-    size_t points = 0;
+    size_t units = 0;
     for (size_t i = 0; i < n; ++i) {
-        bool lead = (static_cast<unsigned char>(name[i]) & 0xC0) != 0x80;
-        if (lead && points++ == kMaxSheetName) return i;
+        unsigned char c = static_cast<unsigned char>(name[i]);
+        if ((c & 0xC0) == 0x80) continue; // inside a character
+        units += c >= 0xF0 ? 2 : 1;
+        if (units > kMaxSheetName) return i;
     }
     return n;
 }
 
-size_t cutLength(const wchar_t *name, bool) { return std::min(std::wcslen(name), kMaxSheetName); }
+size_t cutLength(const wchar_t *name, bool) {
+    size_t units = 0, i = 0;
+    for (; name[i]; ++i) {
+        units += uint32_t(name[i]) > 0xFFFF ? 2 : 1;
+        if (units > kMaxSheetName) return i;
+    }
+    return i;
+}
 
 } // namespace
 

@@ -244,3 +244,27 @@ TEST(SheetSettings, EditsOfNamesAndRefusedChanges) {
 }
 
 } // namespace
+
+namespace {
+
+// A sheet name keeps as many whole characters as fit 31 UTF-16 units.
+TEST(SheetSettings, NamesAreCutAtWholeCharacters) {
+    BookPtr narrow = newBook();
+    const std::string smile = "\xF0\x9F\x98\x80";
+    Sheet *s = narrow->addSheet((std::string(30, 'a') + smile).c_str(), nullptr);
+    ASSERT_NE(s, nullptr);
+    EXPECT_STREQ(narrow->errorMessage(), "warning: sheet's name is cut to 31 characters");
+    EXPECT_EQ(std::string(s->name()), std::string(30, 'a'));
+    s = narrow->addSheet((std::string(29, 'b') + smile).c_str(), nullptr);
+    ASSERT_NE(s, nullptr);
+    EXPECT_STREQ(narrow->errorMessage(), "ok");
+    EXPECT_EQ(std::string(s->name()), std::string(29, 'b') + smile);
+
+    std::unique_ptr<BookImplT<wchar_t>, void (*)(BookImplT<wchar_t> *)> wide(
+        new BookImplT<wchar_t>(), [](BookImplT<wchar_t> *b) { b->release(); });
+    ISheetT<wchar_t> *w = wide->addSheet((std::wstring(30, L'c') + L"\U0001F600").c_str(), nullptr);
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(std::wstring(w->name()), std::wstring(30, L'c'));
+}
+
+} // namespace
