@@ -190,7 +190,6 @@ template <class C> void SheetImplT<C>::reserveCells() {
 // the others, which the caller keeps raw.
 template <class C>
 bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
-    if (_setup.read(xls, id, size, _bof.vers < 0x0600)) return true;
     switch (id) {
     case 6:
     case 189:
@@ -278,7 +277,11 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
         return true;
     }
     case 523: _indexRecord.read(xls, size, _bof.vers); return true;
-    default: break;
+    default:
+        // Printout, protection, breaks and window records: after the cells,
+        // which are most of a sheet's records.
+        if (_setup.read(xls, id, size, _bof.vers < 0x0600)) return true;
+        break;
     }
     for (OptionalRecord *o : {&_opaque2204, &_opaque144, &_opaque2164, &_opaque157, &_opaque450,
                               &_opaque80, &_opaque2187, &_opaque153, &_opaque442})
