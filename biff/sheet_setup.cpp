@@ -104,8 +104,7 @@ bool SheetSetup::read(XlsRecords &xls, uint16_t id, uint16_t size, bool old) {
     case Window2::kId: _window2.read(xls, size, old); return true;
     default: break;
     }
-    if (id == Pls::kId && _pageSetup.hasPls) return false; // a second one stays raw
-    if (PageSetup::checkBegin(id)) {
+    if (_pageSetup.accepts(id)) {
         _pageSetup.read(xls, id, size, old);
         return true;
     }

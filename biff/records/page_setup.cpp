@@ -53,8 +53,7 @@ void PageSetup::readOne(XlsRecords &xls, uint16_t id, uint16_t size, bool old) {
 }
 
 void PageSetup::read(XlsRecords &xls, uint16_t id, uint16_t size, bool old) {
-    // A second Pls ends the run: the caller keeps it as it stands.
-    while (checkBegin(id) && !(id == Pls::kId && hasPls)) {
+    while (accepts(id)) {
         readOne(xls, id, size, old);
         xls.setCheckPoint(0);
         xls.readInt16(id);

@@ -40,10 +40,13 @@ public:
     void reset();
     // True for the ids of the run: 20, 21, 131, 132, 38 to 41, 77, 161.
     static bool checkBegin(uint16_t id);
+    // Whether a record of `id` goes into this run: one of its ids, except a
+    // second Pls, which the run has no place for and its reader keeps raw.
+    bool accepts(uint16_t id) const { return checkBegin(id) && !(id == Pls::kId && hasPls); }
     // Entered with the header of a record of the run just read; reads it and
     // every record of the run that follows, and leaves the stream in front
-    // of the first record that does not belong to it, or of a second Pls,
-    // which the run has no place for.  `old`: texts of the older form.
+    // of the first record it does not accept.  `old`: texts of the older
+    // form.
     void read(XlsRecords &xls, uint16_t id, uint16_t size, bool old = false);
     void write(XlsRecords &xls) const;
     void dump() const;
