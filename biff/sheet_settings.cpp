@@ -1,30 +1,8 @@
 // SheetImplT: page breaks, panes, printout, window and protection.  Each
 // operation runs in the failure frame over the sheet's SheetSetup.
 #include "biff/sheet_frame.h"
-#include "book/encoding.h"
 
 namespace tabrix {
-
-namespace {
-
-void putHeader(SheetSetup &s, const char *text, double margin, bool utf8) {
-    s.setHeader(text, margin, utf8);
-}
-void putHeader(SheetSetup &s, const wchar_t *text, double margin, bool) {
-    std::wstring units;
-    if (text) codePointsToUnits(text, units);
-    s.setHeader(text ? units.c_str() : nullptr, margin);
-}
-void putFooter(SheetSetup &s, const char *text, double margin, bool utf8) {
-    s.setFooter(text, margin, utf8);
-}
-void putFooter(SheetSetup &s, const wchar_t *text, double margin, bool) {
-    std::wstring units;
-    if (text) codePointsToUnits(text, units);
-    s.setFooter(text ? units.c_str() : nullptr, margin);
-}
-
-} // namespace
 
 // ---- page breaks and panes ----
 
@@ -163,7 +141,7 @@ template <class C> const C *SheetImplT<C>::header() {
 
 template <class C> bool SheetImplT<C>::setHeader(const C *header, double margin) {
     return run(false, [&] {
-        putHeader(_setup, header, margin, _owner->utf8Mode());
+        _setup.setHeader(header ? wideArg(header).c_str() : nullptr, margin);
         return true;
     });
 }
@@ -178,7 +156,7 @@ template <class C> const C *SheetImplT<C>::footer() {
 
 template <class C> bool SheetImplT<C>::setFooter(const C *footer, double margin) {
     return run(false, [&] {
-        putFooter(_setup, footer, margin, _owner->utf8Mode());
+        _setup.setFooter(footer ? wideArg(footer).c_str() : nullptr, margin);
         return true;
     });
 }
