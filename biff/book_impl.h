@@ -141,9 +141,7 @@ public:
     void setSheetHidden(int index, SheetState state) override;
 
     // ---- for the other parts of the binary book ----
-    std::vector<SupBookBlock> &supBookBlocksRef() { return _supBookBlocks; }
     std::vector<BoundSheet8> &boundSheetsRef() { return _boundSheets; }
-    std::vector<Lbl> &lblRef() { return _names; }
     int maxDigWidth() const { return _maxDigWidth; }
     // A wide text in the caller's encoding, valid until the next text result.
     const C *tc(const wchar_t *wide);

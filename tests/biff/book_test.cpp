@@ -326,13 +326,13 @@ Bytes namedWorkbook() {
 
 std::vector<uint16_t> itabs(Book &b) {
     std::vector<uint16_t> out;
-    for (const Lbl &l : b.lblRef()) out.push_back(l.itab);
+    for (const Lbl &l : b.names()) out.push_back(l.itab);
     return out;
 }
 
 std::vector<uint16_t> xtis(Book &b) {
     std::vector<uint16_t> out;
-    for (const XTI &x : b.supBookBlocksRef().at(0).externSheet.rgXTI) {
+    for (const XTI &x : b.supBooks().at(0).externSheet.rgXTI) {
         out.push_back(x.itabFirst);
         out.push_back(x.itabLast);
     }
@@ -359,7 +359,7 @@ TEST(BookTest, NamesAndSelfReferenceFollowTheSheets) {
     EXPECT_TRUE(b->delSheet(1));
     EXPECT_EQ(itabs(*b), (std::vector<uint16_t>{1, 2, 2}));
     EXPECT_EQ(xtis(*b), (std::vector<uint16_t>{0, 0, 0xFFFF, 0xFFFF, 1, 1, 0xFFFF, 0xFFFF}));
-    EXPECT_EQ(b->supBookBlocksRef().at(0).supBook.data.at(0), 2);
+    EXPECT_EQ(b->supBooks().at(0).supBook.data.at(0), 2);
 
     // The changes survive a save.
     std::string again = saved(*b);
