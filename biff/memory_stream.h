@@ -15,6 +15,9 @@ public:
         char *p = const_cast<char *>(data); // never written: no put area
         setg(p, p, p + size);
     }
+    // The bytes the buffer reads, for readers that can take them in place.
+    const char *bytes() const { return eback(); }
+    size_t size() const { return size_t(egptr() - eback()); }
 
 protected:
     pos_type seekoff(off_type off, std::ios_base::seekdir dir,

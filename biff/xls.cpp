@@ -1,6 +1,7 @@
 // Xls: construction, reset, check point and diagnostics.
 #include "biff/xls.h"
 
+#include "biff/memory_stream.h"
 #include "book/tberror.h"
 
 #include <sstream>
@@ -8,6 +9,13 @@
 namespace tabrix {
 
 XlsCore::XlsCore() { reset(true); }
+
+void XlsCore::setStreamPtr(std::iostream *s) {
+    stream_ = s;
+    cached_ = kNoSector;
+    const MemoryBuf *memory = s ? dynamic_cast<const MemoryBuf *>(s->rdbuf()) : nullptr;
+    memory_ = memory ? reinterpret_cast<const uint8_t *>(memory->bytes()) : nullptr;
+}
 
 void XlsCore::reset(bool fresh) {
     written_ = 0;

@@ -25,10 +25,8 @@ public:
     // true: a new file's container (two directory entries, nothing kept);
     // false: keep directory, kept streams and mini FAT for a re-save.
     void reset(bool fresh);
-    void setStreamPtr(std::iostream *s) {
-        stream_ = s;
-        cached_ = kNoSector;
-    }
+    // A stream over a MemoryBuf is read in place, sector by sector.
+    void setStreamPtr(std::iostream *s);
     std::iostream *stream() const { return stream_; }
     void flush();
 
@@ -44,12 +42,12 @@ public:
     size_t readMini(void *buffer, size_t length);
     void goSector(uint32_t n);
     void goMiniSector(uint32_t m);
-    // On a short read the value is 0 and eof() is set.
-    // Little-endian fields of the workbook stream; a field that stops short
-    // reads as 0.  Fields inside the cached sector take the inline path.
+    // Little-endian fields of the workbook stream.  On a short read the
+    // value is 0 and eof() is set.  Fields inside the current sector take
+    // the inline path.
     void readInt16(uint16_t &value) {
         if (cached_ == curSector_ && sectorOffset_ + 2 <= cacheLen_) {
-            const uint8_t *p = cache_.data() + sectorOffset_;
+            const uint8_t *p = sector_ + sectorOffset_;
             value = uint16_t(p[0] | (p[1] << 8));
             sectorOffset_ += 2;
             readTotal_ += 2;
@@ -59,7 +57,7 @@ public:
     }
     void readInt32(uint32_t &value) {
         if (cached_ == curSector_ && sectorOffset_ + 4 <= cacheLen_) {
-            const uint8_t *p = cache_.data() + sectorOffset_;
+            const uint8_t *p = sector_ + sectorOffset_;
             value = uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) |
                     (uint32_t(p[3]) << 24);
             sectorOffset_ += 4;
@@ -139,11 +137,14 @@ private:
     uint32_t fileSize_ = 0;
     std::iostream *stream_ = nullptr;
     // The sector of the workbook stream read last, whole: small reads come
-    // from it instead of the stream.
+    // from it instead of the stream.  `sector_` points into the stream's own
+    // bytes when it is in memory, else into `cache_`.
     static const uint32_t kNoSector = 0xFFFFFFFFu;
     uint32_t cached_ = kNoSector;
     uint32_t cacheLen_ = 0;
+    const uint8_t *sector_ = nullptr;
     std::vector<uint8_t> cache_;
+    const uint8_t *memory_ = nullptr;
     void fillCache();
     void readInt16Slow(uint16_t &value);
     void readInt32Slow(uint32_t &value);

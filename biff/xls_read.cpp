@@ -242,9 +242,14 @@ void XlsCore::fillCache() {
     goSector(curSector_);
     uint64_t pos = (uint64_t(curSector_) + 1) * sectorSize_;
     size_t avail = size_t(std::min<uint64_t>(sectorSize_, fileSize_ - pos));
-    cache_.resize(sectorSize_);
     cached_ = kNoSector;
-    readRaw(cache_.data(), avail);
+    if (memory_) {
+        sector_ = memory_ + pos;
+    } else {
+        cache_.resize(sectorSize_);
+        readRaw(cache_.data(), avail);
+        sector_ = cache_.data();
+    }
     cacheLen_ = uint32_t(avail);
     cached_ = curSector_;
 }
@@ -269,7 +274,7 @@ size_t XlsCore::read(void *buffer, size_t length) {
         if (cached_ != curSector_) fillCache();
         size_t chunk = std::min<size_t>(length - done, sectorSize_ - sectorOffset_);
         if (sectorOffset_ + chunk > cacheLen_) throw tberror("Xls::read(): file is truncated");
-        std::memcpy(out + done, cache_.data() + sectorOffset_, chunk);
+        std::memcpy(out + done, sector_ + sectorOffset_, chunk);
         sectorOffset_ += uint32_t(chunk);
         done += chunk;
         readTotal_ += chunk;
