@@ -165,6 +165,8 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
     _rowList.shrink_to_fit();
     _labelSst.shrink_to_fit();
     _rk.shrink_to_fit();
+    _numbers.shrink_to_fit();
+    _boolErrs.shrink_to_fit();
     _blanks.shrink_to_fit();
     _dirty = true;
 }
