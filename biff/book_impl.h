@@ -195,7 +195,7 @@ private:
     bool narrowPath(const C *name, std::string &narrow);
 
     // ---- save (book_save.cpp) ----
-    bool saveTo(std::iostream &stream);
+    bool saveTo(std::iostream *stream);
     void checkSavable() const;
     void writeStream();
     void writeGlobals(std::vector<uint32_t> &boundPos);
@@ -245,7 +245,9 @@ private:
     KeptRecord _opaque[kOpaqueCount];
     std::vector<Biff> _xfExt;        // 2173
 
-    std::string _rawOut;
+    // The bytes of the last saveRaw, alive until the next one.
+    ByteRegion _rawOut;
+    size_t _rawOutSize = 0;
     bool _utf8Mode = false;
     bool _template = false;
     std::string _savedLocale;

@@ -10,7 +10,6 @@
 
 #include <cstring>
 #include <cwchar>
-#include <sstream>
 
 namespace tabrix {
 
@@ -34,7 +33,7 @@ template <class C> bool BookImplT<C>::save(const C *filename) {
             message().assign("can't open file for writing");
             return false;
         }
-        return saveTo(file);
+        return saveTo(&file);
     });
 }
 
@@ -43,18 +42,23 @@ template <class C> bool BookImplT<C>::saveRaw(const char **data, unsigned *size)
     if (size) *size = 0;
     return run(false, [&] {
         checkSavable();
-        std::stringstream stream(std::ios::in | std::ios::out | std::ios::binary);
-        saveTo(stream);
-        _rawOut = stream.str();
-        if (data) *data = _rawOut.data();
-        if (size) *size = unsigned(_rawOut.size());
+        saveTo(nullptr);
+        size_t n = 0;
+        _rawOut = _xls.takeOutput(n);
+        _rawOutSize = n;
+        if (data) *data = _rawOut.bytes();
+        if (size) *size = unsigned(n);
         return true;
     });
 }
 
-template <class C> bool BookImplT<C>::saveTo(std::iostream &stream) {
+// To the stream, or to memory when there is none.
+template <class C> bool BookImplT<C>::saveTo(std::iostream *stream) {
     _xls.reset(false);
-    _xls.setStreamPtr(&stream);
+    if (stream)
+        _xls.setStreamPtr(stream);
+    else
+        _xls.writeToMemory();
     try {
         writeStream();
     } catch (...) {

@@ -6,38 +6,13 @@
 #ifndef TABRIX_BIFF_CELL_VECTOR_H
 #define TABRIX_BIFF_CELL_VECTOR_H
 
+#include "biff/byte_region.h"
+
 #include <cstddef>
 #include <new>
 #include <type_traits>
 
 namespace tabrix {
-
-// The untyped storage behind CellVector: a byte region and how it is held.
-class CellStorage {
-public:
-    CellStorage() = default;
-    ~CellStorage();
-    CellStorage(const CellStorage &) = delete;
-    CellStorage &operator=(const CellStorage &) = delete;
-    CellStorage(CellStorage &&other) noexcept;
-    CellStorage &operator=(CellStorage &&other) noexcept;
-
-    char *bytes() const { return _bytes; }
-    size_t capacityBytes() const { return _capacity; }
-    // Makes room for at least `need` bytes keeping the first `used`; grows
-    // by half again at least.  Throws std::bad_alloc.
-    void grow(size_t need, size_t used);
-    // Gives back what lies beyond `used` bytes, as far as the holding allows.
-    void shrink(size_t used);
-    void release();
-
-private:
-    // Regions from this size on are mapped; smaller ones come from malloc.
-    static const size_t kMapFrom = size_t(256) << 10;
-    char *_bytes = nullptr;
-    size_t _capacity = 0;
-    bool _mapped = false;
-};
 
 template <class T> class CellVector {
     static_assert(std::is_trivially_copyable<T>::value, "cells are copied as bytes");
@@ -83,7 +58,7 @@ public:
     void clear() { _size = 0; }
 
 private:
-    CellStorage _store;
+    ByteRegion _store;
     size_t _size = 0;
 };
 

@@ -1,19 +1,20 @@
 #include "biff/file_bytes.h"
 
+#include "book/mapped_memory.h"
 #include "book/tberror.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
+#include <new>
 
 namespace tabrix {
 
 FileBytes::~FileBytes() {
-    if (_mapped) munmap(_data, _mapped);
+    unmapRegion(_data, _mapped);
 }
 
 bool FileBytes::read(const char *path) {
@@ -30,13 +31,12 @@ bool FileBytes::read(const char *path) {
     }
     size_t want = size_t(st.st_size);
     if (want) {
-        void *p = mmap(nullptr, want, PROT_READ | PROT_WRITE,
-                       MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
-        if (p == MAP_FAILED) {
+        try {
+            _data = static_cast<char *>(mapZeroed(want));
+        } catch (const std::bad_alloc &) {
             ::close(fd);
             return false;
         }
-        _data = static_cast<char *>(p);
         _mapped = want;
     }
     // The file may shrink while it is read: what was read is what loads.

@@ -1,7 +1,7 @@
 // FileBytes: a whole file read into memory at once, for loading a book
 // through a MemoryStream.  One read of the file is much cheaper than the
-// seeks of a sector-by-sector walk over a file stream.  The memory comes
-// prefaulted from the kernel and goes back when the object dies.
+// seeks of a sector-by-sector walk over a file stream.  The memory is
+// mapped from the kernel in huge pages and goes back when the object dies.
 #ifndef TABRIX_BIFF_FILE_BYTES_H
 #define TABRIX_BIFF_FILE_BYTES_H
 

@@ -1,6 +1,6 @@
 #include "biff/sheet_index.h"
 
-#include "biff/mapped_memory.h"
+#include "book/mapped_memory.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -12,6 +12,7 @@ XlsCore::XlsCore() { reset(true); }
 
 void XlsCore::setStreamPtr(std::iostream *s) {
     stream_ = s;
+    toMemory_ = false;
     cached_ = kNoSector;
     const MemoryBuf *memory = s ? dynamic_cast<const MemoryBuf *>(s->rdbuf()) : nullptr;
     memory_ = memory ? reinterpret_cast<const uint8_t *>(memory->bytes()) : nullptr;
@@ -19,6 +20,9 @@ void XlsCore::setStreamPtr(std::iostream *s) {
 
 void XlsCore::reset(bool fresh) {
     written_ = 0;
+    outSize_ = 0;
+    out_.release();
+    toMemory_ = false;
     cached_ = kNoSector;
     header_.reset();
     sectorSize_ = 1u << (header_.sectorShift % 32);
@@ -59,8 +63,8 @@ uint32_t XlsCore::size() const {
 }
 
 void XlsCore::setCheckPoint(uint16_t tag) {
-    check_.readPos = stream_->tellg();
-    check_.writePos = stream_->tellp();
+    check_.readPos = stream_ ? std::streamoff(stream_->tellg()) : std::streamoff(0);
+    check_.writePos = std::streamoff(outSize_);
     check_.sector = curSector_;
     check_.offset = sectorOffset_;
     check_.readTotal = readTotal_;

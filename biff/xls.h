@@ -7,10 +7,12 @@
 #ifndef TABRIX_BIFF_XLS_H
 #define TABRIX_BIFF_XLS_H
 
+#include "biff/byte_region.h"
 #include "biff/cfb_directory.h"
 #include "biff/cfb_header.h"
 
 #include <cstdint>
+#include <cstring>
 #include <iostream>
 #include <map>
 #include <string>
@@ -74,11 +76,31 @@ public:
     uint16_t restoreCheckPoint();
     uint16_t peekInt16();
 
+    // Writing collects the whole file in memory; close() completes it and
+    // hands it to the stream in one write, or keeps it for takeOutput()
+    // after writeToMemory().
+    void writeToMemory();
     void writeHeader();
-    void write(const void *buffer, size_t length);
-    uint32_t writePos();
+    void write(const void *buffer, size_t length) {
+        if (outSize_ >= kHeaderSize && length <= out_.capacityBytes() - outSize_) {
+            std::memcpy(out_.bytes() + outSize_, buffer, length);
+            outSize_ += length;
+            written_ += length;
+            return;
+        }
+        writeSlow(buffer, length);
+    }
+    uint32_t writePos() {
+        if (!stream_ && !toMemory_) noWritePos();
+        return uint32_t(outSize_ > kHeaderSize ? outSize_ - kHeaderSize : 0);
+    }
     uint32_t writeTail(uint32_t size, uint8_t fill);
     void close();
+    // The file written by the last close() to memory; empty afterwards.
+    ByteRegion takeOutput(size_t &size);
+    // The `n` bytes at a workbook-stream position written before, to be
+    // overwritten; throws when they were not written.
+    uint8_t *patchPlace(uint32_t pos, size_t n);
 
     std::string dump() const;
 
@@ -102,6 +124,9 @@ private:
     std::vector<uint8_t> readWholeStream(const DirEntry &e);
     void writeRaw(const void *buffer, size_t length);
     void writeFill(size_t count, uint8_t fill);
+    void writeSlow(const void *buffer, size_t length);
+    [[noreturn]] static void noWritePos();
+    void checkWritable() const;
 
     struct CheckPoint {
         std::streamoff readPos = 0, writePos = 0;
@@ -132,6 +157,10 @@ private:
     uint64_t readTotal_ = 0;
     uint64_t hops_ = 0; // sectors followed, bounds a cyclic chain
     uint64_t written_ = 0;
+    // The file being written, header included, and its length.
+    ByteRegion out_;
+    size_t outSize_ = 0;
+    bool toMemory_ = false;
     bool eof_ = false;
     CheckPoint check_;
     uint32_t fileSize_ = 0;
@@ -171,8 +200,15 @@ public:
     // With nothing left in the record and a CONTINUE next, enters it.
     void checkContinue(unsigned short &remaining);
 
-    void writeInt16(uint16_t value);
-    void writeInt32(uint32_t value);
+    void writeInt16(uint16_t value) {
+        const uint8_t b[2] = {uint8_t(value), uint8_t(value >> 8)};
+        write(b, 2);
+    }
+    void writeInt32(uint32_t value) {
+        const uint8_t b[4] = {uint8_t(value), uint8_t(value >> 8), uint8_t(value >> 16),
+                              uint8_t(value >> 24)};
+        write(b, 4);
+    }
     void writeDouble(double value);
     void writeInt16(uint16_t value, unsigned short &remaining);
     void writeInt32(uint32_t value, unsigned short &remaining);

@@ -8,10 +8,6 @@
 
 namespace tabrix {
 
-namespace {
-const char *kStreamError = "stream error, perhaps it's too small writing buffer";
-}
-
 void XlsRecords::enterContinue(unsigned short &remaining, const char *who) {
     for (;;) {
         uint16_t id = 0, size = 0;
@@ -67,16 +63,6 @@ void XlsRecords::checkContinue(unsigned short &remaining) {
     XlsCore::readInt16(remaining);
 }
 
-void XlsRecords::writeInt16(uint16_t value) {
-    uint8_t b[2] = {uint8_t(value), uint8_t(value >> 8)};
-    write(b, 2);
-}
-
-void XlsRecords::writeInt32(uint32_t value) {
-    uint8_t b[4] = {uint8_t(value), uint8_t(value >> 8), uint8_t(value >> 16), uint8_t(value >> 24)};
-    write(b, 4);
-}
-
 void XlsRecords::writeDouble(double value) {
     uint64_t bits;
     std::memcpy(&bits, &value, 8);
@@ -113,15 +99,9 @@ void XlsRecords::write(uint16_t id, const void *buffer, uint16_t size) {
 }
 
 void XlsRecords::patchInt16(uint32_t pos, uint16_t value) {
-    std::iostream *s = stream();
-    if (!s) throw tberror(kStreamError);
-    std::streamoff back = s->tellp();
-    uint8_t b[2] = {uint8_t(value), uint8_t(value >> 8)};
-    s->seekp(std::streamoff(kHeaderSize) + std::streamoff(pos));
-    s->write(reinterpret_cast<const char *>(b), 2);
-    if (!*s) throw tberror(kStreamError);
-    s->seekp(back);
-    if (!*s) throw tberror(kStreamError);
+    uint8_t *p = patchPlace(pos, 2);
+    p[0] = uint8_t(value);
+    p[1] = uint8_t(value >> 8);
 }
 
 } // namespace tabrix

@@ -6,45 +6,57 @@
 #include "biff/cfb_fat.h"
 #include "book/tberror.h"
 
+#include <cstring>
+#include <utility>
+
 namespace tabrix {
 
 namespace {
-const char *kWriteError = "stream error, perhaps it's too small writing buffer";
+const char *const kWriteError = "stream error, perhaps it's too small writing buffer";
 const uint32_t kWriteSector = 512;
 const uint32_t kMinWorkbook = 4096;
 
 uint32_t sectorsFor(uint64_t bytes) { return uint32_t((bytes + kWriteSector - 1) / kWriteSector); }
 } // namespace
 
+void XlsCore::checkWritable() const {
+    if (!stream_ && !toMemory_) throw tberror(kWriteError);
+}
+
+void XlsCore::noWritePos() { throw tberror("can't get the current write position"); }
+
+void XlsCore::writeToMemory() {
+    stream_ = nullptr;
+    toMemory_ = true;
+}
+
 void XlsCore::writeRaw(const void *buffer, size_t length) {
-    if (!stream_) throw tberror(kWriteError);
-    stream_->write(static_cast<const char *>(buffer), std::streamsize(length));
-    if (!*stream_) throw tberror(kWriteError);
+    checkWritable();
+    if (length > out_.capacityBytes() - outSize_) out_.grow(outSize_ + length, outSize_);
+    if (length) std::memcpy(out_.bytes() + outSize_, buffer, length);
+    outSize_ += length;
 }
 
 void XlsCore::writeFill(size_t count, uint8_t fill) {
-    std::vector<char> pad(count, char(fill));
-    if (count) writeRaw(pad.data(), count);
+    checkWritable();
+    if (count > out_.capacityBytes() - outSize_) out_.grow(outSize_ + count, outSize_);
+    if (count) std::memset(out_.bytes() + outSize_, fill, count);
+    outSize_ += count;
 }
 
 void XlsCore::writeHeader() {
-    static const char zeros[kHeaderSize] = {0};
-    if (!stream_) throw tberror("stream error");
-    stream_->seekp(0);
-    stream_->write(zeros, kHeaderSize);
-    if (!*stream_) throw tberror("stream error");
+    if (!stream_ && !toMemory_) throw tberror("stream error");
+    outSize_ = 0;
+    writeFill(kHeaderSize, 0);
 }
 
-void XlsCore::write(const void *buffer, size_t length) {
-    if (written_ == 0 && stream_) stream_->seekp(kHeaderSize);
+// The first write of the workbook stream starts behind the header, and a
+// write that needs room grows the buffer.
+void XlsCore::writeSlow(const void *buffer, size_t length) {
+    checkWritable();
+    if (outSize_ < kHeaderSize) writeFill(kHeaderSize - outSize_, 0);
     writeRaw(buffer, length);
     written_ += length;
-}
-
-uint32_t XlsCore::writePos() {
-    std::streamoff pos = stream_ ? std::streamoff(stream_->tellp()) : std::streamoff(-1);
-    if (pos < 0) throw tberror("can't get the current write position");
-    return uint32_t(pos - kHeaderSize);
 }
 
 uint32_t XlsCore::writeTail(uint32_t size, uint8_t fill) {
@@ -54,7 +66,8 @@ uint32_t XlsCore::writeTail(uint32_t size, uint8_t fill) {
 }
 
 void XlsCore::close() {
-    if (!stream_ || workbook_ >= dir_.size()) throw tberror(kWriteError);
+    checkWritable();
+    if (workbook_ >= dir_.size()) throw tberror(kWriteError);
     uint64_t n = 0;
     DirEntry &wb = dir_[workbook_];
     if (written_ > 0) {
@@ -69,7 +82,7 @@ void XlsCore::close() {
     } else {
         wb.startingSectorLocation = kEndOfChain;
         wb.streamSize = 0;
-        stream_->seekp(kHeaderSize);
+        if (outSize_ < kHeaderSize) writeFill(kHeaderSize - outSize_, 0);
     }
 
     for (auto &k : kept_) {
@@ -136,13 +149,30 @@ void XlsCore::close() {
     for (size_t i = 0; i < dir_.size(); ++i) dir_[i].toBytes(&dirBytes[i * kDirEntrySize]);
     writeRaw(dirBytes.data(), dirBytes.size());
 
-    std::streamoff end = stream_->tellp();
-    fileSize_ = end < 0 ? 0 : uint32_t(end);
-    uint8_t head[kHeaderSize];
-    header_.toBytes(head);
-    stream_->seekp(0);
-    writeRaw(head, kHeaderSize);
-    stream_->flush();
+    if (outSize_ > 0xFFFFFFFFull) throw tberror("compound file is too big");
+    fileSize_ = uint32_t(outSize_);
+    header_.toBytes(reinterpret_cast<uint8_t *>(out_.bytes()));
+    if (stream_) {
+        stream_->seekp(0);
+        stream_->write(out_.bytes(), std::streamsize(outSize_));
+        stream_->flush();
+        if (!*stream_) throw tberror(kWriteError);
+        out_.release();
+        outSize_ = 0;
+    }
+}
+
+uint8_t *XlsCore::patchPlace(uint32_t pos, size_t n) {
+    checkWritable();
+    const size_t at = size_t(kHeaderSize) + pos;
+    if (at > outSize_ || n > outSize_ - at) throw tberror(kWriteError);
+    return reinterpret_cast<uint8_t *>(out_.bytes()) + at;
+}
+
+ByteRegion XlsCore::takeOutput(size_t &size) {
+    size = outSize_;
+    outSize_ = 0;
+    return std::move(out_);
 }
 
 } // namespace tabrix

@@ -1,5 +1,6 @@
 #include "book/mem_pool.h"
 
+#include "book/mapped_memory.h"
 #include "book/tberror.h"
 
 namespace tabrix {
@@ -13,7 +14,10 @@ C *take(std::vector<C *> &blocks, size_t &offset, size_t count) {
     if (count > MemPool::kBlockSize)
         throw tberror("memory pool request is larger than a block");
     if (offset + count > MemPool::kBlockSize) {
-        blocks.push_back(new C[MemPool::kBlockSize]);
+        // Mapped, so that a block takes memory only as it fills, a huge
+        // page at a time.
+        blocks.reserve(blocks.size() + 1);
+        blocks.push_back(static_cast<C *>(mapZeroed(MemPool::kBlockSize * sizeof(C))));
         offset = 0;
     }
     C *p = blocks.back() + offset;
@@ -31,9 +35,9 @@ void MemPool::addPointer(BaseClass *object) { _objects.push_back(object); }
 
 void MemPool::free() {
     for (char *b : _blocksA)
-        delete[] b;
+        unmapRegion(b, kBlockSize * sizeof(char));
     for (wchar_t *b : _blocksW)
-        delete[] b;
+        unmapRegion(b, kBlockSize * sizeof(wchar_t));
     for (BaseClass *o : _objects)
         delete o;
     _blocksA.clear();

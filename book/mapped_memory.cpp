@@ -1,4 +1,4 @@
-#include "biff/mapped_memory.h"
+#include "book/mapped_memory.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -22,9 +22,9 @@ size_t wholePages(size_t bytes) {
 }
 
 void *mapZeroed(size_t bytes) {
+    if (bytes >= kHugePageBytes) return mapHugeAligned(bytes);
     void *p = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (p == MAP_FAILED) throw std::bad_alloc();
-    adviseHuge(p, bytes);
     return p;
 }
 
