@@ -6,6 +6,7 @@
 #include "book/text_result.h"
 
 #include <cstring>
+#include <cwchar>
 #include <type_traits>
 
 namespace tabrix {
@@ -20,32 +21,35 @@ const size_t kMaxPosition = (size_t(1) << 28) - 1;
 // UTF-16 units held in wide characters to UTF-8, reusing `out`.  An unpaired
 // surrogate answers false and leaves the work to the general converter.
 bool fastUtf8(const wchar_t *text, std::string &out) {
-    out.clear();
+    const size_t n = std::wcslen(text);
+    // Three bytes at most for each unit; a surrogate pair takes four for two.
+    out.resize(3 * n);
+    char *o = &out[0];
     for (const wchar_t *p = text; *p; ++p) {
         uint32_t u = uint32_t(*p) & 0xFFFFu;
         if (u < 0x80) {
-            out.push_back(char(u));
+            *o++ = char(u);
         } else if (u < 0x800) {
-            out.push_back(char(0xC0 | (u >> 6)));
-            out.push_back(char(0x80 | (u & 0x3F)));
+            *o++ = char(0xC0 | (u >> 6));
+            *o++ = char(0x80 | (u & 0x3F));
         } else if (u >= 0xD800 && u <= 0xDFFF) {
             uint32_t lo = uint32_t(p[1]) & 0xFFFFu;
             if (u > 0xDBFF || lo < 0xDC00 || lo > 0xDFFF) return false;
             uint32_t cp = 0x10000 + ((u - 0xD800) << 10) + (lo - 0xDC00);
-            out.push_back(char(0xF0 | (cp >> 18)));
-            out.push_back(char(0x80 | ((cp >> 12) & 0x3F)));
-            out.push_back(char(0x80 | ((cp >> 6) & 0x3F)));
-            out.push_back(char(0x80 | (cp & 0x3F)));
+            *o++ = char(0xF0 | (cp >> 18));
+            *o++ = char(0x80 | ((cp >> 12) & 0x3F));
+            *o++ = char(0x80 | ((cp >> 6) & 0x3F));
+            *o++ = char(0x80 | (cp & 0x3F));
             ++p;
         } else {
-            out.push_back(char(0xE0 | (u >> 12)));
-            out.push_back(char(0x80 | ((u >> 6) & 0x3F)));
-            out.push_back(char(0x80 | (u & 0x3F)));
+            *o++ = char(0xE0 | (u >> 12));
+            *o++ = char(0x80 | ((u >> 6) & 0x3F));
+            *o++ = char(0x80 | (u & 0x3F));
         }
     }
+    out.resize(size_t(o - out.data()));
     return true;
 }
-
 
 const char *callerText(const wchar_t *wide, std::string &narrow, std::wstring &, bool utf8,
                        XString &message, const char *) {
@@ -267,7 +271,8 @@ bool SheetImplT<C>::writeStr(int row, int col, const C *value, IFormatT<C> *form
         for (; text[len]; ++len) ascii = ascii && uint32_t(text[len]) < 0x80;
         if (len > kMaxText) throw tberror(kStringTooLong);
         const bool cacheable = len <= StringCache<C>::kMaxKey &&
-                               (sizeof(C) == sizeof(wchar_t) || (ascii && _owner->utf8Mode()));
+                               (sizeof(C) == sizeof(wchar_t) || (ascii && _owner->utf8Mode())) &&
+                               _strings.active();
         uint32_t hash = 0;
         if (cacheable) {
             hash = StringCache<C>::hash(text, len);

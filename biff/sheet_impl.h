@@ -10,7 +10,7 @@
 #define TABRIX_BIFF_SHEET_IMPL_H
 
 #include "biff/biff_record.h"
-#include "biff/cell_vector.h"
+#include "biff/pod_vector.h"
 #include "biff/records/blank.h"
 #include "biff/records/bool_err.h"
 #include "biff/records/col_info.h"
@@ -222,7 +222,7 @@ public:
     // the next cell that uses it, before that cell is overwritten.
     void delSharedFormula(int row, int col);
 
-    const CellVector<LabelSst> &labelSst() const { return _labelSst; }
+    const PodVector<LabelSst> &labelSst() const { return _labelSst; }
     const SheetIndex &sheetIndex() const { return _index; }
     const std::vector<MergeCells> &mergeCells() const { return _mergeCells; }
     const std::vector<ColInfo> &colInfos() const { return _colInfos; }
@@ -331,16 +331,16 @@ private:
 
     // Rows and cells.
     std::vector<Row> _rowList;
-    CellVector<LabelSst> _labelSst;
+    PodVector<LabelSst> _labelSst;
     std::vector<Label> _labels;
-    CellVector<RK> _rk;
-    CellVector<Number> _numbers;
+    PodVector<RK> _rk;
+    PodVector<Number> _numbers;
     std::vector<DBCell> _dbCells;
     std::vector<Biff> _unknown;
     std::vector<ColInfo> _colInfos;
     std::vector<MergeCells> _mergeCells;
-    CellVector<Blank> _blanks;
-    CellVector<BoolErr> _boolErrs;
+    PodVector<Blank> _blanks;
+    PodVector<BoolErr> _boolErrs;
     std::vector<FormulaBlock> _formulas;
 
     SheetIndex _index;

@@ -20,10 +20,18 @@ public:
     // FNV-1a over the text's units.
     static uint32_t hash(const C *text, size_t len);
     // The index kept for the text, or -1.
-    int64_t find(const C *text, size_t len, uint32_t hash) const;
+    int64_t find(const C *text, size_t len, uint32_t hash);
     // Keeps the text; a full cache starts over empty.
     void put(const C *text, size_t len, uint32_t hash, uint32_t index);
     void clear();
+    // False while the cache rests: when a whole fill of it found almost
+    // nothing (every text distinct), it is left alone for as many writes
+    // as it holds, then tried again.
+    bool active() {
+        if (_rest == 0) return true;
+        --_rest;
+        return false;
+    }
 
 private:
     static constexpr size_t kMaxEntries = 1u << 16;
@@ -35,6 +43,8 @@ private:
     std::vector<Slot> _slots;
     std::vector<C> _keys;
     size_t _count = 0;
+    size_t _hits = 0;  // finds that hit since the cache last started over
+    size_t _rest = 0;  // writes left to pass the cache by
 };
 
 extern template class StringCache<char>;

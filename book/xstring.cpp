@@ -7,6 +7,9 @@ namespace tabrix {
 void XString::assign(const char *text) {
     if (!text)
         return;
+    // Every operation sets "ok" first: the same text again changes nothing.
+    if (!_narrowStale && _narrow == text)
+        return;
     _narrow = text;
     _narrowStale = false;
     _wideStale = true;

@@ -16,6 +16,7 @@ void ExtString::setString(const wchar_t *s, MemPool &pool) {
     text = t;
     flags = kHighByte;
     format = nullptr;
+    hash = 0;
 }
 
 bool ExtString::read(XlsRecords &xls, uint32_t &remaining, MemPool &pool) {

@@ -42,6 +42,9 @@ public:
     uint8_t flags = kHighByte;
     const wchar_t *text = nullptr; // terminated, pool-owned
     ExtStringFormat *format = nullptr;
+    // The text's hash once the string table has computed it, else 0; kept
+    // so that look-ups and the table's growth never walk stored texts.
+    uint64_t hash = 0;
 
     uint16_t cch() const;
     // A pool copy of `s` with flags 0x01 and no runs.

@@ -8,9 +8,20 @@ namespace tabrix {
 
 unsigned SST::insert(const wchar_t *text, bool force) {
     ExtString s;
+    if (!force) {
+        // A text the table holds already costs no copy.
+        s.hash = HashFnv::of(text);
+        int64_t found = map_.find(text ? text : L"", s.hash);
+        if (found >= 0) {
+            ++cstTotal;
+            return unsigned(found);
+        }
+    }
+    const uint64_t hash = s.hash;
     s.setString(text, pool_);
-    bool inserted = false;
-    unsigned index = map_.insert(s, force, inserted);
+    s.hash = hash;
+    bool inserted = true;
+    unsigned index = force ? map_.insert(s, true, inserted) : map_.add(s);
     ++cstTotal;
     if (inserted) ++cstUnique;
     return index;

@@ -1,6 +1,7 @@
 #include "biff/records/str_map.h"
 
 #include <cstdint>
+#include <utility>
 
 namespace tabrix {
 
@@ -18,17 +19,20 @@ bool isDeleted(const ExtString &s) { return s.text == nullptr && s.flags == 0xFF
 
 } // namespace
 
-size_t HashFnv::operator()(const ExtString &s) const {
+uint64_t HashFnv::of(const wchar_t *text) {
     uint64_t h = 0x811C9DC5u;
-    for (const wchar_t *p = s.text; p && *p; ++p) {
+    for (const wchar_t *p = text; p && *p; ++p) {
         h *= 16777619u;
         h ^= uint64_t(uint32_t(*p));
     }
-    return size_t(h);
+    return h;
 }
 
 bool EqStr::operator()(const ExtString &a, const ExtString &b) const {
     if (isDeleted(a) || isDeleted(b)) return isDeleted(a) && isDeleted(b);
+    // Different hashes mean different texts: most probes end here, without
+    // reading the stored text.
+    if (a.hash && b.hash && a.hash != b.hash) return false;
     const wchar_t *x = a.text ? a.text : L"";
     const wchar_t *y = b.text ? b.text : L"";
     for (; *x && *x == *y; ++x, ++y) {
@@ -51,7 +55,20 @@ bool EqStr::operator()(const ExtString &a, const ExtString &b) const {
 StrMap::StrMap() { map_.set_deleted_key(deletedKey()); }
 
 void StrMap::sync() {
-    for (; mapped_ < strings_.size(); ++mapped_) map_[strings_[mapped_]] = unsigned(mapped_);
+    for (; mapped_ < strings_.size(); ++mapped_) {
+        ExtString &s = strings_[mapped_];
+        if (!s.hash) s.hash = HashFnv::of(s.text);
+        map_[s] = unsigned(mapped_);
+    }
+}
+
+int64_t StrMap::find(const wchar_t *text, uint64_t hash) {
+    sync();
+    ExtString probe;
+    probe.text = text;
+    probe.hash = hash;
+    auto it = map_.find(probe);
+    return it == map_.end() ? -1 : int64_t(it->second);
 }
 
 unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
@@ -63,15 +80,25 @@ unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
         return index;
     }
     sync();
-    auto it = map_.find(s);
+    ExtString key = s;
+    if (!key.hash) key.hash = HashFnv::of(key.text);
+    auto it = map_.find(key);
     if (it != map_.end()) {
         inserted = false;
         return it->second;
     }
-    map_[s] = index;
-    strings_.push_back(s);
-    mapped_ = strings_.size();
     inserted = true;
+    return add(key);
+}
+
+unsigned StrMap::add(const ExtString &s) {
+    sync();
+    const unsigned index = unsigned(strings_.size());
+    ExtString key = s;
+    if (!key.hash) key.hash = HashFnv::of(key.text);
+    map_.insert(std::make_pair(key, index));
+    strings_.push_back(key);
+    mapped_ = strings_.size();
     return index;
 }
 
@@ -83,8 +110,10 @@ void StrMap::insert(unsigned index, const ExtString &s) {
             map_.erase(it);
             break;
         }
-    strings_[index] = s;
-    map_[s] = index;
+    ExtString key = s;
+    key.hash = HashFnv::of(key.text);
+    strings_[index] = key;
+    map_[key] = index;
 }
 
 void StrMap::reset() {

@@ -5,18 +5,21 @@
 #ifndef TABRIX_BIFF_RECORDS_STR_MAP_H
 #define TABRIX_BIFF_RECORDS_STR_MAP_H
 
+#include "biff/pod_vector.h"
 #include "biff/records/ext_string.h"
 
 #include <sparsehash/sparse_hash_map>
 
 #include <cstddef>
-#include <vector>
+#include <cstdint>
 
 namespace tabrix {
 
-// FNV-1 over the text's characters, multiply first, then XOR.
+// FNV-1 over the text's characters, multiply first, then XOR; the hash
+// a string carries already when it has one.
 struct HashFnv {
-    size_t operator()(const ExtString &s) const;
+    static uint64_t of(const wchar_t *text);
+    size_t operator()(const ExtString &s) const { return size_t(s.hash ? s.hash : of(s.text)); }
 };
 
 // Equal text and equal rich-text/phonetic bits; equal runs when formatted;
@@ -30,6 +33,11 @@ public:
     StrMap();
 
     unsigned insert(const ExtString &s, bool force, bool &inserted);
+    // Finds a plain text (no runs, no phonetic data) without copying it:
+    // its index, or -1.  `hash` is HashFnv::of(text).
+    int64_t find(const wchar_t *text, uint64_t hash);
+    // Appends a string that find() did not find; answers its index.
+    unsigned add(const ExtString &s);
     // Replaces the string at `index` (an index outside the table is ignored).
     void insert(unsigned index, const ExtString &s);
     const ExtString &extract(unsigned index) const { return strings_.at(index); }
@@ -42,7 +50,7 @@ private:
     // equal strings the later index wins.
     void sync();
 
-    std::vector<ExtString> strings_;
+    PodVector<ExtString> strings_;
     size_t mapped_ = 0;
     google::sparse_hash_map<ExtString, unsigned, HashFnv, EqStr> map_;
 };

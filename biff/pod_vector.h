@@ -1,32 +1,42 @@
-// CellVector: the vector of one kind of plain cell record (RK, Number,
-// LabelSst, Blank, BoolErr).  Elements are trivially copyable, so a small
-// vector grows with realloc and a large one lives in memory mapped from the
+// PodVector: a vector of trivially copyable elements for the large arrays
+// of a book: each kind of plain cell record (RK, Number, LabelSst, Blank,
+// BoolErr) and the entries of the shared string table.  A small vector
+// grows with realloc and a large one lives in memory mapped from the
 // kernel, which grows without copying: a sheet filled cell by cell never
 // copies its cells and touches each page of them once.
-#ifndef TABRIX_BIFF_CELL_VECTOR_H
-#define TABRIX_BIFF_CELL_VECTOR_H
+#ifndef TABRIX_BIFF_POD_VECTOR_H
+#define TABRIX_BIFF_POD_VECTOR_H
 
 #include "biff/byte_region.h"
 
 #include <cstddef>
+#include <cstring>
 #include <new>
+#include <stdexcept>
 #include <type_traits>
 
 namespace tabrix {
 
-template <class T> class CellVector {
-    static_assert(std::is_trivially_copyable<T>::value, "cells are copied as bytes");
+template <class T> class PodVector {
+    static_assert(std::is_trivially_copyable<T>::value, "elements are copied as bytes");
 
 public:
     typedef T value_type;
     typedef T *iterator;
     typedef const T *const_iterator;
 
-    CellVector() = default;
-    CellVector(const CellVector &other) { *this = other; }
-    CellVector &operator=(const CellVector &other);
-    CellVector(CellVector &&other) noexcept = default;
-    CellVector &operator=(CellVector &&other) noexcept = default;
+    PodVector() = default;
+    PodVector(const PodVector &other) { *this = other; }
+    PodVector &operator=(const PodVector &other) {
+        if (this == &other) return *this;
+        _size = 0;
+        reserve(other._size);
+        if (other._size) std::memcpy(static_cast<void *>(data()), other.data(), other._size * sizeof(T));
+        _size = other._size;
+        return *this;
+    }
+    PodVector(PodVector &&other) noexcept = default;
+    PodVector &operator=(PodVector &&other) noexcept = default;
 
     size_t size() const { return _size; }
     bool empty() const { return _size == 0; }
@@ -35,6 +45,10 @@ public:
     const T *data() const { return reinterpret_cast<const T *>(_store.bytes()); }
     T &operator[](size_t i) { return data()[i]; }
     const T &operator[](size_t i) const { return data()[i]; }
+    const T &at(size_t i) const {
+        if (i >= _size) throw std::out_of_range("PodVector::at");
+        return data()[i];
+    }
     T &back() { return data()[_size - 1]; }
     const T &back() const { return data()[_size - 1]; }
     iterator begin() { return data(); }

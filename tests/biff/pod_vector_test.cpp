@@ -1,6 +1,6 @@
 // The cell vectors keep every element through growth from heap to mapped
 // memory, copies, trims and clears.
-#include "biff/cell_vector.h"
+#include "biff/pod_vector.h"
 #include "biff/records/number.h"
 #include "biff/records/rk.h"
 
@@ -29,17 +29,17 @@ template <class V> bool holdsNumbers(const V &v, size_t n) {
 
 } // namespace
 
-TEST(CellVector, KeepsElementsThroughGrowthCopyAndTrim) {
+TEST(PodVector, KeepsElementsThroughGrowthCopyAndTrim) {
     // Sizes on both sides of the switch to mapped memory and of a huge page.
     for (size_t n : {size_t(0), size_t(1), size_t(100), size_t(16384), size_t(20000),
                      size_t(300000), size_t(1000000)}) {
         SCOPED_TRACE(n);
-        CellVector<Number> v;
+        PodVector<Number> v;
         fillNumbers(v, n);
         EXPECT_TRUE(holdsNumbers(v, n));
         EXPECT_GE(v.capacity(), n);
 
-        CellVector<Number> copy(v);
+        PodVector<Number> copy(v);
         EXPECT_TRUE(holdsNumbers(copy, n));
         copy.emplace_back().value = -1;
         EXPECT_EQ(v.size(), n) << "the copy shares nothing";
@@ -49,7 +49,7 @@ TEST(CellVector, KeepsElementsThroughGrowthCopyAndTrim) {
         v.emplace_back();
         EXPECT_EQ(v.back().value, 0.0) << "a new element starts as a default record";
 
-        CellVector<Number> moved(std::move(copy));
+        PodVector<Number> moved(std::move(copy));
         EXPECT_EQ(moved.size(), n + 1);
         EXPECT_EQ(moved.back().value, -1.0);
 
@@ -60,15 +60,15 @@ TEST(CellVector, KeepsElementsThroughGrowthCopyAndTrim) {
     }
 }
 
-TEST(CellVector, ReserveThenAssign) {
-    CellVector<RK> v;
+TEST(PodVector, ReserveThenAssign) {
+    PodVector<RK> v;
     v.reserve(500000);
     EXPECT_GE(v.capacity(), 500000u);
     EXPECT_TRUE(v.empty());
     RK e;
     e.rk = 0x3FF00000;
     for (int i = 0; i < 10; ++i) v.push_back(e);
-    CellVector<RK> w;
+    PodVector<RK> w;
     for (int i = 0; i < 70000; ++i) w.emplace_back().row = 7;
     w = v;
     ASSERT_EQ(w.size(), 10u);
