@@ -1,5 +1,6 @@
 #include "biff/sheet_string_cache.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace tabrix {
@@ -32,8 +33,14 @@ template <class C>
 void StringCache<C>::put(const C *text, size_t len, uint32_t hash, uint32_t index) {
     if (len > kMaxKey) return;
     if (_count >= kMaxEntries || _keys.size() + len > kMaxUnits) {
-        // A fill that hit less than once in eight puts did not pay.
-        if (_hits * 8 < _count) _rest = kMaxEntries;
+        // A fill that hit less than once in eight puts did not pay: rest,
+        // twice as long after each such fill in a row.
+        if (_hits * 8 < _count) {
+            _restLength = _restLength ? std::min(2 * _restLength, kMaxRest) : kMaxEntries;
+            _rest = _restLength;
+        } else {
+            _restLength = 0;
+        }
         clear();
     }
     if (_slots.empty()) _slots.resize(1024);

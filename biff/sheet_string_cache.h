@@ -26,7 +26,7 @@ public:
     void clear();
     // False while the cache rests: when a whole fill of it found almost
     // nothing (every text distinct), it is left alone for as many writes
-    // as it holds, then tried again.
+    // as it holds, twice that after a second such fill, and so on.
     bool active() {
         if (_rest == 0) return true;
         --_rest;
@@ -45,6 +45,8 @@ private:
     size_t _count = 0;
     size_t _hits = 0;  // finds that hit since the cache last started over
     size_t _rest = 0;  // writes left to pass the cache by
+    size_t _restLength = 0;
+    static constexpr size_t kMaxRest = kMaxEntries * 64;
 };
 
 extern template class StringCache<char>;

@@ -28,11 +28,8 @@ uint64_t HashFnv::of(const wchar_t *text) {
     return h;
 }
 
-bool EqStr::operator()(const ExtString &a, const ExtString &b) const {
+bool EqStr::equal(const ExtString &a, const ExtString &b) {
     if (isDeleted(a) || isDeleted(b)) return isDeleted(a) && isDeleted(b);
-    // Different hashes mean different texts: most probes end here, without
-    // reading the stored text.
-    if (a.hash && b.hash && a.hash != b.hash) return false;
     const wchar_t *x = a.text ? a.text : L"";
     const wchar_t *y = b.text ? b.text : L"";
     for (; *x && *x == *y; ++x, ++y) {
@@ -62,7 +59,17 @@ void StrMap::sync() {
     }
 }
 
+void StrMap::filterAll() {
+    for (; filtered_ < strings_.size(); ++filtered_) {
+        ExtString &s = strings_[filtered_];
+        if (!s.hash) s.hash = HashFnv::of(s.text);
+        filter_.put(s.hash);
+    }
+}
+
 int64_t StrMap::find(const wchar_t *text, uint64_t hash) {
+    filterAll();
+    if (!filter_.mayHold(hash)) return -1;
     sync();
     ExtString probe;
     probe.text = text;
@@ -79,26 +86,30 @@ unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
         inserted = true;
         return index;
     }
-    sync();
     ExtString key = s;
     if (!key.hash) key.hash = HashFnv::of(key.text);
-    auto it = map_.find(key);
-    if (it != map_.end()) {
-        inserted = false;
-        return it->second;
+    filterAll();
+    if (filter_.mayHold(key.hash)) {
+        sync();
+        auto it = map_.find(key);
+        if (it != map_.end()) {
+            inserted = false;
+            return it->second;
+        }
     }
     inserted = true;
     return add(key);
 }
 
+// The hash table takes the string at the next look-up that needs it.
 unsigned StrMap::add(const ExtString &s) {
-    sync();
+    filterAll();
     const unsigned index = unsigned(strings_.size());
     ExtString key = s;
     if (!key.hash) key.hash = HashFnv::of(key.text);
-    map_.insert(std::make_pair(key, index));
     strings_.push_back(key);
-    mapped_ = strings_.size();
+    filter_.put(key.hash);
+    filtered_ = strings_.size();
     return index;
 }
 
@@ -114,12 +125,15 @@ void StrMap::insert(unsigned index, const ExtString &s) {
     key.hash = HashFnv::of(key.text);
     strings_[index] = key;
     map_[key] = index;
+    filter_.put(key.hash);
 }
 
 void StrMap::reset() {
     strings_.clear();
     map_.clear();
     mapped_ = 0;
+    filter_.clear();
+    filtered_ = 0;
 }
 
 } // namespace tabrix

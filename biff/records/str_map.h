@@ -1,12 +1,15 @@
 // StrMap: the strings of the shared string table in index order, with a
 // hash table from string to index for deduplication while a book is built.
-// Strings appended with `force` (a loaded table) enter the hash table only
-// at the next look-up, so that a book that is only read never builds it.
+// Strings enter the hash table only at the next look-up that needs it: a
+// loaded table (appended with `force`), so that a book that is only read
+// never builds it, and new texts that the hash filter proved absent, so
+// that a book of distinct texts is written without searching.
 #ifndef TABRIX_BIFF_RECORDS_STR_MAP_H
 #define TABRIX_BIFF_RECORDS_STR_MAP_H
 
 #include "biff/pod_vector.h"
 #include "biff/records/ext_string.h"
+#include "biff/records/hash_filter.h"
 
 #include <sparsehash/sparse_hash_map>
 
@@ -25,7 +28,13 @@ struct HashFnv {
 // Equal text and equal rich-text/phonetic bits; equal runs when formatted;
 // strings with phonetic data are never equal.  The width bit is ignored.
 struct EqStr {
-    bool operator()(const ExtString &a, const ExtString &b) const;
+    bool operator()(const ExtString &a, const ExtString &b) const {
+        // Different hashes mean different texts: most probes end here,
+        // without reading the stored text.
+        if (a.hash && b.hash && a.hash != b.hash) return false;
+        return equal(a, b);
+    }
+    static bool equal(const ExtString &a, const ExtString &b);
 };
 
 class StrMap {
@@ -49,9 +58,14 @@ private:
     // Brings the strings appended since the last look-up into the table; of
     // equal strings the later index wins.
     void sync();
+    // Gives the strings not yet filtered their hashes and enters them in
+    // the filter.
+    void filterAll();
 
     PodVector<ExtString> strings_;
     size_t mapped_ = 0;
+    HashFilter filter_;
+    size_t filtered_ = 0;
     google::sparse_hash_map<ExtString, unsigned, HashFnv, EqStr> map_;
 };
 
