@@ -270,6 +270,20 @@ TEST(Sst, DeduplicationAndReplacement) {
     EXPECT_EQ(sst.strings().count(), 0u);
     EXPECT_EQ(sst.insert(L"same", false), 0u);
 
+    // New texts go in without a search; asked again, every one is found at
+    // its index, also after a forced duplicate and a replacement.
+    SST big(pool);
+    const int n = 20000;
+    for (int i = 0; i < n; ++i) EXPECT_EQ(big.insert(std::to_wstring(i).c_str(), false), unsigned(i));
+    EXPECT_EQ(big.insert(L"7", true), unsigned(n));
+    big.insert(3u, L"three");
+    for (int i = n - 1; i >= 0; --i) {
+        const unsigned want = i == 7 ? unsigned(n) : i == 3 ? unsigned(n + 1) : unsigned(i);
+        ASSERT_EQ(big.insert(std::to_wstring(i).c_str(), false), want) << i;
+    }
+    EXPECT_EQ(big.insert(L"three", false), 3u);
+    EXPECT_EQ(big.cstUnique, n + 2);
+
     // Equality: runs count, phonetic data never shares, width doesn't count.
     struct Case {
         size_t runsA, runsB, phA, phB;
