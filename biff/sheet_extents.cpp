@@ -8,10 +8,18 @@ namespace tabrix {
 
 template <class C> void SheetImplT<C>::recalcDimensions() {
     _dimensions.reset();
+    // A row widens the extents by its first and last cells only, and no
+    // cell lies beyond the row's column bound.
     for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
         if (!_index.hasRow(r)) continue;
-        for (unsigned c = 0; c < SheetIndex::kCols; ++c)
-            if (SheetIndex::exists(_index.get(r, c))) _dimensions.update(r, uint16_t(c));
+        const unsigned bound = _index.lastColBound(r);
+        unsigned first = 0;
+        while (first <= bound && !SheetIndex::exists(_index.get(r, first))) ++first;
+        if (first > bound) continue;
+        unsigned last = bound;
+        while (!SheetIndex::exists(_index.get(r, last))) --last;
+        _dimensions.update(r, uint16_t(first));
+        _dimensions.update(r, uint16_t(last));
     }
     for (const MergeCells &m : _mergeCells)
         for (const MergeCells::Area &a : m.areas) {

@@ -12,11 +12,14 @@ namespace tabrix {
 namespace {
 
 const size_t kPageBytes = size_t(SheetIndex::kCols) * sizeof(uint32_t);
-const size_t kTableBytes = size_t(SheetIndex::kRows) * sizeof(uint32_t *);
+// The row pointers, then a byte a row for the last column asked for.
+const size_t kTableBytes = size_t(SheetIndex::kRows) * (sizeof(uint32_t *) + 1);
 
 } // namespace
 
-SheetIndex::SheetIndex() : _rows(static_cast<uint32_t **>(mapZeroed(kTableBytes))) {}
+SheetIndex::SheetIndex()
+    : _rows(static_cast<uint32_t **>(mapZeroed(kTableBytes))),
+      _lastCol(reinterpret_cast<uint8_t *>(_rows + kRows)) {}
 
 SheetIndex::~SheetIndex() {
     clear();
@@ -24,7 +27,8 @@ SheetIndex::~SheetIndex() {
 }
 
 SheetIndex::SheetIndex(const SheetIndex &other)
-    : _rows(static_cast<uint32_t **>(mapZeroed(kTableBytes))) {
+    : _rows(static_cast<uint32_t **>(mapZeroed(kTableBytes))),
+      _lastCol(reinterpret_cast<uint8_t *>(_rows + kRows)) {
     *this = other;
 }
 
@@ -34,6 +38,7 @@ SheetIndex &SheetIndex::operator=(const SheetIndex &other) {
     for (int r = 0; r < kRows; ++r)
         if (other._rows[r])
             std::memcpy(newPage(unsigned(r)), other._rows[r], kCols * sizeof(uint32_t));
+    std::memcpy(_lastCol, other._lastCol, kRows);
     return *this;
 }
 

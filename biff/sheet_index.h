@@ -61,8 +61,13 @@ public:
     // The code at (row, col), allocating the row's page first.
     uint32_t &at(unsigned row, unsigned col) {
         uint32_t *page = _rows[row];
-        return page ? page[col] : *(newPage(row) + col);
+        if (!page) page = newPage(row);
+        if (col > _lastCol[row]) _lastCol[row] = uint8_t(col);
+        return page[col];
     }
+    // No column beyond this one of a row with a page was ever asked for by
+    // `at`, so none holds a cell: scans of the row may stop there.
+    unsigned lastColBound(unsigned row) const { return _lastCol[row]; }
     // Frees every page.
     void clear();
     // Pages allocated now.
@@ -72,6 +77,7 @@ private:
     uint32_t *newPage(unsigned row);
 
     uint32_t **_rows;
+    uint8_t *_lastCol; // per row; lives behind the row table
     struct Slab {
         uint32_t *base;
         int pages;

@@ -106,7 +106,8 @@ template <class C> void SheetImplT<C>::writeColInfos(XlsRecords &xls) {
 template <class C> void SheetImplT<C>::writeCells(XlsRecords &xls) {
     for (unsigned r = 0; r < SheetIndex::kRows; ++r) {
         if (!_index.hasRow(r)) continue;
-        for (unsigned c = 0; c < SheetIndex::kCols; ++c) {
+        const unsigned bound = _index.lastColBound(r);
+        for (unsigned c = 0; c <= bound; ++c) {
             const uint32_t code = _index.get(r, c);
             if (!SheetIndex::exists(code)) continue;
             const uint32_t p = SheetIndex::position(code);

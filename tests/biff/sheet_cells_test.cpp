@@ -265,6 +265,19 @@ TEST(SheetCells, ExtentsAreOnePastTheLastUsedCell) {
     EXPECT_EQ(b.sheet.lastRow(), 1);
     b.sheet.clear(0, 0, 0, 0);
     EXPECT_EQ(b.sheet.lastRow(), 0);
+
+    // A row's far cells cleared: its remaining cells set the extents, and
+    // the last column of the sheet still counts.
+    b.sheet.writeNum(3, 2, 1, nullptr);
+    b.sheet.writeNum(3, 200, 1, nullptr);
+    b.sheet.writeNum(4, 255, 1, nullptr);
+    b.sheet.clear(3, 3, 200, 200);
+    EXPECT_EQ(b.sheet.firstCol(), 2);
+    EXPECT_EQ(b.sheet.lastCol(), 256);
+    b.sheet.clear(4, 4, 0, 255);
+    EXPECT_EQ(b.sheet.lastCol(), 3);
+    EXPECT_EQ(b.sheet.firstRow(), 3);
+    EXPECT_EQ(b.sheet.lastRow(), 4);
 }
 
 TEST(SheetCells, FormatsOfCellsAndTheirFallbacks) {
