@@ -126,7 +126,7 @@ template <class C> uint32_t SheetImplT<C>::appendPosition(size_t size) const {
 template <class C> uint32_t SheetImplT<C>::lookup(int row, int col, IFormatT<C> **format) {
     if (format) *format = nullptr;
     checkRanges(row, col);
-    uint32_t code = codeAt(row, col);
+    uint32_t code = _index.findAhead(unsigned(row), unsigned(col));
     if (format && SheetIndex::exists(code)) *format = formatAt(xfOf(code));
     return code;
 }

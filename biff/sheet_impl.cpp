@@ -148,9 +148,10 @@ template <class C> std::wstring SheetImplT<C>::wideArg(const C *text) const {
 
 template <class C> int SheetImplT<C>::getTab() { return _owner->getTabIndex(this); }
 
-template <class C> void SheetImplT<C>::checkRanges(int row, int col) {
+// The row is checked first: both out of range names the row.
+template <class C> void SheetImplT<C>::rangeError(int row) {
     if (unsigned(row) > 65535u) throw tberror("row must be in range 0-65535");
-    if (unsigned(col) > 255u) throw tberror("col must be in range 0-255");
+    throw tberror("col must be in range 0-255");
 }
 
 template <class C> uint16_t SheetImplT<C>::getFormatID(int row, int col) const {

@@ -213,7 +213,10 @@ public:
     uint16_t getFormatID(int row, int col) const;
     // Throws the range messages for a row outside 0-65535 or a column
     // outside 0-255 (negative numbers included).
-    static void checkRanges(int row, int col);
+    static void checkRanges(int row, int col) {
+        if (unsigned(row) > 65535u || unsigned(col) > 255u) rangeError(row);
+    }
+    [[noreturn]] static void rangeError(int row);
     void recalcDimensions();
     // Zeroes the codes of the area, with blanksOnly only those of blanks;
     // allocates the row pages it touches.

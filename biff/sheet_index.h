@@ -58,6 +58,14 @@ public:
         const uint32_t *page = _rows[row];
         return page ? page[col] : 0;
     }
+    // find() for reads that walk the sheet row by row: the same column of
+    // the next row is fetched into the cache meanwhile, as its page lies
+    // 1 KiB further on and would otherwise miss.
+    uint32_t findAhead(unsigned row, unsigned col) const {
+        if (row + 1 < unsigned(kRows))
+            if (const uint32_t *next = _rows[row + 1]) __builtin_prefetch(next + col);
+        return find(row, col);
+    }
     // The code at (row, col), allocating the row's page first.
     uint32_t &at(unsigned row, unsigned col) {
         uint32_t *page = _rows[row];

@@ -12,10 +12,14 @@ namespace tabrix {
 
 extern const char *const kGeneralFailure;
 
+// Any message resets to "ok" by assign; a message type may offer a
+// cheaper markOk of its own (XString does).
+template <class Message> void markOk(Message &message) { message.assign("ok"); }
+
 // Message is anything with assign(const char*), e.g. XString.
 template <class Message, class R, class Work>
 R guarded(Message &message, R neutral, Work &&work) {
-    message.assign("ok");
+    markOk(message);
     try {
         return work();
     } catch (const std::exception &e) {
@@ -28,7 +32,7 @@ R guarded(Message &message, R neutral, Work &&work) {
 
 // The same for operations without a result.
 template <class Message, class Work> void guarded(Message &message, Work &&work) {
-    message.assign("ok");
+    markOk(message);
     try {
         work();
     } catch (const std::exception &e) {

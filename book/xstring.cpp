@@ -7,12 +7,10 @@ namespace tabrix {
 void XString::assign(const char *text) {
     if (!text)
         return;
-    // Every operation sets "ok" first: the same text again changes nothing.
-    if (!_narrowStale && _narrow == text)
-        return;
     _narrow = text;
     _narrowStale = false;
     _wideStale = true;
+    _ok = false;
 }
 
 void XString::assign(const wchar_t *text) {
@@ -21,12 +19,14 @@ void XString::assign(const wchar_t *text) {
     _wide = text;
     _wideStale = false;
     _narrowStale = true;
+    _ok = false;
 }
 
 void XString::clear() {
     _narrow.clear();
     _wide.clear();
     _narrowStale = _wideStale = false;
+    _ok = false;
 }
 
 template <> const char *XString::c_str<char>(bool utf8Mode) {

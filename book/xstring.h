@@ -13,6 +13,13 @@ public:
     void assign(const char *text);
     void assign(const wchar_t *text);
     void clear();
+    // assign("ok"), free when the text is "ok" already, as it is after
+    // every operation that went well.
+    void setOk() {
+        if (_ok) return;
+        assign("ok");
+        _ok = true;
+    }
     // The wanted side, converted first when stale (see encoding.h for the
     // modes); invalid UTF-8 throws.
     template <class C> const C *c_str(bool utf8Mode);
@@ -25,7 +32,11 @@ private:
     std::string _narrow;
     std::wstring _wide;
     bool _conversionFailed = false;
+    bool _ok = false; // the text is "ok", set by setOk()
 };
+
+// The frame of every public operation resets its message through this.
+inline void markOk(XString &message) { message.setOk(); }
 
 template <> const char *XString::c_str<char>(bool utf8Mode);
 template <> const wchar_t *XString::c_str<wchar_t>(bool utf8Mode);
