@@ -6,7 +6,7 @@
 
 #include "biff/records/book_ext.h"
 #include "biff/records/ext_sst.h"
-#include "biff/file_bytes.h"
+#include "biff/file_window.h"
 #include "biff/memory_stream.h"
 #include "biff/sheet_impl.h"
 #include "book/failure_frame.h"
@@ -83,10 +83,9 @@ template <class C> bool BookImplT<C>::load(const C *filename) {
         free();
         reset();
         std::string path;
-        FileBytes bytes;
-        if (!narrowPath(filename, path) || !bytes.read(path.c_str()))
+        FileWindow stream;
+        if (!narrowPath(filename, path) || !stream.open(path.c_str()))
             throw tberror("can't open file for reading");
-        MemoryStream stream(bytes.data() ? bytes.data() : "", bytes.size());
         loadFrom(stream);
         return true;
     });
