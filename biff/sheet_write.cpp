@@ -22,6 +22,8 @@ void writeIfPresent(XlsRecords &xls, const OptionalRecord &o) {
     if (!o.absent) o.record.write(xls);
 }
 
+const char *const kOldSheetNotSavable = "a worksheet loaded from a format older than BIFF8 can't be saved";
+
 } // namespace
 
 template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
@@ -30,6 +32,9 @@ template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
         writeAll(xls, _unknown);
         return;
     }
+    // Its records are written in the current layout: an older header over
+    // them would make a sheet of neither format.
+    if (_bof.vers < 0x0600) throw tberror(kOldSheetNotSavable);
     _bof.write(xls);
     if (_hasUncalced) writeWord(xls, 94, _uncalced);
     _indexRecord.write(xls);

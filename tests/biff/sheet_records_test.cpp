@@ -294,6 +294,17 @@ TEST(SheetRecords, BadRecordsGiveTheirMessages) {
         Bytes wb = stream({{2057, bof(16)}, {c.id, c.data}, {10, {}}});
         EXPECT_EQ(errorOf([&] { load(sheet, wb); }), c.message);
     }
+    // A worksheet of an older format loads, but is not saved under a newer
+    // header over records of the older layout.
+    {
+        FakeOwner<char> owner;
+        SheetImplT<char> &sheet = owner.addSheet(L"S");
+        Bytes old = cat(words({0x0400, 16, 8346, 1997}), words({0, 0, 0, 0}));
+        load(sheet, stream({{2057, old}, {515, cat(words({1, 1, 15}), num(0.5))}, {10, {}}}));
+        EXPECT_EQ(sheet.readNum(1, 1, nullptr), 0.5);
+        EXPECT_EQ(errorOf([&] { saved(sheet); }),
+                  "a worksheet loaded from a format older than BIFF8 can't be saved");
+    }
     // Number padded to 16 or 18 bytes is accepted.
     for (size_t size : {16u, 18u}) {
         FakeOwner<char> owner;
