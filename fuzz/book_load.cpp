@@ -7,6 +7,7 @@
 #include "support/workbook_input.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -36,7 +37,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
             auto *again = new BookImplT<char>();
             again->setLocale("UTF-8");
             // What we wrote must load again.
-            if (!again->loadRaw(copy.data(), unsigned(copy.size()))) std::abort();
+            if (!again->loadRaw(copy.data(), unsigned(copy.size()))) {
+                std::fprintf(stderr, "a saved book does not load again: %s\n", again->errorMessage());
+                std::abort();
+            }
             if (again->sheetCount() != book->sheetCount()) std::abort();
             again->release();
         }
