@@ -247,7 +247,6 @@ private:
 
     // The bytes of the last saveRaw, alive until the next one.
     ByteRegion _rawOut;
-    size_t _rawOutSize = 0;
     bool _utf8Mode = false;
     bool _template = false;
     std::string _savedLocale;

@@ -45,7 +45,6 @@ template <class C> bool BookImplT<C>::saveRaw(const char **data, unsigned *size)
         saveTo(nullptr);
         size_t n = 0;
         _rawOut = _xls.takeOutput(n);
-        _rawOutSize = n;
         if (data) *data = _rawOut.bytes();
         if (size) *size = unsigned(n);
         return true;

@@ -50,7 +50,7 @@ uint32_t *SheetIndex::newPage(unsigned row) {
                                    : std::min(2 * _slabs.back().pages, kMaxSlabPages);
         size_t bytes = size_t(pages) * kPageBytes;
         _slabs.reserve(_slabs.size() + 1);
-        void *p = bytes >= kHugePageBytes ? mapHugeAligned(bytes) : mapZeroed(bytes);
+        void *p = mapZeroed(bytes);
         _slabs.push_back(Slab{static_cast<uint32_t *>(p), pages});
         _slabFree = pages;
     }

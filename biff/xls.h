@@ -124,6 +124,7 @@ private:
     std::vector<uint8_t> readWholeStream(const DirEntry &e);
     void writeRaw(const void *buffer, size_t length);
     void writeFill(size_t count, uint8_t fill);
+    char *appendRoom(size_t length);
     void writeSlow(const void *buffer, size_t length);
     [[noreturn]] static void noWritePos();
     void checkWritable() const;

@@ -30,18 +30,23 @@ void XlsCore::writeToMemory() {
     toMemory_ = true;
 }
 
-void XlsCore::writeRaw(const void *buffer, size_t length) {
+// `length` more bytes at the end of the output, to be filled by the caller.
+char *XlsCore::appendRoom(size_t length) {
     checkWritable();
     if (length > out_.capacityBytes() - outSize_) out_.grow(outSize_ + length, outSize_);
-    if (length) std::memcpy(out_.bytes() + outSize_, buffer, length);
+    char *at = out_.bytes() + outSize_;
     outSize_ += length;
+    return at;
+}
+
+void XlsCore::writeRaw(const void *buffer, size_t length) {
+    char *at = appendRoom(length);
+    if (length) std::memcpy(at, buffer, length);
 }
 
 void XlsCore::writeFill(size_t count, uint8_t fill) {
-    checkWritable();
-    if (count > out_.capacityBytes() - outSize_) out_.grow(outSize_ + count, outSize_);
-    if (count) std::memset(out_.bytes() + outSize_, fill, count);
-    outSize_ += count;
+    char *at = appendRoom(count);
+    if (count) std::memset(at, fill, count);
 }
 
 void XlsCore::writeHeader() {

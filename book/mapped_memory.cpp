@@ -14,6 +14,20 @@ void adviseHuge(void *p, size_t bytes) {
     if (bytes >= kHugePageBytes) madvise(p, bytes, MADV_HUGEPAGE);
 }
 
+// Zeroed memory starting on a huge-page boundary.
+void *mapHugeAligned(size_t bytes) {
+    char *raw = static_cast<char *>(mmap(nullptr, bytes + kHugePageBytes, PROT_READ | PROT_WRITE,
+                                         MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    if (raw == MAP_FAILED) throw std::bad_alloc();
+    char *start = raw + (kHugePageBytes - reinterpret_cast<uintptr_t>(raw) % kHugePageBytes) %
+                            kHugePageBytes;
+    if (start > raw) munmap(raw, size_t(start - raw));
+    size_t tail = kHugePageBytes - size_t(start - raw);
+    if (tail) munmap(start + bytes, tail);
+    adviseHuge(start, bytes);
+    return start;
+}
+
 } // namespace
 
 size_t wholePages(size_t bytes) {
@@ -28,24 +42,11 @@ void *mapZeroed(size_t bytes) {
     return p;
 }
 
-void *mapHugeAligned(size_t bytes) {
-    char *raw = static_cast<char *>(mmap(nullptr, bytes + kHugePageBytes, PROT_READ | PROT_WRITE,
-                                         MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-    if (raw == MAP_FAILED) throw std::bad_alloc();
-    char *start = raw + (kHugePageBytes - reinterpret_cast<uintptr_t>(raw) % kHugePageBytes) %
-                            kHugePageBytes;
-    if (start > raw) munmap(raw, size_t(start - raw));
-    size_t tail = kHugePageBytes - size_t(start - raw);
-    if (tail) munmap(start + bytes, tail);
-    adviseHuge(start, bytes);
-    return start;
-}
-
 void *remapRegion(void *p, size_t from, size_t to) {
     if (to >= kHugePageBytes && to > from) {
         // Grown into a fresh huge-page aligned region: the old pages move
         // over by their page tables, the new part can take huge pages.
-        void *q = mapHugeAligned(to);
+        void *q = mapZeroed(to);
         if (mremap(p, from, from, MREMAP_MAYMOVE | MREMAP_FIXED, q) == MAP_FAILED) {
             munmap(q, to);
             throw std::bad_alloc();

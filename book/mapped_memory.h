@@ -16,8 +16,6 @@ constexpr size_t kHugePageBytes = size_t(2) << 20;
 // `bytes` of zeroed memory, huge-page aligned from kHugePageBytes on;
 // throws std::bad_alloc.
 void *mapZeroed(size_t bytes);
-// The same, aligned whatever the size.
-void *mapHugeAligned(size_t bytes);
 // A region of `from` bytes made `to` bytes long, moved if need be; the
 // bytes kept keep their contents, new ones are zero.  Throws std::bad_alloc
 // and then leaves the region as it was.

@@ -7,17 +7,17 @@
 namespace tabrix {
 
 unsigned SST::insert(const wchar_t *text, bool force) {
-    ExtString s;
+    uint64_t hash = 0;
     if (!force) {
         // A text the table holds already costs no copy.
-        s.hash = HashFnv::of(text);
-        int64_t found = map_.find(text ? text : L"", s.hash);
+        hash = HashFnv::of(text);
+        int64_t found = map_.find(text ? text : L"", hash);
         if (found >= 0) {
             ++cstTotal;
             return unsigned(found);
         }
     }
-    const uint64_t hash = s.hash;
+    ExtString s;
     s.setString(text, pool_);
     s.hash = hash;
     bool inserted = true;

@@ -67,15 +67,21 @@ void StrMap::filterAll() {
     }
 }
 
-int64_t StrMap::find(const wchar_t *text, uint64_t hash) {
+// The filter answers most misses; the hash table, brought up to date, the
+// rest.  `key` carries its hash.
+int64_t StrMap::lookUp(const ExtString &key) {
     filterAll();
-    if (!filter_.mayHold(hash)) return -1;
+    if (!filter_.mayHold(key.hash)) return -1;
     sync();
+    auto it = map_.find(key);
+    return it == map_.end() ? -1 : int64_t(it->second);
+}
+
+int64_t StrMap::find(const wchar_t *text, uint64_t hash) {
     ExtString probe;
     probe.text = text;
     probe.hash = hash;
-    auto it = map_.find(probe);
-    return it == map_.end() ? -1 : int64_t(it->second);
+    return lookUp(probe);
 }
 
 unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
@@ -88,17 +94,9 @@ unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
     }
     ExtString key = s;
     if (!key.hash) key.hash = HashFnv::of(key.text);
-    filterAll();
-    if (filter_.mayHold(key.hash)) {
-        sync();
-        auto it = map_.find(key);
-        if (it != map_.end()) {
-            inserted = false;
-            return it->second;
-        }
-    }
-    inserted = true;
-    return add(key);
+    const int64_t found = lookUp(key);
+    inserted = found < 0;
+    return inserted ? add(key) : unsigned(found);
 }
 
 // The hash table takes the string at the next look-up that needs it.

@@ -61,6 +61,7 @@ private:
     // Gives the strings not yet filtered their hashes and enters them in
     // the filter.
     void filterAll();
+    int64_t lookUp(const ExtString &key);
 
     PodVector<ExtString> strings_;
     size_t mapped_ = 0;
