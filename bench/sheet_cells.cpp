@@ -69,7 +69,7 @@ void fill(ISheetT<char> &sheet) {
 
 struct Book {
     BenchOwner owner;
-    std::unique_ptr<SheetImplT<char>> sheet{new SheetImplT<char>(owner, L"Bench")};
+    std::unique_ptr<SheetImplT<char>> sheet{new BinarySheetT<char>(owner, L"Bench")};
     Book() { owner.sheet = sheet.get(); }
 };
 

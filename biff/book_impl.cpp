@@ -162,17 +162,13 @@ template <class C> void BookImplT<C>::colorUnpack(Color color, int *red, int *gr
 template <class C>
 double BookImplT<C>::datePack(int year, int month, int day, int hour, int min, int sec,
                               int msec) {
-    return run(0.0, [&] {
-        return tabrix::datePack(isDate1904(), year, month, day, hour, min, sec, msec);
-    });
+    return tabrix::datePack(isDate1904(), year, month, day, hour, min, sec, msec);
 }
 
 template <class C>
 bool BookImplT<C>::dateUnpack(double value, int *year, int *month, int *day, int *hour, int *min,
                               int *sec, int *msec) {
-    return run(false, [&] {
-        return tabrix::dateUnpack(isDate1904(), value, year, month, day, hour, min, sec, msec);
-    });
+    return tabrix::dateUnpack(isDate1904(), value, year, month, day, hour, min, sec, msec);
 }
 
 // ---- pictures: the picture store is later work ----
@@ -180,15 +176,15 @@ bool BookImplT<C>::dateUnpack(double value, int *year, int *month, int *day, int
 template <class C> int BookImplT<C>::getPicture(int, const char **data, unsigned *size) {
     if (data) *data = nullptr;
     if (size) *size = 0;
-    return run(0, []() -> int { throw tberror(kPicturesUnsupported); });
+    throw tberror(kPicturesUnsupported);
 }
 
 template <class C> int BookImplT<C>::addPicture(const C *) {
-    return run(0, []() -> int { throw tberror(kPicturesUnsupported); });
+    throw tberror(kPicturesUnsupported);
 }
 
 template <class C> int BookImplT<C>::addPicture2(const char *, unsigned) {
-    return run(0, []() -> int { throw tberror(kPicturesUnsupported); });
+    throw tberror(kPicturesUnsupported);
 }
 
 // ---- settings ----
@@ -207,19 +203,17 @@ template <class C> int BookImplT<C>::version() { return libraryVersion(); }
 // "UTF-8" selects UTF-8 mode; any other text is handed to the C library as
 // the process's locale.
 template <class C> bool BookImplT<C>::setLocale(const char *locale) {
-    return run(false, [&]() -> bool {
-        if (locale && std::strcmp(locale, "UTF-8") == 0) {
-            _utf8Mode = true;
-            _styles.setUtf8Mode(true);
-            return true;
-        }
-        _utf8Mode = false;
-        _styles.setUtf8Mode(false);
-        const char *current = std::setlocale(LC_ALL, nullptr);
-        _savedLocale = current ? current : "";
-        if (!locale || !std::setlocale(LC_ALL, locale)) throw tberror("setlocale error");
+    if (locale && std::strcmp(locale, "UTF-8") == 0) {
+        _utf8Mode = true;
+        _styles.setUtf8Mode(true);
         return true;
-    });
+    }
+    _utf8Mode = false;
+    _styles.setUtf8Mode(false);
+    const char *current = std::setlocale(LC_ALL, nullptr);
+    _savedLocale = current ? current : "";
+    if (!locale || !std::setlocale(LC_ALL, locale)) throw tberror("setlocale error");
+    return true;
 }
 
 template <class C> const C *BookImplT<C>::errorMessage() {
@@ -282,5 +276,7 @@ template <class C> void BookImplT<C>::calcActiveSheet() {
 
 template class BookImplT<char>;
 template class BookImplT<wchar_t>;
+template class FramedBookT<BookImplT<char>>;
+template class FramedBookT<BookImplT<wchar_t>>;
 
 } // namespace tabrix

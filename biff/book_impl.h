@@ -23,8 +23,8 @@
 #include "biff/sheet_owner.h"
 #include "biff/style_table.h"
 #include "biff/xls.h"
-#include "book/failure_frame.h"
-#include "tabrix/IBookT.h"
+#include "book/operation_frame.h"
+#include "book/unsupported_operations.h"
 
 #include <cstdint>
 #include <fstream>
@@ -63,7 +63,14 @@ struct KeptRecord {
     Biff record;
 };
 
-template <class C> class BookImplT : public IBookT<C>, public ISheetOwner<C> {
+// The binary workbook.  Its operations are plain methods that throw
+// tberror; books are made as BinaryBookT (FramedBookT<BookImplT>), which
+// runs each one in the failure frame.
+template <class C> class BookImplT : public UnsupportedBookT<C>, public ISheetOwner<C> {
+protected:
+    BookImplT();
+    XString &frameMessage() { return message(); }
+
 public:
     // Ids of the records kept whole in their own save slots.
     static const uint16_t kOpaqueIds[11];
@@ -72,7 +79,6 @@ public:
     // for more sheets than this.
     static const int kMaxSheets = 4096;
 
-    BookImplT();
     ~BookImplT() override;
     BookImplT(const BookImplT &) = delete;
     BookImplT &operator=(const BookImplT &) = delete;
@@ -174,14 +180,9 @@ public:
 
 private:
     // One public operation: "ok", or the failure text and `neutral`.
-    template <class R, class Work> R run(R neutral, Work &&work) {
-        return guarded(message(), neutral, work);
-    }
-    template <class Work> void run(Work &&work) { guarded(message(), work); }
-
     // ---- load (book_load.cpp) ----
     bool loadFrom(std::iostream &stream);
-    bool afterLoad(bool ok);
+    template <class Work> bool loadOrClear(Work &&work);
     void readStream();
     // Answers false at the EOF record.
     bool readGlobal(uint16_t id, uint16_t size);
@@ -256,6 +257,11 @@ private:
 
 extern template class BookImplT<char>;
 extern template class BookImplT<wchar_t>;
+
+// The book tbCreateBook hands out.
+template <class C> using BinaryBookT = FramedBookT<BookImplT<C>>;
+extern template class FramedBookT<BookImplT<char>>;
+extern template class FramedBookT<BookImplT<wchar_t>>;
 
 } // namespace tabrix
 

@@ -79,38 +79,34 @@ template <class C> KeptRecord *BookImplT<C>::opaque(uint16_t id) {
 }
 
 template <class C> bool BookImplT<C>::load(const C *filename) {
-    bool ok = run(false, [&] {
-        free();
-        reset();
+    return loadOrClear([&] {
         std::string path;
         FileWindow stream;
         if (!narrowPath(filename, path) || !stream.open(path.c_str()))
             throw tberror("can't open file for reading");
         loadFrom(stream);
-        return true;
     });
-    return afterLoad(ok);
 }
 
 template <class C> bool BookImplT<C>::loadRaw(const char *data, unsigned size) {
-    bool ok = run(false, [&] {
-        free();
-        reset();
+    return loadOrClear([&] {
         MemoryStream stream(data ? data : "", data ? size : 0);
         loadFrom(stream);
-        return true;
     });
-    return afterLoad(ok);
 }
 
-// A failed load leaves a new book behind, with the failure's text.
-template <class C> bool BookImplT<C>::afterLoad(bool ok) {
-    if (!ok) {
-        std::string why = message().template c_str<char>(true);
+// A failed load leaves a new book behind; the frame then sets the failure's
+// text.
+template <class C> template <class Work> bool BookImplT<C>::loadOrClear(Work &&work) {
+    free();
+    reset();
+    try {
+        work();
+    } catch (...) {
         clear();
-        message().assign(why.c_str());
+        throw;
     }
-    return ok;
+    return true;
 }
 
 template <class C> bool BookImplT<C>::loadFrom(std::iostream &stream) {
@@ -336,7 +332,7 @@ template <class C> void BookImplT<C>::readSheets() {
     for (const BoundSheet8 &b : _boundSheets) {
         std::wstring name;
         if (b.name.text) name.assign(b.name.text, wcsnlen(b.name.text, b.name.cch));
-        std::unique_ptr<SheetImplT<C>> sheet(new SheetImplT<C>(*this, name));
+        std::unique_ptr<SheetImplT<C>> sheet(new BinarySheetT<C>(*this, name));
         sheet->read(_xls);
         _sheets.push_back(sheet.release());
     }

@@ -26,29 +26,25 @@ template <class C> void BookImplT<C>::checkSavable() const {
 }
 
 template <class C> bool BookImplT<C>::save(const C *filename) {
-    return run(false, [&] {
-        checkSavable();
-        std::fstream file;
-        if (!openFile(file, filename, std::ios::out | std::ios::binary | std::ios::trunc)) {
-            message().assign("can't open file for writing");
-            return false;
-        }
-        return saveTo(&file);
-    });
+    checkSavable();
+    std::fstream file;
+    if (!openFile(file, filename, std::ios::out | std::ios::binary | std::ios::trunc)) {
+        message().assign("can't open file for writing");
+        return false;
+    }
+    return saveTo(&file);
 }
 
 template <class C> bool BookImplT<C>::saveRaw(const char **data, unsigned *size) {
     if (data) *data = nullptr;
     if (size) *size = 0;
-    return run(false, [&] {
-        checkSavable();
-        saveTo(nullptr);
-        size_t n = 0;
-        _rawOut = _xls.takeOutput(n);
-        if (data) *data = _rawOut.bytes();
-        if (size) *size = unsigned(n);
-        return true;
-    });
+    checkSavable();
+    saveTo(nullptr);
+    size_t n = 0;
+    _rawOut = _xls.takeOutput(n);
+    if (data) *data = _rawOut.bytes();
+    if (size) *size = unsigned(n);
+    return true;
 }
 
 // To the stream, or to memory when there is none.

@@ -50,23 +50,21 @@ size_t cutLength(const wchar_t *name, bool) {
 
 template <class C> ISheetT<C> *BookImplT<C>::addSheet(const C *name, ISheetT<C> *initSheet) {
     if (_boundSheets.size() != _sheets.size())
-        return run(static_cast<ISheetT<C> *>(nullptr), []() -> ISheetT<C> * {
-            throw tberror("integrity error: _boundSheets.size() != _sheets.size()");
-        });
+        throw tberror("integrity error: _boundSheets.size() != _sheets.size()");
     return insertSheet(sheetCount(), name, initSheet);
 }
 
 template <class C>
 SheetImplT<C> *BookImplT<C>::newSheet(const std::wstring &name, ISheetT<C> *initSheet) {
     if (!initSheet) {
-        std::unique_ptr<SheetImplT<C>> sheet(new SheetImplT<C>(*this, name));
+        std::unique_ptr<SheetImplT<C>> sheet(new BinarySheetT<C>(*this, name));
         sheet->setRefA1(!_refR1C1);
         return sheet.release();
     }
     auto *src = dynamic_cast<SheetImplT<C> *>(initSheet);
     if (!src) throw tberror("a sheet of a binary workbook can only be copied from a binary workbook");
     // From another book the copy brings its strings and formats over.
-    std::unique_ptr<SheetImplT<C>> sheet(new SheetImplT<C>(*src, *this));
+    std::unique_ptr<SheetImplT<C>> sheet(new BinarySheetT<C>(*src, *this));
     sheet->setWideName(name);
     sheet->setSelected(false);
     return sheet.release();
@@ -74,38 +72,36 @@ SheetImplT<C> *BookImplT<C>::newSheet(const std::wstring &name, ISheetT<C> *init
 
 template <class C>
 ISheetT<C> *BookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *initSheet) {
-    return run(static_cast<ISheetT<C> *>(nullptr), [&]() -> ISheetT<C> * {
-        if (index < 0 || index > sheetCount()) throw tberror(kOutOfRange);
-        if (sheetCount() >= kMaxSheets) throw tberror("workbook has too many sheets");
-        if (!name) throw tberror("sheet's name is empty");
-        size_t keep = cutLength(name, _utf8Mode);
-        bool cut = name[keep] != 0;
-        std::basic_string<C> kept(name, keep);
-        std::wstring wide;
-        wideText(kept.c_str(), _utf8Mode, wide);
-        for (SheetImplT<C> *s : _sheets)
-            if (sicmp(s->wideName(), wide) == 0)
-                throw tberror("book already contains such sheet name");
+    if (index < 0 || index > sheetCount()) throw tberror(kOutOfRange);
+    if (sheetCount() >= kMaxSheets) throw tberror("workbook has too many sheets");
+    if (!name) throw tberror("sheet's name is empty");
+    size_t keep = cutLength(name, _utf8Mode);
+    bool cut = name[keep] != 0;
+    std::basic_string<C> kept(name, keep);
+    std::wstring wide;
+    wideText(kept.c_str(), _utf8Mode, wide);
+    for (SheetImplT<C> *s : _sheets)
+        if (sicmp(s->wideName(), wide) == 0)
+            throw tberror("book already contains such sheet name");
 
-        BoundSheet8 entry;
-        entry.hsState = 0;
-        entry.dt = 0;
-        entry.name.setString(wide.c_str(), pool());
-        std::unique_ptr<SheetImplT<C>> sheet(newSheet(wide, initSheet));
-        _boundSheets.insert(_boundSheets.begin() + index, entry);
-        _sheets.insert(_sheets.begin() + index, sheet.get());
-        SheetImplT<C> *added = sheet.release();
+    BoundSheet8 entry;
+    entry.hsState = 0;
+    entry.dt = 0;
+    entry.name.setString(wide.c_str(), pool());
+    std::unique_ptr<SheetImplT<C>> sheet(newSheet(wide, initSheet));
+    _boundSheets.insert(_boundSheets.begin() + index, entry);
+    _sheets.insert(_sheets.begin() + index, sheet.get());
+    SheetImplT<C> *added = sheet.release();
 
-        int active = activeSheet();
-        if (_sheets.size() == 1)
-            selectOnly(0);
-        else if (index <= active)
-            selectOnly(active + 1);
-        shiftNamesOnInsert(index);
-        rebuildRRTabId();
-        message().assign(cut ? "warning: sheet's name is cut to 31 characters" : "ok");
-        return added;
-    });
+    int active = activeSheet();
+    if (_sheets.size() == 1)
+        selectOnly(0);
+    else if (index <= active)
+        selectOnly(active + 1);
+    shiftNamesOnInsert(index);
+    rebuildRRTabId();
+    message().assign(cut ? "warning: sheet's name is cut to 31 characters" : "ok");
+    return added;
 }
 
 // Names bound to a sheet at or behind the new one move with their sheet;
@@ -168,41 +164,35 @@ template <class C> void BookImplT<C>::rebuildRRTabId() {
 }
 
 template <class C> bool BookImplT<C>::delSheet(int index) {
-    return run(false, [&] {
-        if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
-        if (sheetCount() == 1) throw tberror("can't remove the last sheet in workbook");
-        shiftNamesOnDelete(index);
-        // A caller may still hold the sheet: it lives on until the book is
-        // cleared.
-        _removedSheets.push_back(_sheets[size_t(index)]);
-        _sheets.erase(_sheets.begin() + index);
-        _boundSheets.erase(_boundSheets.begin() + index);
-        int active = activeSheet();
-        selectOnly(active >= sheetCount() ? sheetCount() - 1 : active);
-        rebuildRRTabId();
-        return true;
-    });
+    if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
+    if (sheetCount() == 1) throw tberror("can't remove the last sheet in workbook");
+    shiftNamesOnDelete(index);
+    // A caller may still hold the sheet: it lives on until the book is
+    // cleared.
+    _removedSheets.push_back(_sheets[size_t(index)]);
+    _sheets.erase(_sheets.begin() + index);
+    _boundSheets.erase(_boundSheets.begin() + index);
+    int active = activeSheet();
+    selectOnly(active >= sheetCount() ? sheetCount() - 1 : active);
+    rebuildRRTabId();
+    return true;
 }
 
 template <class C> ISheetT<C> *BookImplT<C>::getSheet(int index) {
-    return run(static_cast<ISheetT<C> *>(nullptr), [&]() -> ISheetT<C> * {
-        if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
-        return _sheets[size_t(index)];
-    });
+    if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
+    return _sheets[size_t(index)];
 }
 
 template <class C> SheetType BookImplT<C>::sheetType(int index) {
-    return run(SHEETTYPE_UNKNOWN, [&] {
-        if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
-        switch (_sheets[size_t(index)]->docType()) {
-        case 16:
-            return SHEETTYPE_SHEET;
-        case 32:
-            return SHEETTYPE_CHART;
-        default:
-            return SHEETTYPE_UNKNOWN;
-        }
-    });
+    if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
+    switch (_sheets[size_t(index)]->docType()) {
+    case 16:
+        return SHEETTYPE_SHEET;
+    case 32:
+        return SHEETTYPE_CHART;
+    default:
+        return SHEETTYPE_UNKNOWN;
+    }
 }
 
 template <class C> SheetState BookImplT<C>::sheetHidden(int index) {
@@ -225,10 +215,8 @@ template <class C> void BookImplT<C>::setSheetHidden(int index, SheetState state
 }
 
 template <class C> void BookImplT<C>::setActiveSheet(int index) {
-    run([&] {
-        if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
-        selectOnly(index);
-    });
+    if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
+    selectOnly(index);
 }
 
 template <class C> void BookImplT<C>::selectOnly(int index) {

@@ -182,10 +182,8 @@ template <class C> void SheetImplT<C>::writeNumCell(int row, int col, double val
 
 template <class C>
 bool SheetImplT<C>::writeNum(int row, int col, double value, IFormatT<C> *format) {
-    return run(false, [&]() {
-        writeNumCell(row, col, value, format);
-        return true;
-    });
+    writeNumCell(row, col, value, format);
+    return true;
 }
 
 // Whether a LabelSst other than `self`, in this sheet or another sheet of
@@ -260,72 +258,68 @@ template <class C> bool SheetImplT<C>::sstHolds(uint32_t index, const C *text, s
 
 template <class C>
 bool SheetImplT<C>::writeStr(int row, int col, const C *value, IFormatT<C> *format) {
-    return run(false, [&]() {
-        checkRanges(row, col);
-        static const C empty[1] = {0};
-        const C *text = value ? value : empty;
-        // One pass for the length and whether a narrow text is plain ASCII,
-        // which reads the same in every encoding.
-        size_t len = 0;
-        bool ascii = true;
-        for (; text[len]; ++len) ascii = ascii && uint32_t(text[len]) < 0x80;
-        if (len > kMaxText) throw tberror(kStringTooLong);
-        const bool cacheable = len <= StringCache<C>::kMaxKey &&
-                               (sizeof(C) == sizeof(wchar_t) || (ascii && _owner->utf8Mode())) &&
-                               _strings.active();
-        uint32_t hash = 0;
-        if (cacheable) {
-            hash = StringCache<C>::hash(text, len);
-            const uint32_t code = codeAt(row, col);
-            const bool exists = SheetIndex::exists(code);
-            const int64_t found = exists && SheetIndex::kind(code) == SheetIndex::kLabelSst
-                                      ? -1
-                                      : _strings.find(text, len, hash);
-            // A new string cell whose text the table holds already: what
-            // SST::insert would answer, without converting or copying.
-            if (found >= 0 && sstHolds(uint32_t(found), text, len)) {
-                const uint16_t xf = resolveFormat(format, exists ? xfOf(code) : 15);
-                if (exists) delSharedFormula(row, col);
-                ++_owner->sst().cstTotal;
-                putLabelSst(row, col, uint32_t(found), xf);
-                _dimensions.update(uint32_t(row), uint16_t(col));
-                return true;
-            }
+    checkRanges(row, col);
+    static const C empty[1] = {0};
+    const C *text = value ? value : empty;
+    // One pass for the length and whether a narrow text is plain ASCII,
+    // which reads the same in every encoding.
+    size_t len = 0;
+    bool ascii = true;
+    for (; text[len]; ++len) ascii = ascii && uint32_t(text[len]) < 0x80;
+    if (len > kMaxText) throw tberror(kStringTooLong);
+    const bool cacheable = len <= StringCache<C>::kMaxKey &&
+                           (sizeof(C) == sizeof(wchar_t) || (ascii && _owner->utf8Mode())) &&
+                           _strings.active();
+    uint32_t hash = 0;
+    if (cacheable) {
+        hash = StringCache<C>::hash(text, len);
+        const uint32_t code = codeAt(row, col);
+        const bool exists = SheetIndex::exists(code);
+        const int64_t found = exists && SheetIndex::kind(code) == SheetIndex::kLabelSst
+                                  ? -1
+                                  : _strings.find(text, len, hash);
+        // A new string cell whose text the table holds already: what
+        // SST::insert would answer, without converting or copying.
+        if (found >= 0 && sstHolds(uint32_t(found), text, len)) {
+            const uint16_t xf = resolveFormat(format, exists ? xfOf(code) : 15);
+            if (exists) delSharedFormula(row, col);
+            ++_owner->sst().cstTotal;
+            putLabelSst(row, col, uint32_t(found), xf);
+            _dimensions.update(uint32_t(row), uint16_t(col));
+            return true;
         }
-        wideText(text, _owner->utf8Mode(), _wide);
-        if (_wide.size() > kMaxText) throw tberror(kStringTooLong);
-        const uint32_t index = writeStrCell(row, col, _wide, format);
-        if (cacheable) _strings.put(text, len, hash, index);
-        return true;
-    });
+    }
+    wideText(text, _owner->utf8Mode(), _wide);
+    if (_wide.size() > kMaxText) throw tberror(kStringTooLong);
+    const uint32_t index = writeStrCell(row, col, _wide, format);
+    if (cacheable) _strings.put(text, len, hash, index);
+    return true;
 }
 
 template <class C>
 bool SheetImplT<C>::writeBool(int row, int col, bool value, IFormatT<C> *format) {
-    return run(false, [&]() {
-        checkRanges(row, col);
-        const uint32_t code = codeAt(row, col);
-        const bool exists = SheetIndex::exists(code);
-        const uint16_t xf = resolveFormat(format, exists ? xfOf(code) : 15);
-        if (exists && SheetIndex::kind(code) == SheetIndex::kBoolErr) {
-            BoolErr &e = _boolErrs[SheetIndex::position(code)];
-            e.value = value ? 1 : 0;
-            e.isError = 0;
-            e.xf = xf;
-        } else {
-            if (exists) delSharedFormula(row, col);
-            uint32_t pos = appendPosition(_boolErrs.size());
-            _boolErrs.emplace_back();
-            BoolErr &e = _boolErrs.back();
-            e.row = uint16_t(row);
-            e.col = uint16_t(col);
-            e.xf = xf;
-            e.value = value ? 1 : 0;
-            _index.at(unsigned(row), unsigned(col)) = SheetIndex::code(SheetIndex::kBoolErr, pos);
-        }
-        _dimensions.update(uint32_t(row), uint16_t(col));
-        return true;
-    });
+    checkRanges(row, col);
+    const uint32_t code = codeAt(row, col);
+    const bool exists = SheetIndex::exists(code);
+    const uint16_t xf = resolveFormat(format, exists ? xfOf(code) : 15);
+    if (exists && SheetIndex::kind(code) == SheetIndex::kBoolErr) {
+        BoolErr &e = _boolErrs[SheetIndex::position(code)];
+        e.value = value ? 1 : 0;
+        e.isError = 0;
+        e.xf = xf;
+    } else {
+        if (exists) delSharedFormula(row, col);
+        uint32_t pos = appendPosition(_boolErrs.size());
+        _boolErrs.emplace_back();
+        BoolErr &e = _boolErrs.back();
+        e.row = uint16_t(row);
+        e.col = uint16_t(col);
+        e.xf = xf;
+        e.value = value ? 1 : 0;
+        _index.at(unsigned(row), unsigned(col)) = SheetIndex::code(SheetIndex::kBoolErr, pos);
+    }
+    _dimensions.update(uint32_t(row), uint16_t(col));
+    return true;
 }
 
 template <class C> void SheetImplT<C>::setBlank(int row, int col, uint16_t xf) {
@@ -347,32 +341,28 @@ template <class C> void SheetImplT<C>::setBlank(int row, int col, uint16_t xf) {
 }
 
 template <class C> bool SheetImplT<C>::writeBlank(int row, int col, IFormatT<C> *format) {
-    return run(false, [&]() {
-        checkRanges(row, col);
-        setBlank(row, col, resolveFormat(format, getFormatID(row, col)));
-        return true;
-    });
+    checkRanges(row, col);
+    setBlank(row, col, resolveFormat(format, getFormatID(row, col)));
+    return true;
 }
 
 // ---- reading ----
 
 template <class C> double SheetImplT<C>::readNum(int row, int col, IFormatT<C> **format) {
-    return run(0.0, [&]() {
-        const uint32_t code = lookup(row, col, format);
-        if (SheetIndex::exists(code)) {
-            const uint32_t p = SheetIndex::position(code);
-            switch (SheetIndex::kind(code)) {
-            case SheetIndex::kRK: return _rk[p].value();
-            case SheetIndex::kNumber: return _numbers[p].value;
-            case SheetIndex::kFormula:
-                if (_formulas[p].formula.isNumber()) return _formulas[p].formula.doubleValue();
-                break;
-            default: break;
-            }
+    const uint32_t code = lookup(row, col, format);
+    if (SheetIndex::exists(code)) {
+        const uint32_t p = SheetIndex::position(code);
+        switch (SheetIndex::kind(code)) {
+        case SheetIndex::kRK: return _rk[p].value();
+        case SheetIndex::kNumber: return _numbers[p].value;
+        case SheetIndex::kFormula:
+            if (_formulas[p].formula.isNumber()) return _formulas[p].formula.doubleValue();
+            break;
+        default: break;
         }
-        fail("this cell doesn't contain a number");
-        return 0.0;
-    });
+    }
+    fail("this cell doesn't contain a number");
+    return 0.0;
 }
 
 template <class C> const wchar_t *SheetImplT<C>::formulaText(const FormulaBlock &block) const {
@@ -404,135 +394,117 @@ template <class C> const wchar_t *SheetImplT<C>::cellText(uint32_t code) const {
 }
 
 template <class C> const C *SheetImplT<C>::readStr(int row, int col, IFormatT<C> **format) {
-    return run(static_cast<const C *>(nullptr), [&]() -> const C * {
-        const wchar_t *text = cellText(lookup(row, col, format));
-        if (!text) {
-            fail("this cell doesn't contain a string");
-            return nullptr;
-        }
-        return textResult(text);
-    });
+    const wchar_t *text = cellText(lookup(row, col, format));
+    if (!text) {
+        fail("this cell doesn't contain a string");
+        return nullptr;
+    }
+    return textResult(text);
 }
 
 template <class C> bool SheetImplT<C>::readBool(int row, int col, IFormatT<C> **format) {
-    return run(false, [&]() {
-        const uint32_t code = lookup(row, col, format);
-        if (SheetIndex::exists(code)) {
-            const uint32_t p = SheetIndex::position(code);
-            if (SheetIndex::kind(code) == SheetIndex::kBoolErr && !_boolErrs[p].isError)
-                return _boolErrs[p].value != 0;
-            if (SheetIndex::kind(code) == SheetIndex::kFormula &&
-                _formulas[p].formula.cellType() == CELLTYPE_BOOLEAN)
-                return _formulas[p].formula.boolValue();
-        }
-        fail("this cell doesn't contain a bool");
-        return false;
-    });
+    const uint32_t code = lookup(row, col, format);
+    if (SheetIndex::exists(code)) {
+        const uint32_t p = SheetIndex::position(code);
+        if (SheetIndex::kind(code) == SheetIndex::kBoolErr && !_boolErrs[p].isError)
+            return _boolErrs[p].value != 0;
+        if (SheetIndex::kind(code) == SheetIndex::kFormula &&
+            _formulas[p].formula.cellType() == CELLTYPE_BOOLEAN)
+            return _formulas[p].formula.boolValue();
+    }
+    fail("this cell doesn't contain a bool");
+    return false;
 }
 
 template <class C> bool SheetImplT<C>::readBlank(int row, int col, IFormatT<C> **format) {
-    return run(false, [&]() {
-        if (!format) {
-            fail("format mustn't be NULL");
-            return false;
-        }
-        const uint32_t code = lookup(row, col, format);
-        if (SheetIndex::exists(code)) {
-            const uint32_t p = SheetIndex::position(code);
-            if (SheetIndex::kind(code) == SheetIndex::kBlank) return true;
-            if (SheetIndex::kind(code) == SheetIndex::kFormula &&
-                _formulas[p].formula.cellType() == CELLTYPE_BLANK)
-                return true;
-        }
-        fail("this cell doesn't contain a blank");
+    if (!format) {
+        fail("format mustn't be NULL");
         return false;
-    });
+    }
+    const uint32_t code = lookup(row, col, format);
+    if (SheetIndex::exists(code)) {
+        const uint32_t p = SheetIndex::position(code);
+        if (SheetIndex::kind(code) == SheetIndex::kBlank) return true;
+        if (SheetIndex::kind(code) == SheetIndex::kFormula &&
+            _formulas[p].formula.cellType() == CELLTYPE_BLANK)
+            return true;
+    }
+    fail("this cell doesn't contain a blank");
+    return false;
 }
 
 template <class C> const C *SheetImplT<C>::readFormula(int row, int col, IFormatT<C> **format) {
-    return run(static_cast<const C *>(nullptr), [&]() -> const C * {
-        const uint32_t code = lookup(row, col, format);
-        if (!SheetIndex::exists(code) || SheetIndex::kind(code) != SheetIndex::kFormula) {
-            fail("cell doesn't contain a formula");
-            return nullptr;
-        }
-        // Printing tokens back to text comes with the formula printer.
-        throw tberror(kNotSupportedYet);
-    });
+    const uint32_t code = lookup(row, col, format);
+    if (!SheetIndex::exists(code) || SheetIndex::kind(code) != SheetIndex::kFormula) {
+        fail("cell doesn't contain a formula");
+        return nullptr;
+    }
+    // Printing tokens back to text comes with the formula printer.
+    throw tberror(kNotSupportedYet);
 }
 
 template <class C>
 bool SheetImplT<C>::writeFormula(int row, int col, const C *, IFormatT<C> *format) {
-    return run(false, [&]() -> bool {
-        checkRanges(row, col);
-        resolveFormat(format, 15);
-        // Compiling text to tokens comes with the formula parser.
-        throw tberror(kNotSupportedYet);
-    });
+    checkRanges(row, col);
+    resolveFormat(format, 15);
+    // Compiling text to tokens comes with the formula parser.
+    throw tberror(kNotSupportedYet);
 }
 
 // ---- types, dates, errors ----
 
 template <class C> CellType SheetImplT<C>::cellType(int row, int col) {
-    return run(CELLTYPE_EMPTY, [&]() {
-        const unsigned r = unsigned(row) & 0xFFFFu, c = unsigned(col) & 0xFFFFu;
-        if (c >= unsigned(SheetIndex::kCols)) return CELLTYPE_EMPTY;
-        const uint32_t code = _index.find(r, c);
-        if (!SheetIndex::exists(code)) return CELLTYPE_EMPTY;
-        const uint32_t p = SheetIndex::position(code);
-        switch (SheetIndex::kind(code)) {
-        case SheetIndex::kRK:
-        case SheetIndex::kNumber: return CELLTYPE_NUMBER;
-        case SheetIndex::kLabelSst:
-        case SheetIndex::kLabel: return CELLTYPE_STRING;
-        case SheetIndex::kBlank: return CELLTYPE_BLANK;
-        case SheetIndex::kBoolErr:
-            return _boolErrs[p].isError ? CELLTYPE_ERROR : CELLTYPE_BOOLEAN;
-        case SheetIndex::kFormula: return CellType(_formulas[p].formula.cellType());
-        default: return CELLTYPE_EMPTY;
-        }
-    });
+    const unsigned r = unsigned(row) & 0xFFFFu, c = unsigned(col) & 0xFFFFu;
+    if (c >= unsigned(SheetIndex::kCols)) return CELLTYPE_EMPTY;
+    const uint32_t code = _index.find(r, c);
+    if (!SheetIndex::exists(code)) return CELLTYPE_EMPTY;
+    const uint32_t p = SheetIndex::position(code);
+    switch (SheetIndex::kind(code)) {
+    case SheetIndex::kRK:
+    case SheetIndex::kNumber: return CELLTYPE_NUMBER;
+    case SheetIndex::kLabelSst:
+    case SheetIndex::kLabel: return CELLTYPE_STRING;
+    case SheetIndex::kBlank: return CELLTYPE_BLANK;
+    case SheetIndex::kBoolErr:
+        return _boolErrs[p].isError ? CELLTYPE_ERROR : CELLTYPE_BOOLEAN;
+    case SheetIndex::kFormula: return CellType(_formulas[p].formula.cellType());
+    default: return CELLTYPE_EMPTY;
+    }
 }
 
 template <class C> bool SheetImplT<C>::isFormula(int row, int col) {
-    return run(false, [&]() {
-        checkRanges(row, col);
-        const uint32_t code = codeAt(row, col);
-        return SheetIndex::exists(code) && SheetIndex::kind(code) == SheetIndex::kFormula;
-    });
+    checkRanges(row, col);
+    const uint32_t code = codeAt(row, col);
+    return SheetIndex::exists(code) && SheetIndex::kind(code) == SheetIndex::kFormula;
 }
 
 template <class C> bool SheetImplT<C>::isDate(int row, int col) {
-    return run(false, [&]() {
-        if (cellType(row, col) != CELLTYPE_NUMBER) return false;
-        IFormatT<C> *format = nullptr;
-        readNum(row, col, &format);
-        _owner->message().assign("ok");
-        if (!format) return false;
-        const int id = format->numFormat();
-        if (id < 50) return isDateNumFormat(id, nullptr);
-        // Any id from 50 up is judged by its format code, when the book has
-        // one; the custom-format id makes the helper look at the code.
-        for (const Format &f : _owner->styles().numFormats())
-            if (f.ifmt == id && f.code.text)
-                return isDateNumFormat(StyleTable<C>::kFirstCustomFormat, f.code.text);
-        return false;
-    });
+    if (cellType(row, col) != CELLTYPE_NUMBER) return false;
+    IFormatT<C> *format = nullptr;
+    readNum(row, col, &format);
+    _owner->message().assign("ok");
+    if (!format) return false;
+    const int id = format->numFormat();
+    if (id < 50) return isDateNumFormat(id, nullptr);
+    // Any id from 50 up is judged by its format code, when the book has
+    // one; the custom-format id makes the helper look at the code.
+    for (const Format &f : _owner->styles().numFormats())
+        if (f.ifmt == id && f.code.text)
+            return isDateNumFormat(StyleTable<C>::kFirstCustomFormat, f.code.text);
+    return false;
 }
 
 template <class C> ErrorCode SheetImplT<C>::readError(int row, int col) {
-    return run(ERRORTYPE_NOERROR, [&]() {
-        const uint32_t code = lookup(row, col, nullptr);
-        if (SheetIndex::exists(code)) {
-            const uint32_t p = SheetIndex::position(code);
-            if (SheetIndex::kind(code) == SheetIndex::kBoolErr && _boolErrs[p].isError)
-                return ErrorCode(_boolErrs[p].value);
-            if (SheetIndex::kind(code) == SheetIndex::kFormula &&
-                _formulas[p].formula.cellType() == CELLTYPE_ERROR)
-                return ErrorCode(_formulas[p].formula.errorValue());
-        }
-        return ERRORTYPE_NOERROR;
-    });
+    const uint32_t code = lookup(row, col, nullptr);
+    if (SheetIndex::exists(code)) {
+        const uint32_t p = SheetIndex::position(code);
+        if (SheetIndex::kind(code) == SheetIndex::kBoolErr && _boolErrs[p].isError)
+            return ErrorCode(_boolErrs[p].value);
+        if (SheetIndex::kind(code) == SheetIndex::kFormula &&
+            _formulas[p].formula.cellType() == CELLTYPE_ERROR)
+            return ErrorCode(_formulas[p].formula.errorValue());
+    }
+    return ERRORTYPE_NOERROR;
 }
 
 // ---- formats of cells ----
@@ -570,20 +542,18 @@ template <class C> IFormatT<C> *SheetImplT<C>::cellFormatOf(int row, int col) {
 }
 
 template <class C> IFormatT<C> *SheetImplT<C>::cellFormat(int row, int col) {
-    return run(static_cast<IFormatT<C> *>(nullptr), [&]() { return cellFormatOf(row, col); });
+    return cellFormatOf(row, col);
 }
 
 template <class C> void SheetImplT<C>::setCellFormat(int row, int col, IFormatT<C> *format) {
-    run([&]() {
-        checkRanges(row, col);
-        int pos = formatPosition(format);
-        if (!format || pos < 0) throw tberror("specified format is not found");
-        const uint32_t code = codeAt(row, col);
-        if (SheetIndex::exists(code))
-            setXf(code, uint16_t(pos));
-        else
-            setBlank(row, col, uint16_t(pos));
-    });
+    checkRanges(row, col);
+    int pos = formatPosition(format);
+    if (!format || pos < 0) throw tberror("specified format is not found");
+    const uint32_t code = codeAt(row, col);
+    if (SheetIndex::exists(code))
+        setXf(code, uint16_t(pos));
+    else
+        setBlank(row, col, uint16_t(pos));
 }
 
 template class SheetImplT<char>;

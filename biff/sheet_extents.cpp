@@ -30,31 +30,23 @@ template <class C> void SheetImplT<C>::recalcDimensions() {
 }
 
 template <class C> int SheetImplT<C>::firstRow() {
-    return run(-1, [&]() {
-        if (_dirty) recalcDimensions();
-        return int(_dimensions.firstRow);
-    });
+    if (_dirty) recalcDimensions();
+    return int(_dimensions.firstRow);
 }
 
 template <class C> int SheetImplT<C>::lastRow() {
-    return run(-1, [&]() {
-        if (_dirty) recalcDimensions();
-        return int(_dimensions.lastRow);
-    });
+    if (_dirty) recalcDimensions();
+    return int(_dimensions.lastRow);
 }
 
 template <class C> int SheetImplT<C>::firstCol() {
-    return run(-1, [&]() {
-        if (_dirty) recalcDimensions();
-        return int(_dimensions.firstCol);
-    });
+    if (_dirty) recalcDimensions();
+    return int(_dimensions.firstCol);
 }
 
 template <class C> int SheetImplT<C>::lastCol() {
-    return run(-1, [&]() {
-        if (_dirty) recalcDimensions();
-        return int(_dimensions.lastCol);
-    });
+    if (_dirty) recalcDimensions();
+    return int(_dimensions.lastCol);
 }
 
 template <class C>
@@ -75,95 +67,91 @@ void SheetImplT<C>::clearIndexes(int rowFirst, int rowLast, int colFirst, int co
 
 template <class C>
 bool SheetImplT<C>::clear(int rowFirst, int rowLast, int colFirst, int colLast) {
-    return run(false, [&]() {
-        if (rowLast < rowFirst) throw tberror("rowLast must be greater than or equal to rowFirst");
-        if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
-        rowFirst = std::max(rowFirst, 0);
-        colFirst = std::max(colFirst, 0);
-        rowLast = std::min(rowLast, SheetIndex::kRows - 1);
-        colLast = std::min(colLast, SheetIndex::kCols - 1);
-        // Only rows that hold cells need visiting: no page means no cell.
-        for (int r = rowFirst; r <= rowLast; ++r) {
-            if (!_index.hasRow(unsigned(r))) continue;
-            for (int c = colFirst; c <= colLast; ++c) _index.at(unsigned(r), unsigned(c)) = 0;
+    if (rowLast < rowFirst) throw tberror("rowLast must be greater than or equal to rowFirst");
+    if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
+    rowFirst = std::max(rowFirst, 0);
+    colFirst = std::max(colFirst, 0);
+    rowLast = std::min(rowLast, SheetIndex::kRows - 1);
+    colLast = std::min(colLast, SheetIndex::kCols - 1);
+    // Only rows that hold cells need visiting: no page means no cell.
+    for (int r = rowFirst; r <= rowLast; ++r) {
+        if (!_index.hasRow(unsigned(r))) continue;
+        for (int c = colFirst; c <= colLast; ++c) _index.at(unsigned(r), unsigned(c)) = 0;
+    }
+    // Merged areas that overlap go, with the blanks of the whole area.
+    for (MergeCells &m : _mergeCells) {
+        for (MergeCells::Area &a : m.areas) {
+            const Ref8 &ref = a.ref;
+            if (ref.rwFirst == 0 && ref.rwLast == 0 && ref.colFirst == 0 &&
+                ref.colLast == 255)
+                continue;
+            if (ref.rwLast < rowFirst || ref.rwFirst > rowLast || ref.colLast < colFirst ||
+                ref.colFirst > colLast)
+                continue;
+            clearIndexes(ref.rwFirst, ref.rwLast, ref.colFirst, ref.colLast, true);
+            a.deleted = true;
         }
-        // Merged areas that overlap go, with the blanks of the whole area.
-        for (MergeCells &m : _mergeCells) {
-            for (MergeCells::Area &a : m.areas) {
-                const Ref8 &ref = a.ref;
-                if (ref.rwFirst == 0 && ref.rwLast == 0 && ref.colFirst == 0 &&
-                    ref.colLast == 255)
-                    continue;
-                if (ref.rwLast < rowFirst || ref.rwFirst > rowLast || ref.colLast < colFirst ||
-                    ref.colFirst > colLast)
-                    continue;
-                clearIndexes(ref.rwFirst, ref.rwLast, ref.colFirst, ref.colLast, true);
-                a.deleted = true;
-            }
-            m.eraseDeleted();
-        }
-        _mergeCells.erase(std::remove_if(_mergeCells.begin(), _mergeCells.end(),
-                                         [](const MergeCells &m) { return m.areas.empty(); }),
-                          _mergeCells.end());
-        _dirty = true;
-        return true;
-    });
+        m.eraseDeleted();
+    }
+    _mergeCells.erase(std::remove_if(_mergeCells.begin(), _mergeCells.end(),
+                                     [](const MergeCells &m) { return m.areas.empty(); }),
+                      _mergeCells.end());
+    _dirty = true;
+    return true;
 }
 
 template <class C>
 bool SheetImplT<C>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst) {
-    return run(false, [&]() {
-        checkRanges(rowSrc, colSrc);
-        checkRanges(rowDst, colDst);
-        const uint32_t src = codeAt(rowSrc, colSrc);
-        if (!SheetIndex::exists(src)) throw tberror("empty cell");
-        const SheetIndex::Kind kind = SheetIndex::kind(src);
-        const uint32_t p = SheetIndex::position(src);
-        const uint32_t dst = codeAt(rowDst, colDst);
-        const bool inPlace = SheetIndex::exists(dst) && SheetIndex::kind(dst) == kind;
-        const uint32_t q = SheetIndex::position(dst);
-        if (!inPlace && SheetIndex::exists(dst)) delSharedFormula(rowDst, colDst);
-        const uint16_t r = uint16_t(rowDst), c = uint16_t(colDst);
-        uint32_t pos = 0;
-        // Same kind: overwrite the target's element; otherwise append a copy.
-        auto place = [&](auto &vec, uint32_t from) {
-            auto copy = vec[from];
-            copy.row = r;
-            copy.col = c;
-            if (inPlace) {
-                vec[q] = copy;
-                pos = q;
-            } else {
-                pos = appendPosition(vec.size());
-                vec.push_back(copy);
-            }
-        };
-        switch (kind) {
-        case SheetIndex::kRK: place(_rk, p); break;
-        case SheetIndex::kNumber: place(_numbers, p); break;
-        case SheetIndex::kLabelSst: place(_labelSst, p); break;
-        case SheetIndex::kBlank: place(_blanks, p); break;
-        case SheetIndex::kBoolErr: place(_boolErrs, p); break;
-        case SheetIndex::kLabel: place(_labels, p); break;
-        case SheetIndex::kFormula: {
-            FormulaBlock copy = _formulas[p];
-            copy.formula.rw = r;
-            copy.formula.colIndex = c;
-            if (inPlace) {
-                _formulas[q] = copy;
-                pos = q;
-            } else {
-                pos = appendPosition(_formulas.size());
-                _formulas.push_back(copy);
-            }
-            break;
+    checkRanges(rowSrc, colSrc);
+    checkRanges(rowDst, colDst);
+    const uint32_t src = codeAt(rowSrc, colSrc);
+    if (!SheetIndex::exists(src)) throw tberror("empty cell");
+    const SheetIndex::Kind kind = SheetIndex::kind(src);
+    const uint32_t p = SheetIndex::position(src);
+    const uint32_t dst = codeAt(rowDst, colDst);
+    const bool inPlace = SheetIndex::exists(dst) && SheetIndex::kind(dst) == kind;
+    const uint32_t q = SheetIndex::position(dst);
+    if (!inPlace && SheetIndex::exists(dst)) delSharedFormula(rowDst, colDst);
+    const uint16_t r = uint16_t(rowDst), c = uint16_t(colDst);
+    uint32_t pos = 0;
+    // Same kind: overwrite the target's element; otherwise append a copy.
+    auto place = [&](auto &vec, uint32_t from) {
+        auto copy = vec[from];
+        copy.row = r;
+        copy.col = c;
+        if (inPlace) {
+            vec[q] = copy;
+            pos = q;
+        } else {
+            pos = appendPosition(vec.size());
+            vec.push_back(copy);
         }
-        default: throw tberror("unknown type of cell");
+    };
+    switch (kind) {
+    case SheetIndex::kRK: place(_rk, p); break;
+    case SheetIndex::kNumber: place(_numbers, p); break;
+    case SheetIndex::kLabelSst: place(_labelSst, p); break;
+    case SheetIndex::kBlank: place(_blanks, p); break;
+    case SheetIndex::kBoolErr: place(_boolErrs, p); break;
+    case SheetIndex::kLabel: place(_labels, p); break;
+    case SheetIndex::kFormula: {
+        FormulaBlock copy = _formulas[p];
+        copy.formula.rw = r;
+        copy.formula.colIndex = c;
+        if (inPlace) {
+            _formulas[q] = copy;
+            pos = q;
+        } else {
+            pos = appendPosition(_formulas.size());
+            _formulas.push_back(copy);
         }
-        _index.at(r, c) = SheetIndex::code(kind, pos);
-        _dimensions.update(r, c);
-        return true;
-    });
+        break;
+    }
+    default: throw tberror("unknown type of cell");
+    }
+    _index.at(r, c) = SheetIndex::code(kind, pos);
+    _dimensions.update(r, c);
+    return true;
 }
 
 template <class C> void SheetImplT<C>::delSharedFormula(int row, int col) {

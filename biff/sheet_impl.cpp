@@ -7,7 +7,6 @@
 
 namespace tabrix {
 
-const char *const kNotSupportedYet = "not supported yet";
 const char *const kFormatNotFound = "specified format not found";
 
 template <class C>
@@ -172,5 +171,7 @@ template <class C> size_t SheetImplT<C>::cellMemory() const {
 
 template class SheetImplT<char>;
 template class SheetImplT<wchar_t>;
+template class FramedSheetT<SheetImplT<char>>;
+template class FramedSheetT<SheetImplT<wchar_t>>;
 
 } // namespace tabrix

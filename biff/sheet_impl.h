@@ -30,7 +30,9 @@
 #include "biff/sheet_names.h"
 #include "biff/sheet_setup.h"
 #include "biff/sheet_string_cache.h"
-#include "tabrix/ISheetT.h"
+#include "book/operation_frame.h"
+#include "book/unsupported_operations.h"
+#include "book/xstring.h"
 
 #include <cstdint>
 #include <string>
@@ -49,13 +51,20 @@ struct OptionalRecord {
     explicit OptionalRecord(uint16_t id = 0) { record.id = id; }
 };
 
-template <class C> class SheetImplT : public ISheetT<C> {
-public:
+// The binary worksheet.  Its operations are plain methods that throw
+// tberror; sheets are made as FramedSheetT<SheetImplT>, which runs each
+// one in the failure frame.
+template <class C> class SheetImplT : public UnsupportedSheetT<C> {
+protected:
     // A new worksheet with the defaults of a fresh sheet.
     SheetImplT(ISheetOwner<C> &owner, const std::wstring &name);
     // A copy of `src` for `owner`.  From another owner, strings go into this
     // owner's shared string table and formats are added to its styles.
     SheetImplT(const SheetImplT &src, ISheetOwner<C> &owner);
+    // The message the frame sets: the owning book's.
+    XString &frameMessage();
+
+public:
     SheetImplT(const SheetImplT &) = delete;
     SheetImplT &operator=(const SheetImplT &) = delete;
     ~SheetImplT() override;
@@ -104,23 +113,8 @@ public:
                       bool *colRelative) override;
     const C *rowColToAddr(int row, int col, bool rowRelative, bool colRelative) override;
 
-    // ---- operations of later work (sheet_stubs.cpp): "not supported yet" ----
-    const C *readComment(int row, int col) override;
-    void writeComment(int row, int col, const C *value, const C *author, int width,
-                      int height) override;
-    int pictureSize() override;
-    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight,
-                   int *width, int *height, int *offsetX, int *offsetY) override;
-    void setPicture(int row, int col, int pictureId, double scale, int offsetX,
-                    int offsetY) override;
-    void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
-                     int offsetY) override;
-    bool groupRows(int rowFirst, int rowLast, bool collapsed) override;
-    bool groupCols(int colFirst, int colLast, bool collapsed) override;
-    bool insertCol(int colFirst, int colLast) override;
-    bool insertRow(int rowFirst, int rowLast) override;
-    bool removeCol(int colFirst, int colLast) override;
-    bool removeRow(int rowFirst, int rowLast) override;
+    // Comments, pictures, grouping and moving rows and columns answer "not
+    // supported yet" from UnsupportedSheetT.
 
     // ---- page breaks, panes, window, printout, protection (sheet_settings.cpp) ----
     int getHorPageBreak(int index) override;
@@ -243,10 +237,6 @@ private:
     friend class SheetImplT<wchar_t>;
     friend class SheetImplT<char>;
 
-    // One public operation: "ok", or the failure text and `neutral`.
-    template <class R, class Work> R run(R neutral, Work &&work);
-    template <class Work> void run(Work &&work);
-
     // ---- cell helpers (sheet_cells.cpp) ----
     uint16_t resolveFormat(IFormatT<C> *format, uint16_t present) const;
     int formatPosition(IFormatT<C> *format) const;
@@ -366,6 +356,11 @@ private:
 
 extern template class SheetImplT<char>;
 extern template class SheetImplT<wchar_t>;
+
+// The sheet a binary book makes and hands out.
+template <class C> using BinarySheetT = FramedSheetT<SheetImplT<C>>;
+extern template class FramedSheetT<SheetImplT<char>>;
+extern template class FramedSheetT<SheetImplT<wchar_t>>;
 
 } // namespace tabrix
 

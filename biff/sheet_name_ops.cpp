@@ -6,75 +6,65 @@
 namespace tabrix {
 
 template <class C> void SheetImplT<C>::setPrintRepeatRows(int rowFirst, int rowLast) {
-    run([&] { names().setPrintRepeatRows(rowFirst, rowLast); });
+    names().setPrintRepeatRows(rowFirst, rowLast);
 }
 
 template <class C> void SheetImplT<C>::setPrintRepeatCols(int colFirst, int colLast) {
-    run([&] { names().setPrintRepeatCols(colFirst, colLast); });
+    names().setPrintRepeatCols(colFirst, colLast);
 }
 
 template <class C>
 void SheetImplT<C>::setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) {
-    run([&] { names().setPrintArea(rowFirst, rowLast, colFirst, colLast); });
+    names().setPrintArea(rowFirst, rowLast, colFirst, colLast);
 }
 
 template <class C> void SheetImplT<C>::clearPrintRepeats() {
-    run([&] { names().clearPrintRepeats(); });
+    names().clearPrintRepeats();
 }
 
 template <class C> void SheetImplT<C>::clearPrintArea() {
-    run([&] { names().clearPrintArea(); });
+    names().clearPrintArea();
 }
 
 template <class C>
 bool SheetImplT<C>::getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst,
                                   int *colLast, int scopeId, bool *hidden) {
-    return run(false, [&] {
-        names().getNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast,
-                              scopeId, hidden);
-        return true;
-    });
+    names().getNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast,
+                          scopeId, hidden);
+    return true;
 }
 
 template <class C>
 bool SheetImplT<C>::setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst,
                                   int colLast, int scopeId) {
-    return run(false, [&] {
-        names().setNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast,
-                              scopeId);
-        return true;
-    });
+    names().setNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast,
+                          scopeId);
+    return true;
 }
 
 template <class C> bool SheetImplT<C>::delNamedRange(const C *name, int scopeId) {
-    return run(false, [&] {
-        names().delNamedRange(wideArg(name).c_str(), scopeId);
-        return true;
-    });
+    names().delNamedRange(wideArg(name).c_str(), scopeId);
+    return true;
 }
 
 template <class C> int SheetImplT<C>::namedRangeSize() {
-    return run(0, [&] { return names().namedRangeSize(); });
+    return names().namedRangeSize();
 }
 
 template <class C>
 const C *SheetImplT<C>::namedRange(int index, int *rowFirst, int *rowLast, int *colFirst,
                                    int *colLast, int *scopeId, bool *hidden) {
-    return run(static_cast<const C *>(nullptr), [&] {
-        _wide = names().namedRange(index, rowFirst, rowLast, colFirst, colLast, scopeId, hidden);
-        return textResult(_wide.c_str());
-    });
+    _wide = names().namedRange(index, rowFirst, rowLast, colFirst, colLast, scopeId, hidden);
+    return textResult(_wide.c_str());
 }
 
 template <class C> SheetState SheetImplT<C>::hidden() {
-    return run(SHEETSTATE_VISIBLE, [&] { return _owner->sheetHidden(getTab()); });
+    return _owner->sheetHidden(getTab());
 }
 
 template <class C> bool SheetImplT<C>::setHidden(SheetState state) {
-    return run(false, [&] {
-        _owner->setSheetHidden(getTab(), state);
-        return true;
-    });
+    _owner->setSheetHidden(getTab(), state);
+    return true;
 }
 
 template class SheetImplT<char>;

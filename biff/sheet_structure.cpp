@@ -27,67 +27,59 @@ void checkCol(int col) {
 
 template <class C>
 bool SheetImplT<C>::setRow(int row, double height, IFormatT<C> *format, bool hidden) {
-    return run(false, [&]() {
-        checkRanges(row, 0);
-        int twips = int(height * 20);
-        if (twips > kMaxRowTwips) throw tberror("height is too big");
-        if (twips < 0) twips = 0;
-        uint16_t flags = uint16_t(kRowFlags | (hidden ? kRowHidden : 0));
-        uint16_t xf = 0;
-        if (format) {
-            int pos = formatPosition(format);
-            if (pos < 0) throw tberror(kFormatNotFound);
-            xf = uint16_t(pos);
-            flags |= kRowFormatted;
-        }
-        int i = rowIndexOf(row);
-        Row fresh;
-        Row &entry = i >= 0 ? _rowList[size_t(i)] : fresh;
-        entry.row = uint16_t(row);
-        entry.firstCol = 0;
-        entry.lastCol = 1;
-        entry.height = uint16_t(twips);
-        entry.flags = flags;
-        entry.xf = xf;
-        if (i < 0) {
-            _rowList.push_back(fresh);
-            _dimensions.update(uint32_t(row), 0);
-        }
-        return true;
-    });
+    checkRanges(row, 0);
+    int twips = int(height * 20);
+    if (twips > kMaxRowTwips) throw tberror("height is too big");
+    if (twips < 0) twips = 0;
+    uint16_t flags = uint16_t(kRowFlags | (hidden ? kRowHidden : 0));
+    uint16_t xf = 0;
+    if (format) {
+        int pos = formatPosition(format);
+        if (pos < 0) throw tberror(kFormatNotFound);
+        xf = uint16_t(pos);
+        flags |= kRowFormatted;
+    }
+    int i = rowIndexOf(row);
+    Row fresh;
+    Row &entry = i >= 0 ? _rowList[size_t(i)] : fresh;
+    entry.row = uint16_t(row);
+    entry.firstCol = 0;
+    entry.lastCol = 1;
+    entry.height = uint16_t(twips);
+    entry.flags = flags;
+    entry.xf = xf;
+    if (i < 0) {
+        _rowList.push_back(fresh);
+        _dimensions.update(uint32_t(row), 0);
+    }
+    return true;
 }
 
 template <class C> double SheetImplT<C>::rowHeight(int row) {
-    return run(0.0, [&]() {
-        checkRanges(row, 0);
-        int i = rowIndexOf(row);
-        return (i >= 0 ? _rowList[size_t(i)].height : _defaultRowHeight) / 20.0;
-    });
+    checkRanges(row, 0);
+    int i = rowIndexOf(row);
+    return (i >= 0 ? _rowList[size_t(i)].height : _defaultRowHeight) / 20.0;
 }
 
 template <class C> bool SheetImplT<C>::rowHidden(int row) {
-    return run(false, [&]() {
-        checkRanges(row, 0);
-        int i = rowIndexOf(row);
-        return i >= 0 && (_rowList[size_t(i)].flags & kRowHidden) != 0;
-    });
+    checkRanges(row, 0);
+    int i = rowIndexOf(row);
+    return i >= 0 && (_rowList[size_t(i)].flags & kRowHidden) != 0;
 }
 
 template <class C> bool SheetImplT<C>::setRowHidden(int row, bool hidden) {
-    return run(false, [&]() {
-        checkRanges(row, 0);
-        int i = rowIndexOf(row);
-        if (i >= 0) {
-            Row &entry = _rowList[size_t(i)];
-            entry.flags = uint16_t(hidden ? entry.flags | kRowHidden : entry.flags & ~kRowHidden);
-        } else if (hidden) {
-            Row entry;
-            entry.row = uint16_t(row);
-            entry.flags = uint16_t(entry.flags | kRowHidden);
-            _rowList.push_back(entry);
-        }
-        return true;
-    });
+    checkRanges(row, 0);
+    int i = rowIndexOf(row);
+    if (i >= 0) {
+        Row &entry = _rowList[size_t(i)];
+        entry.flags = uint16_t(hidden ? entry.flags | kRowHidden : entry.flags & ~kRowHidden);
+    } else if (hidden) {
+        Row entry;
+        entry.row = uint16_t(row);
+        entry.flags = uint16_t(entry.flags | kRowHidden);
+        _rowList.push_back(entry);
+    }
+    return true;
 }
 
 // ---- columns ----
@@ -95,63 +87,55 @@ template <class C> bool SheetImplT<C>::setRowHidden(int row, bool hidden) {
 template <class C>
 bool SheetImplT<C>::setCol(int colFirst, int colLast, double width, IFormatT<C> *format,
                            bool hidden) {
-    return run(false, [&]() {
-        checkCol(colFirst);
-        checkCol(colLast);
-        if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
-        int xf = format ? formatPosition(format) : 15;
-        if (xf < 0) throw tberror(kFormatNotFound);
-        const int w = _owner->styles().maxDigWidth();
-        const int px = ExcelUnitsConverter::numCharsToPx(width, w);
-        const uint16_t coldx = uint16_t(int(px * 256.0 / w + 0.5));
-        for (ColInfo &ci : _colInfos) {
-            if (ci.colFirst < colFirst || ci.colFirst > colLast) continue;
-            ci.coldx = coldx;
-            if (format) ci.ixfe = uint16_t(xf);
-            ci.setHidden(hidden);
-        }
-        for (int col = colFirst; col <= colLast; ++col) {
-            bool covered = false;
-            for (const ColInfo &ci : _colInfos) covered = covered || ci.covers(col);
-            if (covered) continue;
-            ColInfo ci;
-            ci.colFirst = ci.colLast = uint16_t(col);
-            ci.coldx = coldx;
-            ci.ixfe = uint16_t(xf);
-            ci.setHidden(hidden);
-            _colInfos.push_back(ci);
-        }
-        return true;
-    });
+    checkCol(colFirst);
+    checkCol(colLast);
+    if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
+    int xf = format ? formatPosition(format) : 15;
+    if (xf < 0) throw tberror(kFormatNotFound);
+    const int w = _owner->styles().maxDigWidth();
+    const int px = ExcelUnitsConverter::numCharsToPx(width, w);
+    const uint16_t coldx = uint16_t(int(px * 256.0 / w + 0.5));
+    for (ColInfo &ci : _colInfos) {
+        if (ci.colFirst < colFirst || ci.colFirst > colLast) continue;
+        ci.coldx = coldx;
+        if (format) ci.ixfe = uint16_t(xf);
+        ci.setHidden(hidden);
+    }
+    for (int col = colFirst; col <= colLast; ++col) {
+        bool covered = false;
+        for (const ColInfo &ci : _colInfos) covered = covered || ci.covers(col);
+        if (covered) continue;
+        ColInfo ci;
+        ci.colFirst = ci.colLast = uint16_t(col);
+        ci.coldx = coldx;
+        ci.ixfe = uint16_t(xf);
+        ci.setHidden(hidden);
+        _colInfos.push_back(ci);
+    }
+    return true;
 }
 
 template <class C> double SheetImplT<C>::colWidth(int col) {
-    return run(0.0, [&]() {
-        checkCol(col);
-        const int w = _owner->styles().maxDigWidth();
-        for (const ColInfo &ci : _colInfos)
-            if (ci.covers(col))
-                return ExcelUnitsConverter::pxToNumChars(int(ci.coldx * double(w) / 256 + 0.5), w);
-        return ExcelUnitsConverter::pxToNumChars(
-            ExcelUnitsConverter::defaultColWidthPx(_defColWidth, w), w);
-    });
+    checkCol(col);
+    const int w = _owner->styles().maxDigWidth();
+    for (const ColInfo &ci : _colInfos)
+        if (ci.covers(col))
+            return ExcelUnitsConverter::pxToNumChars(int(ci.coldx * double(w) / 256 + 0.5), w);
+    return ExcelUnitsConverter::pxToNumChars(
+        ExcelUnitsConverter::defaultColWidthPx(_defColWidth, w), w);
 }
 
 template <class C> bool SheetImplT<C>::colHidden(int col) {
-    return run(false, [&]() {
-        checkCol(col);
-        for (const ColInfo &ci : _colInfos)
-            if (ci.covers(col)) return ci.hidden();
-        return false;
-    });
+    checkCol(col);
+    for (const ColInfo &ci : _colInfos)
+        if (ci.covers(col)) return ci.hidden();
+    return false;
 }
 
 template <class C> bool SheetImplT<C>::setColHidden(int col, bool hidden) {
-    return run(false, [&]() {
-        checkCol(col);
-        double width = colWidth(col);
-        return setCol(col, col, width, nullptr, hidden);
-    });
+    checkCol(col);
+    double width = colWidth(col);
+    return setCol(col, col, width, nullptr, hidden);
 }
 
 // ---- merged areas ----
@@ -159,95 +143,83 @@ template <class C> bool SheetImplT<C>::setColHidden(int col, bool hidden) {
 template <class C>
 bool SheetImplT<C>::getMerge(int row, int col, int *rowFirst, int *rowLast, int *colFirst,
                              int *colLast) {
-    return run(false, [&]() {
-        checkRanges(row, col);
-        for (const MergeCells &m : _mergeCells)
-            for (const MergeCells::Area &a : m.areas)
-                if (a.holds(row, col)) {
-                    if (rowFirst) *rowFirst = a.ref.rwFirst;
-                    if (rowLast) *rowLast = a.ref.rwLast;
-                    if (colFirst) *colFirst = a.ref.colFirst;
-                    if (colLast) *colLast = a.ref.colLast;
-                    return true;
-                }
-        fail(kNotInMerge);
-        return false;
-    });
+    checkRanges(row, col);
+    for (const MergeCells &m : _mergeCells)
+        for (const MergeCells::Area &a : m.areas)
+            if (a.holds(row, col)) {
+                if (rowFirst) *rowFirst = a.ref.rwFirst;
+                if (rowLast) *rowLast = a.ref.rwLast;
+                if (colFirst) *colFirst = a.ref.colFirst;
+                if (colLast) *colLast = a.ref.colLast;
+                return true;
+            }
+    fail(kNotInMerge);
+    return false;
 }
 
 template <class C>
 bool SheetImplT<C>::setMerge(int rowFirst, int rowLast, int colFirst, int colLast) {
-    return run(false, [&]() {
-        checkRanges(rowFirst, colFirst);
-        checkRanges(rowLast, colLast);
-        if (rowLast < rowFirst) throw tberror("rowLast must be greater than or equal to rowFirst");
-        if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
-        if (_mergeCells.empty() || _mergeCells.back().areas.size() >= MergeCells::kMaxAreas)
-            _mergeCells.emplace_back();
-        _mergeCells.back().add(rowFirst, rowLast, colFirst, colLast);
-        // Blank cells in the format of the top-left cell, so that borders
-        // show across the area.
-        const uint16_t xf = getFormatID(rowFirst, colFirst);
-        for (int r = rowFirst; r <= rowLast; ++r)
-            for (int c = colFirst; c <= colLast; ++c)
-                if (!SheetIndex::exists(codeAt(r, c))) setBlank(r, c, xf);
-        _dimensions.update(uint32_t(rowFirst), uint16_t(colFirst));
-        _dimensions.update(uint32_t(rowLast), uint16_t(colLast));
-        return true;
-    });
+    checkRanges(rowFirst, colFirst);
+    checkRanges(rowLast, colLast);
+    if (rowLast < rowFirst) throw tberror("rowLast must be greater than or equal to rowFirst");
+    if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
+    if (_mergeCells.empty() || _mergeCells.back().areas.size() >= MergeCells::kMaxAreas)
+        _mergeCells.emplace_back();
+    _mergeCells.back().add(rowFirst, rowLast, colFirst, colLast);
+    // Blank cells in the format of the top-left cell, so that borders
+    // show across the area.
+    const uint16_t xf = getFormatID(rowFirst, colFirst);
+    for (int r = rowFirst; r <= rowLast; ++r)
+        for (int c = colFirst; c <= colLast; ++c)
+            if (!SheetIndex::exists(codeAt(r, c))) setBlank(r, c, xf);
+    _dimensions.update(uint32_t(rowFirst), uint16_t(colFirst));
+    _dimensions.update(uint32_t(rowLast), uint16_t(colLast));
+    return true;
 }
 
 template <class C> bool SheetImplT<C>::delMerge(int row, int col) {
-    return run(false, [&]() {
-        checkRanges(row, col);
-        bool removed = false;
-        for (MergeCells &m : _mergeCells) {
-            for (MergeCells::Area &a : m.areas)
-                if (a.holds(row, col)) a.deleted = removed = true;
-            m.eraseDeleted();
-        }
-        _mergeCells.erase(std::remove_if(_mergeCells.begin(), _mergeCells.end(),
-                                         [](const MergeCells &m) { return m.areas.empty(); }),
-                          _mergeCells.end());
-        if (!removed) fail(kNotInMerge);
-        return removed;
-    });
+    checkRanges(row, col);
+    bool removed = false;
+    for (MergeCells &m : _mergeCells) {
+        for (MergeCells::Area &a : m.areas)
+            if (a.holds(row, col)) a.deleted = removed = true;
+        m.eraseDeleted();
+    }
+    _mergeCells.erase(std::remove_if(_mergeCells.begin(), _mergeCells.end(),
+                                     [](const MergeCells &m) { return m.areas.empty(); }),
+                      _mergeCells.end());
+    if (!removed) fail(kNotInMerge);
+    return removed;
 }
 
 // ---- name and addresses ----
 
 template <class C> const C *SheetImplT<C>::name() {
-    return run(static_cast<const C *>(nullptr), [&]() { return textResult(_name.c_str()); });
+    return textResult(_name.c_str());
 }
 
 template <class C> void SheetImplT<C>::setName(const C *name) {
-    run([&]() {
-        if (!name) return;
-        std::wstring wide;
-        wideText(name, _owner->utf8Mode(), wide);
-        if (wide.size() > kMaxNameLength) {
-            wide.resize(kMaxNameLength);
-            _owner->message().assign("warning: sheet's name is cut to 31 characters");
-        }
-        _name = wide;
-    });
+    if (!name) return;
+    std::wstring wide;
+    wideText(name, _owner->utf8Mode(), wide);
+    if (wide.size() > kMaxNameLength) {
+        wide.resize(kMaxNameLength);
+        _owner->message().assign("warning: sheet's name is cut to 31 characters");
+    }
+    _name = wide;
 }
 
 template <class C>
 void SheetImplT<C>::addrToRowCol(const C *addr, int *row, int *col, bool *rowRelative,
                                  bool *colRelative) {
-    run([&]() {
-        wideText(addr, _owner->utf8Mode(), _wide);
-        ExcelUtil::addrToRowCol(_wide.c_str(), row, col, rowRelative, colRelative);
-    });
+    wideText(addr, _owner->utf8Mode(), _wide);
+    ExcelUtil::addrToRowCol(_wide.c_str(), row, col, rowRelative, colRelative);
 }
 
 template <class C>
 const C *SheetImplT<C>::rowColToAddr(int row, int col, bool rowRelative, bool colRelative) {
-    return run(static_cast<const C *>(nullptr), [&]() {
-        _addr = ExcelUtil::rowColToAddr(row, col, rowRelative, colRelative);
-        return textResult(_addr.c_str());
-    });
+    _addr = ExcelUtil::rowColToAddr(row, col, rowRelative, colRelative);
+    return textResult(_addr.c_str());
 }
 
 template class SheetImplT<char>;

@@ -3,6 +3,7 @@
 
 namespace tabrix {
 const char *const kGeneralFailure = "general failure";
+const char *const kNotSupportedYet = "not supported yet";
 const char *const kConversionWarning =
     "warning: some characters have not been converted properly";
 }

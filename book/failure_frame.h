@@ -11,6 +11,8 @@
 namespace tabrix {
 
 extern const char *const kGeneralFailure;
+// The text of an operation a back end does not have.
+extern const char *const kNotSupportedYet;
 
 // Any message resets to "ok" by assign; a message type may offer a
 // cheaper markOk of its own (XString does).

@@ -15,7 +15,7 @@ template <class Make> void *orNull(Make make) {
     }
 }
 
-template <class C> IBookT<C> *newBook() { return new BookImplT<C>(); }
+template <class C> IBookT<C> *newBook() { return new BinaryBookT<C>(); }
 template <class C> IBookT<C> *newXMLBook() { return new XMLBookProxy<C>(); }
 } // namespace
 

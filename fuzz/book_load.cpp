@@ -27,14 +27,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         file = fuzzinput::container(data ? std::vector<uint8_t>(data, data + size)
                                          : std::vector<uint8_t>());
 
-    auto *book = new BookImplT<char>();
+    auto *book = new BinaryBookT<char>();
     book->setLocale("UTF-8");
     if (book->loadRaw(file.data(), unsigned(file.size()))) {
         const char *out = nullptr;
         unsigned outSize = 0;
         if (book->saveRaw(&out, &outSize)) {
             std::string copy(out, outSize);
-            auto *again = new BookImplT<char>();
+            auto *again = new BinaryBookT<char>();
             again->setLocale("UTF-8");
             // What we wrote must load again.
             if (!again->loadRaw(copy.data(), unsigned(copy.size()))) {

@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     }
     wb.insert(wb.end(), data + 1, data + size);
     Owner owner;
-    SheetImplT<char> sheet(owner, L"Fuzz");
+    BinarySheetT<char> sheet(owner, L"Fuzz");
     try {
         load(sheet, container(wb));
     } catch (const tberror &) {
@@ -97,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     } catch (const tberror &) {
         return 0; // a sheet of an older format is refused
     }
-    SheetImplT<char> again(owner, L"Again");
+    BinarySheetT<char> again(owner, L"Again");
     try {
         load(again, saved);
     } catch (const tberror &e) {

@@ -20,7 +20,7 @@ private:
 
 template <class C> class PendingXMLBookFactory : public XMLBookFactory<C> {
 public:
-    IBookT<C> *create(bool strict) override { return new PendingXMLBookT<C>(strict); }
+    IBookT<C> *create(bool strict) override { return new FramedBookT<PendingXMLBookT<C>>(strict); }
     bool isNormal(IBookT<C> *book) override {
         auto *pending = dynamic_cast<PendingXMLBookT<C> *>(book);
         return pending && !pending->strict();

@@ -33,7 +33,7 @@ struct BookDeleter {
 using BookPtr = std::unique_ptr<Book, BookDeleter>;
 
 BookPtr newBook() {
-    BookPtr b(new Book());
+    BookPtr b(new BinaryBookT<char>());
     b->setLocale("UTF-8");
     return b;
 }
@@ -278,8 +278,7 @@ TEST(BookTest, SheetListOperations) {
         {"insert 5", [&] { return b->insertSheet(5, "x", nullptr) == nullptr; },
          "index is out of range"},
         {"delSheet 4", [&] { return !b->delSheet(4); }, "index is out of range"},
-        {"setActive 4", [&] { b->setActiveSheet(4); return b->activeSheet() == 1; },
-         "index is out of range"},
+        {"setActive 4", [&] { b->setActiveSheet(4); return true; }, "index is out of range"},
         {"sheetType 0", [&] { return b->sheetType(0) == SHEETTYPE_SHEET; }, "ok"},
     };
     for (const Bad &c : bad) {
@@ -287,6 +286,7 @@ TEST(BookTest, SheetListOperations) {
         EXPECT_TRUE(c.call());
         EXPECT_STREQ(b->errorMessage(), c.message);
     }
+    EXPECT_EQ(b->activeSheet(), 1);
 
     b->setActiveSheet(3);
     EXPECT_TRUE(b->delSheet(3));
@@ -620,7 +620,7 @@ TEST(BookTest, CellsRoundTripThroughSaveRawAndLoadRaw) {
 
 TEST(BookTest, WideBookLoadsAndSavesFiles) {
     std::unique_ptr<BookImplT<wchar_t>, void (*)(BookImplT<wchar_t> *)> b(
-        new BookImplT<wchar_t>(), [](BookImplT<wchar_t> *p) { p->release(); });
+        new BinaryBookT<wchar_t>(), [](BookImplT<wchar_t> *p) { p->release(); });
     b->setLocale("UTF-8");
     ISheetT<wchar_t> *s = b->addSheet(L"Données", nullptr);
     ASSERT_NE(s, nullptr);

@@ -62,7 +62,7 @@ std::string toXlsx(const std::string &path, const std::string &dir) {
 TEST(SheetSettingsInterop, LibreOfficeSeesPrintSetupNamesAndViews) {
     if (!haveSoffice()) GTEST_SKIP() << "LibreOffice is not installed";
     if (!pythonHas("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
-    std::unique_ptr<BookImplT<char>> book(new BookImplT<char>());
+    std::unique_ptr<BookImplT<char>> book(new BinaryBookT<char>());
     book->setLocale("UTF-8");
     ISheetT<char> *s = book->addSheet("Setup", nullptr);
     ISheetT<char> *f = book->addSheet("Fit", nullptr);

@@ -25,7 +25,7 @@ struct BookDeleter {
 using BookPtr = std::unique_ptr<IBookT<char>, BookDeleter>;
 
 BookPtr newBook() {
-    BookPtr b(new BookImplT<char>());
+    BookPtr b(new BinaryBookT<char>());
     b->setLocale("UTF-8");
     return b;
 }
@@ -261,7 +261,7 @@ TEST(SheetSettings, NamesAreCutAtWholeCharacters) {
     EXPECT_EQ(std::string(s->name()), std::string(29, 'b') + smile);
 
     std::unique_ptr<BookImplT<wchar_t>, void (*)(BookImplT<wchar_t> *)> wide(
-        new BookImplT<wchar_t>(), [](BookImplT<wchar_t> *b) { b->release(); });
+        new BinaryBookT<wchar_t>(), [](BookImplT<wchar_t> *b) { b->release(); });
     ISheetT<wchar_t> *w = wide->addSheet((std::wstring(30, L'c') + L"\U0001F600").c_str(), nullptr);
     ASSERT_NE(w, nullptr);
     EXPECT_EQ(std::wstring(w->name()), std::wstring(30, L'c'));

@@ -20,6 +20,7 @@ struct Script {
     bool normalLoads = false;
     bool strictLoads = false;
     bool throwOnLoad = false;
+    bool framed = true;
     int live = 0;
     int created = 0;
 };
@@ -58,7 +59,8 @@ public:
     explicit FakeFactory(Script &script) : _script(script) {}
     IBookT<char> *create(bool strict) override {
         ++_script.created;
-        return new FakeBook(_script, strict);
+        if (!_script.framed) return new FakeBook(_script, strict);
+        return new FramedBookT<FakeBook>(_script, strict);
     }
     bool isNormal(IBookT<char> *book) override {
         auto *fake = dynamic_cast<FakeBook *>(book);
@@ -109,6 +111,7 @@ TEST(XMLBookProxyTest, LoadTriesTheOtherFormOnceAndStaysInIt) {
 
 TEST(XMLBookProxyTest, AnExceptionIsSwallowedAndLoadRawDoesNotRetry) {
     Script script;
+    script.framed = false; // an implementation outside the failure frame
     FakeFactory factory(script);
     XMLBookProxy<char> proxy(factory);
     script.throwOnLoad = true;

@@ -9,12 +9,12 @@ template <class C> FakeOwner<C>::FakeOwner() { _styles.init(); }
 template <class C> FakeOwner<C>::~FakeOwner() = default;
 
 template <class C> SheetImplT<C> &FakeOwner<C>::addSheet(const std::wstring &name) {
-    _sheets.emplace_back(new SheetImplT<C>(*this, name));
+    _sheets.emplace_back(new BinarySheetT<C>(*this, name));
     return *_sheets.back();
 }
 
 template <class C> SheetImplT<C> &FakeOwner<C>::addCopy(const SheetImplT<C> &src) {
-    _sheets.emplace_back(new SheetImplT<C>(src, *this));
+    _sheets.emplace_back(new BinarySheetT<C>(src, *this));
     return *_sheets.back();
 }
 
