@@ -4,6 +4,7 @@
 #include "biff/book_impl.h"
 
 #include "biff/sheet_impl.h"
+#include "book/book_factory.h"
 #include "book/date_serial.h"
 #include "book/encoding.h"
 #include "book/failure_frame.h"
@@ -278,5 +279,9 @@ template class BookImplT<char>;
 template class BookImplT<wchar_t>;
 template class FramedBookT<BookImplT<char>>;
 template class FramedBookT<BookImplT<wchar_t>>;
+
+template <class C> IBookT<C> *newBinaryBook() { return new BinaryBookT<C>(); }
+template IBookT<char> *newBinaryBook<char>();
+template IBookT<wchar_t> *newBinaryBook<wchar_t>();
 
 } // namespace tabrix

@@ -6,8 +6,8 @@
 
 #include "biff/records/book_ext.h"
 #include "biff/records/ext_sst.h"
-#include "biff/file_window.h"
-#include "biff/memory_stream.h"
+#include "book/file_window.h"
+#include "book/memory_stream.h"
 #include "biff/sheet_impl.h"
 #include "book/failure_frame.h"
 #include "book/tberror.h"

@@ -2,7 +2,7 @@
 // (id 49) and read and written as that record.
 #ifndef TABRIX_BIFF_FONT_IMPL_H
 #define TABRIX_BIFF_FONT_IMPL_H
-#include "biff/records/short_xl_unicode_string.h"
+#include "biff/strings/short_xl_unicode_string.h"
 #include "biff/style_owner.h"
 #include "biff/xls.h"
 #include "tabrix/IFontT.h"

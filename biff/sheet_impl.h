@@ -10,13 +10,13 @@
 #define TABRIX_BIFF_SHEET_IMPL_H
 
 #include "biff/biff_record.h"
-#include "biff/pod_vector.h"
+#include "book/pod_vector.h"
 #include "biff/records/blank.h"
 #include "biff/records/bool_err.h"
 #include "biff/records/col_info.h"
 #include "biff/records/db_cell.h"
 #include "biff/records/dimensions.h"
-#include "biff/records/formula_block.h"
+#include "biff/runs/formula_block.h"
 #include "biff/records/index.h"
 #include "biff/records/label.h"
 #include "biff/records/label_sst.h"

@@ -1,7 +1,7 @@
 // Xls: construction, reset, check point and diagnostics.
 #include "biff/xls.h"
 
-#include "biff/memory_stream.h"
+#include "book/memory_stream.h"
 #include "book/tberror.h"
 
 #include <sstream>

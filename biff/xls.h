@@ -7,7 +7,7 @@
 #ifndef TABRIX_BIFF_XLS_H
 #define TABRIX_BIFF_XLS_H
 
-#include "biff/byte_region.h"
+#include "book/byte_region.h"
 #include "biff/cfb_directory.h"
 #include "biff/cfb_header.h"
 

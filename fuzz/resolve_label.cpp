@@ -1,7 +1,7 @@
 // Fuzz target: range labels with their options, resolved over a small fixed
 // book.  The first byte chooses the file's state (read or write, header
 // options); the rest is the label.
-#include "../tests/module/support/tin_fake_sheet.h"
+#include "support/tin_fake_sheet.h"
 #include "refhost.h"
 
 #include <stdint.h>

@@ -1,5 +1,6 @@
 #include "ooxml/xml_book_proxy.h"
 
+#include "book/book_factory.h"
 #include "book/pending_book.h"
 
 namespace tabrix {
@@ -74,5 +75,9 @@ template XMLBookFactory<char> &defaultXMLBookFactory<char>();
 template XMLBookFactory<wchar_t> &defaultXMLBookFactory<wchar_t>();
 template class XMLBookProxy<char>;
 template class XMLBookProxy<wchar_t>;
+
+template <class C> IBookT<C> *newXMLBook() { return new XMLBookProxy<C>(); }
+template IBookT<char> *newXMLBook<char>();
+template IBookT<wchar_t> *newXMLBook<wchar_t>();
 
 } // namespace tabrix

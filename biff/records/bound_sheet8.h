@@ -4,7 +4,7 @@
 #define TABRIX_BIFF_RECORDS_BOUND_SHEET8_H
 
 #include "biff/biff_record.h"
-#include "biff/records/short_xl_unicode_string.h"
+#include "biff/strings/short_xl_unicode_string.h"
 #include "book/mem_pool.h"
 
 #include <cstdint>

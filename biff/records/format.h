@@ -1,7 +1,7 @@
 // Format (id 1054): a custom number format, its id and its code.
 #ifndef TABRIX_BIFF_RECORDS_FORMAT_H
 #define TABRIX_BIFF_RECORDS_FORMAT_H
-#include "biff/records/xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string.h"
 #include "biff/xls.h"
 #include "book/mem_pool.h"
 #include <cstdint>

@@ -3,7 +3,7 @@
 #ifndef TABRIX_BIFF_RECORDS_LABEL_H
 #define TABRIX_BIFF_RECORDS_LABEL_H
 #include "biff/biff_record.h"
-#include "biff/records/xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string.h"
 #include "book/mem_pool.h"
 #include <cstdint>
 namespace tabrix {

@@ -6,7 +6,7 @@
 #define TABRIX_BIFF_RECORDS_LBL_H
 
 #include "biff/biff_record.h"
-#include "biff/records/xl_unicode_string_no_cch.h"
+#include "biff/strings/xl_unicode_string_no_cch.h"
 #include "book/mem_pool.h"
 
 #include <cstdint>

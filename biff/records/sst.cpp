@@ -1,6 +1,6 @@
 #include "biff/records/sst.h"
 
-#include "biff/records/segment_reader.h"
+#include "biff/strings/segment_reader.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #define TABRIX_BIFF_RECORDS_SST_H
 
 #include "biff/biff_record.h"
-#include "biff/records/str_map.h"
+#include "biff/strings/str_map.h"
 
 namespace tabrix {
 

@@ -2,7 +2,7 @@
 // keeps for each cell style.
 #ifndef TABRIX_BIFF_RECORDS_STYLE_H
 #define TABRIX_BIFF_RECORDS_STYLE_H
-#include "biff/records/xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string.h"
 #include "biff/xls.h"
 #include "book/mem_pool.h"
 #include <cstdint>

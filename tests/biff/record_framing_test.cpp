@@ -1,7 +1,7 @@
 // Record framing: values split across CONTINUE records, the writer's
 // closing of records, raw records, the record base's messages and dumps.
 #include "biff/biff_record.h"
-#include "biff/byte_stream.h"
+#include "book/byte_stream.h"
 #include "biff/records/ext_sst.h"
 #include "biff/records/phonetic_info.h"
 #include "biff/support/biff_bytes.h"

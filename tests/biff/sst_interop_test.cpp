@@ -1,8 +1,8 @@
 // Shared string tables checked against an independent reader: a workbook
 // whose table our writer made is read cell by cell by xlrd, and the tables
 // of real producers' files read by us match what xlrd finds in them.
-#include "biff/records/ext_string.h"
-#include "biff/records/short_xl_unicode_string.h"
+#include "biff/strings/ext_string.h"
+#include "biff/strings/short_xl_unicode_string.h"
 #include "biff/records/sst.h"
 #include "biff/support/biff_bytes.h"
 #include "biff/support/interop_tools.h"

@@ -1,12 +1,12 @@
 // Binary strings and the shared string table: every size class written and
 // read back, the exact places where CONTINUE records fall, tolerant reading
 // of what real producers write, and deduplication.
-#include "biff/records/ext_string.h"
-#include "biff/records/short_xl_unicode_string.h"
+#include "biff/strings/ext_string.h"
+#include "biff/strings/short_xl_unicode_string.h"
 #include "biff/records/sst.h"
-#include "biff/records/str_map.h"
-#include "biff/records/xl_unicode_string.h"
-#include "biff/records/xl_unicode_string_no_cch.h"
+#include "biff/strings/str_map.h"
+#include "biff/strings/xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string_no_cch.h"
 #include "biff/support/biff_bytes.h"
 #include "biff/xls.h"
 #include "book/tberror.h"

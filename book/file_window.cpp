@@ -1,4 +1,4 @@
-#include "biff/file_window.h"
+#include "book/file_window.h"
 
 #include "book/tberror.h"
 

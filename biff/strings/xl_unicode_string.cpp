@@ -1,4 +1,4 @@
-#include "biff/records/xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string.h"
 #include "book/encoding.h"
 #include "book/tberror.h"
 

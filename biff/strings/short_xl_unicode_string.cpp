@@ -1,5 +1,5 @@
-#include "biff/records/short_xl_unicode_string.h"
-#include "biff/records/xl_unicode_string.h"
+#include "biff/strings/short_xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string.h"
 #include "book/tberror.h"
 
 #include <cwchar>

@@ -3,8 +3,8 @@
 // is not a CONTINUE: when the data ends early it stops, leaving the stream
 // at the next record, and ok() turns false.  Zero-sized CONTINUE records
 // are passed over.
-#ifndef TABRIX_BIFF_RECORDS_SEGMENT_READER_H
-#define TABRIX_BIFF_RECORDS_SEGMENT_READER_H
+#ifndef TABRIX_BIFF_STRINGS_SEGMENT_READER_H
+#define TABRIX_BIFF_STRINGS_SEGMENT_READER_H
 
 #include "biff/xls.h"
 

@@ -1,8 +1,8 @@
 // ShortXLUnicodeString: 8-bit count, flags byte (absent in the old
 // format), characters; never crosses a CONTINUE.  Also kept in formula
 // token queues, with the same bytes.
-#ifndef TABRIX_BIFF_RECORDS_SHORT_XL_UNICODE_STRING_H
-#define TABRIX_BIFF_RECORDS_SHORT_XL_UNICODE_STRING_H
+#ifndef TABRIX_BIFF_STRINGS_SHORT_XL_UNICODE_STRING_H
+#define TABRIX_BIFF_STRINGS_SHORT_XL_UNICODE_STRING_H
 
 #include "biff/xls.h"
 #include "book/mem_pool.h"

@@ -1,5 +1,5 @@
-#include "biff/records/ext_string.h"
-#include "biff/records/segment_reader.h"
+#include "biff/strings/ext_string.h"
+#include "biff/strings/segment_reader.h"
 
 #include <algorithm>
 #include <cwchar>

@@ -1,4 +1,4 @@
-#include "biff/records/str_map.h"
+#include "biff/strings/str_map.h"
 
 #include <cstdint>
 #include <utility>

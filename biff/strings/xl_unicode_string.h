@@ -1,7 +1,7 @@
 // XLUnicodeString: a counted string (16-bit count, or 8-bit in short mode)
 // with a flags byte (absent in the old format) and 1- or 2-byte characters.
-#ifndef TABRIX_BIFF_RECORDS_XL_UNICODE_STRING_H
-#define TABRIX_BIFF_RECORDS_XL_UNICODE_STRING_H
+#ifndef TABRIX_BIFF_STRINGS_XL_UNICODE_STRING_H
+#define TABRIX_BIFF_STRINGS_XL_UNICODE_STRING_H
 
 #include "biff/xls.h"
 #include "book/mem_pool.h"

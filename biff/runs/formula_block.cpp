@@ -1,6 +1,6 @@
-#include "biff/records/formula_block.h"
+#include "biff/runs/formula_block.h"
 
-#include "biff/records/xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string.h"
 
 namespace tabrix {
 

@@ -1,5 +1,5 @@
-#include "biff/records/xl_unicode_string_no_cch.h"
-#include "biff/records/xl_unicode_string.h"
+#include "biff/strings/xl_unicode_string_no_cch.h"
+#include "biff/strings/xl_unicode_string.h"
 #include "book/tberror.h"
 
 #include <algorithm>

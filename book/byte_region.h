@@ -3,8 +3,8 @@
 // from 256 KiB on it is mapped from the kernel and grows by moving page
 // tables, so growing never copies what was written and each page is
 // touched once.
-#ifndef TABRIX_BIFF_BYTE_REGION_H
-#define TABRIX_BIFF_BYTE_REGION_H
+#ifndef TABRIX_BYTE_REGION_H
+#define TABRIX_BYTE_REGION_H
 
 #include <cstddef>
 

@@ -4,10 +4,10 @@
 // grows with realloc and a large one lives in memory mapped from the
 // kernel, which grows without copying: a sheet filled cell by cell never
 // copies its cells and touches each page of them once.
-#ifndef TABRIX_BIFF_POD_VECTOR_H
-#define TABRIX_BIFF_POD_VECTOR_H
+#ifndef TABRIX_POD_VECTOR_H
+#define TABRIX_POD_VECTOR_H
 
-#include "biff/byte_region.h"
+#include "book/byte_region.h"
 
 #include <cstddef>
 #include <cstring>

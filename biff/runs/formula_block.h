@@ -3,8 +3,8 @@
 // shared formula definition, an array or table record, the String record
 // with the cached text and its CONTINUE records) and an optional record
 // kept from before it.
-#ifndef TABRIX_BIFF_RECORDS_FORMULA_BLOCK_H
-#define TABRIX_BIFF_RECORDS_FORMULA_BLOCK_H
+#ifndef TABRIX_BIFF_RUNS_FORMULA_BLOCK_H
+#define TABRIX_BIFF_RUNS_FORMULA_BLOCK_H
 #include "biff/biff_record.h"
 #include "biff/records/formula.h"
 #include "book/mem_pool.h"

@@ -1,4 +1,4 @@
-#include "biff/byte_region.h"
+#include "book/byte_region.h"
 
 #include "book/mapped_memory.h"
 

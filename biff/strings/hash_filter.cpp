@@ -1,4 +1,4 @@
-#include "biff/records/hash_filter.h"
+#include "biff/strings/hash_filter.h"
 
 #include <utility>
 

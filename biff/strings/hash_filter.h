@@ -3,10 +3,10 @@
 // of the table has that text, so a new text is appended without a search of
 // the string table's own index, which is brought up to date only when a
 // look-up needs it.
-#ifndef TABRIX_BIFF_RECORDS_HASH_FILTER_H
-#define TABRIX_BIFF_RECORDS_HASH_FILTER_H
+#ifndef TABRIX_BIFF_STRINGS_HASH_FILTER_H
+#define TABRIX_BIFF_STRINGS_HASH_FILTER_H
 
-#include "biff/pod_vector.h"
+#include "book/pod_vector.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // MemoryStream: a read-only std::iostream over a caller's bytes, so that a
 // book loads from memory without copying the file first.  Seeking works
 // within the bytes; writing fails.
-#ifndef TABRIX_BIFF_MEMORY_STREAM_H
-#define TABRIX_BIFF_MEMORY_STREAM_H
+#ifndef TABRIX_MEMORY_STREAM_H
+#define TABRIX_MEMORY_STREAM_H
 
 #include <istream>
 #include <streambuf>

@@ -1,8 +1,8 @@
 // ExtString: one entry of the shared string table, with optional
 // formatting runs and opaque phonetic data; reads and writes across
 // CONTINUE records, where character data restarts with a flags byte.
-#ifndef TABRIX_BIFF_RECORDS_EXT_STRING_H
-#define TABRIX_BIFF_RECORDS_EXT_STRING_H
+#ifndef TABRIX_BIFF_STRINGS_EXT_STRING_H
+#define TABRIX_BIFF_STRINGS_EXT_STRING_H
 
 #include "biff/xls.h"
 #include "book/mem_pool.h"

@@ -1,8 +1,8 @@
 // XLUnicodeStringNoCch: characters whose count the enclosing record gives;
 // every segment, the first and each one behind a CONTINUE, starts with its
 // own flags byte (absent in the old format).
-#ifndef TABRIX_BIFF_RECORDS_XL_UNICODE_STRING_NO_CCH_H
-#define TABRIX_BIFF_RECORDS_XL_UNICODE_STRING_NO_CCH_H
+#ifndef TABRIX_BIFF_STRINGS_XL_UNICODE_STRING_NO_CCH_H
+#define TABRIX_BIFF_STRINGS_XL_UNICODE_STRING_NO_CCH_H
 
 #include "biff/xls.h"
 #include "book/mem_pool.h"

@@ -4,8 +4,8 @@
 // processor's cache, so the file is neither copied whole into memory nor
 // read with one call per sector.  A file that shrinks during the load reads
 // as truncated: the read fails with a message, never a crash.
-#ifndef TABRIX_BIFF_FILE_WINDOW_H
-#define TABRIX_BIFF_FILE_WINDOW_H
+#ifndef TABRIX_FILE_WINDOW_H
+#define TABRIX_FILE_WINDOW_H
 
 #include <cstdint>
 #include <istream>

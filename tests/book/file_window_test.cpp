@@ -1,6 +1,6 @@
 // The windowed file stream reads the same bytes as the file holds, wherever
 // a seek lands relative to the window, and ends where the file ends.
-#include "biff/file_window.h"
+#include "book/file_window.h"
 
 #include <gtest/gtest.h>
 

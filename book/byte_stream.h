@@ -1,7 +1,7 @@
 // Little-endian helpers over byte queues (formula token streams) and over
 // plain iostreams.
-#ifndef TABRIX_BIFF_BYTE_STREAM_H
-#define TABRIX_BIFF_BYTE_STREAM_H
+#ifndef TABRIX_BYTE_STREAM_H
+#define TABRIX_BYTE_STREAM_H
 
 #include "book/tberror.h"
 

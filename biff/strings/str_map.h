@@ -4,12 +4,12 @@
 // loaded table (appended with `force`), so that a book that is only read
 // never builds it, and new texts that the hash filter proved absent, so
 // that a book of distinct texts is written without searching.
-#ifndef TABRIX_BIFF_RECORDS_STR_MAP_H
-#define TABRIX_BIFF_RECORDS_STR_MAP_H
+#ifndef TABRIX_BIFF_STRINGS_STR_MAP_H
+#define TABRIX_BIFF_STRINGS_STR_MAP_H
 
-#include "biff/pod_vector.h"
-#include "biff/records/ext_string.h"
-#include "biff/records/hash_filter.h"
+#include "book/pod_vector.h"
+#include "biff/strings/ext_string.h"
+#include "biff/strings/hash_filter.h"
 
 #include <sparsehash/sparse_hash_map>
 
