@@ -13,9 +13,9 @@ CTEST_ARGS ?=
 DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
        zlib1g-dev libbz2-dev libsparsehash-dev libutfcpp-dev libxml2-dev gettext \
        python3 python3-olefile python3-xlrd python3-openpyxl python3-xlwt libreoffice-calc-nogui gnumeric \
-       libfreexl-dev
+       libfreexl-dev clang-format lcov
 
-.PHONY: all deps build test test-normal test-asan demo bench fuzz clean
+.PHONY: all deps build test test-normal test-asan demo bench fuzz clean format format-check coverage
 
 all: build
 
@@ -70,5 +70,17 @@ fuzz: deps
 	  $$f -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=2048 -timeout=10 $(FUZZ_BUILD)/corpus/$$name fuzz/seeds/$$name || exit 1; \
 	done
 
+# The one code style (.clang-format) over every C and C++ source.
+SOURCES = $(shell git ls-files '*.cpp' '*.h' '*.c')
+format:
+	clang-format -i --style=file $(SOURCES)
+
+format-check: deps
+	@clang-format --dry-run --Werror --style=file $(SOURCES) && echo "format-check: clean"
+
+# Line and function coverage of the product code, per folder.
+coverage: deps
+	cmake/coverage.sh $(CURDIR)/build-cov $(JOBS)
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) build-bench build-cov
