@@ -289,6 +289,11 @@ private:
     bool readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size);
     void readDrawingRun(XlsRecords &xls, uint16_t id, uint16_t size);
     void readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size);
+    // The book's globals are of the older format, and so is every sheet.
+    bool oldFormat() const;
+    // The text of an older format's String record: a 16-bit count and bytes
+    // in the book's code page.
+    const wchar_t *oldStringResult(const Biff &record);
     void writeCells(XlsRecords &xls);
     void writeColInfos(XlsRecords &xls);
     void setDefaults();

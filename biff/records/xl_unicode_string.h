@@ -24,9 +24,14 @@ public:
     void setString(const wchar_t *s, MemPool &pool);
     unsigned size() const;
 
-    void read(XlsRecords &xls, bool noFlags, bool shortCount, MemPool &pool,
+    // False when the text was cut: its record ended with no CONTINUE behind
+    // it, and `cch` was lowered to the characters present.
+    bool read(XlsRecords &xls, bool noFlags, bool shortCount, MemPool &pool,
               unsigned short &remaining);
     void write(XlsRecords &xls) const;
+    // A text read without a flags byte holds bytes of the book's code page:
+    // it becomes UTF-16 units, to be written in the current form.
+    void fromCodePage(unsigned codePage, MemPool &pool);
 };
 
 // Pool copy of `n` wide characters, terminated.
