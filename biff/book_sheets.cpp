@@ -21,29 +21,15 @@ const size_t kMaxSheetName = 31;
 // XTI sheet numbers that refer to no sheet of this book.
 const uint16_t kNoSheet = 0xFFFE;
 
-// How much of a caller's name is kept, in its own elements: as many whole
-// characters as fit 31 UTF-16 units (a character above U+FFFF takes two);
-// narrow text outside UTF-8 mode keeps 31 bytes.
-size_t cutLength(const char *name, bool utf8Mode) {
-    size_t n = std::strlen(name);
-    if (!utf8Mode) return std::min(n, kMaxSheetName);
-    size_t units = 0;
-    for (size_t i = 0; i < n; ++i) {
-        unsigned char c = static_cast<unsigned char>(name[i]);
-        if ((c & 0xC0) == 0x80) continue; // inside a character
-        units += c >= 0xF0 ? 2 : 1;
-        if (units > kMaxSheetName) return i;
-    }
-    return n;
-}
-
-size_t cutLength(const wchar_t *name, bool) {
-    size_t units = 0, i = 0;
-    for (; name[i]; ++i) {
-        units += uint32_t(name[i]) > 0xFFFF ? 2 : 1;
-        if (units > kMaxSheetName) return i;
-    }
-    return i;
+// How much of a name (UTF-16 units) is kept: as many whole characters as
+// fit 31 units, so a surrogate pair is never parted; whatever the caller's
+// encoding, the cut is made after the conversion.
+size_t cutLength(const std::wstring &units) {
+    if (units.size() <= kMaxSheetName) return units.size();
+    size_t keep = kMaxSheetName;
+    uint32_t last = uint32_t(units[keep - 1]);
+    if (last >= 0xD800 && last < 0xDC00) --keep;
+    return keep;
 }
 
 } // namespace
@@ -78,11 +64,12 @@ ISheetT<C> *BookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *init
         if (index < 0 || index > sheetCount()) throw tberror(kOutOfRange);
         if (sheetCount() >= kMaxSheets) throw tberror("workbook has too many sheets");
         if (!name) throw tberror("sheet's name is empty");
-        size_t keep = cutLength(name, _utf8Mode);
-        bool cut = name[keep] != 0;
-        std::basic_string<C> kept(name, keep);
         std::wstring wide;
-        wideText(kept.c_str(), _utf8Mode, wide);
+        if (!wideText(name, _utf8Mode, wide)) throw tberror("sheet's name doesn't convert in this locale");
+        if (wide.empty()) throw tberror("sheet's name is empty");
+        size_t keep = cutLength(wide);
+        bool cut = keep < wide.size();
+        wide.resize(keep);
         for (SheetImplT<C> *s : _sheets)
             if (sicmp(s->wideName(), wide) == 0)
                 throw tberror("book already contains such sheet name");

@@ -29,9 +29,9 @@ template <class C>
 bool SheetImplT<C>::setRow(int row, double height, IFormatT<C> *format, bool hidden) {
     return run(false, [&]() {
         checkRanges(row, 0);
+        if (height * 20 > kMaxRowTwips) throw tberror("height is too big");
+        if (!(height >= 0)) throw tberror("height can't be negative");
         int twips = int(height * 20);
-        if (twips > kMaxRowTwips) throw tberror("height is too big");
-        if (twips < 0) twips = 0;
         uint16_t flags = uint16_t(kRowFlags | (hidden ? kRowHidden : 0));
         uint16_t xf = 0;
         if (format) {
@@ -99,6 +99,8 @@ bool SheetImplT<C>::setCol(int colFirst, int colLast, double width, IFormatT<C> 
         checkCol(colFirst);
         checkCol(colLast);
         if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
+        // The record holds 1/256 of a character in 16 bits.
+        if (!(width >= 0 && width <= 255)) throw tberror("width must be in range 0-255");
         int xf = format ? formatPosition(format) : 15;
         if (xf < 0) throw tberror(kFormatNotFound);
         const int w = _owner->styles().maxDigWidth();

@@ -36,6 +36,12 @@ public:
 
 // Pool copy of `n` wide characters, terminated.
 const wchar_t *poolCopy(const wchar_t *s, size_t n, MemPool &pool);
+// Whether a record boundary before unit `at` (above 0) of `text` parts a
+// surrogate pair.
+inline bool splitsPair(const wchar_t *text, size_t at) {
+    uint32_t hi = uint32_t(text[at - 1]), lo = uint32_t(text[at]);
+    return hi >= 0xD800 && hi < 0xDC00 && lo >= 0xDC00 && lo < 0xE000;
+}
 // `n` zeroed wide characters and the terminator, from the pool.
 wchar_t *poolText(size_t n, MemPool &pool);
 
