@@ -29,8 +29,8 @@ template <class C>
 bool SheetImplT<C>::setRow(int row, double height, IFormatT<C> *format, bool hidden) {
     return run(false, [&]() {
         checkRanges(row, 0);
-        if (height * 20 > kMaxRowTwips) throw tberror("height is too big");
         if (!(height >= 0)) throw tberror("height can't be negative");
+        if (height * 20 >= kMaxRowTwips + 1) throw tberror("height is too big");
         int twips = int(height * 20);
         uint16_t flags = uint16_t(kRowFlags | (hidden ? kRowHidden : 0));
         uint16_t xf = 0;
