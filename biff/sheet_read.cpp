@@ -334,9 +334,10 @@ template <class C> bool SheetImplT<C>::oldFormat() const {
 
 template <class C> const wchar_t *SheetImplT<C>::oldStringResult(const Biff &record) {
     const std::vector<uint8_t> &d = record.data;
-    size_t cch = d.size() >= 2 ? size_t(d[0] | d[1] << 8) : 0;
-    cch = std::min(cch, d.size() >= 2 ? d.size() - 2 : 0);
-    std::wstring bytes(d.begin() + (cch ? 2 : 0), d.begin() + long(cch ? 2 + cch : 0));
+    // A count beyond the record gives the characters present.
+    size_t cch = d.size() >= 2 ? std::min(size_t(d[0] | d[1] << 8), d.size() - 2) : 0;
+    std::wstring bytes;
+    for (size_t i = 0; i < cch; ++i) bytes += wchar_t(d[2 + i]);
     std::wstring units = codePageToUnits(bytes.c_str(), cch, _owner->codePage());
     return poolCopy(units.c_str(), units.size(), _owner->pool());
 }

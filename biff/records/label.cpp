@@ -6,7 +6,13 @@ void Label::read(XlsRecords &xls, uint16_t size, bool old, unsigned codePage) {
     xls.readInt16(row, remaining);
     xls.readInt16(col, remaining);
     xls.readInt16(xf, remaining);
-    if (!text.read(xls, old, false, *pool_, remaining)) sizeError();
+    // A record too short for its text keeps the record's own message.
+    bool whole = false;
+    try {
+        whole = text.read(xls, old, false, *pool_, remaining);
+    } catch (const tberror &) {
+    }
+    if (!whole) sizeError();
     // Some producers pad the record behind the text.
     uint8_t pad = 0;
     while (remaining > 0) xls.readWithContinueRecords(&pad, 1, remaining);

@@ -395,7 +395,7 @@ TEST(Sst, OtherStringFormsRoundTrip) {
     const Case cases[] = {
         {emptyAtEnd, plain, 2, L"", ""},
         {splitOk, plain, 4, L"abc", ""},
-        {notContinue, plain, 4, L"", "error in XLUnicodeString record #1"},
+        {notContinue, plain, 4, L"a", ""}, // cut where its record ends
         {odd, plain, 4, L"", "error in XLUnicodeString record #2"},
         {widthSwitch, noCch, 3, L"ab\x3042\x3043", ""},
     };
