@@ -17,20 +17,8 @@ namespace tabrix {
 namespace {
 
 const char *const kOutOfRange = "index is out of range";
-const size_t kMaxSheetName = 31;
 // XTI sheet numbers that refer to no sheet of this book.
 const uint16_t kNoSheet = 0xFFFE;
-
-// How much of a name (UTF-16 units) is kept: as many whole characters as
-// fit 31 units, so a surrogate pair is never parted; whatever the caller's
-// encoding, the cut is made after the conversion.
-size_t cutLength(const std::wstring &units) {
-    if (units.size() <= kMaxSheetName) return units.size();
-    size_t keep = kMaxSheetName;
-    uint32_t last = uint32_t(units[keep - 1]);
-    if (last >= 0xD800 && last < 0xDC00) --keep;
-    return keep;
-}
 
 } // namespace
 
@@ -63,13 +51,8 @@ ISheetT<C> *BookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *init
     return run(static_cast<ISheetT<C> *>(nullptr), [&]() -> ISheetT<C> * {
         if (index < 0 || index > sheetCount()) throw tberror(kOutOfRange);
         if (sheetCount() >= kMaxSheets) throw tberror("workbook has too many sheets");
-        if (!name) throw tberror("sheet's name is empty");
-        std::wstring wide;
-        if (!wideText(name, _utf8Mode, wide)) throw tberror("sheet's name doesn't convert in this locale");
-        if (wide.empty()) throw tberror("sheet's name is empty");
-        size_t keep = cutLength(wide);
-        bool cut = keep < wide.size();
-        wide.resize(keep);
+        bool cut = false;
+        std::wstring wide = SheetImplT<C>::sheetName(name, _utf8Mode, cut);
         for (SheetImplT<C> *s : _sheets)
             if (sicmp(s->wideName(), wide) == 0)
                 throw tberror("book already contains such sheet name");

@@ -100,6 +100,10 @@ public:
     bool delMerge(int row, int col) override;
     const C *name() override;
     void setName(const C *name) override;
+    // A caller's sheet name as UTF-16 units, cut at a whole character within
+    // 31 units (`cut` tells whether it was); an empty name, or one that
+    // doesn't convert, throws.
+    static std::wstring sheetName(const C *name, bool utf8Mode, bool &cut);
     void addrToRowCol(const C *addr, int *row, int *col, bool *rowRelative,
                       bool *colRelative) override;
     const C *rowColToAddr(int row, int col, bool rowRelative, bool colRelative) override;

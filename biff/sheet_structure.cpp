@@ -222,16 +222,29 @@ template <class C> const C *SheetImplT<C>::name() {
     return run(static_cast<const C *>(nullptr), [&]() { return textResult(_name.c_str()); });
 }
 
+template <class C>
+std::wstring SheetImplT<C>::sheetName(const C *name, bool utf8Mode, bool &cut) {
+    if (!name) throw tberror("sheet's name is empty");
+    std::wstring wide;
+    if (!wideText(name, utf8Mode, wide)) throw tberror("sheet's name doesn't convert in this locale");
+    if (wide.empty()) throw tberror("sheet's name is empty");
+    cut = wide.size() > kMaxNameLength;
+    if (cut) {
+        // Never half a surrogate pair.
+        size_t keep = kMaxNameLength;
+        uint32_t last = uint32_t(wide[keep - 1]);
+        if (last >= 0xD800 && last < 0xDC00) --keep;
+        wide.resize(keep);
+    }
+    return wide;
+}
+
 template <class C> void SheetImplT<C>::setName(const C *name) {
     run([&]() {
         if (!name) return;
-        std::wstring wide;
-        wideText(name, _owner->utf8Mode(), wide);
-        if (wide.size() > kMaxNameLength) {
-            wide.resize(kMaxNameLength);
-            _owner->message().assign("warning: sheet's name is cut to 31 characters");
-        }
-        _name = wide;
+        bool cut = false;
+        _name = sheetName(name, _owner->utf8Mode(), cut);
+        if (cut) _owner->message().assign("warning: sheet's name is cut to 31 characters");
     });
 }
 

@@ -436,6 +436,8 @@ std::vector<std::string> producersFiles() {
                              "ws['E1'].font = Font(bold=True, color='FFFF0000')\n"
                              "ws['E2'] = 0.25\n"
                              "ws['E2'].number_format = '0.0%'\n"
+                             "ws['E3'] = '#N/A'\n"
+                             "ws['E4'] = '#DIV/0!'\n"
                              "ws2 = wb.create_sheet('Лист')\n"
                              "ws2['A1'] = '中文'\n"
                              "ws2['C7'] = -3.75\n"
