@@ -64,6 +64,19 @@ protected:
     static void checkSize(uint16_t size, uint16_t expected) {
         if (size != expected) sizeError();
     }
+    // Producers pad some fixed records: a longer one is read and its extra
+    // bytes skipped by `skipExtra`; a shorter one is refused.
+    static void checkMinSize(uint16_t size, uint16_t least) {
+        if (size < least) sizeError();
+    }
+    static void skipExtra(XlsRecords &xls, uint16_t size, uint16_t used) {
+        uint8_t pad[64];
+        for (uint16_t left = uint16_t(size - used); left > 0;) {
+            uint16_t n = left < sizeof pad ? left : uint16_t(sizeof pad);
+            if (xls.read(pad, n) < n) return;
+            left = uint16_t(left - n);
+        }
+    }
 
 private:
     Derived &self() { return static_cast<Derived &>(*this); }

@@ -138,6 +138,8 @@ public:
     bool utf8Mode() const override { return _utf8Mode; }
     MemPool &pool() override { return _styles.pool(); }
     SST &sst() override { return _sst; }
+    int globalsVersion() override { return _bof.vers; }
+    unsigned codePage() override { return _words.codePage; }
     StyleTable<C> &styles() override { return _styles; }
     SheetImplT<C> *sheetAt(int index) override;
     int getTabIndex(const SheetImplT<C> *sheet) override;

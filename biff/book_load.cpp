@@ -9,6 +9,7 @@
 #include "book/file_window.h"
 #include "book/memory_stream.h"
 #include "biff/sheet_impl.h"
+#include "book/code_page.h"
 #include "book/failure_frame.h"
 #include "book/tberror.h"
 
@@ -332,6 +333,8 @@ template <class C> void BookImplT<C>::readSheets() {
     for (const BoundSheet8 &b : _boundSheets) {
         std::wstring name;
         if (b.name.text) name.assign(b.name.text, wcsnlen(b.name.text, b.name.cch));
+        // The older format's names are bytes in the book's code page.
+        if (_bof.vers < 0x0600) name = codePageToUnits(name.c_str(), name.size(), _words.codePage);
         std::unique_ptr<SheetImplT<C>> sheet(new BinarySheetT<C>(*this, name));
         sheet->read(_xls);
         _sheets.push_back(sheet.release());

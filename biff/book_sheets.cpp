@@ -17,34 +17,8 @@ namespace tabrix {
 namespace {
 
 const char *const kOutOfRange = "index is out of range";
-const size_t kMaxSheetName = 31;
 // XTI sheet numbers that refer to no sheet of this book.
 const uint16_t kNoSheet = 0xFFFE;
-
-// How much of a caller's name is kept, in its own elements: as many whole
-// characters as fit 31 UTF-16 units (a character above U+FFFF takes two);
-// narrow text outside UTF-8 mode keeps 31 bytes.
-size_t cutLength(const char *name, bool utf8Mode) {
-    size_t n = std::strlen(name);
-    if (!utf8Mode) return std::min(n, kMaxSheetName);
-    size_t units = 0;
-    for (size_t i = 0; i < n; ++i) {
-        unsigned char c = static_cast<unsigned char>(name[i]);
-        if ((c & 0xC0) == 0x80) continue; // inside a character
-        units += c >= 0xF0 ? 2 : 1;
-        if (units > kMaxSheetName) return i;
-    }
-    return n;
-}
-
-size_t cutLength(const wchar_t *name, bool) {
-    size_t units = 0, i = 0;
-    for (; name[i]; ++i) {
-        units += uint32_t(name[i]) > 0xFFFF ? 2 : 1;
-        if (units > kMaxSheetName) return i;
-    }
-    return i;
-}
 
 } // namespace
 
@@ -74,12 +48,8 @@ template <class C>
 ISheetT<C> *BookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *initSheet) {
     if (index < 0 || index > sheetCount()) throw tberror(kOutOfRange);
     if (sheetCount() >= kMaxSheets) throw tberror("workbook has too many sheets");
-    if (!name) throw tberror("sheet's name is empty");
-    size_t keep = cutLength(name, _utf8Mode);
-    bool cut = name[keep] != 0;
-    std::basic_string<C> kept(name, keep);
-    std::wstring wide;
-    wideText(kept.c_str(), _utf8Mode, wide);
+    bool cut = false;
+    std::wstring wide = SheetImplT<C>::sheetName(name, _utf8Mode, cut);
     for (SheetImplT<C> *s : _sheets)
         if (sicmp(s->wideName(), wide) == 0)
             throw tberror("book already contains such sheet name");

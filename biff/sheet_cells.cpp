@@ -266,7 +266,10 @@ bool SheetImplT<C>::writeStr(int row, int col, const C *value, IFormatT<C> *form
     size_t len = 0;
     bool ascii = true;
     for (; text[len]; ++len) ascii = ascii && uint32_t(text[len]) < 0x80;
-    if (len > kMaxText) throw tberror(kStringTooLong);
+    // The limit counts UTF-16 units, which a narrow text may take up to
+    // four bytes apiece to spell: only a text past that bound is refused
+    // unconverted.
+    if (len > kMaxText * (sizeof(C) == 1 ? 4 : 1)) throw tberror(kStringTooLong);
     const bool cacheable = len <= StringCache<C>::kMaxKey &&
                            (sizeof(C) == sizeof(wchar_t) || (ascii && _owner->utf8Mode())) &&
                            _strings.active();
@@ -454,8 +457,9 @@ bool SheetImplT<C>::writeFormula(int row, int col, const C *, IFormatT<C> *forma
 // ---- types, dates, errors ----
 
 template <class C> CellType SheetImplT<C>::cellType(int row, int col) {
-    const unsigned r = unsigned(row) & 0xFFFFu, c = unsigned(col) & 0xFFFFu;
-    if (c >= unsigned(SheetIndex::kCols)) return CELLTYPE_EMPTY;
+    // Past the last row or column there is nothing: the cell is empty.
+    const unsigned r = unsigned(row), c = unsigned(col);
+    if (r >= unsigned(SheetIndex::kRows) || c >= unsigned(SheetIndex::kCols)) return CELLTYPE_EMPTY;
     const uint32_t code = _index.find(r, c);
     if (!SheetIndex::exists(code)) return CELLTYPE_EMPTY;
     const uint32_t p = SheetIndex::position(code);

@@ -109,6 +109,10 @@ public:
     bool delMerge(int row, int col) override;
     const C *name() override;
     void setName(const C *name) override;
+    // A caller's sheet name as UTF-16 units, cut at a whole character within
+    // 31 units (`cut` tells whether it was); an empty name, or one that
+    // doesn't convert, throws.
+    static std::wstring sheetName(const C *name, bool utf8Mode, bool &cut);
     void addrToRowCol(const C *addr, int *row, int *col, bool *rowRelative,
                       bool *colRelative) override;
     const C *rowColToAddr(int row, int col, bool rowRelative, bool colRelative) override;
@@ -279,6 +283,11 @@ private:
     bool readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size);
     void readDrawingRun(XlsRecords &xls, uint16_t id, uint16_t size);
     void readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size);
+    // The book's globals are of the older format, and so is every sheet.
+    bool oldFormat() const;
+    // The text of an older format's String record: a 16-bit count and bytes
+    // in the book's code page.
+    const wchar_t *oldStringResult(const Biff &record);
     void writeCells(XlsRecords &xls);
     void writeColInfos(XlsRecords &xls);
     void setDefaults();

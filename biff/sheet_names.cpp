@@ -87,11 +87,21 @@ void checkCol(int col) {
     if (unsigned(col) > kLastCol) throw tberror("col must be in range 0-255");
 }
 
+void checkRows(int first, int last) {
+    checkRow(first);
+    checkRow(last);
+    if (last < first) throw tberror("rowLast must be greater than or equal to rowFirst");
+}
+
+void checkCols(int first, int last) {
+    checkCol(first);
+    checkCol(last);
+    if (last < first) throw tberror("colLast must be greater than or equal to colFirst");
+}
+
 void checkArea(int rowFirst, int rowLast, int colFirst, int colLast) {
-    checkRow(rowFirst);
-    checkRow(rowLast);
-    checkCol(colFirst);
-    checkCol(colLast);
+    checkRows(rowFirst, rowLast);
+    checkCols(colFirst, colLast);
 }
 
 // The range of a name in one of the two forms; a cell gives its row and
@@ -237,14 +247,12 @@ void SheetNames::setPrintArea(int rowFirst, int rowLast, int colFirst, int colLa
 void SheetNames::clearPrintArea() { eraseBuiltin(kPrintArea); }
 
 void SheetNames::setPrintRepeatRows(int rowFirst, int rowLast) {
-    checkRow(rowFirst);
-    checkRow(rowLast);
+    checkRows(rowFirst, rowLast);
     setPrintTitles(rowFirst, rowLast, true);
 }
 
 void SheetNames::setPrintRepeatCols(int colFirst, int colLast) {
-    checkCol(colFirst);
-    checkCol(colLast);
+    checkCols(colFirst, colLast);
     setPrintTitles(colFirst, colLast, false);
 }
 

@@ -38,6 +38,12 @@ public:
     virtual SheetImplT<C> *sheetAt(int index) = 0;
     // Position of `sheet` in the book, 0 when not found.
     virtual int getTabIndex(const SheetImplT<C> *sheet) = 0;
+    // The version of the globals' header and the book's code page.  A book
+    // of the older format (below 0x0600) reads every sheet in that format,
+    // whatever the sheet's own header claims: texts without a flags byte in
+    // the code page, 16-bit rows in Index.
+    virtual int globalsVersion() { return 0x0600; }
+    virtual unsigned codePage() { return 1200; }
     virtual bool refR1C1() = 0;
     virtual bool isDate1904() = 0;
     // The book's defined names and its external reference blocks.  An

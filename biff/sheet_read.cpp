@@ -5,6 +5,7 @@
 
 #include "biff/records/mul_blank.h"
 #include "biff/records/mul_rk.h"
+#include "book/code_page.h"
 
 #include <algorithm>
 
@@ -22,6 +23,15 @@ Biff rawRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
     b.id = id;
     b.read(xls, size);
     return b;
+}
+
+void skipBytes(XlsRecords &xls, uint16_t size) {
+    uint8_t buf[256];
+    while (size > 0) {
+        uint16_t n = std::min<uint16_t>(size, sizeof buf);
+        if (xls.read(buf, n) < n) return;
+        size = uint16_t(size - n);
+    }
 }
 
 // A whole record at the stream's position, header included.
@@ -43,7 +53,11 @@ void readNested(XlsRecords &xls, uint16_t size, std::vector<Biff> &out, const ch
         xls.readInt16(id);
         xls.readInt16(n);
         if (xls.eof()) throw tberror(std::string(who) + ": file is corrupt");
-        if (id == 0) throw tberror("read error: record id can't be 0");
+        if (id == 0) {
+            // Zero filler or an old-style record: dropped, never written back.
+            skipBytes(xls, n);
+            continue;
+        }
         if (id == SubstreamHeader::kId) ++depth;
         if (id == kEofId) --depth;
         out.push_back(rawRecord(xls, id, n));
@@ -56,6 +70,23 @@ uint16_t readWord(XlsRecords &xls, uint16_t size, const char *name) {
     uint16_t v = 0;
     xls.readInt16(v);
     return v;
+}
+
+// A calculation setting of the expected size replaces `value`; one of
+// another size (producers write a 16-byte CalcDelta, the value in its last
+// eight) is skipped whole and the setting keeps its default: none of its
+// bytes is sure to be the value.
+template <class T> void readSetting(XlsRecords &xls, uint16_t size, T &value) {
+    if (size != sizeof(T)) return skipBytes(xls, size);
+    if (sizeof(T) == 8) {
+        double d = 0;
+        xls.readDouble(d);
+        value = T(d);
+    } else {
+        uint16_t w = 0;
+        xls.readInt16(w);
+        value = T(w);
+    }
 }
 
 void checkCol(uint16_t col) {
@@ -127,7 +158,12 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
         xls.readInt16(id);
         xls.readInt16(size);
         if (xls.eof()) break;
-        if (id == 0) throw tberror("read error: record id can't be 0");
+        if (id == 0) {
+            // Zero filler behind a record, or the dimensions of the oldest
+            // format: dropped, so never written back.
+            skipBytes(xls, size);
+            continue;
+        }
         if (id == kEofId) {
             if (!worksheet) {
                 _unknown.push_back(rawRecord(xls, id, size));
@@ -202,15 +238,12 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
     case 516:
     case 517:
     case 638: readCellRecord(xls, id, size); return true;
-    case 12: _calcCount = readWord(xls, size, "CalcCount"); return true;
-    case 13: _calcMode = readWord(xls, size, "CalcMode"); return true;
-    case 15: _calcRefMode = readWord(xls, size, "CalcRefMode"); return true;
-    case 16:
-        if (size != 8) throw tberror("CalcDelta size is incorrect");
-        xls.readDouble(_calcDelta);
-        return true;
-    case 17: _calcIter = readWord(xls, size, "CalcIter"); return true;
-    case 95: _calcSaveRecalc = readWord(xls, size, "CalcSaveRecalc"); return true;
+    case 12: readSetting(xls, size, _calcCount); return true;
+    case 13: readSetting(xls, size, _calcMode); return true;
+    case 15: readSetting(xls, size, _calcRefMode); return true;
+    case 16: readSetting(xls, size, _calcDelta); return true;
+    case 17: readSetting(xls, size, _calcIter); return true;
+    case 95: readSetting(xls, size, _calcSaveRecalc); return true;
     case 130: _gridSet = readWord(xls, size, "GridSet"); return true;
     case 128:
         if (size != 8) throw tberror("Guts size is incorrect");
@@ -278,11 +311,11 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
         _rowList.push_back(row);
         return true;
     }
-    case 523: _indexRecord.read(xls, size, _bof.vers); return true;
+    case 523: _indexRecord.read(xls, size, uint16_t(_owner->globalsVersion())); return true;
     default:
         // Printout, protection, breaks and window records: after the cells,
         // which are most of a sheet's records.
-        if (_setup.read(xls, id, size, _bof.vers < 0x0600)) return true;
+        if (_setup.read(xls, id, size, oldFormat())) return true;
         break;
     }
     for (OptionalRecord *o : {&_opaque2204, &_opaque144, &_opaque2164, &_opaque157, &_opaque450,
@@ -295,12 +328,27 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
     return false;
 }
 
+template <class C> bool SheetImplT<C>::oldFormat() const {
+    return _owner->globalsVersion() < 0x0600;
+}
+
+template <class C> const wchar_t *SheetImplT<C>::oldStringResult(const Biff &record) {
+    const std::vector<uint8_t> &d = record.data;
+    // A count beyond the record gives the characters present.
+    size_t cch = d.size() >= 2 ? std::min(size_t(d[0] | d[1] << 8), d.size() - 2) : 0;
+    std::wstring bytes;
+    for (size_t i = 0; i < cch; ++i) bytes += wchar_t(d[2 + i]);
+    std::wstring units = codePageToUnits(bytes.c_str(), cch, _owner->codePage());
+    return poolCopy(units.c_str(), units.size(), _owner->pool());
+}
+
 template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
     switch (id) {
     case 6: {
         _formulas.emplace_back();
         FormulaBlock &f = _formulas.back();
         f.read(xls, size, _owner->pool());
+        if (oldFormat() && f.hasString) f.cachedText = oldStringResult(f.string);
         checkCol(f.formula.colIndex);
         _index.at(f.formula.rw, f.formula.colIndex) =
             SheetIndex::code(SheetIndex::kFormula, appendPosition(_formulas.size() - 1));
@@ -360,7 +408,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
     }
     case 516: {
         Label e(_owner->pool());
-        e.read(xls, size);
+        e.read(xls, size, oldFormat(), _owner->codePage());
         checkCol(e.col);
         _index.at(e.row, e.col) =
             SheetIndex::code(SheetIndex::kLabel, appendPosition(_labels.size()));

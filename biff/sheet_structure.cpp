@@ -28,9 +28,9 @@ void checkCol(int col) {
 template <class C>
 bool SheetImplT<C>::setRow(int row, double height, IFormatT<C> *format, bool hidden) {
     checkRanges(row, 0);
+    if (!(height >= 0)) throw tberror("height can't be negative");
+    if (height * 20 >= kMaxRowTwips + 1) throw tberror("height is too big");
     int twips = int(height * 20);
-    if (twips > kMaxRowTwips) throw tberror("height is too big");
-    if (twips < 0) twips = 0;
     uint16_t flags = uint16_t(kRowFlags | (hidden ? kRowHidden : 0));
     uint16_t xf = 0;
     if (format) {
@@ -90,6 +90,8 @@ bool SheetImplT<C>::setCol(int colFirst, int colLast, double width, IFormatT<C> 
     checkCol(colFirst);
     checkCol(colLast);
     if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
+    // The record holds 1/256 of a character in 16 bits.
+    if (!(width >= 0 && width <= 255)) throw tberror("width must be in range 0-255");
     int xf = format ? formatPosition(format) : 15;
     if (xf < 0) throw tberror(kFormatNotFound);
     const int w = _owner->styles().maxDigWidth();
@@ -198,15 +200,28 @@ template <class C> const C *SheetImplT<C>::name() {
     return textResult(_name.c_str());
 }
 
+template <class C>
+std::wstring SheetImplT<C>::sheetName(const C *name, bool utf8Mode, bool &cut) {
+    if (!name) throw tberror("sheet's name is empty");
+    std::wstring wide;
+    if (!wideText(name, utf8Mode, wide)) throw tberror("sheet's name doesn't convert in this locale");
+    if (wide.empty()) throw tberror("sheet's name is empty");
+    cut = wide.size() > kMaxNameLength;
+    if (cut) {
+        // Never half a surrogate pair.
+        size_t keep = kMaxNameLength;
+        uint32_t last = uint32_t(wide[keep - 1]);
+        if (last >= 0xD800 && last < 0xDC00) --keep;
+        wide.resize(keep);
+    }
+    return wide;
+}
+
 template <class C> void SheetImplT<C>::setName(const C *name) {
     if (!name) return;
-    std::wstring wide;
-    wideText(name, _owner->utf8Mode(), wide);
-    if (wide.size() > kMaxNameLength) {
-        wide.resize(kMaxNameLength);
-        _owner->message().assign("warning: sheet's name is cut to 31 characters");
-    }
-    _name = wide;
+    bool cut = false;
+    _name = sheetName(name, _owner->utf8Mode(), cut);
+    if (cut) _owner->message().assign("warning: sheet's name is cut to 31 characters");
 }
 
 template <class C>

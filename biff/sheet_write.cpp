@@ -34,7 +34,7 @@ template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
     }
     // Its records are written in the current layout: an older header over
     // them would make a sheet of neither format.
-    if (_bof.vers < 0x0600) throw tberror(kOldSheetNotSavable);
+    if (_bof.vers < 0x0600 || oldFormat()) throw tberror(kOldSheetNotSavable);
     _bof.write(xls);
     if (_hasUncalced) writeWord(xls, 94, _uncalced);
     _indexRecord.write(xls);

@@ -206,6 +206,7 @@ template <class C> int StyleTable<C>::addCustomWide(const std::wstring &text) {
 
 template <class C> int StyleTable<C>::addCustomNumFormat(const C *text) {
     return guarded(message_, 0, [&] {
+        if (!text) throw tberror("custom number format mustn't be NULL");
         std::wstring wide;
         wideText(text, utf8_, wide);
         return addCustomWide(wide);

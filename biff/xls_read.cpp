@@ -69,10 +69,19 @@ void XlsCore::goMiniSector(uint32_t m) {
 }
 
 void XlsCore::readHeader(unsigned &total) {
+    uint8_t raw[kHeaderSize];
+    if (fileSize_ >= 2) {
+        // The formats 2.x to 4.x are a bare record stream, headed by a BOF
+        // (ids 0x0009, 0x0209, 0x0409) where a container has its signature.
+        stream_->clear();
+        stream_->seekg(0);
+        readRaw(raw, 2);
+        if (raw[0] == 0x09 && (raw[1] == 0x00 || raw[1] == 0x02 || raw[1] == 0x04))
+            throw tberror("a bare record stream of the binary formats before 5.0 isn't supported");
+    }
     if (fileSize_ < kHeaderSize) throw tberror("readHeader: file is corrupt (size < 512 bytes)");
     stream_->clear();
     stream_->seekg(0);
-    uint8_t raw[kHeaderSize];
     readRaw(raw, 8);
     header_.fromBytes(raw); // signature only so far
     if (!header_.hasSignature()) throw tberror("invalid file format");

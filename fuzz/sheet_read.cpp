@@ -1,6 +1,7 @@
 // Reads arbitrary bytes as a sheet's record substream and saves the sheet.
 // With the low bit of the first byte set, a worksheet BOF is put in front,
-// so that the rest reaches the worksheet dispatch.  What loads must save,
+// so that the rest reaches the worksheet dispatch; with the second bit the
+// sheet belongs to a book of the older format.  What loads must save,
 // and what was saved must load again.
 #include "biff/sheet_impl.h"
 #include "biff/sheet_owner.h"
@@ -34,6 +35,9 @@ public:
     int getTabIndex(const SheetImplT<char> *) override { return 0; }
     bool refR1C1() override { return false; }
     bool isDate1904() override { return false; }
+    int globalsVersion() override { return version; }
+    unsigned codePage() override { return 1251; }
+    int version = 0x0600;
 
 private:
     XString _message;
@@ -77,6 +81,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     }
     wb.insert(wb.end(), data + 1, data + size);
     Owner owner;
+    // The second bit: the book's globals are of the older format.
+    if (data[0] & 2) owner.version = 0x0500;
     BinarySheetT<char> sheet(owner, L"Fuzz");
     try {
         load(sheet, container(wb));

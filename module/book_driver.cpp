@@ -21,6 +21,9 @@ const int kCreate = QD_STREAM_WRITE | QD_STREAM_BINARY;
 // closeStream modes after reading and after writing.
 const int kClosedRead = 0;
 const int kClosedWritten = 2;
+// The last row and column of each format.
+const int kBinaryLastRow = 65535, kBinaryLastCol = 255;
+const int kXmlLastRow = 1048575, kXmlLastCol = 16383;
 // The library's cell type of a cell that holds only a format.
 const int kBookBlank = 4;
 
@@ -167,6 +170,9 @@ void *openBook(qd_context *ctx, int *mode, const char *name) {
     file->ops = &g_bookSheetOps;
     file->handle = book;
     file->flags = flags | (writing ? OPT_WRITING : 0u);
+    const bool xml = (*mode & QD_MODE_XML) != 0;
+    file->lastRowLimit = xml ? kXmlLastRow : kBinaryLastRow;
+    file->lastColLimit = xml ? kXmlLastCol : kBinaryLastCol;
     *mode &= ~QD_MODE_PENDING;
     linkOpenFile(file);
     return file;

@@ -441,5 +441,9 @@ int resolveRange(qd_context *ctx, unsigned flags, SheetFile *file, RangeSpec *sp
     if (!spec->sheet) return 1;
     const char *rest = parseRectangle(ctx, spec, range);
     if (!rest) return 1;
+    // A workbook's extents answer one past the last used row and column,
+    // which at the format's last row is a row the sheet cannot hold.
+    if (file->lastRowLimit > 0 && spec->lastRow > file->lastRowLimit) spec->lastRow = file->lastRowLimit;
+    if (file->lastColLimit > 0 && spec->lastCol > file->lastColLimit) spec->lastCol = file->lastColLimit;
     return finishRange(ctx, spec, rest);
 }

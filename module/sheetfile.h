@@ -59,6 +59,9 @@ struct SheetFile {
     int references;
     void *handle; // TextSheet * or the library's book
     unsigned flags; // OPT_* bits
+    // The last row and column the file's format holds, 0 for no limit: a
+    // range resolved in a workbook stops there.
+    int lastRowLimit, lastColLimit;
     int bufferSize;
     char *buffer;
     char *path;

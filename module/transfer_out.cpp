@@ -64,7 +64,13 @@ int writeScalar(qd_context *ctx, RangeSpec *spec, qd_type type, void *value) {
     qd_value v;
     if (isBasicType(base)) v = *(const qd_value *)value;
     else v.p = value;
-    return writeCell(ctx, spec, base, 0, 0, &v);
+    // A cell the sheet refuses (past the format's last row or column, a
+    // text too long) is reported, as it is in a set or an array.
+    if (writeCell(ctx, spec, base, 0, 0, &v) != 0) {
+        sheetMessageAt(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, 0, 0);
+        return 1;
+    }
+    return 0;
 }
 
 // Checks the columns of a set or list of `size` elements taking `need`

@@ -1,7 +1,7 @@
 #include "biff/records/bool_err.h"
 namespace tabrix {
 void BoolErr::read(XlsRecords &xls, uint16_t size) {
-    checkSize(size, 8);
+    checkMinSize(size, 8);
     xls.readInt16(row);
     xls.readInt16(col);
     xls.readInt16(xf);
@@ -9,6 +9,7 @@ void BoolErr::read(XlsRecords &xls, uint16_t size) {
     if (xls.read(b, 2) != 2) sizeError();
     value = b[0];
     isError = b[1];
+    skipExtra(xls, size, 8);
 }
 
 void BoolErr::write(XlsRecords &xls) const {

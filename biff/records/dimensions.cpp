@@ -8,12 +8,13 @@ void Dimensions::update(uint32_t row, uint16_t col) {
 }
 
 void Dimensions::read(XlsRecords &xls, uint16_t size) {
-    checkSize(size, 14);
+    checkMinSize(size, 14);
     xls.readInt32(firstRow);
     xls.readInt32(lastRow);
     xls.readInt16(firstCol);
     xls.readInt16(lastCol);
     xls.readInt16(reserved);
+    skipExtra(xls, size, 14);
 }
 
 void Dimensions::write(XlsRecords &xls) const {

@@ -11,9 +11,12 @@ void Format::read(XlsRecords &xls, uint16_t size, bool oldFormat, MemPool &pool)
 }
 
 void Format::write(XlsRecords &xls) const {
-    bool text = code.text && code.cch;
-    xls.write(kId, uint16_t(2 + (text ? code.size() : 0)));
+    // An empty code still has its count and flags byte: a record of only
+    // the id is read by no one.
+    XLUnicodeString out = code;
+    if (!out.text) out.cch = 0;
+    xls.write(kId, uint16_t(2 + out.size()));
     xls.writeInt16(ifmt);
-    if (text) code.write(xls);
+    out.write(xls);
 }
 } // namespace tabrix

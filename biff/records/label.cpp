@@ -1,13 +1,22 @@
 #include "biff/records/label.h"
 namespace tabrix {
-void Label::read(XlsRecords &xls, uint16_t size) {
-    if (size < 9) sizeError();
+void Label::read(XlsRecords &xls, uint16_t size, bool old, unsigned codePage) {
+    if (size < 8) sizeError();
     unsigned short remaining = size;
     xls.readInt16(row, remaining);
     xls.readInt16(col, remaining);
     xls.readInt16(xf, remaining);
-    text.read(xls, false, false, *pool_, remaining);
-    if (remaining != 0 || 6u + text.size() != size) sizeError();
+    // A record too short for its text keeps the record's own message.
+    bool whole = false;
+    try {
+        whole = text.read(xls, old, false, *pool_, remaining);
+    } catch (const tberror &) {
+    }
+    if (!whole) sizeError();
+    // Some producers pad the record behind the text.
+    uint8_t pad = 0;
+    while (remaining > 0) xls.readWithContinueRecords(&pad, 1, remaining);
+    if (old) text.fromCodePage(codePage, *pool_);
 }
 
 void Label::write(XlsRecords &xls) const {

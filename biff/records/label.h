@@ -17,8 +17,10 @@ public:
     XLUnicodeString text;
     explicit Label(MemPool &pool) : pool_(&pool) {}
     void reset() { *this = Label(*pool_); }
-    // The record must hold exactly the cell and its string.
-    void read(XlsRecords &xls, uint16_t size);
+    // The record must hold the cell and its whole string; bytes behind the
+    // string are skipped.  `old`: the older format's string, without a flags
+    // byte, in the book's `codePage`.
+    void read(XlsRecords &xls, uint16_t size, bool old = false, unsigned codePage = 1200);
     void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
     using Record<Label>::read;

@@ -1,5 +1,6 @@
 #include "biff/strings/ext_string.h"
 #include "biff/strings/segment_reader.h"
+#include "biff/strings/xl_unicode_string.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -153,6 +154,9 @@ void ExtString::write(XlsRecords &xls, uint32_t &remaining, PatchList &patches) 
     size_t done = 0;
     for (;;) {
         size_t n = std::min<size_t>(remaining, bytes.size() - done);
+        // Nor a surrogate pair: readers that join the segments' texts one
+        // by one cannot decode half a pair, so the record ends a unit early.
+        if (wide && n >= 2 && done + n < bytes.size() && splitsPair(text, (done + n) / 2)) n -= 2;
         if (n) out.put(bytes.data() + done, n);
         done += n;
         remaining -= uint32_t(n);

@@ -1,4 +1,5 @@
 #include "biff/strings/xl_unicode_string.h"
+#include "book/code_page.h"
 #include "book/encoding.h"
 #include "book/tberror.h"
 
@@ -45,7 +46,7 @@ unsigned XLUnicodeString::size() const {
     return (shortCount ? 1u : 2u) + (noFlags ? 0u : 1u) + ((flags & 1) ? 2u : 1u) * cch;
 }
 
-void XLUnicodeString::read(XlsRecords &xls, bool noFlags_, bool shortCount_, MemPool &pool,
+bool XLUnicodeString::read(XlsRecords &xls, bool noFlags_, bool shortCount_, MemPool &pool,
                            unsigned short &remaining) {
     noFlags = noFlags_;
     shortCount = shortCount_;
@@ -59,7 +60,7 @@ void XLUnicodeString::read(XlsRecords &xls, bool noFlags_, bool shortCount_, Mem
     flags = 0;
     if (cch == 0 && remaining == 0) {
         text = poolText(0, pool);
-        return;
+        return true;
     }
     if (!noFlags) xls.readWithContinueRecords(&flags, 1, remaining);
     wchar_t *t = poolText(cch, pool);
@@ -68,6 +69,13 @@ void XLUnicodeString::read(XlsRecords &xls, bool noFlags_, bool shortCount_, Mem
     std::vector<uint8_t> buf;
     while (got < cch) {
         if (remaining == 0) {
+            // Producers overstate a count by a character or more: with no
+            // CONTINUE behind, the text ends with its record and the next
+            // header is left for the caller.
+            if (!xls.eof() && xls.peekInt16() != XlsRecords::kContinueId) {
+                cch = uint16_t(got);
+                break;
+            }
             uint16_t id = 0;
             xls.XlsCore::readInt16(id);
             xls.XlsCore::readInt16(remaining);
@@ -87,6 +95,7 @@ void XLUnicodeString::read(XlsRecords &xls, bool noFlags_, bool shortCount_, Mem
     }
     t[got] = 0;
     text = t;
+    return got == wanted / width;
 }
 
 void XLUnicodeString::write(XlsRecords &xls) const {
@@ -105,6 +114,18 @@ void XLUnicodeString::write(XlsRecords &xls) const {
         if (wide) b.push_back(uint8_t(uint32_t(text[i]) >> 8));
     }
     if (!b.empty()) xls.write(b.data(), b.size());
+}
+
+void XLUnicodeString::fromCodePage(unsigned codePage, MemPool &pool) {
+    if (!noFlags || !text) return;
+    std::wstring units = codePageToUnits(text, cch, codePage);
+    bool wide = false;
+    for (wchar_t u : units) wide = wide || unsigned(u) > 0xFF;
+    cch = uint16_t(std::min<size_t>(units.size(), 65535));
+    text = poolCopy(units.c_str(), cch, pool);
+    flags = wide ? 0x01 : 0x00;
+    noFlags = false;
+    shortCount = false;
 }
 
 } // namespace tabrix

@@ -24,13 +24,24 @@ public:
     void setString(const wchar_t *s, MemPool &pool);
     unsigned size() const;
 
-    void read(XlsRecords &xls, bool noFlags, bool shortCount, MemPool &pool,
+    // False when the text was cut: its record ended with no CONTINUE behind
+    // it, and `cch` was lowered to the characters present.
+    bool read(XlsRecords &xls, bool noFlags, bool shortCount, MemPool &pool,
               unsigned short &remaining);
     void write(XlsRecords &xls) const;
+    // A text read without a flags byte holds bytes of the book's code page:
+    // it becomes UTF-16 units, to be written in the current form.
+    void fromCodePage(unsigned codePage, MemPool &pool);
 };
 
 // Pool copy of `n` wide characters, terminated.
 const wchar_t *poolCopy(const wchar_t *s, size_t n, MemPool &pool);
+// Whether a record boundary before unit `at` (above 0) of `text` parts a
+// surrogate pair.
+inline bool splitsPair(const wchar_t *text, size_t at) {
+    uint32_t hi = uint32_t(text[at - 1]), lo = uint32_t(text[at]);
+    return hi >= 0xD800 && hi < 0xDC00 && lo >= 0xDC00 && lo < 0xE000;
+}
 // `n` zeroed wide characters and the terminator, from the pool.
 wchar_t *poolText(size_t n, MemPool &pool);
 

@@ -74,6 +74,8 @@ void XLUnicodeStringNoCch::write(XlsRecords &xls, unsigned short &remaining) con
             size_t chunk = std::min<size_t>(b.size() - done, noFlags ? 8223 : 8222);
             // Keeps 2-byte characters whole.
             if (wide && (chunk & 1) && chunk > 1) --chunk;
+            if (wide && chunk > 2 && done + chunk < b.size() && splitsPair(text, (done + chunk) / 2))
+                chunk -= 2;
             xls.write(XlsRecords::kContinueId, uint16_t(noFlags ? chunk : chunk + 1));
             if (!noFlags) xls.write(&flags, 1);
             remaining = uint16_t(chunk);

@@ -18,6 +18,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -435,6 +436,8 @@ std::vector<std::string> producersFiles() {
                              "ws['E1'].font = Font(bold=True, color='FFFF0000')\n"
                              "ws['E2'] = 0.25\n"
                              "ws['E2'].number_format = '0.0%'\n"
+                             "ws['E3'] = '#N/A'\n"
+                             "ws['E4'] = '#DIV/0!'\n"
                              "ws2 = wb.create_sheet('Лист')\n"
                              "ws2['A1'] = '中文'\n"
                              "ws2['C7'] = -3.75\n"
@@ -561,7 +564,13 @@ TEST(BookInterop, ProducersFilesLoadSaveAndKeepTheirRecords) {
             std::string msg = narrow(b->errorMessage());
             if (msg == "workbook is encrypted") continue;
             if (fromProducer) ADD_FAILURE() << msg;
-            else refused += path.substr(path.rfind('/') + 1) + ": " + msg + "; ";
+            // What xlrd reads we read too, but for the formats before 5.0
+            // and containers whose header contradicts their tables.
+            bool clear = false;
+            for (const char *why : {"a bare record stream of the binary formats before 5.0", "Xls::loadFat(): "})
+                clear = clear || msg.compare(0, std::strlen(why), why) == 0;
+            if (!clear) ADD_FAILURE() << msg;
+            refused += path.substr(path.rfind('/') + 1) + ": " + msg + "; ";
             continue;
         }
         Lines ours = ourCells(*b);
@@ -601,6 +610,15 @@ TEST(BookInterop, TextsBeyondTheBasicPlaneKeepTheirCharacters) {
     ASSERT_NE(s, nullptr);
     s->writeStr(0, 0, L"smile \U0001F600", nullptr);
     s->writeStr(1, 0, L"\U00020000 and \U0010FFFD", nullptr);
+    // Long texts of pairs cross CONTINUE records at every offset: a record
+    // must never end between the two halves of a pair.
+    std::wstring smiles;
+    for (int i = 0; i < 3000; ++i) smiles += L"\U0001F600";
+    for (int k = 0; k < 6; ++k) s->writeStr(2 + k, 0, (std::wstring(size_t(k), L'a') + smiles).c_str(), nullptr);
+    // A name is cut at a whole character: the pair at units 31 and 32 goes.
+    Sheet *cut = b->addSheet(L"abcdefghijklmnopqrstuvwxyz1234\U0001F600", nullptr);
+    ASSERT_NE(cut, nullptr);
+    EXPECT_STREQ(cut->name(), L"abcdefghijklmnopqrstuvwxyz1234");
     std::string path = tmpPath("book_interop_planes.xls");
     writeFile(path, saveRaw(*b));
     Lines theirs = xlrdCells(path), ours = ourCells(*b);

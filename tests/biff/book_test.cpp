@@ -27,6 +27,11 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
 
+Bytes operator+(Bytes a, const Bytes &b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
 struct BookDeleter {
     void operator()(Book *b) const { b->release(); }
 };
@@ -711,6 +716,116 @@ std::vector<std::string> cellsOf(Book &b) {
             }
     }
     return out;
+}
+
+// ---- what real producers write ----
+
+Bytes cellHead(uint16_t row, uint16_t col) {
+    Bytes d;
+    put16(d, row);
+    put16(d, col);
+    put16(d, 15);
+    return d;
+}
+
+Bytes cat(Bytes a, const Bytes &b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+Bytes rec(uint16_t id, const Bytes &data) {
+    Bytes v;
+    record(v, id, data);
+    return v;
+}
+
+// One sheet "S" behind globals of version `vers` with `globals` records,
+// its own header claiming the current version, then `sheet`.
+Bytes quirkBook(uint16_t vers, const Bytes &globals, const Bytes &sheet) {
+    Bytes wb;
+    record(wb, 2057, bofData(vers, 5));
+    wb.insert(wb.end(), globals.begin(), globals.end());
+    // An older book's name is in its code page (1251 in the cases).
+    record(wb, 133, vers == 0x0500 ? boundSheet("S\xCF", true) : boundSheet("S"));
+    record(wb, 10, {});
+    record(wb, 2057, bofData(0x0600, 16));
+    wb.insert(wb.end(), sheet.begin(), sheet.end());
+    record(wb, 10, {});
+    return wb;
+}
+
+// The saved book's record `id` (first of the stream).
+Bytes savedRecord(Book &b, uint16_t id) {
+    Opened o(saved(b));
+    for (const auto &r : o.records())
+        if (r.first == id) return r.second;
+    return Bytes{0xEE};
+}
+
+TEST(BookTest, ProducerQuirksLoad) {
+    const Bytes a1 = rec(515, number(0, 0, 7));
+    double garbage = std::nan(""), half = 0.5;
+    Bytes calcDelta(16);
+    std::memcpy(calcDelta.data(), &garbage, 8);
+    std::memcpy(calcDelta.data() + 8, &half, 8);
+    Bytes delta001(8);
+    double d001 = 0.001;
+    std::memcpy(delta001.data(), &d001, 8);
+    // Older format: Index with 16-bit rows, 8-bit header, Label without
+    // flags in code page 1251, and a formula's string result.
+    Bytes index = {0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0, 0};
+    Bytes formula = cat(cellHead(1, 0), {0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 3, 0, 0x1E, 1, 0});
+    Bytes oldSheet = rec(523, index) + rec(20, {3, 'H', 'd', 'r'}) + rec(516, cat(cellHead(0, 0), {2, 0, 0xCF, 0xF0})) +
+                     rec(6, formula) + rec(519, {2, 0, 'o', 'k'});
+    struct Case {
+        const char *what;
+        uint16_t vers;
+        Bytes globals, sheet;
+        std::vector<std::string> cells; // or "!" and the message of a refused load
+        std::function<void(Book &)> more;
+    };
+    const std::vector<Case> cases = {
+        {"BoolErr of 9 bytes", 0x0600, {}, rec(517, cat(cellHead(0, 1), {1, 0, 0})), {"0,1:3:true"}, nullptr},
+        {"BoolErr of 7 bytes", 0x0600, {}, rec(517, cat(cellHead(0, 1), {1})), {"!BoolErr size is incorrect"}, nullptr},
+        {"Label with zeros behind its text", 0x0600, {}, rec(516, cat(cellHead(0, 0), {2, 0, 0, 'a', 'b', 0, 0})),
+         {"0,0:2:ab"}, nullptr},
+        {"Label shorter than its text", 0x0600, {}, rec(516, cat(cellHead(0, 0), {3, 0, 0, 'a', 'b'})),
+         {"!Label size is incorrect"}, nullptr},
+        {"Dimensions of 16 bytes", 0x0600, {}, rec(512, Bytes(16, 0)) + a1, {"0,0:1:7.000000"}, nullptr},
+        {"Dimensions of 12 bytes", 0x0600, {}, rec(512, Bytes(12, 0)) + a1, {"!Dimensions size is incorrect"},
+         nullptr},
+        {"CalcDelta of 16 bytes keeps its default", 0x0600, {}, rec(16, calcDelta) + rec(12, Bytes(3, 9)) + a1,
+         {"0,0:1:7.000000"},
+         [&](Book &b) {
+             EXPECT_EQ(savedRecord(b, 16), delta001);
+             EXPECT_EQ(savedRecord(b, 12), word(100));
+         }},
+        {"id 0 in a sheet dropped", 0x0600, {}, a1 + Bytes(4, 0) + rec(0, Bytes(8, 1)) + rec(515, number(1, 0, 8)),
+         {"0,0:1:7.000000", "1,0:1:8.000000"},
+         [&](Book &b) { EXPECT_EQ(savedRecord(b, 10).size(), 0u); }},
+        {"id 0 in the globals", 0x0600, rec(0, {}), a1, {"!read error: record id can't be 0"}, nullptr},
+        {"Format one character short", 0x0600, rec(1054, {164, 0, 3, 0, 0, 'a', 'b'}), a1, {"0,0:1:7.000000"},
+         [&](Book &b) { EXPECT_STREQ(b.customNumFormat(164), "ab"); }},
+        {"older format, newer sheet header", 0x0500, rec(66, word(1251)), oldSheet,
+         {"0,0:2:\xD0\x9F\xD1\x80", "1,0:2:ok"},
+         [&](Book &b) { EXPECT_STREQ(b.getSheet(0)->header(), "Hdr"); }},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        std::string file = rawBook(quirkBook(c.vers, c.globals, c.sheet));
+        BookPtr b = newBook();
+        bool loaded = b->loadRaw(file.data(), unsigned(file.size()));
+        if (c.cells[0][0] == '!') {
+            EXPECT_FALSE(loaded);
+            EXPECT_EQ("!" + std::string(b->errorMessage()), c.cells[0]);
+            continue;
+        }
+        ASSERT_TRUE(loaded) << b->errorMessage();
+        std::vector<std::string> want = {c.vers == 0x0500 ? "sheet S\xD0\x9F" : "sheet S"};
+        want.insert(want.end(), c.cells.begin(), c.cells.end());
+        EXPECT_EQ(cellsOf(*b), want);
+        if (c.more) c.more(*b);
+    }
 }
 
 TEST(BookTest, CorpusFilesLoadSaveAndLoadAgain) {

@@ -94,7 +94,9 @@ TEST(CellRecordsTest, RoundTripAndSizeChecks) {
         EXPECT_EQ(c.trip(data), data);
         std::string msg = std::string(c.name) + " size is incorrect";
         EXPECT_EQ(c.error(seq(c.size - 1)), msg);
-        EXPECT_EQ(c.error(seq(c.size + 1)), msg);
+        // Producers pad these two: the extra bytes are skipped.
+        bool padded = c.name == std::string("Dimensions") || c.name == std::string("BoolErr");
+        EXPECT_EQ(c.error(seq(c.size + 2)), padded ? "" : msg);
         EXPECT_EQ(c.error({}), msg);
     }
 }
@@ -228,8 +230,9 @@ TEST(CellRecordsTest, LabelRoundTripAndSize) {
     const Case cases[] = {
         {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i'}, ""},
         {{1, 0, 2, 0, 15, 0, 1, 0, 1, 0x3A, 0x04}, ""},         // wide
-        {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i', 0}, "Label size is incorrect"},
+        {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i', 0, 0}, ""}, // padded: written back without
         {{1, 0, 2, 0, 15, 0, 2, 0}, "Label size is incorrect"},
+        {{1, 0, 2, 0, 15, 0, 3, 0, 0, 'h', 'i'}, "Label size is incorrect"},
     };
     for (const Case &c : cases) {
         MemPool pool;
@@ -245,6 +248,6 @@ TEST(CellRecordsTest, LabelRoundTripAndSize) {
         Opened out(writeBook([&](Xls<char> &x) { l.write(x); }));
         auto recs = out.records();
         ASSERT_FALSE(recs.empty());
-        EXPECT_EQ(recs[0].second, c.data);
+        EXPECT_EQ(recs[0].second, std::vector<uint8_t>(c.data.begin(), c.data.begin() + 11));
     }
 }

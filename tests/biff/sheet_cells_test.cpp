@@ -126,12 +126,13 @@ TEST(SheetCells, ReadsOfAnotherKindAnswerNeutrallyWithTheirMessage) {
         {[&] { return b.sheet.readError(0, 2) == ERRORTYPE_NOERROR; }, "ok"},
         {[&] { return b.sheet.readBool(0, 2, nullptr); }, "ok"},
         {[&] { return b.sheet.readBlank(0, 3, &f) && f == b.owner.styles().formats()[15]; }, "ok"},
-        {[&] { return b.sheet.cellType(70000, 0) == CELLTYPE_NUMBER; }, "ok"},
+        {[&] { return b.sheet.cellType(70000, 0) == CELLTYPE_EMPTY; }, "ok"},
+        {[&] { return b.sheet.cellType(65536, 0) == CELLTYPE_EMPTY; }, "ok"},
         {[&] { return b.sheet.readNum(70000, 0, nullptr) == 0.0; }, "row must be in range 0-65535"},
     };
     for (size_t i = 0; i < sizeof cases / sizeof cases[0]; ++i) {
         SCOPED_TRACE(i);
-        // Row 70000 is row 4464 cut to 16 bits: give it a number.
+        // Past the last row nothing is there: not the rows cut to 16 bits.
         b.sheet.writeNum(70000 - 65536, 0, 1, nullptr);
         EXPECT_TRUE(cases[i].read());
         EXPECT_EQ(b.owner.msg(), cases[i].message);
@@ -217,6 +218,10 @@ TEST(SheetCells, TextLengthAndEncoding) {
     EXPECT_FALSE(b.sheet.writeStr(0, 1, tooLong.c_str(), nullptr));
     EXPECT_EQ(b.owner.msg(), "string is too long");
     EXPECT_EQ(b.sheet.cellType(0, 1), CELLTYPE_EMPTY);
+    // The limit counts UTF-16 units, not bytes.
+    std::string accents;
+    for (int i = 0; i < 20000; ++i) accents += "\xC3\xA9";
+    EXPECT_TRUE(b.sheet.writeStr(0, 2, accents.c_str(), nullptr)) << b.owner.msg();
 
     const char *utf8 = "h\xC3\xA9llo \xE2\x82\xAC \xF0\x9F\x98\x80";
     EXPECT_TRUE(b.sheet.writeStr(1, 0, utf8, nullptr));
@@ -411,6 +416,11 @@ TEST(SheetCells, RowsAndColumns) {
     EXPECT_DOUBLE_EQ(b.sheet.rowHeight(3), 409.6);
     EXPECT_FALSE(b.sheet.setRow(3, 409.65, nullptr, false));
     EXPECT_EQ(b.owner.msg(), "height is too big");
+    EXPECT_FALSE(b.sheet.setRow(3, -1, nullptr, false));
+    EXPECT_EQ(b.owner.msg(), "height can't be negative");
+    EXPECT_FALSE(b.sheet.setCol(2, 4, 256, nullptr, false));
+    EXPECT_EQ(b.owner.msg(), "width must be in range 0-255");
+    EXPECT_FALSE(b.sheet.setCol(2, 4, -1, nullptr, false));
     EXPECT_TRUE(b.sheet.setRow(4, 15, nullptr, true));
     EXPECT_TRUE(b.sheet.rowHidden(4));
     EXPECT_TRUE(b.sheet.setRowHidden(4, false));
@@ -438,6 +448,12 @@ TEST(SheetCells, NameAddressesAndLaterOperations) {
     b.sheet.setName(std::string(40, 'n').c_str());
     EXPECT_EQ(b.owner.msg(), "warning: sheet's name is cut to 31 characters");
     EXPECT_EQ(b.sheet.wideName(), std::wstring(31, L'n'));
+    // Cut at a whole character: the pair at units 31 and 32 goes whole.
+    b.sheet.setName((std::string(30, 'p') + "\xF0\x9F\x98\x80").c_str());
+    EXPECT_EQ(b.sheet.wideName(), std::wstring(30, L'p'));
+    b.sheet.setName("");
+    EXPECT_EQ(b.owner.msg(), "sheet's name is empty");
+    EXPECT_EQ(b.sheet.wideName(), std::wstring(30, L'p'));
 
     EXPECT_STREQ(b.sheet.rowColToAddr(0, 0, true, true), "A1");
     EXPECT_STREQ(b.sheet.rowColToAddr(9, 26, false, false), "$AA$10");

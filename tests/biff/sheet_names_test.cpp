@@ -105,6 +105,11 @@ TEST(SheetNamesTest, PrintAreaMakesTheSelfReferenceOnce) {
     EXPECT_EQ(errorOf([&] { get(s, L"Print_Area", -2); }), "named range is not found");
     EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 65536, 0, 1); }), "row must be in range 0-65535");
     EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 1, 0, 256); }), "col must be in range 0-255");
+    EXPECT_EQ(errorOf([&] { s.setPrintArea(5, 4, 0, 1); }), "rowLast must be greater than or equal to rowFirst");
+    EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 1, 3, 2); }), "colLast must be greater than or equal to colFirst");
+    EXPECT_EQ(errorOf([&] { s.setPrintRepeatCols(3, 2); }), "colLast must be greater than or equal to colFirst");
+    EXPECT_EQ(errorOf([&] { s.setNamedRange(L"back", 9, 8, 0, 0, 0); }),
+              "rowLast must be greater than or equal to rowFirst");
 }
 
 TEST(SheetNamesTest, PrintTitles) {

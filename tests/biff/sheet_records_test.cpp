@@ -259,12 +259,6 @@ TEST(SheetRecords, BadRecordsGiveTheirMessages) {
         Bytes data;
         const char *message;
     } cases[] = {
-        {12, Bytes(3), "CalcCount size is incorrect"},
-        {13, Bytes(1), "CalcMode size is incorrect"},
-        {15, Bytes(4), "CalcRefMode size is incorrect"},
-        {16, Bytes(4), "CalcDelta size is incorrect"},
-        {17, Bytes(0), "CalcIter size is incorrect"},
-        {95, Bytes(3), "CalcSaveRecalc size is incorrect"},
         {42, Bytes(1), "PrintRowCol size is incorrect"},
         {43, Bytes(1), "PrintGrid size is incorrect"},
         {130, Bytes(1), "GridSet size is incorrect"},
@@ -284,7 +278,6 @@ TEST(SheetRecords, BadRecordsGiveTheirMessages) {
         {125, Bytes(10), "ColInfo size is incorrect"},
         {6, Bytes(20), "Formula size is incorrect"},
         {10, Bytes(2), "EOF size is incorrect"},
-        {0, Bytes(2), "read error: record id can't be 0"},
         {638, words({0, 256, 15, 0, 0}), "col must be in range 0-255"},
     };
     for (const Case &c : cases) {

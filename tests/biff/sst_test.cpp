@@ -145,6 +145,7 @@ TEST(Sst, SplitsFallWhereTheWriterPromises) {
         size_t length;                       // 2-byte characters
         std::vector<size_t> sizes;           // SST and CONTINUE record sizes
         int continueFlagAt;                  // record whose first byte is a repeated flag
+        bool pairAtSplit = false;            // units 7 and 8 are a surrogate pair
     };
     // 8216 bytes follow the counts; a 1-byte filler of n characters takes
     // 3 + n of them.
@@ -155,6 +156,9 @@ TEST(Sst, SplitsFallWhereTheWriterPromises) {
         {10, 4, {8224 - 1, 1 + 2}, 1},
         // 9 free: the whole string moves to a CONTINUE.
         {9, 4, {8224 - 9, 3 + 8}, -1},
+        // 20 free, but the 8th character is the first half of a pair: the
+        // record ends one unit earlier, the pair goes whole.
+        {20, 100, {8224 - 3, 1 + 186}, 1, true},
     };
     for (const Case &c : cases) {
         MemPool pool;
@@ -165,6 +169,10 @@ TEST(Sst, SplitsFallWhereTheWriterPromises) {
         f.flags = 0;
         sst.strings().insert(0, f);
         std::wstring t = text(c.length, 0x4E00, 5);
+        if (c.pairAtSplit) {
+            t[7] = 0xD83D;
+            t[8] = 0xDE00;
+        }
         sst.insert(t.c_str(), false);
         RoundTrip rt;
         rt.run(sst);
@@ -395,7 +403,7 @@ TEST(Sst, OtherStringFormsRoundTrip) {
     const Case cases[] = {
         {emptyAtEnd, plain, 2, L"", ""},
         {splitOk, plain, 4, L"abc", ""},
-        {notContinue, plain, 4, L"", "error in XLUnicodeString record #1"},
+        {notContinue, plain, 4, L"a", ""}, // cut where its record ends
         {odd, plain, 4, L"", "error in XLUnicodeString record #2"},
         {widthSwitch, noCch, 3, L"ab\x3042\x3043", ""},
     };

@@ -354,6 +354,19 @@ TEST(StylesTest, CustomNumberFormatLimits) {
                   [&](Xls<char> &x, uint16_t s) { back.read(x, s, false, pool); });
     EXPECT_EQ(back.ifmt, 165);
     EXPECT_EQ(std::wstring(back.code.text), L"0.1");
+    // An empty code keeps its count and flags byte; a null one is refused.
+    Table e;
+    e.init();
+    EXPECT_EQ(e.addCustomNumFormat(""), 164);
+    EXPECT_EQ(e.addCustomNumFormat(nullptr), 0);
+    EXPECT_STREQ(e.errorMessage(), "custom number format mustn't be NULL");
+    styleReadBack([&](Xls<char> &x) { e.numFormats()[0].write(x); },
+                  [&](Xls<char> &x, uint16_t s) {
+                      EXPECT_EQ(s, 5u);
+                      back.read(x, s, false, pool);
+                  });
+    EXPECT_EQ(back.ifmt, 164);
+    EXPECT_EQ(std::wstring(back.code.text), L"");
 }
 
 TEST(StylesTest, PalettePacking) {

@@ -267,6 +267,40 @@ TEST(XlsCells, SheetOperationsOverABook) {
     EXPECT_EQ(host().close(ctx, "xls", f), 0);
 }
 
+// A sheet that uses the last row: its extents answer one past it, and
+// neither the whole-column label nor a read past the limit meets row 0
+// again; a scalar the sheet cannot hold is reported.
+TEST(XlsCells, RangesStopAtTheLastRowAndColumn) {
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    makeBook("edge.xls", [](void *book) {
+        void *sheet = tbBookAddSheetA(book, "Edge", nullptr);
+        tbSheetWriteNumA(sheet, 0, 0, 1, nullptr);
+        tbSheetWriteNumA(sheet, 65535, 0, 2, nullptr);
+        tbSheetWriteNumA(sheet, 0, 255, 3, nullptr);
+    });
+    Context ctx(scratchDir());
+    void *f = host().open(ctx, "xls", "edge.xls", false);
+    ASSERT_NE(f, nullptr) << ctx.allErrors();
+    const SheetOps *ops = fileOf(f)->ops;
+    void *sheet = ops->getSheet(fileOf(f)->handle, 0);
+    EXPECT_EQ(ops->cellType(sheet, 65536, 0), CELL_EMPTY);
+    EXPECT_EQ(ops->cellType(sheet, 0, 256), CELL_EMPTY);
+    const std::pair<const char *, std::vector<std::string>> reads[] = {
+        {"[A:A]", {"1", "2"}}, {"[]", {"1", "3", "2"}}, {"[A1:IW65537]", {"1", "3", "2"}}};
+    for (const auto &r : reads) {
+        SCOPED_TRACE(r.first);
+        List *list = ctx.newList(QD_REAL);
+        std::vector<Item> items{{r.first, list->type(), list}};
+        ASSERT_EQ(host().transferIn(ctx, "xls", f, items), 0) << ctx.allErrors();
+        EXPECT_EQ(list->texts(), r.second);
+    }
+    EXPECT_EQ(host().close(ctx, "xls", f), 0);
+
+    qd_value far = qdInt(1);
+    EXPECT_NE(host().writeItem(ctx, "xls", "edge.xls", "[Edge$A70000]", QD_INT, &far), 0);
+    EXPECT_NE(ctx.allErrors().find("SHEET: "), std::string::npos);
+}
+
 TEST(XlsWrite, ExistingContentIsKept) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
     remove(pathOf("kept.xls").c_str());

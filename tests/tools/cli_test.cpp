@@ -612,6 +612,18 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
         }
     }
     EXPECT_GT(loaded, 0);
+    // A book of the older format is not saved as it stands, but converts.
+    std::string old = dir + "/libxls/fuzz_corpus_biff5-label-records.xls";
+    if (exists(old)) {
+        std::string xls = scratch("old-copy.xls"), csv = scratch("old-copy.csv");
+        RunResult r = runTool({"convert", old, xls});
+        EXPECT_EQ(r.exitCode, 0) << r.err;
+        EXPECT_EQ(cellsOf(runTool({"dump", xls, "-f", "json"}), nullptr, true),
+                  cellsOf(runTool({"dump", old, "-f", "json"}), nullptr, true));
+        r = runTool({"convert", old, csv});
+        EXPECT_EQ(r.exitCode, 0) << r.err;
+        EXPECT_EQ(readFile(csv), runTool({"dump", old}).out);
+    }
     std::string date = dir + "/calamine/date.xls";
     if (exists(date)) {
         RunResult r = runTool({"info", date});

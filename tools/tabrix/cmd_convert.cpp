@@ -111,9 +111,12 @@ int runConvert(const Args &args) {
     Workbook in(inKind);
     in.load(inPath);
     std::string sheetArg = args.value("sheet");
+    // A book of the older binary format cannot be saved as it stands: its
+    // cells are copied into a new book.
+    const bool older = inKind == FileKind::Compound && in.book()->biffVersion() < 0x0600;
     if (isText(outKind))
         workbookToText(in, sheetArg, outKind, outPath);
-    else if (outKind == inKind && !args.has("cells"))
+    else if (outKind == inKind && !args.has("cells") && !older)
         keepFormat(in, sheetArg, outPath);
     else
         copyBook(in, sheetArg, outKind, outPath);
