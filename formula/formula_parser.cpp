@@ -477,8 +477,10 @@ uint16_t FormulaParser::makeXti(std::wstring_view sheet, FormulaBook *book) {
     if (!book) throw tberror("book not found");
     const std::wstring name = StrUtil::unquote(std::wstring(sheet));
     const size_t colon = name.find(L':');
-    const int first = book->sheetIndex(name.substr(0, colon));
-    const int last = colon == std::wstring::npos ? first : book->sheetIndex(name.substr(colon + 1));
+    const int first = book->sheetIndex(StrUtil::unquote(name.substr(0, colon)));
+    const int last = colon == std::wstring::npos
+                         ? first
+                         : book->sheetIndex(StrUtil::unquote(name.substr(colon + 1)));
     return book->sheetRef(first, last);
 }
 
