@@ -102,6 +102,8 @@ TEST(FormulaText, RoundTripsAndMessages) {
         {L"-A1^2", "-A1^2", "44 00 00 00 C0 13 1E 02 00 07"},
         {L"2^-1", "2^-1", nullptr},
         {L"5%", "5%", nullptr},
+        // After "%" a "+" is taken for unary plus: one operand too many.
+        {L"5%+1", "! can't build infix formula string", "1E 05 00 1E 01 00 12 14"},
         {L"1.5+0.1+0.0000001+123456789012", "1.5+0.1+0.0000001+123456789012", nullptr},
         {L"65535+65536", "65535+65536", nullptr},
         {L"\"a, b\"&\"say \"\"hi\"\"\"", "\"a, b\"&\"say \"\"hi\"\"\"", nullptr},
