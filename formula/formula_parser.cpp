@@ -46,10 +46,33 @@ bool isDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 // The operator number of a token, -1 for none; separators give -2.
 int operatorOf(std::wstring_view t) {
-    if (t == L";" || t == L",") return -2;
-    for (size_t i = 2; i < kOperatorCount; ++i)
-        if (t == kOperators[i].text) return int(i);
+    if (t.size() == 1) {
+        switch (t[0]) {
+        case L';': case L',': return -2;
+        case L'%': return 2;
+        case L'^': return 3;
+        case L'*': return 4;
+        case L'/': return 5;
+        case L'+': return 6;
+        case L'-': return 7;
+        case L'<': return 8;
+        case L'>': return 9;
+        case L'=': return 12;
+        case L'&': return 14;
+        default: return -1;
+        }
+    }
+    if (t.size() == 2 && t[1] == L'=' && t[0] == L'<') return 10;
+    if (t.size() == 2 && t[1] == L'=' && t[0] == L'>') return 11;
+    if (t.size() == 2 && t[1] == L'>' && t[0] == L'<') return 13;
     return -1;
+}
+
+bool is(std::wstring_view t, wchar_t c) { return t.size() == 1 && t[0] == c; }
+
+bool isAlpha(wchar_t c) {
+    if (c < 0x80) return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z');
+    return isAlpha(c);
 }
 
 // Names whose own digits the count swallowed get them back.
@@ -85,7 +108,7 @@ bool isReference(std::wstring_view t, int &row, int &col, bool &refClass, bool &
         ++i;
     }
     const size_t letters = i;
-    while (i < t.size() && std::iswalpha(wint_t(t[i]))) ++i;
+    while (i < t.size() && isAlpha(t[i])) ++i;
     const size_t lettersEnd = i;
     if (lettersEnd == letters) return false;
     if (i < t.size() && t[i] == L'$') {
@@ -265,7 +288,9 @@ void FormulaParser::tokenize() {
     _tokens.clear();
     for (size_t pos = 0; pos < _text.size();) {
         const size_t end = nextToken(pos);
-        _tokens.push_back(Token{uint32_t(pos), uint32_t(end - pos), false});
+        Token tok{uint32_t(pos), uint32_t(end - pos), false, false, 0};
+        tok.func = stageOneFunc(std::wstring_view(_text.data() + pos, end - pos), &tok.mask);
+        _tokens.push_back(tok);
         pos = end;
     }
 }
@@ -291,7 +316,7 @@ static bool looksLikeRef(std::wstring_view t) {
     if (bang != std::wstring_view::npos) t.remove_prefix(bang + 1);
     bool letter = false, digit = false;
     for (wchar_t c : t) {
-        if (std::iswalpha(wint_t(c))) {
+        if (isAlpha(c)) {
             if (digit) return false;
             letter = true;
         } else if (isDigit(c)) {
@@ -304,26 +329,22 @@ static bool looksLikeRef(std::wstring_view t) {
 // Marks the operands that go by reference, by the mask of the function
 // whose argument they are.
 void FormulaParser::addRefs() {
-    struct State {
-        bool armed;
-        uint32_t mask, arg, parens;
-    };
-    std::vector<State> stack;
+    std::vector<State> &stack = _states;
+    stack.clear();
     for (Token &tok : _tokens) {
         std::wstring_view t(_text.data() + tok.start, tok.len);
-        uint32_t mask = 0;
-        if (stageOneFunc(t, &mask)) {
-            stack.push_back(State{true, mask, 0, 0});
+        if (tok.func) {
+            stack.push_back(State{true, tok.mask, 0, 0});
         } else if (stack.empty()) {
             continue;
-        } else if (t == L"(") {
+        } else if (is(t, L'(')) {
             State &s = stack.back();
             if (s.armed) s.armed = false;
             else ++s.parens;
-        } else if (t == L")") {
+        } else if (is(t, L')')) {
             if (stack.back().parens == 0) stack.pop_back();
             else --stack.back().parens;
-        } else if (t == L";" || t == L",") {
+        } else if (is(t, L';') || is(t, L',')) {
             ++stack.back().arg;
         } else if (looksLikeRef(t) && (stack.back().mask >> (stack.back().arg & 31) & 1)) {
             tok.byRef = true;
@@ -351,19 +372,24 @@ void FormulaParser::reversePolish() {
     for (const Token &tok : _tokens) {
         std::wstring_view t(_text.data() + tok.start, tok.len);
         const size_t after = tok.start + tok.len;
-        const bool boolWord = (t == L"TRUE" || t == L"FALSE") && after < _text.size() &&
+        const bool boolWord = tok.func &&
+                              (t == std::wstring_view(L"TRUE") || t == std::wstring_view(L"FALSE")) &&
+                              after < _text.size() &&
                               _text[after] != L'(';
-        if (!boolWord && stageOneFunc(t, nullptr)) {
+        if (!boolWord && tok.func) {
             const int count = getFuncParamCount(std::wstring_view(_text).substr(after));
             const uint32_t start = uint32_t(_words.size());
             _words.append(t);
-            _words.append(std::to_wstring(count));
+            wchar_t digits[12];
+            int n = 0;
+            for (unsigned c = unsigned(count); n == 0 || c; c /= 10) digits[n++] = wchar_t(L'0' + c % 10);
+            while (n) _words.push_back(digits[--n]);
             _words.push_back(L'F');
             _stack.push_back(Item{kFunction, 0, false, start, uint32_t(_words.size() - start)});
             _parenKinds.push_back(0);
             operandRun = 0;
             funcOpen = true;
-        } else if (t == L")") {
+        } else if (is(t, L')')) {
             while (!_stack.empty() && _stack.back().kind != kOpen) popOut();
             if (_stack.empty() || _parenKinds.empty()) throw tberror("error in formula");
             if (_parenKinds.back() == 1) _output.push_back(Item{kParen, 0, false, 0, 0});
@@ -374,7 +400,7 @@ void FormulaParser::reversePolish() {
                 _stack.pop_back();
                 ++operandRun;
             }
-        } else if (t == L"(") {
+        } else if (is(t, L'(')) {
             _stack.push_back(Item{kOpen, 0, false, 0, 0});
             if (funcOpen) funcOpen = false;
             else _parenKinds.push_back(1);
@@ -485,9 +511,9 @@ uint16_t FormulaParser::makeXti(std::wstring_view sheet, FormulaBook *book) {
 }
 
 void FormulaParser::emitOperand(std::wstring_view t, FormulaBook *book, std::vector<uint8_t> &out) {
-    if (t == L"uMinus") return out.push_back(ptg::kUminus);
-    if (t == L"uPlus") return out.push_back(ptg::kUplus);
-    if (t == L"SUM1") {
+    if (t[0] == L'u' && t == std::wstring_view(L"uMinus")) return out.push_back(ptg::kUminus);
+    if (t[0] == L'u' && t == std::wstring_view(L"uPlus")) return out.push_back(ptg::kUplus);
+    if (t.size() == 4 && t == std::wstring_view(L"SUM1")) {
         out.insert(out.end(), {ptg::kAttr, ptg::kAttrSum, 0, 0});
         return;
     }
@@ -504,9 +530,13 @@ void FormulaParser::emitOperand(std::wstring_view t, FormulaBook *book, std::vec
         std::memcpy(&out[at], &number, 8);
         return;
     }
-    if (t == L"TRUE" || t == L"FALSE") {
+    if (t[0] == L'T' && t == std::wstring_view(L"TRUE")) {
         out.push_back(ptg::kBool);
-        return out.push_back(t == L"TRUE" ? 1 : 0);
+        return out.push_back(1);
+    }
+    if (t[0] == L'F' && t == std::wstring_view(L"FALSE")) {
+        out.push_back(ptg::kBool);
+        return out.push_back(0);
     }
     uint16_t code = 0;
     int count = 0;

@@ -52,6 +52,12 @@ private:
     struct Token {
         uint32_t start, len;
         bool byRef;
+        bool func; // a function name, by the first stage's test
+        uint32_t mask;
+    };
+    struct State {
+        bool armed;
+        uint32_t mask, arg, parens;
     };
 
     void prepare(std::wstring_view text);
@@ -69,6 +75,7 @@ private:
     const FuncMap &_funcs;
     std::wstring _text;
     std::vector<Token> _tokens;
+    std::vector<State> _states;
     std::vector<Item> _output, _stack;
     std::vector<uint8_t> _parenKinds;
     std::wstring _words;

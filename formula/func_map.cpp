@@ -401,7 +401,10 @@ FuncMap::FuncMap() {
         fi.funcCode = r.code;
         fi.refMask = r.refMask;
         fi.fixedArgs = r.fixedArgs;
-        _byName.emplace(r.name, fi);
+        auto it = _byName.emplace(r.name, fi).first;
+        size_t h = hash(it->first);
+        while (_hash[h]) h = (h + 1) % kHashSize;
+        _hash[h] = &*it;
         _names[r.code] = r.name;
         _rows[r.code] = fi;
     }
@@ -419,9 +422,18 @@ const wchar_t *FuncMap::name(unsigned code, int *fixedArgs) const {
     return _names[code];
 }
 
+size_t FuncMap::hash(std::wstring_view name) {
+    uint32_t h = 2166136261u;
+    for (wchar_t c : name) h = (h ^ uint32_t(c)) * 16777619u;
+    return h % kHashSize;
+}
+
 const FuncMap::FI *FuncMap::find(std::wstring_view name) const {
-    auto it = _byName.find(name);
-    return it == _byName.end() ? nullptr : &it->second;
+    // Every name starts with a capital letter.
+    if (name.empty() || name[0] < L'A' || name[0] > L'Z') return nullptr;
+    for (size_t h = hash(name); _hash[h]; h = (h + 1) % kHashSize)
+        if (_hash[h]->first == name) return &_hash[h]->second;
+    return nullptr;
 }
 
 uint16_t FuncMap::code(std::wstring_view name) const {

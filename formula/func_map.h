@@ -42,7 +42,12 @@ public:
     size_t size() const { return _byName.size(); }
 
 private:
+    static constexpr size_t kHashSize = 1024;
+    static size_t hash(std::wstring_view name);
+
     std::map<std::wstring, FI, std::less<>> _byName;
+    // Open addressing over the rows, by name: the look-up path.
+    const std::pair<const std::wstring, FI> *_hash[kHashSize] = {};
     // Rows by function number: name and row, null for numbers without one.
     const wchar_t *_names[512] = {};
     FI _rows[512];
