@@ -1,6 +1,6 @@
 // Formulas against independent software: what we write, LibreOffice
 // recomputes to the values expected and xlrd finds and decompiles; what
-// LibreOffice and xlwt write, we print, and the printed text written again
+// LibreOffice, gnumeric and xlwt write, we print, and the printed text written again
 // computes the same; the corpus files print every formula or answer with a
 // message, and a save keeps their formula records byte for byte.
 #include "biff/book_impl.h"
@@ -13,6 +13,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <set>
 #include <string>
@@ -244,6 +245,15 @@ TEST(FormulaInterop, FormulasOfOtherProducersPrintAndComputeAgain) {
         const std::string x = tmpPath("xlwt_formulas.xls");
         runPython("xlwt_book.py", kXlwtBook, x);
         sources.push_back(x);
+    }
+    if (std::system("command -v ssconvert >/dev/null 2>&1") == 0) {
+        // Gnumeric reads "=" fields of a csv as formulas.
+        const std::string csv = tmpPath("gnumeric_formulas.csv"), xls = tmpPath("gnumeric_formulas.xls");
+        // (a quoted field makes it take the file for text: none here).
+        std::ofstream(csv) << "2,=A1*3,=A1>=2\n5,=SUM(A1:A3),=A1<>A2\n11,=-A3^2,=A3/4+1\n"
+                              "4,=MAX(A1:A4)-MIN(A1:A4),=(A1+A2)*A3\n7,=A$1+$A2*2,=AVERAGE(A1:A5)\n";
+        std::system(("ssconvert '" + csv + "' '" + xls + "' >/dev/null 2>&1").c_str());
+        sources.push_back(xls);
     }
     for (const std::string &src : sources) {
         int printed = 0;
