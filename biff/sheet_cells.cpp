@@ -436,24 +436,6 @@ template <class C> bool SheetImplT<C>::readBlank(int row, int col, IFormatT<C> *
     return false;
 }
 
-template <class C> const C *SheetImplT<C>::readFormula(int row, int col, IFormatT<C> **format) {
-    const uint32_t code = lookup(row, col, format);
-    if (!SheetIndex::exists(code) || SheetIndex::kind(code) != SheetIndex::kFormula) {
-        fail("cell doesn't contain a formula");
-        return nullptr;
-    }
-    // Printing tokens back to text comes with the formula printer.
-    throw tberror(kNotSupportedYet);
-}
-
-template <class C>
-bool SheetImplT<C>::writeFormula(int row, int col, const C *, IFormatT<C> *format) {
-    checkRanges(row, col);
-    resolveFormat(format, 15);
-    // Compiling text to tokens comes with the formula parser.
-    throw tberror(kNotSupportedYet);
-}
-
 // ---- types, dates, errors ----
 
 template <class C> CellType SheetImplT<C>::cellType(int row, int col) {

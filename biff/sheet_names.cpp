@@ -148,7 +148,9 @@ const SupBookBlock *SheetNames::externSheetBlock(const std::vector<SupBookBlock>
     return nullptr;
 }
 
-uint16_t SheetNames::addSheetRef() {
+uint16_t SheetNames::addSheetRef() { return sheetRef(_sheet, _sheet, false); }
+
+uint16_t SheetNames::sheetRef(int first, int last, bool reuse) {
     auto self = std::find_if(_supBooks.begin(), _supBooks.end(),
                              [](const SupBookBlock &b) { return b.isSelfRef(); });
     if (self == _supBooks.end()) {
@@ -171,9 +173,13 @@ uint16_t SheetNames::addSheetRef() {
         ext->hasExternSheet = true;
     }
     std::vector<XTI> &list = ext->externSheet.rgXTI;
+    const XTI xti(uint16_t(self - _supBooks.begin()), uint16_t(first), uint16_t(last));
+    if (reuse)
+        for (size_t i = 0; i < list.size(); ++i)
+            if (list[i] == xti) return uint16_t(i);
     if (list.size() >= 0xFFFF) throw tberror("too many references to sheets");
     uint16_t index = uint16_t(list.size());
-    list.push_back(XTI(uint16_t(self - _supBooks.begin()), uint16_t(_sheet), uint16_t(_sheet)));
+    list.push_back(xti);
     return index;
 }
 

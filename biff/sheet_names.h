@@ -91,6 +91,9 @@ public:
     // Appends an XTI spanning this sheet to the ExternSheet, making the
     // self-reference block first if the book has none; answers its index.
     uint16_t addSheetRef();
+    // The index of an XTI spanning sheets first to last (-1: no sheet) of
+    // the self-reference, appended unless `reuse` finds an equal one.
+    uint16_t sheetRef(int first, int last, bool reuse);
 
 private:
     // Index of this sheet's built-in name of `code`, or -1.

@@ -1,5 +1,6 @@
 #include "biff/records/formula.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace tabrix {
@@ -8,6 +9,7 @@ namespace {
 // The fixed part: row, col, xf, value, grbit, chn, and cce.
 const uint16_t kFixedSize = 22;
 const uint8_t kPtgExp = 0x01;
+const uint16_t kAlwaysCalc = 0x0001;
 } // namespace
 
 double Formula::doubleValue() const {
@@ -52,6 +54,23 @@ void Formula::setExp(int anchorRow, int anchorCol) {
     expression[4] = uint8_t(anchorRow >> 8);
     expression[5] = uint8_t(anchorCol);
     expression[6] = uint8_t(anchorCol >> 8);
+}
+
+void Formula::setTokens(const std::vector<uint8_t> &rgce) {
+    std::memset(value, 0, sizeof value);
+    grbit = kAlwaysCalc;
+    chn = 0;
+    expression.resize(2 + rgce.size());
+    expression[0] = uint8_t(rgce.size());
+    expression[1] = uint8_t(rgce.size() >> 8);
+    std::copy(rgce.begin(), rgce.end(), expression.begin() + 2);
+}
+
+const uint8_t *Formula::tokens(size_t &count) const {
+    count = 0;
+    if (expression.size() < 2) return nullptr;
+    count = std::min<size_t>(size_t(expression[0] | expression[1] << 8), expression.size() - 2);
+    return expression.data() + 2;
 }
 
 void Formula::read(XlsRecords &xls, uint16_t size) {

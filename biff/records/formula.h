@@ -45,6 +45,12 @@ public:
     bool isExp(int *anchorRow = nullptr, int *anchorCol = nullptr) const;
     void setExp(int anchorRow, int anchorCol);
 
+    // A formula just written: these tokens, a cached result of 0 and the
+    // flag that asks the reader to calculate the cell.
+    void setTokens(const std::vector<uint8_t> &rgce);
+    // The tokens behind the count, and their number.
+    const uint8_t *tokens(size_t &count) const;
+
     void read(XlsRecords &xls, uint16_t size);
     void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;

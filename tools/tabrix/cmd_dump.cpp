@@ -31,6 +31,7 @@ int runDump(const Args &args) {
     DumpHeader header;
     header.file = path;
     header.sheet = sheet->name() ? sheet->name() : "";
+    header.formulas = args.has("formulas");
     auto writer = makeWriter(form, std::cout);
     dumpRange(wb, sheet, range, empty, header, *writer);
     if (!std::cout)

@@ -39,9 +39,11 @@ const std::vector<Command> &commands() {
          "state (visible, hidden, very hidden) and used range, the named ranges,\n"
          "and the number of pictures.\n",
          runInfo},
-        {"dump", "FILE [--sheet NAME|N] [--range A1:D10] [--format csv|tsv|json]",
+        {"dump", "FILE [--sheet NAME|N] [--range A1:D10] [--format csv|tsv|json] [--formulas]",
          "write the cells of one sheet to stdout", 1, 1,
          {{"sheet", 's', "NAME|N", "the sheet, by name or by number from 1 (default: the first worksheet)"},
+          {"formulas", 'F', nullptr, "csv and tsv: a formula cell shows its formula (=SUM(A1:A3))\n"
+                                     "                         rather than its cached value"},
           {"range", 'r', "RANGE", "the cells: A1:D10, B2, whole columns A:C or rows 2:5\n"
                                   "                         (default: A1 to the last used cell)"},
           {"format", 'f', "FORM", "csv (default), tsv or json"}},

@@ -40,8 +40,11 @@ void dumpRange(Workbook &wb, Sheet *sheet, const CellRange &range, bool empty,
         for (int row = range.firstRow; row <= range.lastRow; ++row) {
             progress.update(row - range.firstRow);
             writer.beginRow(row);
-            for (int col = range.firstCol; col <= range.lastCol; ++col)
-                writer.cell(row, col, readCell(wb, sheet, row, col));
+            for (int col = range.firstCol; col <= range.lastCol; ++col) {
+                CellValue v = readCell(wb, sheet, row, col);
+                if (h.formulas && v.hasFormula && !v.formula.empty()) v.text = "=" + v.formula;
+                writer.cell(row, col, v);
+            }
             writer.endRow();
         }
     }

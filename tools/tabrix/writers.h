@@ -26,6 +26,8 @@ struct DumpHeader {
     std::string file;
     std::string sheet;
     std::string range; // "A1:D10", empty for an empty sheet
+    // Formula cells show "=" and their formula instead of their cached value.
+    bool formulas = false;
 };
 
 class TableWriter {
