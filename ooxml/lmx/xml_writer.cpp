@@ -83,9 +83,17 @@ const c_xml_writer::s_ns *c_xml_writer::find_id(int id) const {
 int c_xml_writer::add_namespace(std::string_view prefix, std::string_view uri) {
     if (uri.empty())
         return NS_NONE;
-    for (const s_ns &n : _ns)
-        if (n.uri == uri)
+    const s_ns *known = nullptr;
+    bool prefix_free = true;
+    for (const s_ns &n : _ns) {
+        if (n.uri == uri && n.prefix == prefix)
             return n.id;
+        if (n.uri == uri && !known)
+            known = &n;
+        prefix_free = prefix_free && n.prefix != prefix;
+    }
+    if (known && !prefix_free)
+        return known->id;
     std::string p(prefix);
     for (int k = 1;; ++k) {
         bool taken = false;
@@ -214,14 +222,7 @@ void c_xml_writer::write_any_info(const c_any_info &info) {
             output_convert_to_xml(local_decls, pu.second, true);
             local_decls += '"';
         } else {
-            bool uri_known = false;
-            for (const s_ns &n : _ns)
-                uri_known = uri_known || n.uri == pu.second;
-            if (uri_known) { // the URI is declared under another prefix: keep this one too
-                _ns.push_back({_next_id++, pu.first, pu.second});
-            } else {
-                add_namespace(pu.first, pu.second);
-            }
+            add_namespace(pu.first, pu.second);
         }
     }
     if (local_decls.empty()) {

@@ -30,9 +30,9 @@ public:
     // the namespace table whose entries all go on the root element.
     explicit c_xml_writer(std::string &out, const s_ns_map *map = nullptr);
 
-    // The id under which names of `uri` are written; a URI new to the writer
-    // is declared on the root under `prefix`, or under a fresh prefix when
-    // `prefix` is taken.
+    // The id under which names of `uri` are written.  A URI new to the writer,
+    // or known under another prefix while `prefix` is free, is declared on the
+    // root under `prefix`; a new URI whose prefix is taken gets a fresh prefix.
     int add_namespace(std::string_view prefix, std::string_view uri);
     // Opens an element; its tag stays open for attributes until content comes.
     void start_element(int ns, std::string_view local);
