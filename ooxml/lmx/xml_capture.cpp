@@ -67,6 +67,14 @@ elmx_error c_xml_reader::capture_element(c_any_info &out) {
             break;
     }
     out.xml.assign(start, size_t(_p - start));
+    // A reference to an entity of this document's DTD would mean nothing elsewhere.
+    for (size_t at = out.xml.find('&'); at != std::string::npos; at = out.xml.find('&', at + 1)) {
+        const std::string_view ref = std::string_view(out.xml).substr(at + 1, 5);
+        if (ref[0] != '#' && ref.substr(0, 3) != "lt;" && ref.substr(0, 3) != "gt;" && ref.substr(0, 4) != "amp;" &&
+            ref.substr(0, 5) != "apos;" && ref.substr(0, 5) != "quot;")
+            return capture_error(ELMX_UNEXPECTED_ENTITY, "Entity reference inside a kept element", "lmx/lmxparse",
+                                 __LINE__);
+    }
     return ELMX_OK;
 }
 
