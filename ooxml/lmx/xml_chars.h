@@ -14,6 +14,7 @@ enum : uint8_t {
     NAME = 4,       // a name start, digit, ".", "-"
     TEXT_STOP = 8,  // "<", "&", "\r", "]": ends a plain run of text
     ATTR_STOP = 16, // "<", "&", "\t", "\n", "\r", quotes: ends a plain attribute run
+    COLON = 32,     // ":", so a name scan learns whether it holds a prefix
 };
 
 struct table {
@@ -32,6 +33,8 @@ struct table {
                 v |= TEXT_STOP;
             if (i == '<' || i == '&' || i == '\t' || i == '\n' || i == '\r' || i == '"' || i == '\'')
                 v |= ATTR_STOP;
+            if (i == ':')
+                v |= COLON;
             c[i] = v;
         }
     }
@@ -41,6 +44,17 @@ inline constexpr table k_table{};
 
 inline bool is(char ch, uint8_t cls) { return (k_table.c[static_cast<unsigned char>(ch)] & cls) != 0; }
 inline bool is_space(char ch) { return is(ch, SPACE); }
+inline uint8_t cls(char ch) { return k_table.c[static_cast<unsigned char>(ch)]; }
+
+// Equality of two short names, without a library call.
+inline bool same(const char *a, size_t na, const char *b, size_t nb) {
+    if (na != nb)
+        return false;
+    for (size_t i = 0; i < na; ++i)
+        if (a[i] != b[i])
+            return false;
+    return true;
+}
 
 } // namespace chars
 } // namespace lmx

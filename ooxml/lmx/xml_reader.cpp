@@ -280,10 +280,12 @@ int c_xml_reader::start_tag() {
     const char *p = tag + 1;
     if (p >= end || !is(*p, chars::NAME_START))
         return fail(ELMX_NOT_WELL_FORMED, "Bad element name");
-    const char *name = p++;
-    while (p < end && is(*p, chars::NAME))
-        ++p;
+    const char *name = p;
+    uint8_t seen = 0;
+    for (uint8_t k; p < end && ((k = chars::cls(*p)) & chars::NAME); ++p)
+        seen |= k;
     const std::string_view qname(name, size_t(p - name));
+    bool prefixed = seen & chars::COLON;
 
     _attrs.clear();
     _decl_first = uint32_t(_bindings.size());
@@ -318,9 +320,10 @@ int c_xml_reader::start_tag() {
             _p = p;
             return fail(ELMX_BAD_END_TAG, std::string(qname));
         }
-        const char *an = p++;
-        while (p < end && is(*p, chars::NAME))
-            ++p;
+        const char *an = p;
+        uint8_t aseen = 0;
+        for (uint8_t k; p < end && ((k = chars::cls(*p)) & chars::NAME); ++p)
+            aseen |= k;
         const std::string_view aname(an, size_t(p - an));
         while (p < end && is_space(*p))
             ++p;
@@ -387,7 +390,7 @@ int c_xml_reader::start_tag() {
             continue;
         }
         for (const s_attribute &a : _attrs)
-            if (a.qname == aname) {
+            if (chars::same(a.qname.data(), a.qname.size(), aname.data(), aname.size())) {
                 _p = p;
                 return fail(ELMX_ATTRIBUTE_ALREADY_READ, "@" + std::string(aname));
             }
@@ -400,13 +403,32 @@ int c_xml_reader::start_tag() {
         a.local = aname;
         a.raw_value = value;
         a.plain = plain;
+        if (aseen & chars::COLON) {
+            a.ns = -1; // resolved once the tag's own declarations are known
+            prefixed = true;
+        }
     }
     _p = p;
     if (_frames.size() >= _limits.max_depth)
         return fail(ELMX_NOT_WELL_FORMED, "Elements nested deeper than " + std::to_string(_limits.max_depth));
-    if (!resolve_names(tag))
-        return EV_ERROR;
-    _frames.push_back({qname, _local, _ns, mark, saved_default});
+    std::string_view local = qname;
+    int ns = _default_binding >= 0 ? _bindings[size_t(_default_binding)].id : NS_NONE;
+    if (prefixed) { // copies, so the fast path's values stay in registers
+        std::string_view l = local;
+        int n = ns;
+        if (!resolve_names(qname, l, n))
+            return EV_ERROR;
+        local = l;
+        ns = n;
+    }
+    s_frame &f = _frames.emplace_back();
+    f.qname = qname;
+    f.local = local;
+    f.ns = ns;
+    f.binding_mark = mark;
+    f.saved_default = saved_default;
+    _local = local;
+    _ns = ns;
     _root_seen = true;
     _tag_start = tag;
     _qname = qname;
@@ -414,33 +436,26 @@ int c_xml_reader::start_tag() {
     return _event = EV_START;
 }
 
-bool c_xml_reader::resolve_names(const char *tag) {
-    const char *name = tag + 1;
-    size_t len = 1;
-    while (name + len < _end && is(name[len], chars::NAME))
-        ++len;
-    const std::string_view qname(name, len);
+// Resolves the prefixes of a tag that has some; `local` and `ns` come in
+// as for an unprefixed element name.
+bool c_xml_reader::resolve_names(std::string_view qname, std::string_view &local, int &ns) {
     const size_t colon = qname.find(':');
     int binding;
-    if (colon == std::string_view::npos) {
-        _local = qname;
-        _ns = _default_binding >= 0 ? _bindings[size_t(_default_binding)].id : NS_NONE;
-    } else {
-        const std::string_view prefix = qname.substr(0, colon);
-        _local = qname.substr(colon + 1);
-        _ns = lookup_prefix(prefix, binding);
-        if (_ns < 0 || _local.empty() || _local.find(':') != std::string_view::npos) {
+    if (colon != std::string_view::npos) {
+        local = qname.substr(colon + 1);
+        ns = lookup_prefix(qname.substr(0, colon), binding);
+        if (ns < 0 || colon == 0 || local.empty() || local.find(':') != std::string_view::npos) {
             fail(ELMX_NOT_WELL_FORMED, "Undeclared namespace prefix in " + std::string(qname));
             return false;
         }
     }
     for (s_attribute &a : _attrs) {
-        const size_t c = a.qname.find(':');
-        if (c == std::string_view::npos)
+        if (a.ns != -1)
             continue;
+        const size_t c = a.qname.find(':');
         a.local = a.qname.substr(c + 1);
         a.ns = lookup_prefix(a.qname.substr(0, c), binding);
-        if (a.ns < 0 || a.local.empty()) {
+        if (a.ns < 0 || c == 0 || a.local.empty()) {
             fail(ELMX_NOT_WELL_FORMED, "Undeclared namespace prefix in @" + std::string(a.qname));
             return false;
         }
@@ -464,7 +479,7 @@ int c_xml_reader::end_tag() {
     if (*p != '>')
         return fail(ELMX_BAD_END_TAG_SYNTAX, "</" + std::string(qname));
     const s_frame &f = _frames.back();
-    if (f.qname != qname)
+    if (!chars::same(f.qname.data(), f.qname.size(), qname.data(), qname.size()))
         return fail(ELMX_BAD_END_OF_ELEMENT, "</" + std::string(qname) + "> closes <" + std::string(f.qname) + ">");
     _p = p + 1;
     _qname = f.qname;

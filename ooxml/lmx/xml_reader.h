@@ -133,7 +133,7 @@ private:
     bool parse_doctype();
     bool parse_entity_decl();
     bool skip_markup_decl();
-    bool resolve_names(const char *tag);
+    bool resolve_names(std::string_view qname, std::string_view &local, int &ns);
     int ns_of_uri(std::string_view uri);
     int lookup_prefix(std::string_view prefix, int &binding) const;
     bool decode(std::string_view raw, std::string &out, bool attribute);
