@@ -95,6 +95,12 @@ bool c_xml_reader::expand_entity(s_entity &ent, std::string &out, bool attribute
         fail(ELMX_UNEXPECTED_ENTITY, "Entities nested too deep at &" + std::string(ent.name) + ";");
         return false;
     }
+    // Each expansion costs one unit of the budget beside what it produces,
+    // so that entities expanding to nothing cannot multiply unbounded.
+    if (++_entity_bytes > _limits.max_entity_bytes) {
+        fail(ELMX_UNEXPECTED_ENTITY, "Entity expansion limit exceeded");
+        return false;
+    }
     ent.active = true;
     const char *p = ent.value.data();
     const char *const end = p + ent.value.size();

@@ -126,7 +126,7 @@ const s_attribute *c_xml_reader::find_attribute(int ns, std::string_view local) 
     return nullptr;
 }
 
-elmx_error c_xml_reader::attribute_value(const s_attribute &a, std::string_view &out) {
+elmx_error c_xml_reader::decode_attribute(const s_attribute &a, std::string_view &out) {
     if (_debug.code)
         return _debug.code;
     if (a.plain) {

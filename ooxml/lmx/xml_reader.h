@@ -84,7 +84,13 @@ public:
     const s_attribute *find_attribute(int ns, std::string_view local) const;
     // Decodes an attribute's value (references, white-space normalisation);
     // `out` stays valid until the next call that decodes.
-    elmx_error attribute_value(const s_attribute &a, std::string_view &out);
+    elmx_error attribute_value(const s_attribute &a, std::string_view &out) {
+        if (a.plain && !_debug.code) {
+            out = a.raw_value;
+            return ELMX_OK;
+        }
+        return decode_attribute(a, out);
+    }
     // Namespace declarations of the current start tag.
     size_t declaration_count() const { return _decl_count; }
     // The i-th declaration of the current start tag.
@@ -124,6 +130,7 @@ private:
     };
 
     int fail(elmx_error code, std::string detail);
+    elmx_error decode_attribute(const s_attribute &a, std::string_view &out);
     int misc_outside_root();
     int start_tag();
     int end_tag();

@@ -127,6 +127,8 @@ void c_xml_writer::put_name(int ns, std::string_view local) {
 }
 
 void c_xml_writer::start_element(int ns, std::string_view local) {
+    if (_open.empty() && _root_written)
+        _misuse = true; // a second root
     close_tag();
     if (!_open.empty())
         _open.back().content = true;
@@ -142,6 +144,10 @@ void c_xml_writer::start_element(int ns, std::string_view local) {
 }
 
 void c_xml_writer::attribute(int ns, std::string_view local, std::string_view value) {
+    if (!_tag_open) {
+        _misuse = true;
+        return;
+    }
     _out += ' ';
     put_name(ns, local);
     _out += "=\"";
@@ -150,6 +156,10 @@ void c_xml_writer::attribute(int ns, std::string_view local, std::string_view va
 }
 
 void c_xml_writer::attribute(int ns, std::string_view local, double value) {
+    if (!_tag_open) {
+        _misuse = true;
+        return;
+    }
     _out += ' ';
     put_name(ns, local);
     _out += "=\"";
@@ -176,6 +186,10 @@ void c_xml_writer::attribute(int ns, std::string_view local, uint64_t value) {
 void c_xml_writer::text(std::string_view value) {
     if (value.empty())
         return;
+    if (_open.empty()) {
+        _misuse = true;
+        return;
+    }
     close_tag();
     if (!_open.empty())
         _open.back().content = true;
@@ -199,6 +213,10 @@ void c_xml_writer::end_element() {
 }
 
 void c_xml_writer::write_any_info(const c_any_info &info) {
+    if (_open.empty()) {
+        _misuse = true;
+        return;
+    }
     close_tag();
     if (!_open.empty())
         _open.back().content = true;
@@ -217,7 +235,7 @@ void c_xml_writer::write_any_info(const c_any_info &info) {
             }
         if (same)
             continue;
-        if (clash || !_root_written) {
+        if (clash) {
             local_decls += pu.first.empty() ? " xmlns=\"" : " xmlns:" + pu.first + "=\"";
             output_convert_to_xml(local_decls, pu.second, true);
             local_decls += '"';
@@ -244,6 +262,8 @@ elmx_error c_xml_writer::finish() {
         return ELMX_TYPE_NOT_SET;
     if (!_open.empty())
         return ELMX_OCCURS_ON_MARSHAL;
+    if (_misuse)
+        return ELMX_UNDEFINED_ERROR;
     std::string decls;
     for (const s_ns &n : _ns) {
         if (n.id == NS_XML)

@@ -54,7 +54,8 @@ public:
     // or onto its own tag when the prefix is bound otherwise there.
     void write_any_info(const c_any_info &info);
     // Ends the document: puts the namespace declarations on the root; 45 when
-    // no root was written, 46 when elements are still open.
+    // no root was written, 46 when elements are still open, 42 when an
+    // attribute came after content or text or a kept element outside the root.
     elmx_error finish();
 
     // Open elements.
@@ -79,6 +80,7 @@ private:
     size_t _root_decl_at = 0;
     bool _root_written = false;
     bool _tag_open = false;
+    bool _misuse = false;
     int _next_id = NS_FIRST_DYNAMIC;
 };
 

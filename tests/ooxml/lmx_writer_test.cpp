@@ -89,6 +89,10 @@ TEST(LmxWriter, NamespacesGoOnTheRootAndKeptElementsKeepTheirMeaning) {
     EXPECT_EQ(w2.finish(), ELMX_TYPE_NOT_SET);
     w2.start_element(NS_NONE, "a");
     EXPECT_EQ(w2.finish(), ELMX_OCCURS_ON_MARSHAL);
+    w2.text("x");
+    w2.end_element();
+    w2.attribute(NS_NONE, "late", std::string_view("1"));
+    EXPECT_EQ(w2.finish(), ELMX_UNDEFINED_ERROR);
 }
 
 TEST(LmxErrors, TableEdges) {
