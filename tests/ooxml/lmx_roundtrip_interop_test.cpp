@@ -1,4 +1,5 @@
-// The XML parts of the public corpus's workbooks: every part reads without
+// The XML parts of the public corpus's workbooks and of workbooks that LibreOffice,
+// gnumeric and openpyxl (when installed) write here: every part reads without
 // an error event, and a part copied through the reader and the writer
 // canonicalises (xmllint --c14n) to the form of the input, up to the
 // writer's rules: namespace declarations all on the root, comments and
@@ -141,8 +142,8 @@ TEST(LmxInterop, CorpusPartsReadAndCanonicaliseAfterACopy) {
     // Unpacks the XML parts of every readable workbook; one folder per workbook.
     const std::string script =
         "import sys, zipfile, pathlib\n"
-        "root = pathlib.Path(sys.argv[1]); out = pathlib.Path(sys.argv[2]); n = 0\n"
-        "for f in sorted(root.rglob('*')):\n"
+        "out = pathlib.Path(sys.argv[1]); n = 0\n"
+        "for f in sorted(f for r in sys.argv[2:] for f in pathlib.Path(r).rglob('*')):\n"
         "    if f.suffix.lower() not in ('.xlsx', '.xlsm'): continue\n"
         "    try: z = zipfile.ZipFile(f)\n"
         "    except Exception: continue\n"
@@ -155,16 +156,33 @@ TEST(LmxInterop, CorpusPartsReadAndCanonicaliseAfterACopy) {
         "            p.parent.mkdir(parents=True, exist_ok=True); p.write_bytes(data)\n"
         "    (d / 'origin.txt').write_text(str(f))\n";
     std::ofstream(tmp / "unpack.py") << script;
-    ASSERT_EQ(std::system(("python3 '" + (tmp / "unpack.py").string() + "' '" + corpus.string() + "' '" +
-                           (tmp / "parts").string() + "'")
+    // Workbooks written by the independent producers installed here.
+    const fs::path gen = tmp / "generated";
+    fs::create_directories(gen);
+    std::ofstream(gen / "data.csv") << "name,value,note\n\"caf\xC3\xA9\",1.5,\"a<b & c>d\"\n"
+                                       "\"quote \"\"x\"\"\",-2e10,]]>\ntotal,=B2+B3,\n";
+    const std::string g = gen.string();
+    std::system(("ssconvert --export-type=Gnumeric_Excel:xlsx2 '" + g + "/data.csv' '" + g +
+                 "/gnumeric.xlsx' >/dev/null 2>&1").c_str());
+    std::system(("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" + g +
+                 "/lo_profile --convert-to xlsx --outdir '" + g + "/lo' data.csv >/dev/null 2>&1").c_str());
+    std::system(("python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
+                 "s.append(['caf\xC3\xA9', 1.5, 'a<b & c>d']); s['A3'] = '=SUM(B1:B2)'; b.save(sys.argv[1])\" '" +
+                 g + "/openpyxl.xlsx' >/dev/null 2>&1").c_str());
+    fs::remove_all(gen / "lo_profile");
+    ASSERT_EQ(std::system(("python3 '" + (tmp / "unpack.py").string() + "' '" + (tmp / "parts").string() + "' '" +
+                           g + "' '" + corpus.string() + "'")
                               .c_str()),
               0);
 
-    size_t parts = 0, compared = 0, book = 0;
+    size_t parts = 0, compared = 0, book = 0, generated = 0;
     for (const auto &dir : fs::directory_iterator(tmp / "parts")) {
         const std::string origin = slurp(dir.path() / "origin.txt");
-        // Every part of the small regression set, and of every 32nd book of the rest, is canonicalised.
-        const bool compare = origin.find("calamine") != std::string::npos || book++ % 32 == 0;
+        // All parts of the regression set and of the generated books, and of every
+        // 32nd book of the rest, are canonicalised.
+        const bool compare = origin.find("calamine") != std::string::npos ||
+                             origin.find("generated") != std::string::npos || book++ % 32 == 0;
+        generated += origin.find("generated") != std::string::npos;
         for (const auto &f : fs::recursive_directory_iterator(dir.path())) {
             if (!f.is_regular_file() || f.path().filename() == "origin.txt")
                 continue;
@@ -185,7 +203,8 @@ TEST(LmxInterop, CorpusPartsReadAndCanonicaliseAfterACopy) {
             ++compared;
         }
     }
-    std::printf("%zu parts read and copied, %zu canonicalised and compared\n", parts, compared);
+    std::printf("%zu parts read and copied, %zu canonicalised and compared, %zu generated workbooks\n", parts,
+                compared, generated);
     EXPECT_GT(parts, 1000u);
     EXPECT_GT(compared, 500u);
     if (!HasFailure())
