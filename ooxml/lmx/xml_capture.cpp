@@ -1,8 +1,18 @@
-// Passing over an element, or taking it whole as raw XML with the namespace
+// The root's check, passing over an element, or taking it whole as raw XML with the namespace
 // bindings from outside that its names use.
 #include "ooxml/lmx/xml_reader.h"
 
 namespace lmx {
+
+elmx_error c_xml_reader::expect_root(int ns, std::string_view local) {
+    if (!_frames.empty() || _root_seen)
+        return capture_error(ELMX_UNDEFINED_ERROR, "expect_root after the root", "lmx/lmxparse", __LINE__);
+    if (next() == EV_ERROR)
+        return _debug.code;
+    if (_ns != ns || _local != local)
+        return capture_error(ELMX_ELEMENT_NOT_FOUND, _qname, "lmx/lmxparse", __LINE__);
+    return ELMX_OK;
+}
 
 elmx_error c_xml_reader::skip_element() {
     if (_event != EV_START)

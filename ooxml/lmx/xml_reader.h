@@ -101,6 +101,8 @@ public:
     // Whether the current text is white space only.
     bool text_is_space() const;
 
+    // Reads up to the root element's start tag; 16 when its namespace id or local name differ.
+    elmx_error expect_root(int ns, std::string_view local);
     // At EV_START: passes over the element and all it holds; the next event follows its end.
     elmx_error skip_element();
     // At EV_START: takes the element whole, as it stands, into `out`; the next event follows its end.
