@@ -466,6 +466,26 @@ bool c_xml_reader::resolve_names(std::string_view qname, std::string_view &local
 int c_xml_reader::end_tag() {
     const char *p = _p + 2;
     const char *const end = _end;
+    if (_frames.empty())
+        return fail(ELMX_BAD_END_TAG_SYNTAX, "End tag without a start tag");
+    {
+        // The usual case: the open element's name, then ">".
+        const s_frame &f = _frames.back();
+        const size_t n = f.qname.size();
+        if (size_t(end - p) > n && p[n] == '>' && chars::same(p, n, f.qname.data(), n)) {
+            _p = p + n + 1;
+            _qname = f.qname;
+            _local = f.local;
+            _ns = f.ns;
+            _bindings.resize(f.binding_mark);
+            _default_binding = f.saved_default;
+            _frames.pop_back();
+            _attrs.clear();
+            if (_frames.empty())
+                _root_done = true;
+            return _event = EV_END;
+        }
+    }
     if (p >= end || !is(*p, chars::NAME_START))
         return fail(ELMX_BAD_END_TAG_SYNTAX, "Bad end tag name");
     const char *name = p++;
