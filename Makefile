@@ -13,7 +13,7 @@ CTEST_ARGS ?=
 DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
        zlib1g-dev libbz2-dev libsparsehash-dev libutfcpp-dev libxml2-dev gettext \
        python3 python3-olefile python3-xlrd python3-openpyxl python3-xlwt libreoffice-calc-nogui gnumeric \
-       libfreexl-dev clang-format lcov
+       libfreexl-dev libxml2-utils libpugixml-dev clang-format lcov
 
 .PHONY: all deps build test test-normal test-asan demo bench fuzz clean format format-check coverage
 
