@@ -51,8 +51,8 @@
     X(int, pictureSize, (), (), (0)) \
     X(int, getPicture, (int index, const char **data, unsigned *size), (index, data, size), \
       (0)) \
-    X(int, addPicture, (const C *filename), (filename), (0)) \
-    X(int, addPicture2, (const char *data, unsigned size), (data, size), (0)) \
+    X(int, addPicture, (const C *filename), (filename), (-1)) \
+    X(int, addPicture2, (const char *data, unsigned size), (data, size), (-1)) \
     X(const C *, defaultFont, (int *fontSize), (fontSize), (nullptr)) \
     X(void, setDefaultFont, (const C *fontName, int fontSize), (fontName, fontSize), ()) \
     X(bool, refR1C1, (), (), (false)) \

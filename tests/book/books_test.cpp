@@ -169,7 +169,7 @@ void expectUnavailable(IBookT<C> *book, const std::basic_string<C> &message) {
     EXPECT_FALSE(book->dateUnpack(1.0, &n, &n, &n, &n, &n, &n, &n));
     EXPECT_EQ(book->colorPack(1, 2, 3), COLOR_NONE);
     EXPECT_EQ(book->getPicture(0, &bytes, &size), 0);
-    EXPECT_EQ(book->addPicture2("x", 1), 0);
+    EXPECT_EQ(book->addPicture2("x", 1), -1);
     EXPECT_EQ(book->defaultFont(&n), nullptr);
     EXPECT_EQ(msg(), message);
 }

@@ -62,8 +62,8 @@ static void checkUnavailable(TBBook b, const char *message) {
     tbBookColorUnpackA(b, 8, &r, &g, &bl);
     CHECK_MESSAGE(b, message);
     CHECK_FAILS(tbBookGetPictureA(b, 0, &data, &size) == 0);
-    CHECK_FAILS(tbBookAddPictureA(b, "picture.png") == 0);
-    CHECK_FAILS(tbBookAddPicture2A(b, "\x89PNG", 4) == 0);
+    CHECK_FAILS(tbBookAddPictureA(b, "picture.png") == -1);
+    CHECK_FAILS(tbBookAddPicture2A(b, "\x89PNG", 4) == -1);
     CHECK_FAILS(tbBookDefaultFontA(b, &s) == 0);
     tbBookSetDefaultFontA(b, "Arial", 10);
     CHECK_MESSAGE(b, message);
