@@ -267,9 +267,9 @@ TEST(XlsCells, SheetOperationsOverABook) {
     EXPECT_EQ(host().close(ctx, "xls", f), 0);
 }
 
-// A sheet that uses the last row: its extents answer one past it, and
-// neither the whole-column label nor a read past the limit meets row 0
-// again; a scalar the sheet cannot hold is reported.
+// A sheet that uses the last row and column: whole-sheet, whole-column and
+// oversized labels stop there and never meet row 0 again; a scalar the
+// sheet cannot hold is reported.
 TEST(XlsCells, RangesStopAtTheLastRowAndColumn) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
     makeBook("edge.xls", [](void *book) {
@@ -281,10 +281,6 @@ TEST(XlsCells, RangesStopAtTheLastRowAndColumn) {
     Context ctx(scratchDir());
     void *f = host().open(ctx, "xls", "edge.xls", false);
     ASSERT_NE(f, nullptr) << ctx.allErrors();
-    const SheetOps *ops = fileOf(f)->ops;
-    void *sheet = ops->getSheet(fileOf(f)->handle, 0);
-    EXPECT_EQ(ops->cellType(sheet, 65536, 0), CELL_EMPTY);
-    EXPECT_EQ(ops->cellType(sheet, 0, 256), CELL_EMPTY);
     const std::pair<const char *, std::vector<std::string>> reads[] = {
         {"[A:A]", {"1", "2"}}, {"[]", {"1", "3", "2"}}, {"[A1:IW65537]", {"1", "3", "2"}}};
     for (const auto &r : reads) {

@@ -640,12 +640,9 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
     std::string old = dir + "/libxls/fuzz_corpus_biff5-label-records.xls";
     if (exists(old)) {
         std::string xls = scratch("old-copy.xls"), csv = scratch("old-copy.csv");
-        RunResult r = runTool({"convert", old, xls});
-        EXPECT_EQ(r.exitCode, 0) << r.err;
-        EXPECT_EQ(cellsOf(runTool({"dump", xls, "-f", "json"}), nullptr, true),
-                  cellsOf(runTool({"dump", old, "-f", "json"}), nullptr, true));
-        r = runTool({"convert", old, csv});
-        EXPECT_EQ(r.exitCode, 0) << r.err;
+        EXPECT_EQ(runTool({"convert", old, xls}).exitCode, 0);
+        EXPECT_EQ(runTool({"convert", old, csv}).exitCode, 0);
+        EXPECT_EQ(runTool({"dump", xls}).out, runTool({"dump", old}).out);
         EXPECT_EQ(readFile(csv), runTool({"dump", old}).out);
     }
     std::string date = dir + "/calamine/date.xls";
