@@ -104,7 +104,8 @@ bool sameNoCase(const std::string &a, const char *b) {
 // The records the reader has split and the caller not yet taken; a failure
 // waits behind them.
 struct CsvReader::Queue {
-    explicit Queue(bool tabs) : buffer(kMaxField + 1), fields(rules(tabs), buffer.data(), buffer.size()) {}
+    explicit Queue(bool tabs)
+        : buffer(kMaxField + 1), fields(rules(tabs), buffer.data(), buffer.size()) {}
 
     static CsvRules rules(bool tabs) {
         CsvRules r;
@@ -173,7 +174,8 @@ bool CsvReader::next(std::vector<std::string> &fields) {
         return true;
     }
     if (q.status == CsvFields::TooLong)
-        fail(q.fields.recordLine(), "a field is longer than " + std::to_string(kMaxField) + " bytes");
+        fail(q.fields.recordLine(),
+             "a field is longer than " + std::to_string(kMaxField) + " bytes");
     if (q.status == CsvFields::OpenQuote)
         fail(q.fields.recordLine(), "a quoted field is not closed");
     fields.clear();
