@@ -35,7 +35,20 @@ public:
     // bytes is TooLong (found at the next byte or at the end), so a field
     // handed on holds at most limit - 1 bytes and a terminating zero.
     CsvFields(const CsvRules &rules, char *buffer, size_t limit)
-        : _rules(rules), _field(buffer), _limit(limit) {}
+        : _rules(rules), _field(buffer), _limit(limit) {
+        // Bytes that stop the plain run: 1 always, 2 only at a field's start.
+        for (unsigned char &stop : _stops)
+            stop = 0;
+        _stops[(unsigned char)'\n'] = 1;
+        if (rules.quotes)
+            _stops[(unsigned char)'"'] = 2;
+        if (rules.crEndsRecord)
+            _stops[(unsigned char)'\r'] = 1;
+        if (rules.escapes)
+            _stops[(unsigned char)'\\'] = 1;
+        if (rules.separator >= 0 && rules.separator < 256)
+            _stops[rules.separator] = 1;
+    }
 
     // Sink: void field(const char *text, size_t length) at the end of each
     // field (text zero-terminated), then void record(long line) at the end of
@@ -51,6 +64,7 @@ private:
     template <class Sink> void endField(Sink &sink, bool endsRecord);
 
     const CsvRules _rules;
+    unsigned char _stops[256];
     char *_field;
     const size_t _limit;
     size_t _length = 0;
@@ -73,88 +87,115 @@ template <class Sink> void CsvFields::endField(Sink &sink, bool endsRecord) {
 
 template <class Sink>
 CsvFields::Status CsvFields::feed(const unsigned char *data, size_t n, Sink &sink) {
+    // The state lives in locals while the loop runs: stores into the field
+    // may alias any member, which would make every member a memory access.
     const int fsep = _rules.separator;
     const bool quotes = _rules.quotes, escapes = _rules.escapes, crEnds = _rules.crEndsRecord;
+    char *const field = _field;
+    const size_t limit = _limit;
+    size_t length = _length;
+    bool quoted = _quoted, pendingQuote = _pendingQuote, pendingEscape = _pendingEscape;
+    bool afterCr = _afterCr, open = _open;
+    long line = _line, recordLine = _recordLine;
+    Status status = Ok;
     for (size_t k = 0; k < n; ++k) {
-        if (_afterCr) {
+        if (afterCr) {
             // The LF of a CR LF that already ended its record.
-            _afterCr = false;
+            afterCr = false;
             if (data[k] == '\n') {
-                ++_line;
+                ++line;
                 continue;
             }
         }
-        if (!_open) {
-            _open = true;
-            _recordLine = _line;
+        if (!open) {
+            open = true;
+            recordLine = line;
         }
-        if (!_quoted && !_pendingEscape) {
+        if (!quoted && !pendingEscape) {
             // Plain characters of an unquoted field go straight through.
-            while (k < n && _length < _limit) {
+            while (k < n && length < limit) {
                 unsigned char c = data[k];
-                if (c == '\n' || (int)c == fsep || (c == '"' && quotes && _length == 0) ||
-                    (c == '\r' && crEnds) || (c == '\\' && escapes))
+                unsigned char stop = _stops[c];
+                if (stop == 1 || (stop == 2 && length == 0))
                     break;
-                _field[_length++] = (char)c;
+                field[length++] = (char)c;
                 ++k;
             }
             if (k >= n)
                 break;
         }
-        if (_length >= _limit)
-            return TooLong;
+        if (length >= limit) {
+            status = TooLong;
+            break;
+        }
         unsigned char c = data[k];
-        if (_pendingEscape) {
-            _pendingEscape = false;
-            const char *mapped = c == 't' ? "\t" : c == 'n' ? "\n" : c == 'r' ? "\r"
-                               : c == '\\' ? "\\" : nullptr;
+        if (pendingEscape) {
+            pendingEscape = false;
+            char mapped = c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c == '\\' ? '\\' : 0;
             if (mapped) {
-                _field[_length++] = *mapped;
+                field[length++] = mapped;
                 continue;
             }
             // Not an escape: the backslash stands, and c is read as usual.
-            _field[_length++] = '\\';
-            if (_length >= _limit)
-                return TooLong;
+            field[length++] = '\\';
+            if (length >= limit) {
+                status = TooLong;
+                break;
+            }
         }
-        if (_quoted) {
+        if (quoted) {
             if (c == '"') {
-                if (_pendingQuote)
-                    _field[_length++] = '"'; // a doubled quote is one quote
-                _pendingQuote = !_pendingQuote;
+                if (pendingQuote)
+                    field[length++] = '"'; // a doubled quote is one quote
+                pendingQuote = !pendingQuote;
                 continue;
             }
-            if (!_pendingQuote) {
+            if (!pendingQuote) {
                 if (c == '\n')
-                    ++_line;
-                _field[_length++] = (char)c;
+                    ++line;
+                field[length++] = (char)c;
                 continue;
             }
         }
-        _pendingQuote = false;
+        pendingQuote = false;
         if (c == '\n' || (int)c == fsep || (c == '\r' && crEnds)) {
             bool endsRecord = (int)c != fsep;
             if (c == '\n') {
-                ++_line;
-                if (!crEnds && _length > 0 && _field[_length - 1] == '\r')
-                    --_length;
+                ++line;
+                if (!crEnds && length > 0 && field[length - 1] == '\r')
+                    --length;
             }
-            _afterCr = c == '\r' && endsRecord;
-            endField(sink, endsRecord);
+            afterCr = c == '\r' && endsRecord;
+            field[length] = '\0';
+            sink.field(field, length);
+            if (endsRecord) {
+                sink.record(recordLine);
+                open = false;
+            }
+            length = 0;
+            quoted = false;
             continue;
         }
-        if (_length == 0 && c == '"' && quotes) {
-            _quoted = true;
+        if (length == 0 && c == '"' && quotes) {
+            quoted = true;
             continue;
         }
         if (c == '\\' && escapes) {
-            _pendingEscape = true;
+            pendingEscape = true;
             continue;
         }
-        _field[_length++] = (char)c;
-        _quoted = false;
+        field[length++] = (char)c;
+        quoted = false;
     }
-    return Ok;
+    _length = length;
+    _quoted = quoted;
+    _pendingQuote = pendingQuote;
+    _pendingEscape = pendingEscape;
+    _afterCr = afterCr;
+    _open = open;
+    _line = line;
+    _recordLine = recordLine;
+    return status;
 }
 
 template <class Sink> CsvFields::Status CsvFields::finish(Sink &sink) {
