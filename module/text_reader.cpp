@@ -1,6 +1,6 @@
-// The reader of text-separated files and the classification of its fields.
-// The host stream is read in large blocks; each byte then goes through the
-// field state machine: quotes, doubled quotes, separators, line ends.
+// The "csv" driver's reading of text-separated files and the classification
+// of its fields.  The host stream is read in large blocks that CsvFields
+// (csv_fields.h) splits into fields; each field not empty becomes a cell.
 #include "text_sheet.h"
 
 #include "csv_fields.h"
