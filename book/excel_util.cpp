@@ -1,17 +1,13 @@
 #include "book/excel_util.h"
 
 #include "book/tberror.h"
+#include "tabrix/cell_address.h"
 
 #include <cwchar>
 
 namespace tabrix {
 
-std::wstring ExcelUtil::makeCol(int col) {
-    std::wstring letters;
-    for (long c = long(col) + 1; c > 0; c = (c - 1) / 26)
-        letters.insert(letters.begin(), wchar_t(L'A' + (c - 1) % 26));
-    return letters;
-}
+std::wstring ExcelUtil::makeCol(int col) { return columnLetters<wchar_t>(col); }
 
 std::wstring ExcelUtil::rowColToAddr(int row, int col, bool rowRelative, bool colRelative) {
     // Unsigned on purpose: row -1 becomes 0 and passes, for whole columns.
@@ -30,34 +26,14 @@ std::wstring ExcelUtil::rowColToAddr(int row, int col, bool rowRelative, bool co
 void ExcelUtil::addrToRowCol(const wchar_t *addr, int *row, int *col, bool *rowRelative,
                              bool *colRelative) {
     if (!addr) addr = L"";
-    size_t len = std::wcslen(addr);
-    size_t rowStart = 0;
-    while (rowStart < len && !(addr[rowStart] >= L'1' && addr[rowStart] <= L'9')) ++rowStart;
-    bool rowRel = true, colRel = true;
-
-    long long sum = 0, weight = 1;
-    for (size_t i = rowStart; i-- > 0;) {
-        if (addr[i] == L'$') {
-            if (i == 0) colRel = false;
-            continue;
-        }
-        sum += (long long)(addr[i] - 64) * weight;
-        // Columns longer than any sheet allows stop counting rather than overflow.
-        if (weight < (1LL << 40)) weight *= 26;
-    }
-    int c = int(sum - 1);
-    if (sum > 0x7FFFFFFFLL || sum < -0x7FFFFFFFLL) c = -1;
-
-    int r = -1;
-    if (rowStart < len) {
-        if (rowStart > 0 && addr[rowStart - 1] == L'$') rowRel = false;
-        long long v = 0;
-        for (size_t i = rowStart; i < len && addr[i] >= L'0' && addr[i] <= L'9'; ++i) {
-            v = v * 10 + (addr[i] - L'0');
-            if (v > 0x7FFFFFFFLL) v = 0x7FFFFFFFLL;
-        }
-        r = int(v - 1);
-    }
+    AddressRules rules;
+    rules.columnText = ColumnText::BeforeRowDigit;
+    CellAddress a = scanCellAddress(addr, std::wcslen(addr), rules);
+    // Columns beyond an int, however written, answer -1.
+    int c = int(a.column - 1);
+    if (a.column > 0x7FFFFFFFLL || a.column < -0x7FFFFFFFLL) c = -1;
+    int r = a.hasRow() ? int(a.row - 1) : -1;
+    bool rowRel = !a.rowAbsolute, colRel = !a.columnAbsolute;
     if (row) *row = r;
     if (col) *col = c;
     if (rowRelative) *rowRelative = rowRel;

@@ -1,6 +1,8 @@
 // Fuzz target: the text-separated reader and writer over a host whose stream
 // is the input.  The first byte picks the separators and the buffer size, the
-// rest is the file.
+// rest is the file.  The reader alone also splits the file under the tool's
+// rules, fed whole and byte by byte, which must agree.
+#include "csv_fields.h"
 #include "text_sheet.h"
 
 #include <cstdarg>
@@ -86,6 +88,42 @@ bool roundTrip(TextSheet *s, const uint8_t *data, size_t size, std::string *out,
     return ok;
 }
 
+// Fields and records of the reader as one text.
+struct Collect {
+    std::string out;
+    void field(const char *text, size_t length) {
+        out.append(text, length);
+        out += '|';
+    }
+    void record(long line) { out += "@" + std::to_string(line) + "\n"; }
+};
+
+// The text split under the given rules, fed in blocks of `block` bytes.
+std::string split(const CsvRules &rules, const uint8_t *data, size_t size, size_t block) {
+    char buffer[8];
+    CsvFields reader(rules, buffer, sizeof buffer);
+    Collect sink;
+    CsvFields::Status status = CsvFields::Ok;
+    for (size_t at = 0; at < size && status == CsvFields::Ok; at += block)
+        status = reader.feed(data + at, size - at < block ? size - at : block, sink);
+    if (status == CsvFields::Ok)
+        status = reader.finish(sink);
+    return sink.out + "status " + std::to_string(status);
+}
+
+// Where the blocks end must not matter, under every caller's rules.
+void checkBlocks(const uint8_t *data, size_t size) {
+    CsvRules rules[3];
+    rules[1].crEndsRecord = rules[1].openQuoteFails = true; // the tool's csv
+    rules[2] = rules[1];                                    // the tool's tsv
+    rules[2].separator = '\t';
+    rules[2].quotes = false;
+    rules[2].escapes = true;
+    for (const CsvRules &r : rules)
+        if (split(r, data, size, 1) != split(r, data, size, size ? size : 1))
+            abort();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
@@ -115,6 +153,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     size_t length = size ? size - 1 : 0;
     // A NUL byte cuts a field's text short, which no writer can restore.
     bool nul = length && memchr(text, 0, length) != nullptr;
+    checkBlocks(text, length);
     if (!roundTrip(&s, text, length, &first, &lineEnds) || lineEnds || nul)
         return 0;
     if (!roundTrip(&s, reinterpret_cast<const uint8_t *>(first.data()), first.size(), &second,

@@ -1,6 +1,7 @@
 // Range labels: "[Sheet$B3:F10](#1,name)", "[2$A:C]", "[]", or a range name,
 // resolved through SheetOps into a sheet, a rectangle and a column map.
 #include "sheetfile.h"
+#include "tabrix/cell_address.h"
 
 #include <ctype.h>
 #include <stdio.h>
@@ -377,40 +378,19 @@ int parseCell(const char **text, int *row, int *col) {
             return 0;
         }
     }
-    if (isalpha((unsigned char)*p)) {
-        int letters[3];
-        int n = 0;
-        while (isalpha((unsigned char)*p)) {
-            if (n == 3) return 1;
-            letters[n++] = toupper((unsigned char)*p) - 'A';
-            p++;
-        }
-        long column = letters[0];
-        if (n == 2) column = (letters[0] + 1) * 26 + letters[1];
-        if (n == 3) column = (letters[0] + 1) * 676L + (letters[1] + 1) * 26 + letters[2];
-        if (column > kMaxColumn) return 1;
-        long r = 0;
-        if (isdigit((unsigned char)*p)) {
-            if (!readNumber(&p, kMaxRowNumber, &r)) return 1;
-            if (isalpha((unsigned char)*p)) return 1;
-            *row = (int)(r - 1);
-        } else {
-            *row = CELL_OPEN;
-        }
-        *col = (int)column;
-        *text = p;
-        return 0;
-    }
-    if (isdigit((unsigned char)*p)) {
-        long r = 0;
-        if (!readNumber(&p, kMaxRowNumber, &r)) return 1;
-        if (isalpha((unsigned char)*p)) return 1;
-        *row = (int)(r - 1);
-        *col = CELL_OPEN;
-        *text = p;
-        return 0;
-    }
-    return 1;
+    // A1: letters in any case, digits, or either alone for a whole column or row.
+    tabrix::AddressRules rules;
+    rules.columnText = tabrix::ColumnText::AnyCase;
+    rules.dollars = false; // "$" ends the sheet part of a label
+    rules.maxColumn = kMaxColumn + 1;
+    rules.maxRow = kMaxRowNumber;
+    tabrix::CellAddress a = tabrix::scanCellAddress(p, strlen(p), rules);
+    if (a.status != tabrix::CellAddress::Ok) return 1;
+    if (a.hasRow() && isalpha((unsigned char)p[a.end])) return 1;
+    *row = a.hasRow() ? (int)(a.row - 1) : CELL_OPEN;
+    *col = a.hasColumn() ? (int)(a.column - 1) : CELL_OPEN;
+    *text = p + a.end;
+    return 0;
 }
 
 int resolveRange(qd_context *ctx, unsigned flags, SheetFile *file, RangeSpec *spec,

@@ -1,7 +1,9 @@
-// The reader of text-separated files and the classification of its fields.
-// The host stream is read in large blocks; each byte then goes through the
-// field state machine: quotes, doubled quotes, separators, line ends.
+// The "csv" driver's reading of text-separated files and the classification
+// of its fields.  The host stream is read in large blocks that CsvFields
+// (csv_fields.h) splits into fields; each field not empty becomes a cell.
 #include "text_sheet.h"
+
+#include "csv_fields.h"
 
 #include <climits>
 #include <cmath>
@@ -112,100 +114,60 @@ int classifyField(const TextSheet *s, const char *text, double *number) {
     return CELL_STRING;
 }
 
+namespace {
+
+// Stores the fields of the reader in the sheet: empty ones leave their cell
+// empty; rows and columns stop counting at the largest int.
+struct StoreSink {
+    TextSheet *s;
+    int row, col;
+
+    void field(const char *text, size_t length) {
+        if (length > 0)
+            storeField(s, row, col, text);
+        if (col < INT_MAX)
+            ++col;
+    }
+    void record(long) {
+        if (row < INT_MAX - 1)
+            ++row;
+        col = 0;
+    }
+};
+
+} // namespace
+
 int readTextStream(TextSheet *s) {
     unsigned char *block = static_cast<unsigned char *>(malloc(kReadBlock));
     if (!block) {
         g_host->dispatchError(s->context, "%s", tr("SHEET: Out of memory error"));
         return 1;
     }
-    char *field = s->buffer;
-    const int size = s->bufferSize;
-    const int fsep = s->fieldSeparator;
-    int row = 0, col = 0, i = 0;
-    bool quoted = false, pendingQuote = false;
+    CsvRules rules;
+    rules.separator = s->fieldSeparator;
+    CsvFields reader(rules, s->buffer, s->bufferSize > 0 ? (size_t)s->bufferSize : 0);
+    StoreSink sink{s, 0, 0};
     int result = 1;
-    bool overflow = false;
-
+    CsvFields::Status status = CsvFields::Ok;
     for (;;) {
         long n = g_host->read(s->context, block, kReadBlock);
         if (n < 0)
             break;
         if (n == 0) {
-            if (i >= size) {
-                overflow = true;
-                break;
-            }
-            if (i > 0) {
-                field[i] = '\0';
-                storeField(s, row, col, field);
-            }
-            result = 0;
+            status = reader.finish(sink);
+            if (status == CsvFields::Ok)
+                result = 0;
             break;
         }
         if (n > kReadBlock)
             n = kReadBlock;
-        for (long k = 0; k < n; ++k) {
-            if (!quoted) {
-                // Plain characters of an unquoted field go straight through.
-                while (k < n && i < size) {
-                    unsigned char c = block[k];
-                    if (c == '\n' || (int)c == fsep || (c == '"' && i == 0))
-                        break;
-                    field[i++] = (char)c;
-                    ++k;
-                }
-                if (k >= n)
-                    break;
-            }
-            if (i >= size) {
-                overflow = true;
-                break;
-            }
-            unsigned char c = block[k];
-            if (quoted) {
-                if (c == '"') {
-                    if (pendingQuote)
-                        field[i++] = '"'; // a doubled quote is one quote
-                    pendingQuote = !pendingQuote;
-                    continue;
-                }
-                if (!pendingQuote) {
-                    field[i++] = (char)c;
-                    continue;
-                }
-            }
-            pendingQuote = false;
-            if (c == '\n' || (int)c == fsep) {
-                if (c == '\n' && i > 0 && field[i - 1] == '\r')
-                    --i;
-                if (i > 0) {
-                    field[i] = '\0';
-                    storeField(s, row, col, field);
-                }
-                if (c == '\n') {
-                    if (row < INT_MAX - 1)
-                        ++row;
-                    col = 0;
-                } else if (col < INT_MAX) {
-                    ++col;
-                }
-                i = 0;
-                quoted = false;
-                continue;
-            }
-            if (i == 0 && c == '"') {
-                quoted = true;
-                continue;
-            }
-            field[i++] = (char)c;
-            quoted = false;
-        }
-        if (overflow)
+        status = reader.feed(block, (size_t)n, sink);
+        if (status != CsvFields::Ok)
             break;
     }
     free(block);
-    if (overflow) {
-        g_host->dispatchError(s->context, "SHEET: Buffer overflow at line %d\n", row + 1);
+    if (status != CsvFields::Ok) {
+        g_host->dispatchError(s->context, "SHEET: Buffer overflow at line %d\n", sink.row + 1);
         return 1;
     }
     return result;

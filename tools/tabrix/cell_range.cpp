@@ -1,8 +1,8 @@
 #include "cell_range.h"
 
 #include "cli.h"
+#include "tabrix/cell_address.h"
 
-#include <cctype>
 #include <utility>
 
 namespace cli {
@@ -20,49 +20,26 @@ struct Corner {
 }
 
 Corner parseCorner(const std::string &text, const std::string &part) {
-    Corner corner;
-    size_t i = 0;
-    if (i < part.size() && part[i] == '$')
-        ++i;
-    size_t lettersAt = i;
-    long col = 0;
-    while (i < part.size() && std::isalpha(static_cast<unsigned char>(part[i]))) {
-        col = col * 26 + (std::toupper(static_cast<unsigned char>(part[i])) - 'A' + 1);
-        ++i;
-        if (col > kMaxCols) {
-            while (i < part.size() && std::isalpha(static_cast<unsigned char>(part[i])))
-                ++i;
-            bad(text, "column " + part.substr(lettersAt, i - lettersAt) +
-                          " is beyond the last column XFD");
-        }
-    }
-    bool hasCol = i > lettersAt;
-    if (i < part.size() && part[i] == '$') {
-        if (!hasCol && lettersAt == 1)
-            bad(text, "'" + part + "' is not a cell address");
-        ++i;
-    }
-    size_t digitsAt = i;
-    long row = 0;
-    while (i < part.size() && std::isdigit(static_cast<unsigned char>(part[i]))) {
-        row = row * 10 + (part[i] - '0');
-        ++i;
-        if (row > kMaxRows) {
-            while (i < part.size() && std::isdigit(static_cast<unsigned char>(part[i])))
-                ++i;
-            bad(text, "row " + part.substr(digitsAt, i - digitsAt) +
-                          " is beyond the last row 1048576");
-        }
-    }
-    bool hasRow = i > digitsAt;
-    if (i != part.size() || (!hasCol && !hasRow))
+    tabrix::AddressRules rules;
+    rules.columnText = tabrix::ColumnText::AnyCase;
+    rules.maxColumn = kMaxCols;
+    rules.maxRow = kMaxRows;
+    tabrix::CellAddress a = tabrix::scanCellAddress(part.data(), part.size(), rules);
+    if (a.status == tabrix::CellAddress::ColumnTooLarge)
+        bad(text, "column " + part.substr(a.lettersBegin, a.lettersEnd - a.lettersBegin) +
+                      " is beyond the last column XFD");
+    if (a.status == tabrix::CellAddress::RowTooLarge)
+        bad(text, "row " + part.substr(a.digitsBegin, a.digitsEnd - a.digitsBegin) +
+                      " is beyond the last row 1048576");
+    if (a.status != tabrix::CellAddress::Ok || a.end != part.size())
         bad(text, "'" + part + "' is not a cell address");
-    if (hasRow && row == 0)
+    if (a.hasRow() && a.row == 0)
         bad(text, "rows count from 1");
-    if (hasCol)
-        corner.col = int(col - 1);
-    if (hasRow)
-        corner.row = int(row - 1);
+    Corner corner;
+    if (a.hasColumn())
+        corner.col = int(a.column - 1);
+    if (a.hasRow())
+        corner.row = int(a.row - 1);
     return corner;
 }
 
@@ -77,12 +54,7 @@ CellRange CellRange::clampTo(int usedLastRow, int usedLastCol) const {
     return r;
 }
 
-std::string columnName(int col) {
-    std::string name;
-    for (int n = col + 1; n > 0; n = (n - 1) / 26)
-        name.insert(name.begin(), char('A' + (n - 1) % 26));
-    return name;
-}
+std::string columnName(int col) { return tabrix::columnLetters<char>(col); }
 
 std::string cellName(int row, int col) { return columnName(col) + std::to_string(row + 1); }
 

@@ -1,11 +1,13 @@
 #include "csv_reader.h"
 
 #include "cli.h"
+#include "module/csv_fields.h"
 
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <utility>
 
 namespace cli {
@@ -99,8 +101,39 @@ bool sameNoCase(const std::string &a, const char *b) {
 
 } // namespace
 
+// The records the reader has split and the caller not yet taken; a failure
+// waits behind them.
+struct CsvReader::Queue {
+    explicit Queue(bool tabs)
+        : buffer(kMaxField + 1), fields(rules(tabs), buffer.data(), buffer.size()) {}
+
+    static CsvRules rules(bool tabs) {
+        CsvRules r;
+        r.separator = tabs ? '\t' : ',';
+        r.quotes = !tabs;
+        r.escapes = tabs;
+        r.crEndsRecord = true;
+        r.openQuoteFails = true;
+        return r;
+    }
+
+    // The sink of CsvFields.
+    void field(const char *text, size_t length) { current.emplace_back(text, length); }
+    void record(long line) {
+        records.push_back({line, std::move(current)});
+        current.clear();
+    }
+
+    std::vector<char> buffer;
+    CsvFields fields;
+    std::vector<std::string> current;
+    std::deque<std::pair<long, std::vector<std::string>>> records;
+    CsvFields::Status status = CsvFields::Ok;
+    bool ended = false;
+};
+
 CsvReader::CsvReader(std::istream &in, bool tabs, std::string name)
-    : _in(in.rdbuf()), _name(std::move(name)), _tabs(tabs) {
+    : _in(in.rdbuf()), _name(std::move(name)), _queue(new Queue(tabs)) {
     // A byte order mark is no part of the first field.
     if (_in->sgetc() == 0xEF) {
         _in->sbumpc();
@@ -115,98 +148,38 @@ CsvReader::CsvReader(std::istream &in, bool tabs, std::string name)
     }
 }
 
+CsvReader::~CsvReader() = default;
+
 void CsvReader::fail(long line, const std::string &why) const {
     throw Failure(_name + " line " + std::to_string(line) + ": " + why);
 }
 
-int CsvReader::get() {
-    int c = _in->sbumpc();
-    if (c == '\n')
-        ++_line;
-    return c;
-}
-
-void CsvReader::append(std::string &field, int c) {
-    if (field.size() >= kMaxField)
-        fail(_recordLine, "a field is longer than " + std::to_string(kMaxField) + " bytes");
-    field += char(c);
-}
-
 bool CsvReader::next(std::vector<std::string> &fields) {
+    Queue &q = *_queue;
+    char block[1 << 16];
+    while (q.records.empty() && !q.ended && q.status == CsvFields::Ok) {
+        std::streamsize n = _in->sgetn(block, sizeof block);
+        const unsigned char *bytes = reinterpret_cast<const unsigned char *>(block);
+        if (n > 0) {
+            q.status = q.fields.feed(bytes, size_t(n), q);
+        } else {
+            q.ended = true;
+            q.status = q.fields.finish(q);
+        }
+    }
+    if (!q.records.empty()) {
+        _recordLine = q.records.front().first;
+        fields = std::move(q.records.front().second);
+        q.records.pop_front();
+        return true;
+    }
+    if (q.status == CsvFields::TooLong)
+        fail(q.fields.recordLine(),
+             "a field is longer than " + std::to_string(kMaxField) + " bytes");
+    if (q.status == CsvFields::OpenQuote)
+        fail(q.fields.recordLine(), "a quoted field is not closed");
     fields.clear();
-    if (_in->sgetc() == std::char_traits<char>::eof())
-        return false;
-    _recordLine = _line;
-    return _tabs ? nextTsv(fields) : nextCsv(fields);
-}
-
-bool CsvReader::nextCsv(std::vector<std::string> &fields) {
-    const int eof = std::char_traits<char>::eof();
-    std::string field;
-    for (;;) {
-        int c = get();
-        if (c == '"' && field.empty()) {
-            // A quoted field, up to the quote that is not doubled.
-            for (;;) {
-                c = get();
-                if (c == eof)
-                    fail(_recordLine, "a quoted field is not closed");
-                if (c == '"') {
-                    if (_in->sgetc() != '"')
-                        break;
-                    c = get();
-                }
-                append(field, c);
-            }
-            c = get();
-            // Text after the closing quote belongs to the field as it stands.
-            while (c != ',' && c != '\n' && c != '\r' && c != eof) {
-                append(field, c);
-                c = get();
-            }
-        }
-        if (c == ',') {
-            fields.push_back(field);
-            field.clear();
-            continue;
-        }
-        if (c == '\r' && _in->sgetc() == '\n')
-            c = get();
-        if (c == '\n' || c == '\r' || c == eof) {
-            fields.push_back(field);
-            return true;
-        }
-        append(field, c);
-    }
-}
-
-bool CsvReader::nextTsv(std::vector<std::string> &fields) {
-    const int eof = std::char_traits<char>::eof();
-    std::string field;
-    for (;;) {
-        int c = get();
-        if (c == '\t') {
-            fields.push_back(field);
-            field.clear();
-            continue;
-        }
-        if (c == '\r' && _in->sgetc() == '\n')
-            c = get();
-        if (c == '\n' || c == '\r' || c == eof) {
-            fields.push_back(field);
-            return true;
-        }
-        if (c == '\\') {
-            int e = _in->sgetc();
-            const char *from = "tnr\\", *to = "\t\n\r\\";
-            const char *hit = e == eof ? nullptr : std::strchr(from, e);
-            if (hit && *hit) {
-                get();
-                c = to[hit - from];
-            }
-        }
-        append(field, c);
-    }
+    return false;
 }
 
 FieldValue classifyField(const std::string &text) {

@@ -4,6 +4,7 @@
 #define TABRIX_CLI_CSV_READER_H
 
 #include <istream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,27 +15,26 @@ public:
     // csv: fields in double quotes may hold separators, quotes (doubled) and
     // line breaks.  tsv: no quoting; \t \n \r \\ stand for those characters.
     // A byte order mark at the start is skipped; lines may end in CR LF.
-    // `name` starts the messages: "data.csv line 3: ...".
+    // `name` starts the messages: "data.csv line 3: ...".  The fields are
+    // split by the module's reader of separated text (csv_fields.h).
     CsvReader(std::istream &in, bool tabs, std::string name);
+    ~CsvReader();
 
     // The next record; false at the end.  Throws Failure for a quoted field
-    // that never closes or a field beyond the size limit.
+    // that never closes or a field beyond the size limit, once the records
+    // before it have been read.
     bool next(std::vector<std::string> &fields);
     // The line where the last record began, from 1.
     long line() const { return _recordLine; }
 
 private:
-    int get();
-    bool nextCsv(std::vector<std::string> &fields);
-    bool nextTsv(std::vector<std::string> &fields);
-    void append(std::string &field, int c);
+    struct Queue;
 
     [[noreturn]] void fail(long line, const std::string &why) const;
 
     std::streambuf *_in;
     std::string _name;
-    bool _tabs;
-    long _line = 1;
+    std::unique_ptr<Queue> _queue;
     long _recordLine = 0;
 };
 
