@@ -9,11 +9,10 @@ void Biff::read(XlsRecords &xls, uint16_t size) {
     if (got < size) data.resize(got);
 }
 
-unsigned Biff::write(XlsRecords &xls) const {
+void Biff::write(XlsRecords &xls) const {
     uint16_t size = uint16_t(data.size());
     xls.write(id, size);
     if (size) xls.write(data.data(), size_t(size));
-    return 4u + size;
 }
 
 } // namespace tabrix

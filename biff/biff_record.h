@@ -26,8 +26,7 @@ public:
 
     // Size 0 does nothing; otherwise the record's bytes.
     void read(XlsRecords &xls, uint16_t size);
-    // Returns the bytes written, header included.
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
 };
 
 template <class Derived>

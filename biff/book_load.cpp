@@ -3,6 +3,7 @@
 // the order of the BoundSheet8 list.  A failure anywhere leaves a new book,
 // never a half-loaded one.
 #include "biff/book_impl.h"
+#include "biff/record_ids.h"
 
 #include "biff/records/book_ext.h"
 #include "biff/records/ext_sst.h"
@@ -22,8 +23,6 @@ namespace tabrix {
 
 namespace {
 
-const uint16_t kEofId = 10;
-const uint16_t kContinueId = 60;
 const char *const kTooManySheets = "workbook has too many sheets";
 
 // The globals that are one 16-bit word, with the text of a wrong size.
@@ -34,16 +33,16 @@ struct WordGlobal {
 };
 
 const WordGlobal kWordGlobals[] = {
-    {66, "CodePage size is incorrect", &BookWords::codePage},
-    {353, "DSF size is incorrect", &BookWords::dsf},
-    {156, "BuiltInFnGroupCount size is incorrect", &BookWords::builtInFnGroupCount},
-    {64, "Backup size is incorrect", &BookWords::backup},
-    {141, "HideObj size is incorrect", &BookWords::hideObj},
-    {34, "Date1904 size is incorrect", &BookWords::date1904},
-    {14, "CalcPrecision size is incorrect", &BookWords::calcPrecision},
-    {439, "RefreshAll size is incorrect", &BookWords::refreshAll},
-    {218, "BookBool size is incorrect", &BookWords::bookBool},
-    {352, "UsesELFs size is incorrect", &BookWords::usesELFs},
+    {rid::CodePage, "CodePage size is incorrect", &BookWords::codePage},
+    {rid::DSF, "DSF size is incorrect", &BookWords::dsf},
+    {rid::BuiltInFnGroupCount, "BuiltInFnGroupCount size is incorrect", &BookWords::builtInFnGroupCount},
+    {rid::Backup, "Backup size is incorrect", &BookWords::backup},
+    {rid::HideObj, "HideObj size is incorrect", &BookWords::hideObj},
+    {rid::Date1904, "Date1904 size is incorrect", &BookWords::date1904},
+    {rid::CalcPrecision, "CalcPrecision size is incorrect", &BookWords::calcPrecision},
+    {rid::RefreshAll, "RefreshAll size is incorrect", &BookWords::refreshAll},
+    {rid::BookBool, "BookBool size is incorrect", &BookWords::bookBool},
+    {rid::UsesELFs, "UsesELFs size is incorrect", &BookWords::usesELFs},
 };
 
 const WordGlobal *wordGlobal(uint16_t id) {
@@ -162,7 +161,7 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         return true;
     }
     switch (id) {
-    case kEofId:
+    case rid::Eof:
         skip(_xls, size);
         return false;
     case Bof::kId:
@@ -170,24 +169,24 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         if (_bof.vers != 0x0600 && _bof.vers != 0x0500)
             throw tberror("This file format isn't supported");
         break;
-    case 47:
+    case rid::FilePass:
         throw tberror("workbook is encrypted");
-    case 225: // InterfaceHdr
+    case rid::InterfaceHdr: // InterfaceHdr
         if (size != 0 && size != 2) throw tberror("InterfaceHdr size is incorrect");
         if (size == 2) _words.interfaceHdr = word(_xls);
         break;
-    case 226: // InterfaceEnd
+    case rid::InterfaceEnd: // InterfaceEnd
         if (size != 0 && size != 2) throw tberror("InterfaceEnd size is incorrect");
         skip(_xls, size);
         break;
-    case 193: // Mms
+    case rid::Mms: // Mms
         if (size != 0 && size != 2) throw tberror("Mms size is incorrect");
         if (size == 2) _xls.read(_mms, 2);
         break;
     case WriteAccess::kId:
         _writeAccess.read(_xls, size);
         break;
-    case 317: { // RRTabId
+    case rid::RRTabId: { // RRTabId
         if (size % 2) throw tberror("RRTabId size is incorrect");
         _rrTabId.assign(size / 2, 0);
         for (uint16_t &t : _rrTabId) t = word(_xls);
@@ -208,7 +207,7 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
     case Prot4RevPass::kId:
         _prot4RevPass.read(_xls, size);
         break;
-    case 61: { // Window1
+    case rid::Window1: { // Window1
         if (size != 18) throw tberror("Window1 size is incorrect");
         uint16_t *w[] = {&_window1.xWn,     &_window1.yWn,      &_window1.dxWn,
                          &_window1.dyWn,    &_window1.flags,    &_window1.itabCur,
@@ -216,20 +215,20 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         for (uint16_t *f : w) *f = word(_xls);
         break;
     }
-    case 49:
+    case rid::Font:
         _styles.readFont(_xls, size, _bof.vers);
         break;
-    case 1054:
+    case rid::Format:
         if (size < 3) throw tberror("Format size is incorrect");
         _styles.readFormat(_xls, size, _bof.vers);
         break;
-    case 224:
+    case rid::XF:
         _styles.readXF(_xls, size, _bof.vers);
         break;
-    case 659:
+    case rid::Style:
         _styles.readStyle(_xls, size, _bof.vers);
         break;
-    case 146:
+    case rid::Palette:
         _styles.readPalette(_xls, size);
         break;
     case BoundSheet8::kId: {
@@ -240,12 +239,12 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         _boundSheets.push_back(b);
         break;
     }
-    case 140: // Country
+    case rid::Country: // Country
         if (size != 4) throw tberror("Country size is incorrect");
         _country[0] = word(_xls);
         _country[1] = word(_xls);
         break;
-    case 430: { // SupBook and the records that belong to it
+    case rid::SupBook: { // SupBook and the records that belong to it
         SupBookBlock block;
         block.read(_xls, size);
         _supBookBlocks.push_back(std::move(block));
@@ -257,7 +256,7 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         _names.push_back(std::move(name));
         break;
     }
-    case 449: { // RecalcId
+    case rid::RecalcId: { // RecalcId
         if (size != 8) throw tberror("RecalcId size is incorrect");
         _recalcRt = word(_xls);
         _recalcReserved = word(_xls);
@@ -266,16 +265,16 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         _recalcBuild = b;
         break;
     }
-    case 448: // Excel9File
+    case rid::Excel9File: // Excel9File
         if (size != 0) throw tberror("Excel9File size is incorrect");
         break;
-    case 235: { // MsoDrawingGroup with its CONTINUE records, as they stand
+    case rid::MsoDrawingGroup: { // MsoDrawingGroup with its CONTINUE records, as they stand
         _drawingGroup.clear();
         Biff b;
         b.id = id;
         b.read(_xls, size);
         _drawingGroup.push_back(std::move(b));
-        while (!_xls.eof() && _xls.peekInt16() == kContinueId) {
+        while (!_xls.eof() && _xls.peekInt16() == rid::Continue) {
             Biff c;
             uint16_t cid = 0, csize = 0;
             _xls.readInt16(cid);
@@ -302,7 +301,7 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         _hasBookExt = true;
         break;
     }
-    case 96: // Template
+    case rid::Template: // Template
         if (size != 0 && size != 2) throw tberror("Template size is incorrect");
         skip(_xls, size);
         _template = true;
@@ -318,9 +317,9 @@ template <class C> void BookImplT<C>::keepUnknown(uint16_t id, uint16_t size) {
     Biff b;
     b.id = id;
     b.read(_xls, size);
-    if (id == 2173)
+    if (id == rid::XFExt)
         _xfExt.push_back(std::move(b));
-    else if (id == 2150)
+    else if (id == rid::HFPicture)
         _hfPictures.push_back(std::move(b));
     else
         _unknown.push_back(std::move(b));

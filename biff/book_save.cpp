@@ -3,6 +3,7 @@
 // first with whatever position they hold and patched once the sheets' places
 // are known.  A failed save leaves the book as it was.
 #include "biff/book_impl.h"
+#include "biff/record_ids.h"
 
 #include "biff/sheet_impl.h"
 #include "book/failure_frame.h"
@@ -14,7 +15,6 @@
 namespace tabrix {
 
 namespace {
-const uint16_t kEofId = 10;
 // RRTabId carries 2 bytes a sheet in one record.
 const size_t kMaxRRTabIds = XlsRecords::kMaxRecordData / 2;
 } // namespace
@@ -77,37 +77,37 @@ template <class C> void BookImplT<C>::writeOpaque(uint16_t id) {
 
 template <class C> void BookImplT<C>::writeGlobals(std::vector<uint32_t> &boundPos) {
     _bof.write(_xls);
-    if (_template) _xls.write(96, 0);
-    writeWord(225, _words.interfaceHdr);
-    _xls.write(193, _mms, 2);
-    _xls.write(226, 0);
+    if (_template) _xls.write(rid::Template, 0);
+    writeWord(rid::InterfaceHdr, _words.interfaceHdr);
+    _xls.write(rid::Mms, _mms, 2);
+    _xls.write(rid::InterfaceEnd, 0);
     _writeAccess.write(_xls);
-    writeWord(66, _words.codePage);
-    writeWord(353, _words.dsf);
+    writeWord(rid::CodePage, _words.codePage);
+    writeWord(rid::DSF, _words.dsf);
 
     if (_rrTabId.size() > kMaxRRTabIds) throw tberror("too many sheets in workbook");
-    _xls.write(317, uint16_t(_rrTabId.size() * 2));
+    _xls.write(rid::RRTabId, uint16_t(_rrTabId.size() * 2));
     for (uint16_t t : _rrTabId) _xls.writeInt16(t);
 
     for (uint16_t id : {211, 445, 442}) writeOpaque(id);
-    writeWord(156, _words.builtInFnGroupCount);
+    writeWord(rid::BuiltInFnGroupCount, _words.builtInFnGroupCount);
     _winProtect.write(_xls);
     _protect.write(_xls);
     _password.write(_xls);
     _prot4Rev.write(_xls);
     _prot4RevPass.write(_xls);
 
-    _xls.write(61, 18);
+    _xls.write(rid::Window1, 18);
     for (uint16_t w : {_window1.xWn, _window1.yWn, _window1.dxWn, _window1.dyWn, _window1.flags,
                        _window1.itabCur, _window1.itabFirst, _window1.ctabSel, _window1.wTabRatio})
         _xls.writeInt16(w);
 
-    writeWord(64, _words.backup);
-    writeWord(141, _words.hideObj);
-    writeWord(34, _words.date1904);
-    writeWord(14, _words.calcPrecision);
-    writeWord(439, _words.refreshAll);
-    writeWord(218, _words.bookBool);
+    writeWord(rid::Backup, _words.backup);
+    writeWord(rid::HideObj, _words.hideObj);
+    writeWord(rid::Date1904, _words.date1904);
+    writeWord(rid::CalcPrecision, _words.calcPrecision);
+    writeWord(rid::RefreshAll, _words.refreshAll);
+    writeWord(rid::BookBool, _words.bookBool);
 
     for (FontImplT<C> *f : _styles.fonts()) f->write(_xls);
     for (const Format &f : _styles.numFormats()) f.write(_xls);
@@ -118,7 +118,7 @@ template <class C> void BookImplT<C>::writeGlobals(std::vector<uint32_t> &boundP
     writeOpaque(2190);
     if (_styles.paletteChanged()) _styles.palette().write(_xls);
     writeOpaque(4188);
-    writeWord(352, _words.usesELFs);
+    writeWord(rid::UsesELFs, _words.usesELFs);
 
     boundPos.assign(_boundSheets.size(), 0);
     for (size_t i = 0; i < _boundSheets.size(); ++i) {
@@ -135,12 +135,12 @@ template <class C> void BookImplT<C>::writeGlobals(std::vector<uint32_t> &boundP
 
     writeOpaque(2202);
     writeOpaque(2211);
-    _xls.write(140, 4);
+    _xls.write(rid::Country, 4);
     _xls.writeInt16(_country[0]);
     _xls.writeInt16(_country[1]);
     for (SupBookBlock &s : _supBookBlocks) s.write(_xls);
     for (Lbl &l : _names) l.write(_xls);
-    _xls.write(449, 8);
+    _xls.write(rid::RecalcId, 8);
     _xls.writeInt16(_recalcRt);
     _xls.writeInt16(_recalcReserved);
     _xls.writeInt32(_recalcBuild);
@@ -149,7 +149,7 @@ template <class C> void BookImplT<C>::writeGlobals(std::vector<uint32_t> &boundP
     _sst.write(_xls);
     for (uint16_t id : {2198, 2203, 2188}) writeOpaque(id);
     for (const Biff &b : _unknown) b.write(_xls);
-    _xls.write(kEofId, 0);
+    _xls.write(rid::Eof, 0);
 }
 
 template <class C> void BookImplT<C>::writeStream() {

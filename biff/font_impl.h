@@ -2,6 +2,7 @@
 // (id 49) and read and written as that record.
 #ifndef TABRIX_BIFF_FONT_IMPL_H
 #define TABRIX_BIFF_FONT_IMPL_H
+#include "biff/record_ids.h"
 #include "biff/strings/short_xl_unicode_string.h"
 #include "biff/style_owner.h"
 #include "biff/xls.h"
@@ -11,7 +12,7 @@
 namespace tabrix {
 template <class C> class FontImplT : public IFontPrivate<C> {
 public:
-    static const uint16_t kId = 49;
+    static const uint16_t kId = rid::Font;
     explicit FontImplT(IStyleOwner<C> *owner);
 
     int size() override { return dyHeight / 20; }

@@ -3,6 +3,7 @@
 // operation over them.
 #ifndef TABRIX_BIFF_FORMAT_IMPL_H
 #define TABRIX_BIFF_FORMAT_IMPL_H
+#include "biff/record_ids.h"
 #include "biff/style_owner.h"
 #include "biff/xls.h"
 #include "tabrix/IFormatT.h"
@@ -10,7 +11,7 @@
 namespace tabrix {
 template <class C> class FormatImplT : public IFormatPrivate<C> {
 public:
-    static const uint16_t kId = 224;
+    static const uint16_t kId = rid::XF;
     explicit FormatImplT(IStyleOwner<C> *owner);
 
     IFontT<C> *font() override;

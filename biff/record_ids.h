@@ -48,6 +48,7 @@ namespace tabrix {
     X(Obj, 93) \
     X(Uncalced, 94) \
     X(CalcSaveRecalc, 95) \
+    X(WriteAccess, 92) \
     X(Template, 96) \
     X(ObjProtect, 99) \
     X(ColInfo, 125) \

@@ -3,11 +3,12 @@
 // `vers` and `dt` are the first two words.
 #ifndef TABRIX_BIFF_SHEET_HEADER_H
 #define TABRIX_BIFF_SHEET_HEADER_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
 struct SubstreamHeader {
-    static constexpr uint16_t kId = 2057;
+    static constexpr uint16_t kId = rid::BOF;
     static constexpr uint16_t kWorksheet = 16;
     static constexpr uint16_t kChart = 32;
 

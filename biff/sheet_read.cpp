@@ -2,6 +2,7 @@
 // its BOF to its EOF.  A worksheet's records go to their members; a chart or
 // macro sheet is kept whole as raw records.
 #include "biff/sheet_frame.h"
+#include "biff/record_ids.h"
 
 #include "biff/records/mul_blank.h"
 #include "biff/records/mul_rk.h"
@@ -13,9 +14,6 @@ namespace tabrix {
 
 namespace {
 
-const uint16_t kEofId = 10;
-const uint16_t kContinueId = 60;
-const uint16_t kMsoDrawingId = 236;
 
 // A whole record whose header was read.
 Biff rawRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
@@ -59,7 +57,7 @@ void readNested(XlsRecords &xls, uint16_t size, std::vector<Biff> &out, const ch
             continue;
         }
         if (id == SubstreamHeader::kId) ++depth;
-        if (id == kEofId) --depth;
+        if (id == rid::Eof) --depth;
         out.push_back(rawRecord(xls, id, n));
     }
 }
@@ -164,7 +162,7 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
             skipBytes(xls, size);
             continue;
         }
-        if (id == kEofId) {
+        if (id == rid::Eof) {
             if (!worksheet) {
                 _unknown.push_back(rawRecord(xls, id, size));
                 if (--depth <= 0) break;
@@ -229,67 +227,67 @@ template <class C> void SheetImplT<C>::reserveCells() {
 template <class C>
 bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
     switch (id) {
-    case 6:
-    case 189:
-    case 190:
-    case 253:
-    case 513:
-    case 515:
-    case 516:
-    case 517:
-    case 638: readCellRecord(xls, id, size); return true;
-    case 12: readSetting(xls, size, _calcCount); return true;
-    case 13: readSetting(xls, size, _calcMode); return true;
-    case 15: readSetting(xls, size, _calcRefMode); return true;
-    case 16: readSetting(xls, size, _calcDelta); return true;
-    case 17: readSetting(xls, size, _calcIter); return true;
-    case 95: readSetting(xls, size, _calcSaveRecalc); return true;
-    case 130: _gridSet = readWord(xls, size, "GridSet"); return true;
-    case 128:
+    case rid::Formula:
+    case rid::MulRk:
+    case rid::MulBlank:
+    case rid::LabelSst:
+    case rid::Blank:
+    case rid::Number:
+    case rid::Label:
+    case rid::BoolErr:
+    case rid::RK: readCellRecord(xls, id, size); return true;
+    case rid::CalcCount: readSetting(xls, size, _calcCount); return true;
+    case rid::CalcMode: readSetting(xls, size, _calcMode); return true;
+    case rid::CalcRefMode: readSetting(xls, size, _calcRefMode); return true;
+    case rid::CalcDelta: readSetting(xls, size, _calcDelta); return true;
+    case rid::CalcIter: readSetting(xls, size, _calcIter); return true;
+    case rid::CalcSaveRecalc: readSetting(xls, size, _calcSaveRecalc); return true;
+    case rid::GridSet: _gridSet = readWord(xls, size, "GridSet"); return true;
+    case rid::Guts:
         if (size != 8) throw tberror("Guts size is incorrect");
         for (uint16_t &g : _guts) xls.readInt16(g);
         return true;
-    case 549:
+    case rid::DefaultRowHeight:
         if (size != 4) throw tberror("DefaultRowHeight size is incorrect");
         xls.readInt16(_defaultRowHeightFlags);
         xls.readInt16(_defaultRowHeight);
         return true;
-    case 85: {
+    case rid::DefColWidth: {
         if (size != 2 && size != 4) throw tberror("DefColWidth size is incorrect");
         xls.readInt16(_defColWidth);
         uint16_t extra = 0;
         if (size == 4) xls.readInt16(extra);
         return true;
     }
-    case 94:
+    case rid::Uncalced:
         _uncalced = readWord(xls, size, "Uncalced");
         _hasUncalced = true;
         return true;
-    case 28: _notes.push_back(rawRecord(xls, id, size)); return true;
-    case 125: {
+    case rid::Note: _notes.push_back(rawRecord(xls, id, size)); return true;
+    case rid::ColInfo: {
         ColInfo ci;
         ci.read(xls, size);
         _colInfos.push_back(ci);
         return true;
     }
-    case 215: {
+    case rid::DBCell: {
         DBCell db;
         db.read(xls, size);
         _dbCells.push_back(db);
         return true;
     }
-    case 229: {
+    case rid::MergeCells: {
         MergeCells m;
         m.read(xls, size);
         _mergeCells.push_back(m);
         return true;
     }
-    case kMsoDrawingId: readDrawingRun(xls, id, size); return true;
-    case 239:
+    case rid::MsoDrawing: readDrawingRun(xls, id, size); return true;
+    case rid::PhoneticInfo:
         _phoneticInfo.read(xls, size);
         _hasPhoneticInfo = true;
         return true;
-    case 512:
+    case rid::Dimensions:
         if (size == 10) {
             // The old form with 16-bit rows.
             uint16_t first = 0, last = 0;
@@ -305,13 +303,13 @@ bool SheetImplT<C>::readWorksheetRecord(XlsRecords &xls, uint16_t id, uint16_t s
         }
         reserveCells();
         return true;
-    case 520: {
+    case rid::Row: {
         Row row;
         row.read(xls, size);
         _rowList.push_back(row);
         return true;
     }
-    case 523: _indexRecord.read(xls, size, uint16_t(_owner->globalsVersion())); return true;
+    case rid::Index: _indexRecord.read(xls, size, uint16_t(_owner->globalsVersion())); return true;
     default:
         // Printout, protection, breaks and window records: after the cells,
         // which are most of a sheet's records.
@@ -344,7 +342,7 @@ template <class C> const wchar_t *SheetImplT<C>::oldStringResult(const Biff &rec
 
 template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
     switch (id) {
-    case 6: {
+    case rid::Formula: {
         _formulas.emplace_back();
         FormulaBlock &f = _formulas.back();
         f.read(xls, size, _owner->pool());
@@ -354,7 +352,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
             SheetIndex::code(SheetIndex::kFormula, appendPosition(_formulas.size() - 1));
         return;
     }
-    case 189: {
+    case rid::MulRk: {
         MulRk m;
         m.read(xls, size);
         for (const RK &rk : m.expand()) {
@@ -365,7 +363,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
         }
         return;
     }
-    case 190: {
+    case rid::MulBlank: {
         MulBlank m;
         m.read(xls, size);
         for (const Blank &b : m.expand()) {
@@ -376,7 +374,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
         }
         return;
     }
-    case 253: {
+    case rid::LabelSst: {
         LabelSst e;
         e.read(xls, size);
         checkCol(e.col);
@@ -385,7 +383,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
         _labelSst.push_back(e);
         return;
     }
-    case 513: {
+    case rid::Blank: {
         Blank e;
         e.read(xls, size);
         checkCol(e.col);
@@ -394,7 +392,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
         _blanks.push_back(e);
         return;
     }
-    case 515: {
+    case rid::Number: {
         // 14 bytes; some writers pad to 16 or 18.
         if (size != 14 && size != 16 && size != 18) throw tberror("Number size is incorrect");
         Number e;
@@ -406,7 +404,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
         _numbers.push_back(e);
         return;
     }
-    case 516: {
+    case rid::Label: {
         Label e(_owner->pool());
         e.read(xls, size, oldFormat(), _owner->codePage());
         checkCol(e.col);
@@ -415,7 +413,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
         _labels.push_back(e);
         return;
     }
-    case 517: {
+    case rid::BoolErr: {
         BoolErr e;
         e.read(xls, size);
         checkCol(e.col);
@@ -424,7 +422,7 @@ template <class C> void SheetImplT<C>::readCellRecord(XlsRecords &xls, uint16_t 
         _boolErrs.push_back(e);
         return;
     }
-    case 638: {
+    case rid::RK: {
         RK e;
         e.read(xls, size);
         checkCol(e.col);
@@ -444,7 +442,7 @@ template <class C> void SheetImplT<C>::readDrawingRun(XlsRecords &xls, uint16_t 
     for (;;) {
         if (xls.eof()) return;
         uint16_t next = xls.peekInt16();
-        if (next == kMsoDrawingId || next == 93 || next == 438 || next == kContinueId) {
+        if (next == rid::MsoDrawing || next == rid::Obj || next == rid::TxO || next == rid::Continue) {
             _objects.push_back(nextRaw(xls));
         } else if (next == SubstreamHeader::kId) {
             uint16_t bofId = 0, n = 0;

@@ -2,6 +2,7 @@
 // written by walking the index, row by row and column by column, one record
 // per cell; elements that no index code reaches are left out.
 #include "biff/sheet_frame.h"
+#include "biff/record_ids.h"
 
 #include <algorithm>
 
@@ -36,22 +37,22 @@ template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
     // them would make a sheet of neither format.
     if (_bof.vers < 0x0600 || oldFormat()) throw tberror(kOldSheetNotSavable);
     _bof.write(xls);
-    if (_hasUncalced) writeWord(xls, 94, _uncalced);
+    if (_hasUncalced) writeWord(xls, rid::Uncalced, _uncalced);
     _indexRecord.write(xls);
 
-    writeWord(xls, 13, _calcMode);
-    writeWord(xls, 12, _calcCount);
-    writeWord(xls, 15, _calcRefMode);
-    writeWord(xls, 17, _calcIter);
-    xls.write(16, 8);
+    writeWord(xls, rid::CalcMode, _calcMode);
+    writeWord(xls, rid::CalcCount, _calcCount);
+    writeWord(xls, rid::CalcRefMode, _calcRefMode);
+    writeWord(xls, rid::CalcIter, _calcIter);
+    xls.write(rid::CalcDelta, 8);
     xls.writeDouble(_calcDelta);
-    writeWord(xls, 95, _calcSaveRecalc);
+    writeWord(xls, rid::CalcSaveRecalc, _calcSaveRecalc);
     _setup.writePrintRowCol(xls);
     _setup.writePrintGrid(xls);
-    writeWord(xls, 130, _gridSet);
-    xls.write(128, 8);
+    writeWord(xls, rid::GridSet, _gridSet);
+    xls.write(rid::Guts, 8);
     for (uint16_t g : _guts) xls.writeInt16(g);
-    xls.write(549, 4);
+    xls.write(rid::DefaultRowHeight, 4);
     xls.writeInt16(_defaultRowHeightFlags);
     xls.writeInt16(_defaultRowHeight);
     _setup.writeWsBool(xls);
@@ -59,7 +60,7 @@ template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
     _setup.writeBreaks(xls);
     writeIfPresent(xls, _opaque2204);
     _setup.writePageSetup(xls);
-    writeWord(xls, 85, _defColWidth);
+    writeWord(xls, rid::DefColWidth, _defColWidth);
     writeColInfos(xls);
     writeIfPresent(xls, _opaque144);
     writeIfPresent(xls, _opaque2164);
@@ -89,7 +90,7 @@ template <class C> void SheetImplT<C>::write(XlsRecords &xls) {
     if (_hasPhoneticInfo) _phoneticInfo.write(xls);
     writeIfPresent(xls, _opaque442);
     writeAll(xls, _unknown);
-    xls.write(10, 0);
+    xls.write(rid::Eof, 0);
 }
 
 // Sorted by first column, equal neighbours that touch merged into one run.

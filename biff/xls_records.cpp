@@ -1,6 +1,7 @@
 // Record-level reading and writing of the workbook stream: headers, plain
 // little-endian values, and values that may be split across CONTINUE records.
 #include "biff/xls.h"
+#include "biff/record_ids.h"
 #include "book/tberror.h"
 
 #include <cstring>
@@ -13,7 +14,7 @@ void XlsRecords::enterContinue(unsigned short &remaining, const char *who) {
         uint16_t id = 0, size = 0;
         XlsCore::readInt16(id);
         XlsCore::readInt16(size);
-        if (id != kContinueId || eof()) throw tberror(std::string(who) + ": CONTINUE record not found");
+        if (id != rid::Continue || eof()) throw tberror(std::string(who) + ": CONTINUE record not found");
         if (size != 0) {
             remaining = size;
             return;
@@ -57,7 +58,7 @@ int XlsRecords::readWithContinueRecords(void *buffer, int length, unsigned short
 }
 
 void XlsRecords::checkContinue(unsigned short &remaining) {
-    if (remaining != 0 || eof() || peekInt16() != kContinueId) return;
+    if (remaining != 0 || eof() || peekInt16() != rid::Continue) return;
     uint16_t id = 0;
     XlsCore::readInt16(id);
     XlsCore::readInt16(remaining);

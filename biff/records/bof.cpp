@@ -32,7 +32,7 @@ void Bof::read(XlsRecords &xls, uint16_t size) {
     }
 }
 
-unsigned Bof::write(XlsRecords &xls) const {
+void Bof::write(XlsRecords &xls) const {
     xls.write(kId, kSize);
     xls.writeInt16(vers);
     xls.writeInt16(dt);
@@ -40,7 +40,6 @@ unsigned Bof::write(XlsRecords &xls) const {
     xls.writeInt16(rupYear);
     xls.writeInt32(fields1);
     xls.writeInt32(fields2);
-    return 4u + kSize;
 }
 
 void Bof::dumpTo(std::wostream &os) const {

@@ -4,6 +4,7 @@
 #ifndef TABRIX_BIFF_RECORDS_BOF_H
 #define TABRIX_BIFF_RECORDS_BOF_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 
 #include <cstdint>
@@ -12,7 +13,7 @@ namespace tabrix {
 
 class Bof : public Record<Bof> {
 public:
-    static constexpr uint16_t kId = 2057;
+    static constexpr uint16_t kId = rid::BOF;
     static constexpr const char *kName = "Bof";
     static constexpr uint16_t kSize = 16;
 
@@ -35,7 +36,7 @@ public:
     // older file keeps the fields it lacks at 0.  A size that ends inside a
     // field fails; bytes past the 16 known ones are skipped.
     void read(XlsRecords &xls, uint16_t size);
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
     // The dump names the record "BOF", as the file format does.
     void dump() const { dumpOn(std::wcout); }

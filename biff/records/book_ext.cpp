@@ -21,7 +21,7 @@ void BookExt::read(XlsRecords &xls, uint16_t size) {
     if (size >= 22) xls.read(&grbit2, 1);
 }
 
-unsigned BookExt::write(XlsRecords &xls) const {
+void BookExt::write(XlsRecords &xls) const {
     uint16_t n = size();
     xls.write(kId, n);
     xls.writeInt16(rt);
@@ -31,7 +31,6 @@ unsigned BookExt::write(XlsRecords &xls) const {
     xls.writeInt32(flags);
     if (n >= 21) xls.write(&grbit1, 1);
     if (n >= 22) xls.write(&grbit2, 1);
-    return 4u + n;
 }
 
 void BookExt::dumpTo(std::wostream &os) const {

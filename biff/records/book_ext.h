@@ -4,6 +4,7 @@
 #ifndef TABRIX_BIFF_RECORDS_BOOK_EXT_H
 #define TABRIX_BIFF_RECORDS_BOOK_EXT_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 
 #include <cstdint>
@@ -12,7 +13,7 @@ namespace tabrix {
 
 class BookExt : public Record<BookExt> {
 public:
-    static constexpr uint16_t kId = 2147;
+    static constexpr uint16_t kId = rid::BookExt;
     static constexpr const char *kName = "BookExt";
     static constexpr uint16_t kMinSize = 20;
     static constexpr uint16_t kMaxSize = 22;
@@ -29,7 +30,7 @@ public:
     using Record<BookExt>::read;
     void read(XlsRecords &xls, uint16_t size);
     // The record's size is `cb`, bounded to 20..22.
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     uint16_t size() const;
     void dumpTo(std::wostream &os) const;
 };

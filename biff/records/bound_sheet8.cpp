@@ -17,7 +17,7 @@ void BoundSheet8::read(XlsRecords &xls, uint16_t size, MemPool &pool, bool noFla
     name.read(q, noFlags, pool);
 }
 
-unsigned BoundSheet8::write(XlsRecords &xls) const {
+void BoundSheet8::write(XlsRecords &xls) const {
     uint16_t n = size();
     xls.write(kId, n);
     xls.writeInt32(lbPlyPos);
@@ -26,7 +26,6 @@ unsigned BoundSheet8::write(XlsRecords &xls) const {
     ShortXLUnicodeString copy = name;
     if (!copy.text) copy.cch = 0;
     copy.write(xls);
-    return 4u + n;
 }
 
 void BoundSheet8::dumpTo(std::wostream &os) const {

@@ -3,6 +3,7 @@
 #ifndef TABRIX_BIFF_RECORDS_BOUND_SHEET8_H
 #define TABRIX_BIFF_RECORDS_BOUND_SHEET8_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/strings/short_xl_unicode_string.h"
 #include "book/mem_pool.h"
@@ -13,7 +14,7 @@ namespace tabrix {
 
 class BoundSheet8 : public Record<BoundSheet8> {
 public:
-    static constexpr uint16_t kId = 133;
+    static constexpr uint16_t kId = rid::BoundSheet8;
     static constexpr const char *kName = "BoundSheet8";
     static constexpr uint16_t kMinSize = 8;
 
@@ -41,7 +42,7 @@ public:
     // `noFlags`: the name of an old-format file, 8-bit without a flags byte.
     // The name must lie inside the record; bytes behind it are skipped.
     void read(XlsRecords &xls, uint16_t size, MemPool &pool, bool noFlags = false);
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
 };
 

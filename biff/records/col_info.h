@@ -2,12 +2,13 @@
 // bit 0 is hidden, bits 8-10 the outline level, bit 12 collapsed.
 #ifndef TABRIX_BIFF_RECORDS_COL_INFO_H
 #define TABRIX_BIFF_RECORDS_COL_INFO_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
 class ColInfo : public Record<ColInfo> {
 public:
-    static constexpr uint16_t kId = 125;
+    static constexpr uint16_t kId = rid::ColInfo;
     static constexpr const char *kName = "ColInfo";
     uint16_t colFirst = 0, colLast = 0, coldx = 0, ixfe = 0, flags = 0, reserved = 0;
     void reset() { *this = ColInfo(); }

@@ -2,13 +2,14 @@
 // a save writes none.
 #ifndef TABRIX_BIFF_RECORDS_DB_CELL_H
 #define TABRIX_BIFF_RECORDS_DB_CELL_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 #include <vector>
 namespace tabrix {
 class DBCell : public Record<DBCell> {
 public:
-    static constexpr uint16_t kId = 215;
+    static constexpr uint16_t kId = rid::DBCell;
     static constexpr const char *kName = "DBCell";
     uint32_t dbRtrw = 0;
     std::vector<uint16_t> offsets;

@@ -2,12 +2,13 @@
 // stored one past the end; first equal to last means empty.
 #ifndef TABRIX_BIFF_RECORDS_DIMENSIONS_H
 #define TABRIX_BIFF_RECORDS_DIMENSIONS_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
 class Dimensions : public Record<Dimensions> {
 public:
-    static constexpr uint16_t kId = 512;
+    static constexpr uint16_t kId = rid::Dimensions;
     static constexpr const char *kName = "Dimensions";
     uint32_t firstRow = 0, lastRow = 0;
     uint16_t firstCol = 0, lastCol = 0, reserved = 0;

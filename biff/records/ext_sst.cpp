@@ -30,7 +30,7 @@ void ExtSST::read(XlsRecords &xls, uint16_t size) {
     }
 }
 
-unsigned ExtSST::write(XlsRecords &xls) const {
+void ExtSST::write(XlsRecords &xls) const {
     // Entries beyond what one record holds are dropped.
     size_t n = std::min<size_t>(rgISSTInf.size(), (XlsRecords::kMaxRecordData - 2) / 8);
     uint16_t size = uint16_t(2 + 8 * n);
@@ -41,7 +41,6 @@ unsigned ExtSST::write(XlsRecords &xls) const {
         xls.writeInt16(rgISSTInf[i].cbOffset);
         xls.writeInt16(rgISSTInf[i].reserved);
     }
-    return 4u + size;
 }
 
 void ExtSST::dumpTo(std::wostream &os) const {

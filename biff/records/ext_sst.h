@@ -3,6 +3,7 @@
 #ifndef TABRIX_BIFF_RECORDS_EXT_SST_H
 #define TABRIX_BIFF_RECORDS_EXT_SST_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 
 #include <vector>
@@ -17,7 +18,7 @@ struct ISSTInf {
 
 class ExtSST : public Record<ExtSST> {
 public:
-    static const uint16_t kId = 255;
+    static const uint16_t kId = rid::ExtSST;
     static constexpr const char *kName = "ExtSST";
 
     uint16_t dsst = 0;
@@ -26,7 +27,7 @@ public:
     void reset();
     using Record<ExtSST>::read;
     void read(XlsRecords &xls, uint16_t size);
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
 };
 

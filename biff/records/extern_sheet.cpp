@@ -44,21 +44,18 @@ void ExternSheet::read(XlsRecords &xls, uint16_t size) {
     }
 }
 
-unsigned ExternSheet::write(XlsRecords &xls) const {
+void ExternSheet::write(XlsRecords &xls) const {
     if (rgXTI.size() > 0xFFFF) throw tberror("error in record ExternSheet");
     uint32_t total = 2u + XTI::kSize * uint32_t(rgXTI.size());
     unsigned short remaining =
         static_cast<unsigned short>(std::min<uint32_t>(total, XlsRecords::kMaxRecordData));
-    unsigned written = 4u + remaining;
     bool continued = false;
     xls.write(kId, remaining);
     xls.writeInt16(uint16_t(rgXTI.size()));
     remaining = static_cast<unsigned short>(remaining - 2);
     for (const XTI &x : rgXTI) {
         if (remaining < XTI::kSize) {
-            written -= remaining;
             writeContinue(xls, remaining);
-            written += 4u + remaining;
             continued = true;
         }
         x.write(xls);
@@ -67,9 +64,7 @@ unsigned ExternSheet::write(XlsRecords &xls) const {
     if (continued) {
         xls.patchInt16(xls.writePos() - (XlsRecords::kMaxRecordData - remaining) - 2u,
                        uint16_t(XlsRecords::kMaxRecordData - remaining));
-        written -= remaining;
     }
-    return written;
 }
 
 void ExternSheet::dumpTo(std::wostream &os) const {

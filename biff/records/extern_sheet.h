@@ -5,6 +5,7 @@
 #ifndef TABRIX_BIFF_RECORDS_EXTERN_SHEET_H
 #define TABRIX_BIFF_RECORDS_EXTERN_SHEET_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 
 #include <cstdint>
@@ -37,7 +38,7 @@ struct XTI {
 
 class ExternSheet : public Record<ExternSheet> {
 public:
-    static constexpr uint16_t kId = 23;
+    static constexpr uint16_t kId = rid::ExternSheet;
     static constexpr const char *kName = "ExternSheet";
 
     std::vector<XTI> rgXTI;
@@ -47,7 +48,7 @@ public:
     // Reads the count and the entries, CONTINUE records included.
     void read(XlsRecords &xls, uint16_t size);
     // Never splits an XTI: a record ends early when the next one doesn't fit.
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
 };
 

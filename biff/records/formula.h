@@ -2,13 +2,14 @@
 // expression (cce, rgce and the extra data behind it) is kept as raw bytes.
 #ifndef TABRIX_BIFF_RECORDS_FORMULA_H
 #define TABRIX_BIFF_RECORDS_FORMULA_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 #include <vector>
 namespace tabrix {
 class Formula : public Record<Formula> {
 public:
-    static constexpr uint16_t kId = 6;
+    static constexpr uint16_t kId = rid::Formula;
     static constexpr const char *kName = "Formula";
     // Result kinds in the first byte of a non-numeric cached value.
     enum Result : uint8_t { kString = 0, kBool = 1, kError = 2, kBlank = 3 };

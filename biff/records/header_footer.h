@@ -3,6 +3,7 @@
 // is written back as size 0.
 #ifndef TABRIX_BIFF_RECORDS_HEADER_FOOTER_H
 #define TABRIX_BIFF_RECORDS_HEADER_FOOTER_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/strings/xl_unicode_string.h"
 #include "book/mem_pool.h"
@@ -41,14 +42,14 @@ private:
 
 class Header : public PageText<Header> {
 public:
-    static constexpr uint16_t kId = 20;
+    static constexpr uint16_t kId = rid::Header;
     static constexpr const char *kName = "Header";
     using PageText<Header>::PageText;
 };
 
 class Footer : public PageText<Footer> {
 public:
-    static constexpr uint16_t kId = 21;
+    static constexpr uint16_t kId = rid::Footer;
     static constexpr const char *kName = "Footer";
     using PageText<Footer>::PageText;
 };

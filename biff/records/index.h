@@ -2,13 +2,14 @@
 // records.  Kept as read; a new sheet writes zeros.
 #ifndef TABRIX_BIFF_RECORDS_INDEX_H
 #define TABRIX_BIFF_RECORDS_INDEX_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 #include <vector>
 namespace tabrix {
 class Index : public Record<Index> {
 public:
-    static constexpr uint16_t kId = 523;
+    static constexpr uint16_t kId = rid::Index;
     static constexpr const char *kName = "Index";
     // Format versions below this one store 16-bit rows.
     static constexpr uint16_t kFirst32BitVersion = 1281;

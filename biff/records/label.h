@@ -2,6 +2,7 @@
 // store it instead of pointing into the shared string table.
 #ifndef TABRIX_BIFF_RECORDS_LABEL_H
 #define TABRIX_BIFF_RECORDS_LABEL_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/strings/xl_unicode_string.h"
 #include "book/mem_pool.h"
@@ -11,7 +12,7 @@ namespace tabrix {
 // Label is cheap to keep in a vector.
 class Label : public Record<Label> {
 public:
-    static constexpr uint16_t kId = 516;
+    static constexpr uint16_t kId = rid::Label;
     static constexpr const char *kName = "Label";
     uint16_t row = 0, col = 0, xf = 0;
     XLUnicodeString text;

@@ -41,14 +41,13 @@ void readByte(XlsRecords &xls, uint8_t &b, unsigned short &remaining) {
 
 // Writes bytes with CONTINUE records declared at 8224 wherever the record
 // is full.
-void writeBytes(XlsRecords &xls, const std::vector<uint8_t> &b, unsigned short &remaining, bool &continued,
-                unsigned &written) {
+void writeBytes(XlsRecords &xls, const std::vector<uint8_t> &b, unsigned short &remaining,
+                bool &continued) {
     size_t done = 0;
     while (done < b.size()) {
         if (remaining == 0) {
             writeContinue(xls, remaining);
             continued = true;
-            written += 4u + remaining;
         }
         size_t n = std::min<size_t>(remaining, b.size() - done);
         xls.write(b.data() + done, n);
@@ -124,11 +123,10 @@ void Lbl::read(XlsRecords &xls, uint16_t size, MemPool &pool, bool old) {
     if (remaining) xls.read(extra.data(), remaining);
 }
 
-unsigned Lbl::write(XlsRecords &xls) const {
+void Lbl::write(XlsRecords &xls) const {
     const uint32_t total = size();
     unsigned short remaining = static_cast<unsigned short>(
         std::min<uint32_t>(total, XlsRecords::kMaxRecordData));
-    unsigned written = 4u + remaining;
     bool continued = false;
     xls.write(kId, remaining);
     xls.writeInt16(flags);
@@ -141,14 +139,12 @@ unsigned Lbl::write(XlsRecords &xls) const {
     remaining = static_cast<unsigned short>(remaining - kFixedSize);
     // At most 14 + 511 bytes: the name always fits in the first record.
     if (nameLength()) name.write(xls, remaining);
-    writeBytes(xls, rgce, remaining, continued, written);
-    writeBytes(xls, extra, remaining, continued, written);
+    writeBytes(xls, rgce, remaining, continued);
+    writeBytes(xls, extra, remaining, continued);
     if (continued) {
         xls.patchInt16(xls.writePos() - (XlsRecords::kMaxRecordData - remaining) - 2u,
                        uint16_t(XlsRecords::kMaxRecordData - remaining));
-        written -= remaining;
     }
-    return written;
 }
 
 void Lbl::dumpTo(std::wostream &os) const {

@@ -5,6 +5,7 @@
 #ifndef TABRIX_BIFF_RECORDS_LBL_H
 #define TABRIX_BIFF_RECORDS_LBL_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/strings/xl_unicode_string_no_cch.h"
 #include "book/mem_pool.h"
@@ -17,7 +18,7 @@ namespace tabrix {
 
 class Lbl : public Record<Lbl> {
 public:
-    static constexpr uint16_t kId = 24;
+    static constexpr uint16_t kId = rid::Lbl;
     static constexpr const char *kName = "Lbl";
     static constexpr uint16_t kFixedSize = 14;
     static constexpr uint16_t kHiddenBit = 0x0001;
@@ -60,7 +61,7 @@ public:
     // `old`: a file of the 5.0 format, whose name has no flags byte.
     void read(XlsRecords &xls, uint16_t size, MemPool &pool, bool old);
     // A record above 8224 bytes runs on in CONTINUE records.
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
 
 private:

@@ -1,6 +1,7 @@
 // MergeCells (id 229): merged areas of a sheet, a count and Ref8 areas.
 #ifndef TABRIX_BIFF_RECORDS_MERGE_CELLS_H
 #define TABRIX_BIFF_RECORDS_MERGE_CELLS_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/records/phonetic_info.h"
 #include <cstdint>
@@ -8,7 +9,7 @@
 namespace tabrix {
 class MergeCells : public Record<MergeCells> {
 public:
-    static constexpr uint16_t kId = 229;
+    static constexpr uint16_t kId = rid::MergeCells;
     static constexpr const char *kName = "MergeCells";
     // Areas in one record at most.
     static constexpr size_t kMaxAreas = 1026;

@@ -2,6 +2,7 @@
 // one xf per cell, last column.
 #ifndef TABRIX_BIFF_RECORDS_MUL_BLANK_H
 #define TABRIX_BIFF_RECORDS_MUL_BLANK_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/records/blank.h"
 #include <cstdint>
@@ -9,7 +10,7 @@
 namespace tabrix {
 class MulBlank : public Record<MulBlank> {
 public:
-    static constexpr uint16_t kId = 190;
+    static constexpr uint16_t kId = rid::MulBlank;
     static constexpr const char *kName = "MulBlank";
     uint16_t row = 0, firstCol = 0, lastCol = 0;
     std::vector<uint16_t> xfs;

@@ -2,6 +2,7 @@
 // format: row, first column, n pairs of (xf, rk), last column.
 #ifndef TABRIX_BIFF_RECORDS_MUL_RK_H
 #define TABRIX_BIFF_RECORDS_MUL_RK_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/records/rk.h"
 #include <cstdint>
@@ -9,7 +10,7 @@
 namespace tabrix {
 class MulRk : public Record<MulRk> {
 public:
-    static constexpr uint16_t kId = 189;
+    static constexpr uint16_t kId = rid::MulRk;
     static constexpr const char *kName = "MulRk";
     struct Cell {
         uint16_t xf = 0;

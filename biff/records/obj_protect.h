@@ -2,13 +2,14 @@
 #ifndef TABRIX_BIFF_RECORDS_OBJ_PROTECT_H
 #define TABRIX_BIFF_RECORDS_OBJ_PROTECT_H
 
+#include "biff/record_ids.h"
 #include "biff/records/word_record.h"
 
 namespace tabrix {
 
 class ObjProtect : public WordRecord<ObjProtect> {
 public:
-    static constexpr uint16_t kId = 99;
+    static constexpr uint16_t kId = rid::ObjProtect;
     static constexpr const char *kName = "ObjProtect";
     static constexpr const wchar_t *kField = L"fLockObj";
 

@@ -2,6 +2,7 @@
 // allocation that colorPack makes in it.
 #ifndef TABRIX_BIFF_RECORDS_PALETTE_H
 #define TABRIX_BIFF_RECORDS_PALETTE_H
+#include "biff/record_ids.h"
 #include "biff/xls.h"
 #include <cstdint>
 #include <vector>
@@ -18,7 +19,7 @@ struct LongRGB {
 
 class Palette {
 public:
-    static const uint16_t kId = 146;
+    static const uint16_t kId = rid::Palette;
     static const int kNoColor = 32767;
     uint16_t ccv = 56;
     std::vector<LongRGB> colors;

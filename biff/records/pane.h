@@ -3,12 +3,13 @@
 // Pane is absent and writes nothing.
 #ifndef TABRIX_BIFF_RECORDS_PANE_H
 #define TABRIX_BIFF_RECORDS_PANE_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
 class Pane : public Record<Pane> {
 public:
-    static constexpr uint16_t kId = 65;
+    static constexpr uint16_t kId = rid::Pane;
     static constexpr const char *kName = "Pane";
     uint16_t x = 0;
     uint16_t y = 0;

@@ -3,13 +3,14 @@
 #ifndef TABRIX_BIFF_RECORDS_PASSWORD_H
 #define TABRIX_BIFF_RECORDS_PASSWORD_H
 
+#include "biff/record_ids.h"
 #include "biff/records/word_record.h"
 
 namespace tabrix {
 
 class Password : public WordRecord<Password> {
 public:
-    static constexpr uint16_t kId = 19;
+    static constexpr uint16_t kId = rid::Password;
     static constexpr const char *kName = "Password";
     static constexpr const wchar_t *kField = L"wPassword";
 

@@ -27,7 +27,7 @@ void PhoneticInfo::read(XlsRecords &xls, uint16_t size) {
     }
 }
 
-unsigned PhoneticInfo::write(XlsRecords &xls) const {
+void PhoneticInfo::write(XlsRecords &xls) const {
     size_t n = std::min<size_t>(ranges.size(), (65535 - 6) / 8);
     uint16_t size = uint16_t(6 + 8 * n);
     xls.write(kId, size);
@@ -40,7 +40,6 @@ unsigned PhoneticInfo::write(XlsRecords &xls) const {
         xls.writeInt16(ranges[i].colFirst);
         xls.writeInt16(ranges[i].colLast);
     }
-    return 4u + size;
 }
 
 void PhoneticInfo::dumpTo(std::wostream &os) const {

@@ -3,6 +3,7 @@
 #ifndef TABRIX_BIFF_RECORDS_PHONETIC_INFO_H
 #define TABRIX_BIFF_RECORDS_PHONETIC_INFO_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 
 #include <vector>
@@ -15,7 +16,7 @@ struct Ref8 {
 
 class PhoneticInfo : public Record<PhoneticInfo> {
 public:
-    static const uint16_t kId = 239;
+    static const uint16_t kId = rid::PhoneticInfo;
     static constexpr const char *kName = "PhoneticInfo";
 
     uint16_t ifnt = 0;
@@ -25,7 +26,7 @@ public:
     void reset();
     using Record<PhoneticInfo>::read;
     void read(XlsRecords &xls, uint16_t size);
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
 };
 

@@ -3,13 +3,14 @@
 // block may go on in CONTINUE records, which reading appends to it.
 #ifndef TABRIX_BIFF_RECORDS_PLS_H
 #define TABRIX_BIFF_RECORDS_PLS_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 #include <vector>
 namespace tabrix {
 class Pls : public Record<Pls> {
 public:
-    static constexpr uint16_t kId = 77;
+    static constexpr uint16_t kId = rid::Pls;
     static constexpr const char *kName = "Pls";
     uint16_t word = 0;
     std::vector<uint8_t> bytes;

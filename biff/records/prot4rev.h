@@ -2,13 +2,14 @@
 #ifndef TABRIX_BIFF_RECORDS_PROT4REV_H
 #define TABRIX_BIFF_RECORDS_PROT4REV_H
 
+#include "biff/record_ids.h"
 #include "biff/records/word_record.h"
 
 namespace tabrix {
 
 class Prot4Rev : public WordRecord<Prot4Rev> {
 public:
-    static constexpr uint16_t kId = 431;
+    static constexpr uint16_t kId = rid::Prot4Rev;
     static constexpr const char *kName = "Prot4Rev";
     static constexpr const wchar_t *kField = L"fRevLock";
 

@@ -3,13 +3,14 @@
 #ifndef TABRIX_BIFF_RECORDS_PROTECT_H
 #define TABRIX_BIFF_RECORDS_PROTECT_H
 
+#include "biff/record_ids.h"
 #include "biff/records/word_record.h"
 
 namespace tabrix {
 
 class Protect : public WordRecord<Protect> {
 public:
-    static constexpr uint16_t kId = 18;
+    static constexpr uint16_t kId = rid::Protect;
     static constexpr const char *kName = "Protect";
     static constexpr const wchar_t *kField = L"fLock";
 

@@ -1,6 +1,7 @@
 // RK (id 638): one number cell in the compact 30-bit form.
 #ifndef TABRIX_BIFF_RECORDS_RK_H
 #define TABRIX_BIFF_RECORDS_RK_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
@@ -11,7 +12,7 @@ bool rkExact(double v);
 double rkDecode(uint32_t rk);
 class RK : public Record<RK> {
 public:
-    static constexpr uint16_t kId = 638;
+    static constexpr uint16_t kId = rid::RK;
     static constexpr const char *kName = "RK";
     uint16_t row = 0, col = 0, xf = 0;
     uint32_t rk = 0;

@@ -2,12 +2,13 @@
 // denominator, 16-bit signed, both 100 when new.
 #ifndef TABRIX_BIFF_RECORDS_SCL_H
 #define TABRIX_BIFF_RECORDS_SCL_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
 class Scl : public Record<Scl> {
 public:
-    static constexpr uint16_t kId = 160;
+    static constexpr uint16_t kId = rid::Scl;
     static constexpr const char *kName = "Scl";
     int16_t nscl = 100;
     int16_t dscl = 100;

@@ -2,6 +2,7 @@
 // the pane, the active cell, which of the ranges holds it, and the ranges.
 #ifndef TABRIX_BIFF_RECORDS_SELECTION_H
 #define TABRIX_BIFF_RECORDS_SELECTION_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 #include <vector>
@@ -15,7 +16,7 @@ struct RefU {
 
 class Selection : public Record<Selection> {
 public:
-    static constexpr uint16_t kId = 29;
+    static constexpr uint16_t kId = rid::Selection;
     static constexpr const char *kName = "Selection";
     // Ranges that one record holds at most.
     static constexpr size_t kMaxRefs = (XlsRecords::kMaxRecordData - 9) / 6;

@@ -5,12 +5,13 @@
 // scale and orientation as their defaults.
 #ifndef TABRIX_BIFF_RECORDS_SETUP_BIFF_H
 #define TABRIX_BIFF_RECORDS_SETUP_BIFF_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
 class SetupBIFF : public Record<SetupBIFF> {
 public:
-    static constexpr uint16_t kId = 161;
+    static constexpr uint16_t kId = rid::Setup;
     static constexpr const char *kName = "Setup";
     static constexpr uint16_t kSize = 34;
     static constexpr uint16_t kPortrait = 0x0002;

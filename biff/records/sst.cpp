@@ -79,7 +79,7 @@ void SST::read(XlsRecords &xls, uint16_t size) {
     }
 }
 
-unsigned SST::write(XlsRecords &xls) {
+void SST::write(XlsRecords &xls) {
     cstUnique = int32_t(map_.count());
     PatchList patches;
     xls.writeInt16(kId);
@@ -89,12 +89,7 @@ unsigned SST::write(XlsRecords &xls) {
     xls.writeInt32(uint32_t(cstUnique));
     uint32_t remaining = XlsRecords::kMaxRecordData - 8;
     for (unsigned i = 0; i < map_.count(); ++i) map_.extract(i).write(xls, remaining, patches);
-    unsigned total = 0;
-    for (const auto &p : patches) {
-        xls.patchInt16(p.first, uint16_t(p.second));
-        total += 4 + p.second;
-    }
-    return total;
+    for (const auto &p : patches) xls.patchInt16(p.first, uint16_t(p.second));
 }
 
 void SST::dumpTo(std::wostream &os) const {

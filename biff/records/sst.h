@@ -2,6 +2,7 @@
 #ifndef TABRIX_BIFF_RECORDS_SST_H
 #define TABRIX_BIFF_RECORDS_SST_H
 
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include "biff/strings/str_map.h"
 
@@ -9,7 +10,7 @@ namespace tabrix {
 
 class SST : public Record<SST> {
 public:
-    static const uint16_t kId = 252;
+    static const uint16_t kId = rid::SST;
     static constexpr const char *kName = "SST";
 
     int32_t cstTotal = 0;
@@ -30,7 +31,7 @@ public:
     // Reads the record and all its CONTINUE records, and no record after
     // them, whatever the counts say.
     void read(XlsRecords &xls, uint16_t size);
-    unsigned write(XlsRecords &xls);
+    void write(XlsRecords &xls);
     void dumpTo(std::wostream &os) const;
 
 private:

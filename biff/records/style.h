@@ -2,6 +2,7 @@
 // keeps for each cell style.
 #ifndef TABRIX_BIFF_RECORDS_STYLE_H
 #define TABRIX_BIFF_RECORDS_STYLE_H
+#include "biff/record_ids.h"
 #include "biff/strings/xl_unicode_string.h"
 #include "biff/xls.h"
 #include "book/mem_pool.h"
@@ -10,7 +11,7 @@
 namespace tabrix {
 class Style {
 public:
-    static const uint16_t kId = 659;
+    static const uint16_t kId = rid::Style;
     uint16_t ixfe = 0x8010; // bit 15: a built-in style
     uint8_t builtInStyle = 4;
     uint8_t level = 0xFF;
@@ -25,7 +26,7 @@ public:
 // Kept as its raw bytes.
 class StyleExt {
 public:
-    static const uint16_t kId = 2194;
+    static const uint16_t kId = rid::StyleExt;
     std::vector<uint8_t> data;
     // Reads the record header too: another id is "StyleExt: unexpected record".
     void read(XlsRecords &xls);

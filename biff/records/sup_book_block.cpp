@@ -44,12 +44,11 @@ void SupBookBlock::read(XlsRecords &xls, uint16_t supBookSize) {
     }
 }
 
-unsigned SupBookBlock::write(XlsRecords &xls) const {
-    unsigned n = supBook.write(xls);
-    for (const Biff &b : followers) n += b.write(xls);
-    if (hasExternSheet) n += externSheet.write(xls);
-    for (const Biff &b : continues) n += b.write(xls);
-    return n;
+void SupBookBlock::write(XlsRecords &xls) const {
+    supBook.write(xls);
+    for (const Biff &b : followers) b.write(xls);
+    if (hasExternSheet) externSheet.write(xls);
+    for (const Biff &b : continues) b.write(xls);
 }
 
 bool SupBookBlock::isSelfRef() const {

@@ -6,6 +6,7 @@
 #define TABRIX_BIFF_RECORDS_SUP_BOOK_BLOCK_H
 
 #include "biff/biff_record.h"
+#include "biff/record_ids.h"
 #include "biff/records/extern_sheet.h"
 
 #include <cstdint>
@@ -15,7 +16,7 @@ namespace tabrix {
 
 class SupBookBlock {
 public:
-    static constexpr uint16_t kSupBookId = 430;
+    static constexpr uint16_t kSupBookId = rid::SupBook;
     static constexpr const char *kName = "SupBookBlock";
 
     bool hasExternSheet = false;
@@ -35,8 +36,7 @@ public:
     // doesn't is left unread for the caller.  Fails with "SupBookBlock: file
     // is corrupt" when the block's bytes add up past the file's size.
     void read(XlsRecords &xls, uint16_t supBookSize);
-    // Returns the bytes written, headers included.
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
 
     // The reference of the book to itself: a SupBook of 4 bytes, the sheet
     // count and then 01 04.

@@ -2,13 +2,14 @@
 #ifndef TABRIX_BIFF_RECORDS_WIN_PROTECT_H
 #define TABRIX_BIFF_RECORDS_WIN_PROTECT_H
 
+#include "biff/record_ids.h"
 #include "biff/records/word_record.h"
 
 namespace tabrix {
 
 class WinProtect : public WordRecord<WinProtect> {
 public:
-    static constexpr uint16_t kId = 25;
+    static constexpr uint16_t kId = rid::WinProtect;
     static constexpr const char *kName = "WinProtect";
     static constexpr const wchar_t *kField = L"fLockWn";
 

@@ -5,12 +5,13 @@
 // split, 9 selected.
 #ifndef TABRIX_BIFF_RECORDS_WINDOW2_H
 #define TABRIX_BIFF_RECORDS_WINDOW2_H
+#include "biff/record_ids.h"
 #include "biff/biff_record.h"
 #include <cstdint>
 namespace tabrix {
 class Window2 : public Record<Window2> {
 public:
-    static constexpr uint16_t kId = 574;
+    static constexpr uint16_t kId = rid::Window2;
     static constexpr const char *kName = "Window2";
     static constexpr uint16_t kGridlines = 0x0002;
     static constexpr uint16_t kFrozen = 0x0008;

@@ -24,10 +24,9 @@ public:
         xls.readInt16(v);
         self().word() = v;
     }
-    unsigned write(XlsRecords &xls) const {
+    void write(XlsRecords &xls) const {
         xls.write(Derived::kId, kSize);
         xls.writeInt16(self().word());
-        return 4u + kSize;
     }
     void dumpTo(std::wostream &os) const { os << L" " << Derived::kField << L"=" << self().word(); }
 

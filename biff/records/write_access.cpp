@@ -26,9 +26,8 @@ void WriteAccess::read(XlsRecords &xls, uint16_t size) {
     }
 }
 
-unsigned WriteAccess::write(XlsRecords &xls) const {
+void WriteAccess::write(XlsRecords &xls) const {
     xls.write(kId, block, kSize);
-    return 4u + kSize;
 }
 
 void WriteAccess::dumpTo(std::wostream &os) const {

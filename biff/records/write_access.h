@@ -4,6 +4,7 @@
 #define TABRIX_BIFF_RECORDS_WRITE_ACCESS_H
 
 #include "biff/biff_record.h"
+#include "biff/record_ids.h"
 
 #include <cstdint>
 
@@ -11,7 +12,7 @@ namespace tabrix {
 
 class WriteAccess : public Record<WriteAccess> {
 public:
-    static constexpr uint16_t kId = 92;
+    static constexpr uint16_t kId = rid::WriteAccess;
     static constexpr const char *kName = "WriteAccess";
     static constexpr uint16_t kSize = 112;
 
@@ -24,7 +25,7 @@ public:
     // The record's bytes go to the start of the block (the rest stays as a
     // new book has it); bytes past 112 are skipped.
     void read(XlsRecords &xls, uint16_t size);
-    unsigned write(XlsRecords &xls) const;
+    void write(XlsRecords &xls) const;
     void dumpTo(std::wostream &os) const;
 };
 

@@ -210,7 +210,7 @@ TEST(GlobalRecordsTest, BookExtSizes) {
     }
     // A new one: cb 21, grbit1 158.
     BookExt fresh;
-    Opened out(writeBook([&](Xls<char> &x) { EXPECT_EQ(fresh.write(x), 25u); }));
+    Opened out(writeBook([&](Xls<char> &x) { fresh.write(x); }));
     auto d = out.records().at(0).second;
     ASSERT_EQ(d.size(), 21u);
     EXPECT_EQ(d[20], 158);
@@ -270,7 +270,7 @@ TEST(GlobalRecordsTest, BoundSheet8RoundTripsAndChecksItsSize) {
         BoundSheet8 b;
         b.read(in.x, size, pool, c.noFlags);
         EXPECT_EQ(std::wstring(b.nameText()), c.text);
-        Opened out(writeBook([&](Xls<char> &x) { EXPECT_EQ(b.write(x), 4u + c.data.size()); }));
+        Opened out(writeBook([&](Xls<char> &x) { b.write(x); }));
         EXPECT_EQ(out.records().at(0).second, c.data);
     }
     EXPECT_EQ(errorOf([&] {
@@ -331,21 +331,17 @@ TEST(GlobalRecordsTest, ExternSheetContinuesWithoutSplittingAnEntry) {
         SCOPED_TRACE(c.count);
         ExternSheet e;
         e.rgXTI = manyXti(c.count);
-        unsigned written = 0;
         std::string file = writeBook([&](Xls<char> &x) {
-            written = e.write(x);
+            e.write(x);
             Protect().write(x);
         });
         Opened out(file);
         auto recs = out.records();
         ASSERT_EQ(recs.size(), c.sizes.size() + 1);
-        unsigned total = 0;
         for (size_t i = 0; i < c.sizes.size(); ++i) {
             EXPECT_EQ(recs[i].first, i ? kContinue : ExternSheet::kId);
             EXPECT_EQ(recs[i].second.size(), c.sizes[i]);
-            total += 4u + c.sizes[i];
         }
-        EXPECT_EQ(written, total);
         Opened in(file);
         ExternSheet back;
         back.read(in.x);
@@ -544,7 +540,7 @@ TEST(GlobalRecordsTest, LblRoundTripsNamesAndFormulaBytes) {
         EXPECT_EQ(l.itab, 2);
         EXPECT_EQ(l.size(), c.data.size());
         EXPECT_TRUE(l.isContains(c.text.c_str()));
-        Opened out(writeBook([&](Xls<char> &x) { EXPECT_EQ(l.write(x), 4u + c.data.size()); }));
+        Opened out(writeBook([&](Xls<char> &x) { l.write(x); }));
         EXPECT_EQ(out.records().at(0).second, c.data);
     }
 }

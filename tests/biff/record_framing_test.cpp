@@ -170,12 +170,10 @@ TEST(RecordFraming, RawRecordsRoundTrip) {
         Biff b;
         b.id = 0x1AE;
         for (size_t i = 0; i < n; ++i) b.data.push_back(uint8_t(i * 7));
-        unsigned written = 0;
         std::string file = writeBook([&](Xls<char> &x) {
-            written = b.write(x);
+            b.write(x);
             x.write(0x0A, 0);
         });
-        EXPECT_EQ(written, 4 + n);
         Opened o(file);
         uint16_t id = 0, size = 0;
         o.x.readInt16(id);
@@ -227,8 +225,8 @@ TEST(RecordFraming, SmallRecordsRoundTripAndDump) {
     es.rgISSTInf.push_back({12, 12, 0});
     es.rgISSTInf.push_back({0x2030, 4, 0});
     std::string file = writeBook([&](Xls<char> &x) {
-        EXPECT_EQ(pi.write(x), 4u + 6 + 16);
-        EXPECT_EQ(es.write(x), 4u + 2 + 16);
+        pi.write(x);
+        es.write(x);
     });
     Opened o(file);
     PhoneticInfo pi2;
