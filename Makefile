@@ -11,7 +11,7 @@ CTEST_ARGS ?=
 
 # Debian packages for building, testing and the interop checks.
 DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
-       zlib1g-dev libbz2-dev libsparsehash-dev libutfcpp-dev libxml2-dev gettext \
+       zlib1g-dev libdeflate-dev libbz2-dev libsparsehash-dev libutfcpp-dev libxml2-dev gettext \
        python3 python3-olefile python3-xlrd python3-openpyxl python3-xlwt libreoffice-calc-nogui gnumeric \
        libfreexl-dev libxml2-utils libpugixml-dev clang-format lcov
 

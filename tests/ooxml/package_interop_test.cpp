@@ -1,0 +1,149 @@
+// Real packages open with every part reachable through relationships, and
+// LibreOffice opens a package written through the package layer.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "book/str_util.h"
+#include "book/tberror.h"
+#include "ooxml/package/content_types.h"
+#include "ooxml/package/file_util.h"
+#include "ooxml/package/package_names.h"
+#include "ooxml/package/relationships.h"
+#include "ooxml/package/zip_package.h"
+
+using namespace tabrix;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Parts = std::map<std::wstring, std::string, CaseInsensitiveLess>;
+
+Parts loadParts(ZipReader &zip)
+{
+    Parts parts;
+    for (size_t i = 0; i < zip.size(); ++i) {
+        char *bytes = nullptr;
+        size_t n = 0;
+        zip.data(i, bytes, n);
+        parts[zip.name(i)].assign(bytes, n);
+        std::free(bytes);
+    }
+    return parts;
+}
+
+// Walks the relationships from the package root; answers the problems found.
+std::string walk(const Parts &parts)
+{
+    std::string problems;
+    auto ct = parts.find(pkg::kContentTypesPart);
+    if (ct == parts.end())
+        return "no content types";
+    ContentTypes types(ct->second.data(), ct->second.size());
+    std::set<std::wstring, CaseInsensitiveLess> reached{pkg::kContentTypesPart}, todo{L"/"};
+    while (!todo.empty()) {
+        std::wstring source = *todo.begin();
+        todo.erase(todo.begin());
+        auto rels = parts.find(FileUtil::relsPartOf(source));
+        if (rels == parts.end())
+            continue;
+        reached.insert(rels->first);
+        Relationships r(rels->second.data(), rels->second.size());
+        for (const Relationships::Entry &e : r.entries()) {
+            // External targets and locations inside the document aren't parts.
+            if (e.targetMode == L"External" || e.target.empty() || e.target[0] == L'#')
+                continue;
+            std::wstring part = FileUtil::resolveTarget(source, e.target);
+            if (!parts.count(part))
+                problems += " missing " + packageNarrow(part);
+            else if (reached.insert(part).second)
+                todo.insert(part);
+        }
+    }
+    for (const auto &p : parts)
+        if (!reached.count(p.first) && p.first.back() != L'/')
+            problems += " unreached " + packageNarrow(p.first);
+    return problems;
+}
+
+} // namespace
+
+TEST(PackageInterop, CorpusPackagesOpen)
+{
+    // Files that are damaged or carry orphan parts on purpose.
+    const std::map<std::string, std::string> expected = {
+        {"issue252.xlsx", "Zlib library error (buffer error)."}, // a member inflates beyond its size
+        {"pass_protected.xlsx", "The central directory was not found in the archive (or you were trying to open "
+                                "not the last volume of a segmented archive)."}, // an encrypted compound file
+        {"empty_s_attribute.xlsx", " unreached /xl/.DS_Store"},
+        {"non_monotonic_si.xlsx", " unreached /xl/worksheets/sheet1_formatted.xml"},
+    };
+    size_t opened = 0;
+    for (const auto &f : fs::recursive_directory_iterator(std::string(TABRIX_CORPUS_DIR) + "/public")) {
+        if (f.path().extension() != ".xlsx")
+            continue;
+        std::string problem;
+        try {
+            ZipReader zip(packageWide(f.path().string()));
+            problem = walk(loadParts(zip));
+        } catch (const tberror &e) {
+            problem = e.what();
+        }
+        auto known = expected.find(f.path().filename().string());
+        if (known != expected.end())
+            EXPECT_EQ(problem, known->second) << f.path();
+        else if (f.path().filename() == "issue_530.xlsx") // a trimmed file: charts and comments left behind
+            EXPECT_EQ(problem.find(" missing"), std::string::npos) << f.path();
+        else
+            EXPECT_EQ(problem, "") << f.path();
+        ++opened;
+    }
+    EXPECT_GT(opened, 0u);
+}
+
+TEST(PackageInterop, LibreOfficeOpensWrittenPackage)
+{
+    if (std::system("command -v soffice >/dev/null 2>&1") != 0)
+        GTEST_SKIP() << "LibreOffice is not installed";
+    const std::string dir = std::string(TABRIX_TEST_TMP) + "/package_lo";
+    fs::create_directories(dir);
+    ContentTypes types;
+    types.addDefault(L"rels", pkg::kCtRelationships);
+    types.addDefault(L"xml", pkg::kCtXml);
+    types.addOverride(pkg::kWorkbookPart, pkg::kCtWorkbook);
+    types.addOverride(L"/xl/worksheets/sheet1.xml", pkg::kCtWorksheet);
+    Relationships root, book;
+    root.addRelation(pkg::kRelOfficeDocument, pkg::kWorkbookTarget);
+    book.addRelation(pkg::kRelWorksheet, L"worksheets/sheet1.xml");
+    const std::string ns = "xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"";
+    const std::string workbook = "<workbook " + ns +
+                                 " xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
+                                 "<sheets><sheet name=\"Data\" sheetId=\"1\" r:id=\"rId1\"/></sheets></workbook>";
+    const std::string sheet = "<worksheet " + ns + "><sheetData><row r=\"1\"><c r=\"A1\"><v>42.5</v></c>"
+                              "<c r=\"B1\" t=\"inlineStr\"><is><t>zip ok</t></is></c></row></sheetData></worksheet>";
+    std::string ctText, rootText, bookText;
+    types.save(ctText);
+    root.save(rootText);
+    book.save(bookText);
+    ZipWriter w(packageWide(dir + "/written.xlsx"));
+    w.add(pkg::kContentTypesPart, ctText.data(), ctText.size());
+    w.add(pkg::kPackageRels, rootText.data(), rootText.size());
+    w.add(pkg::kWorkbookPart, workbook.data(), workbook.size());
+    w.add(pkg::kWorkbookRels, bookText.data(), bookText.size());
+    w.add(L"/xl/worksheets/sheet1.xml", sheet.data(), sheet.size());
+    w.close();
+    std::remove((dir + "/written.csv").c_str());
+    const std::string cmd = "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
+                            "/profile --convert-to csv --outdir '" + dir + "' written.xlsx >/dev/null 2>&1";
+    ASSERT_EQ(std::system(cmd.c_str()), 0);
+    std::ifstream in(dir + "/written.csv");
+    std::stringstream csv;
+    csv << in.rdbuf();
+    EXPECT_EQ(csv.str().substr(0, 11), "42.5,zip ok");
+}
