@@ -269,21 +269,20 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
     case 448: // Excel9File
         if (size != 0) throw tberror("Excel9File size is incorrect");
         break;
-    case 235: { // MsoDrawingGroup with its CONTINUE records, as they stand
-        _drawingGroup.clear();
-        Biff b;
-        b.id = id;
-        b.read(_xls, size);
-        _drawingGroup.push_back(std::move(b));
+    case 235: { // MsoDrawingGroup, joined with its CONTINUE records
+        std::vector<uint8_t> bytes(size);
+        if (size) bytes.resize(_xls.read(bytes.data(), size));
+        _drawingGroupPieces.assign(1, uint16_t(bytes.size()));
         while (!_xls.eof() && _xls.peekInt16() == kContinueId) {
-            Biff c;
             uint16_t cid = 0, csize = 0;
             _xls.readInt16(cid);
             _xls.readInt16(csize);
-            c.id = cid;
-            c.read(_xls, csize);
-            _drawingGroup.push_back(std::move(c));
+            size_t at = bytes.size();
+            bytes.resize(at + csize);
+            if (csize) bytes.resize(at + _xls.read(bytes.data() + at, csize));
+            _drawingGroupPieces.push_back(uint16_t(bytes.size() - at));
         }
+        _drawingGroup.read(bytes.data(), bytes.size());
         break;
     }
     case SST::kId:
