@@ -30,6 +30,7 @@
 #include <cstdint>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tabrix {
@@ -243,9 +244,10 @@ private:
     SST _sst;
     bool _hasBookExt = false;
     // MsoDrawingGroup (235): its bytes joined across CONTINUE records, and
-    // the sizes of the pieces as read, which an unchanged group keeps.
+    // the record ids and sizes of the pieces as read, which an unchanged
+    // group keeps.
     MsoDrawingGroup _drawingGroup;
-    std::vector<uint16_t> _drawingGroupPieces;
+    std::vector<std::pair<uint16_t, uint16_t>> _drawingGroupPieces;
     std::vector<SupBookBlock> _supBookBlocks;
     std::vector<BoundSheet8> _boundSheets;
     std::vector<Biff> _unknown;

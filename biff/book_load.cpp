@@ -269,18 +269,18 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
     case 448: // Excel9File
         if (size != 0) throw tberror("Excel9File size is incorrect");
         break;
-    case 235: { // MsoDrawingGroup, joined with its CONTINUE records
+    case 235: { // MsoDrawingGroup, joined with the 235 and CONTINUE records after it
         std::vector<uint8_t> bytes(size);
         if (size) bytes.resize(_xls.read(bytes.data(), size));
-        _drawingGroupPieces.assign(1, uint16_t(bytes.size()));
-        while (!_xls.eof() && _xls.peekInt16() == kContinueId) {
+        _drawingGroupPieces.assign(1, {uint16_t(235), uint16_t(bytes.size())});
+        while (!_xls.eof() && (_xls.peekInt16() == kContinueId || _xls.peekInt16() == 235)) {
             uint16_t cid = 0, csize = 0;
             _xls.readInt16(cid);
             _xls.readInt16(csize);
             size_t at = bytes.size();
             bytes.resize(at + csize);
             if (csize) bytes.resize(at + _xls.read(bytes.data() + at, csize));
-            _drawingGroupPieces.push_back(uint16_t(bytes.size() - at));
+            _drawingGroupPieces.push_back({cid, uint16_t(bytes.size() - at)});
         }
         _drawingGroup.read(bytes.data(), bytes.size());
         break;

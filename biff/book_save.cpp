@@ -81,23 +81,23 @@ template <class C> void BookImplT<C>::writeOpaque(uint16_t id) {
 template <class C> void BookImplT<C>::writeDrawingGroup() {
     if (!_drawingGroup.present()) return;
     std::vector<uint8_t> bytes = _drawingGroup.write();
-    std::vector<uint16_t> pieces;
+    std::vector<std::pair<uint16_t, uint16_t>> pieces;
     size_t kept = 0;
-    for (uint16_t p : _drawingGroupPieces) kept += p;
+    for (const auto &p : _drawingGroupPieces) kept += p.second;
     if (!_drawingGroup.dirty() && kept == bytes.size()) {
         pieces = _drawingGroupPieces;
     } else {
         for (size_t left = bytes.size(); left > 0 || pieces.empty();) {
             uint16_t n = uint16_t(left < XlsRecords::kMaxRecordData ? left : XlsRecords::kMaxRecordData);
-            pieces.push_back(n);
+            pieces.push_back({pieces.empty() ? uint16_t(235) : XlsRecords::kContinueId, n});
             left -= n;
         }
     }
     size_t at = 0;
-    for (size_t i = 0; i < pieces.size(); ++i) {
-        _xls.write(i == 0 ? uint16_t(235) : XlsRecords::kContinueId, pieces[i]);
-        if (pieces[i]) _xls.write(bytes.data() + at, pieces[i]);
-        at += pieces[i];
+    for (const auto &p : pieces) {
+        _xls.write(p.first, p.second);
+        if (p.second) _xls.write(bytes.data() + at, p.second);
+        at += p.second;
     }
 }
 
