@@ -52,7 +52,9 @@ public:
     std::unique_ptr<OfficeArtRecordBase> clone() const override;
     void readBody(ByteCursor &body) override;
     void writeBody(std::vector<uint8_t> &out) const override;
-    uint32_t bodySize() const override { return uint32_t(16 + 8 * _clusters.size() + _tail.size()); }
+    uint32_t bodySize() const override {
+        return uint32_t(16 + 8 * _clusters.size() + _tail.size());
+    }
     const char *name() const override { return "OfficeArtFDGGBlock"; }
 
     uint32_t spidMax = 1027, cidcl = 2, cspSaved = 3, cdgSaved = 1;

@@ -25,7 +25,8 @@ MsoDrawingGroup &MsoDrawingGroup::operator=(const MsoDrawingGroup &other) {
     _dirty = other._dirty;
     _container = other._container;
     _header = other._header;
-    for (int i = 0; i < kSlots; ++i) _slots[i] = other._slots[i] ? other._slots[i]->clone() : nullptr;
+    for (int i = 0; i < kSlots; ++i)
+        _slots[i] = other._slots[i] ? other._slots[i]->clone() : nullptr;
     _rest = other._rest;
     _after = other._after;
     return *this;

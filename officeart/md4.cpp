@@ -37,7 +37,8 @@ void MD4::transform(const uint8_t block[64]) {
     // Each step updates one of a, b, c, d in turn: index (4 - i % 4) % 4.
     for (int i = 0; i < 16; ++i) {
         int a = (4 - i % 4) % 4;
-        s[a] = rotl(s[a] + f(s[(a + 1) % 4], s[(a + 2) % 4], s[(a + 3) % 4]) + x[i], kShift1[i % 4]);
+        s[a] =
+            rotl(s[a] + f(s[(a + 1) % 4], s[(a + 2) % 4], s[(a + 3) % 4]) + x[i], kShift1[i % 4]);
     }
     for (int i = 0; i < 16; ++i) {
         int a = (4 - i % 4) % 4;

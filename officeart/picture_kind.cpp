@@ -23,10 +23,10 @@ struct NameRule {
     BlipKind kind;
 };
 const NameRule kNames[] = {
-    {".png", BlipKind::PNG}, {".PNG", BlipKind::PNG}, {".jpg", BlipKind::JPEG},
+    {".png", BlipKind::PNG},  {".PNG", BlipKind::PNG}, {".jpg", BlipKind::JPEG},
     {".JPG", BlipKind::JPEG}, {".wmf", BlipKind::WMF}, {".WMF", BlipKind::WMF},
-    {".bmp", BlipKind::DIB}, {".BMP", BlipKind::DIB}, {".dib", BlipKind::DIB},
-    {".DIB", BlipKind::DIB}, {".emf", BlipKind::EMF}, {".EMF", BlipKind::EMF},
+    {".bmp", BlipKind::DIB},  {".BMP", BlipKind::DIB}, {".dib", BlipKind::DIB},
+    {".DIB", BlipKind::DIB},  {".emf", BlipKind::EMF}, {".EMF", BlipKind::EMF},
 };
 
 const uint8_t kPlaceable[4] = {0xD7, 0xCD, 0xC6, 0x9A};
@@ -76,7 +76,11 @@ BlipKind sniffPicture(const uint8_t *d, size_t size) {
     if (std::memcmp(d, kPlaceable, 4) == 0) return BlipKind::WMF;
     if (d[0] == 0x42 && d[1] == 'M') return BlipKind::DIB;
     switch (d[0]) {
-    case 0x0C: case 0x28: case 0x40: case 0x6C: case 0x7C: return BlipKind::DIB;
+    case 0x0C:
+    case 0x28:
+    case 0x40:
+    case 0x6C:
+    case 0x7C: return BlipKind::DIB;
     default: break;
     }
     if (d[0] == 0x01 && d[1] == 0x00) return BlipKind::EMF;
@@ -93,7 +97,8 @@ BlipKind pictureKindOfName(const std::string &path) {
 }
 
 void preparePictureBytes(std::vector<uint8_t> &b) {
-    if (b.size() >= 23 && std::memcmp(b.data(), kPlaceable, 4) == 0) b.erase(b.begin(), b.begin() + 22);
+    if (b.size() >= 23 && std::memcmp(b.data(), kPlaceable, 4) == 0)
+        b.erase(b.begin(), b.begin() + 22);
     if (b.size() >= 15 && b[0] == 'B' && b[1] == 'M') b.erase(b.begin(), b.begin() + 14);
 }
 

@@ -51,8 +51,10 @@ std::unique_ptr<OfficeArtRecordBase> readOfficeArtRecord(ByteCursor &in, int dep
             std::unique_ptr<OfficeArtBlip> blip(new OfficeArtBlip(blipKindOfType(h.type())));
             blip->header() = h;
             // A blip of an instance no form knows is carried as it came.
-            if (blipInstanceKnown(*blip)) r = std::move(blip);
-            else r.reset(new OfficeArtRawRecord());
+            if (blipInstanceKnown(*blip))
+                r = std::move(blip);
+            else
+                r.reset(new OfficeArtRawRecord());
             break;
         }
         case OfficeArtBody::FBSE: r.reset(new OfficeArtFBSE(depth + 1)); break;

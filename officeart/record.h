@@ -29,7 +29,9 @@ public:
     // Header and body; nothing when absent.  A dirty record's length is
     // worked out again, a loaded one keeps its stored length.
     void write(std::vector<uint8_t> &out) const;
-    uint32_t size() const { return _absent ? 0 : uint32_t(OfficeArtRecordHeader::kSize) + bodySize(); }
+    uint32_t size() const {
+        return _absent ? 0 : uint32_t(OfficeArtRecordHeader::kSize) + bodySize();
+    }
 
     const OfficeArtRecordHeader &header() const { return _header; }
     OfficeArtRecordHeader &header() { return _header; }

@@ -32,7 +32,8 @@ Bytes tail(const Bytes &b, size_t from) { return Bytes(b.begin() + long(from), b
 
 std::string writeFile(const std::string &name, const Bytes &bytes) {
     std::string path = tmpPath(name);
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char *>(bytes.data()), long(bytes.size()));
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char *>(bytes.data()), long(bytes.size()));
     return path;
 }
 
@@ -72,7 +73,8 @@ TEST(PictureStore, KindsSizesAndStoredBytes) {
         const Case &c = cases[i];
         SCOPED_TRACE(i);
         int id = c.file ? book->addPicture(writeFile(c.file, c.bytes).c_str())
-                        : book->addPicture2(reinterpret_cast<const char *>(c.bytes.data()), unsigned(c.bytes.size()));
+                        : book->addPicture2(reinterpret_cast<const char *>(c.bytes.data()),
+                                            unsigned(c.bytes.size()));
         ASSERT_EQ(id, int(i)) << book->errorMessage();
         ASSERT_EQ(group.addPicture2(c.bytes.data(), c.bytes.size()), int(i));
         EXPECT_EQ(group.picture(i).width(), c.width);
@@ -125,7 +127,8 @@ TEST(PictureStore, RefusalsLeaveTheStoreAlone) {
         SCOPED_TRACE(c.message);
         int id = -2;
         if (!c.file)
-            id = book->addPicture2(reinterpret_cast<const char *>(c.bytes->data()), unsigned(c.bytes->size()));
+            id = book->addPicture2(reinterpret_cast<const char *>(c.bytes->data()),
+                                   unsigned(c.bytes->size()));
         else if (c.bytes)
             id = book->addPicture(writeFile(c.file, *c.bytes).c_str());
         else

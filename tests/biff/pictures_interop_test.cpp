@@ -62,7 +62,9 @@ for vi, t, a, e in records(group, 0, len(group)):
                 print('pic', codes.get(bt, -1), group[ba + head:be].hex())
 )PY";
 
-std::vector<std::string> walk(const std::string &path) { return runPython("dgg_walk.py", kWalker, "'" + path + "'"); }
+std::vector<std::string> walk(const std::string &path) {
+    return runPython("dgg_walk.py", kWalker, "'" + path + "'");
+}
 
 std::string hex(const char *data, unsigned size) {
     std::string out;
@@ -88,20 +90,22 @@ std::vector<std::string> ourPictures(Book &book) {
 
 bool made(const std::string &path, const std::string &command) {
     std::remove(path.c_str());
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 && std::fopen(path.c_str(), "rb");
+    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 &&
+           std::fopen(path.c_str(), "rb");
 }
 
 } // namespace
 
 TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
     if (!pythonHas("olefile")) GTEST_SKIP() << "python3-olefile missing";
-    const Bytes images[] = {pngImage(64, 32),     jpegImage(0xE0, 10, 20), jpegImage(0xE1, 30, 40),
-                            bmpImage(7, 8),       dibImage(9, 10),         wmfImage(),
+    const Bytes images[] = {pngImage(64, 32), jpegImage(0xE0, 10, 20), jpegImage(0xE1, 30, 40),
+                            bmpImage(7, 8),   dibImage(9, 10),         wmfImage(),
                             emfImage(100, 50)};
     BookPtr book(new BinaryBookT<char>());
     book->addSheet("Sheet1", nullptr);
     for (const Bytes &b : images)
-        ASSERT_GE(book->addPicture2(reinterpret_cast<const char *>(b.data()), unsigned(b.size())), 0);
+        ASSERT_GE(book->addPicture2(reinterpret_cast<const char *>(b.data()), unsigned(b.size())),
+                  0);
     std::string path = tmpPath("pictures_added.xls");
     ASSERT_TRUE(book->save(path.c_str())) << book->errorMessage();
     std::vector<std::string> expected = ourPictures(*book);
@@ -119,14 +123,17 @@ TEST(PicturesInterop, OtherWritersPicturesAndGroupKept) {
     std::vector<std::string> files;
     for (const std::string &f : corpusXlsFiles())
         if (f.find("picture") != std::string::npos) files.push_back(f);
-    const std::string source = std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/image01.xlsx";
+    const std::string source =
+        std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/image01.xlsx";
     const std::string dir = tmpPath("pictures_made");
-    std::system(("mkdir -p '" + dir + "' && cp '" + source + "' '" + dir + "/image01.xlsx'").c_str());
-    if (made(dir + "/image01.xls", "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
-                                       dir + "/lo_profile --convert-to xls image01.xlsx"))
+    std::system(
+        ("mkdir -p '" + dir + "' && cp '" + source + "' '" + dir + "/image01.xlsx'").c_str());
+    if (made(dir + "/image01.xls",
+             "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
+                 dir + "/lo_profile --convert-to xls image01.xlsx"))
         files.push_back(dir + "/image01.xls");
-    if (made(dir + "/gnumeric.xls",
-             "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + dir + "/image01.xlsx' '" + dir + "/gnumeric.xls'"))
+    if (made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + dir +
+                                        "/image01.xlsx' '" + dir + "/gnumeric.xls'"))
         files.push_back(dir + "/gnumeric.xls");
     ASSERT_GE(files.size(), 3u);
 
@@ -146,8 +153,9 @@ TEST(PicturesInterop, OtherWritersPicturesAndGroupKept) {
 
         // With one more picture, the old ones stay and the new one follows.
         const Bytes png = pngImage(5, 5);
-        ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
-                  int(lines.size()) - 1);
+        ASSERT_EQ(
+            book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
+            int(lines.size()) - 1);
         ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
         std::vector<std::string> more = walk(saved);
         ASSERT_EQ(more.size(), lines.size() + 1);

@@ -20,7 +20,8 @@ using Bytes = std::vector<uint8_t>;
 
 Bytes rec(uint16_t ver, uint16_t inst, uint16_t type, const Bytes &body, int len = -1) {
     Bytes out;
-    OfficeArtRecordHeader(ver, inst, type, len < 0 ? uint32_t(body.size()) : uint32_t(len)).write(out);
+    OfficeArtRecordHeader(ver, inst, type, len < 0 ? uint32_t(body.size()) : uint32_t(len))
+        .write(out);
     putBytes(out, body);
     return out;
 }
@@ -43,13 +44,13 @@ Bytes props() { // two entries, the second complex with four bytes
     return b;
 }
 
-const Bytes kShape = rec(15, 0, 0xF004, cat({rec(2, 75, 0xF00A, zeros(8)), rec(3, 2, 0xF00B, props()),
-                                            rec(0, 0, 0xF010, zeros(18)), rec(0, 0, 0xF011, {})}));
-const Bytes kDrawing = rec(15, 0, 0xF002, cat({rec(0, 1, 0xF008, zeros(8)),
-                                              rec(15, 0, 0xF003, cat({rec(1, 0, 0xF009, zeros(16)), kShape}))}));
-Bytes blipPng(uint16_t inst, size_t image) {
-    return rec(0, inst, 0xF01E, zeros(17 + image));
-}
+const Bytes kShape = rec(15, 0, 0xF004,
+                         cat({rec(2, 75, 0xF00A, zeros(8)), rec(3, 2, 0xF00B, props()),
+                              rec(0, 0, 0xF010, zeros(18)), rec(0, 0, 0xF011, {})}));
+const Bytes kDrawing = rec(15, 0, 0xF002,
+                           cat({rec(0, 1, 0xF008, zeros(8)),
+                                rec(15, 0, 0xF003, cat({rec(1, 0, 0xF009, zeros(16)), kShape}))}));
+Bytes blipPng(uint16_t inst, size_t image) { return rec(0, inst, 0xF01E, zeros(17 + image)); }
 
 std::string classOf(const OfficeArtRecordBase &r) { return r.name(); }
 
@@ -64,24 +65,33 @@ TEST(OfficeArtRecords, ReadWriteCheckAndErrors) {
     };
     const Case cases[] = {
         {"drawing with shapes", kDrawing, "OfficeArtDgContainer", nullptr},
-        {"drawing container of any version", rec(3, 0, 0xF002, kShape), "OfficeArtDgContainer", nullptr},
-        {"shape container with instance 1", rec(15, 1, 0xF004, zeros(8)), "OfficeArtRecord", nullptr},
+        {"drawing container of any version", rec(3, 0, 0xF002, kShape), "OfficeArtDgContainer",
+         nullptr},
+        {"shape container with instance 1", rec(15, 1, 0xF004, zeros(8)), "OfficeArtRecord",
+         nullptr},
         {"FDG of length 7", rec(0, 1, 0xF008, zeros(7)), "OfficeArtRecord", nullptr},
         {"unknown type", rec(0, 0, 0xF0FF, {1, 2, 3}), "OfficeArtRecord", nullptr},
-        {"container with a short tail", rec(15, 0, 0xF003, cat({kShape, {9, 9, 9}})), "OfficeArtSpgrContainer", nullptr},
-        {"store of one picture", rec(15, 1, 0xF001, rec(2, 6, 0xF007, cat({zeros(36), blipPng(1760, 3)}))),
+        {"container with a short tail", rec(15, 0, 0xF003, cat({kShape, {9, 9, 9}})),
+         "OfficeArtSpgrContainer", nullptr},
+        {"store of one picture",
+         rec(15, 1, 0xF001, rec(2, 6, 0xF007, cat({zeros(36), blipPng(1760, 3)}))),
          "OfficeArtBStoreContainer", nullptr},
         {"blip of an unknown instance", rec(0, 7, 0xF01E, zeros(20)), "OfficeArtRecord", nullptr},
-        {"JPEG blip, CMYK two digests", rec(0, 1763, 0xF01D, zeros(40)), "OfficeArtBlipJPEG", nullptr},
-        {"cluster block", rec(0, 0, 0xF006, cat({{3, 0, 0, 0, 2, 0, 0, 0}, zeros(16)})), "OfficeArtFDGGBlock", nullptr},
+        {"JPEG blip, CMYK two digests", rec(0, 1763, 0xF01D, zeros(40)), "OfficeArtBlipJPEG",
+         nullptr},
+        {"cluster block", rec(0, 0, 0xF006, cat({{3, 0, 0, 0, 2, 0, 0, 0}, zeros(16)})),
+         "OfficeArtFDGGBlock", nullptr},
         {"truncated header", {0x0F, 0, 0x02, 0xF0, 0}, "", "error in record OfficeArtRecordHeader"},
-        {"container overruns", rec(15, 0, 0xF003, zeros(4), 40), "", "error in record OfficeArtSpgrContainer"},
+        {"container overruns", rec(15, 0, 0xF003, zeros(4), 40), "",
+         "error in record OfficeArtSpgrContainer"},
         {"child overruns its container", rec(15, 0, 0xF005, rec(3, 0, 0xF00B, zeros(8), 9)), "",
          "error in record OfficeArtRGFOPTE"},
         {"unmodelled child overruns", rec(15, 0, 0xF004, rec(0, 0, 0xF014, zeros(8), 9)), "",
          "error in record OfficeArtRecord"},
-        {"properties longer than the body", rec(3, 3, 0xF00B, zeros(12)), "", "error in record OfficeArtRGFOPTE"},
-        {"store entry shorter than its fields", rec(2, 6, 0xF007, zeros(20)), "", "error in record OfficeArtFBSE"},
+        {"properties longer than the body", rec(3, 3, 0xF00B, zeros(12)), "",
+         "error in record OfficeArtRGFOPTE"},
+        {"store entry shorter than its fields", rec(2, 6, 0xF007, zeros(20)), "",
+         "error in record OfficeArtFBSE"},
         {"blip shorter than its digest", rec(0, 1760, 0xF01E, zeros(10)), "",
          "error in record OfficeArtBlipPNG"},
         {"cluster pairs overrun", rec(0, 0, 0xF006, cat({{0, 0, 0, 0, 5, 0, 0, 0}, zeros(16)})), "",
