@@ -21,9 +21,6 @@ namespace tabrix {
 
 int libraryVersion();
 
-namespace {
-} // namespace
-
 template <class C>
 const uint16_t BookImplT<C>::kOpaqueIds[11] = {211,  445,  442,  2172, 2190, 4188,
                                                2202, 2211, 2198, 2203, 2188};
@@ -192,7 +189,8 @@ template <class C> int BookImplT<C>::addPicture(const C *filename) {
     BlipKind kind = pictureKindOfName(path);
     std::ifstream in(path, std::ios::binary);
     if (!in) throw tberror("can't open file");
-    std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)),
+                               std::istreambuf_iterator<char>());
     if (in.bad()) throw tberror("can't open file");
     return _drawingGroup.addPicture(kind, std::move(bytes));
 }

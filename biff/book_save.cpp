@@ -88,7 +88,8 @@ template <class C> void BookImplT<C>::writeDrawingGroup() {
         pieces = _drawingGroupPieces;
     } else {
         for (size_t left = bytes.size(); left > 0 || pieces.empty();) {
-            uint16_t n = uint16_t(left < XlsRecords::kMaxRecordData ? left : XlsRecords::kMaxRecordData);
+            uint16_t n =
+                uint16_t(left < XlsRecords::kMaxRecordData ? left : XlsRecords::kMaxRecordData);
             pieces.push_back({pieces.empty() ? uint16_t(235) : XlsRecords::kContinueId, n});
             left -= n;
         }
