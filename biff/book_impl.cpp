@@ -15,14 +15,11 @@
 #include <clocale>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 
 namespace tabrix {
 
 int libraryVersion();
-
-namespace {
-const char *const kPicturesUnsupported = "not supported yet";
-} // namespace
 
 template <class C>
 const uint16_t BookImplT<C>::kOpaqueIds[11] = {211,  445,  442,  2172, 2190, 4188,
@@ -71,6 +68,7 @@ template <class C> void BookImplT<C>::reset() {
     _sst.reset();
     _hasBookExt = false;
     _drawingGroup.clear();
+    _drawingGroupPieces.clear();
     _supBookBlocks.clear();
     _boundSheets.clear();
     _unknown.clear();
@@ -172,20 +170,33 @@ bool BookImplT<C>::dateUnpack(double value, int *year, int *month, int *day, int
     return tabrix::dateUnpack(isDate1904(), value, year, month, day, hour, min, sec, msec);
 }
 
-// ---- pictures: the picture store is later work ----
+// ---- pictures, kept in the drawing group's store ----
 
-template <class C> int BookImplT<C>::getPicture(int, const char **data, unsigned *size) {
+template <class C> int BookImplT<C>::getPicture(int index, const char **data, unsigned *size) {
     if (data) *data = nullptr;
     if (size) *size = 0;
-    throw tberror(kPicturesUnsupported);
+    if (index < 0) throw tberror("index is out of range");
+    const OfficeArtBlip *blip = _drawingGroup.picture(size_t(index)).blip();
+    if (!blip) throw tberror("unknown picture format");
+    if (data) *data = reinterpret_cast<const char *>(blip->image().data());
+    if (size) *size = unsigned(blip->image().size());
+    return blipKindInfo(blip->kind()).pictureCode;
 }
 
-template <class C> int BookImplT<C>::addPicture(const C *) {
-    throw tberror(kPicturesUnsupported);
+template <class C> int BookImplT<C>::addPicture(const C *filename) {
+    std::string path;
+    if (!filename || !narrowPath(filename, path)) throw tberror("can't open file");
+    BlipKind kind = pictureKindOfName(path);
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw tberror("can't open file");
+    std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)),
+                               std::istreambuf_iterator<char>());
+    if (in.bad()) throw tberror("can't open file");
+    return _drawingGroup.addPicture(kind, std::move(bytes));
 }
 
-template <class C> int BookImplT<C>::addPicture2(const char *, unsigned) {
-    throw tberror(kPicturesUnsupported);
+template <class C> int BookImplT<C>::addPicture2(const char *data, unsigned size) {
+    return _drawingGroup.addPicture2(reinterpret_cast<const uint8_t *>(data), size);
 }
 
 // ---- settings ----

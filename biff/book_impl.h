@@ -23,12 +23,14 @@
 #include "biff/sheet_owner.h"
 #include "biff/style_table.h"
 #include "biff/xls.h"
+#include "officeart/drawing_group.h"
 #include "book/operation_frame.h"
 #include "book/unsupported_operations.h"
 
 #include <cstdint>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tabrix {
@@ -113,10 +115,12 @@ public:
                     int *msec) override;
     Color colorPack(int red, int green, int blue) override;
     void colorUnpack(Color color, int *red, int *green, int *blue) override;
-    int pictureSize() override { return 0; }
+    int pictureSize() override { return int(_drawingGroup.pictureCount()); }
     int getPicture(int index, const char **data, unsigned *size) override;
     int addPicture(const C *filename) override;
     int addPicture2(const char *data, unsigned size) override;
+    // Counts one more shape using picture id (one-based).
+    void addPicRef(int id) { _drawingGroup.addPicRef(id); }
     const C *defaultFont(int *fontSize) override;
     void setDefaultFont(const C *fontName, int fontSize) override;
     bool refR1C1() override;
@@ -202,6 +206,7 @@ private:
     void checkSavable() const;
     void writeStream();
     void writeGlobals(std::vector<uint32_t> &boundPos);
+    void writeDrawingGroup();
     void writeWord(uint16_t id, uint16_t value);
     void writeOpaque(uint16_t id);
 
@@ -238,8 +243,11 @@ private:
     StyleTable<C> _styles;
     SST _sst;
     bool _hasBookExt = false;
-    // MsoDrawingGroup (235) with its CONTINUE records, as read.
-    std::vector<Biff> _drawingGroup;
+    // MsoDrawingGroup (235): its bytes joined across CONTINUE records, and
+    // the record ids and sizes of the pieces as read, which an unchanged
+    // group keeps.
+    MsoDrawingGroup _drawingGroup;
+    std::vector<std::pair<uint16_t, uint16_t>> _drawingGroupPieces;
     std::vector<SupBookBlock> _supBookBlocks;
     std::vector<BoundSheet8> _boundSheets;
     std::vector<Biff> _unknown;

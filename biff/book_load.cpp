@@ -268,21 +268,20 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
     case rid::Excel9File: // Excel9File
         if (size != 0) throw tberror("Excel9File size is incorrect");
         break;
-    case rid::MsoDrawingGroup: { // MsoDrawingGroup with its CONTINUE records, as they stand
-        _drawingGroup.clear();
-        Biff b;
-        b.id = id;
-        b.read(_xls, size);
-        _drawingGroup.push_back(std::move(b));
-        while (!_xls.eof() && _xls.peekInt16() == rid::Continue) {
-            Biff c;
+    case rid::MsoDrawingGroup: { // joined with the MsoDrawingGroup and CONTINUE records after it
+        std::vector<uint8_t> bytes(size);
+        if (size) bytes.resize(_xls.read(bytes.data(), size));
+        _drawingGroupPieces.assign(1, {rid::MsoDrawingGroup, uint16_t(bytes.size())});
+        while (!_xls.eof() && (_xls.peekInt16() == rid::Continue || _xls.peekInt16() == rid::MsoDrawingGroup)) {
             uint16_t cid = 0, csize = 0;
             _xls.readInt16(cid);
             _xls.readInt16(csize);
-            c.id = cid;
-            c.read(_xls, csize);
-            _drawingGroup.push_back(std::move(c));
+            size_t at = bytes.size();
+            bytes.resize(at + csize);
+            if (csize) bytes.resize(at + _xls.read(bytes.data() + at, csize));
+            _drawingGroupPieces.push_back({cid, uint16_t(bytes.size() - at)});
         }
+        _drawingGroup.read(bytes.data(), bytes.size());
         break;
     }
     case SST::kId:

@@ -75,6 +75,33 @@ template <class C> void BookImplT<C>::writeOpaque(uint16_t id) {
     if (k && !k->absent) k->record.write(_xls);
 }
 
+// The drawing group goes out as MsoDrawingGroup continued by CONTINUE records.  An
+// unchanged group is cut where it was cut when read, so it comes back byte
+// for byte; a changed one is cut at the largest record size.
+template <class C> void BookImplT<C>::writeDrawingGroup() {
+    if (!_drawingGroup.present()) return;
+    std::vector<uint8_t> bytes = _drawingGroup.write();
+    std::vector<std::pair<uint16_t, uint16_t>> pieces;
+    size_t kept = 0;
+    for (const auto &p : _drawingGroupPieces) kept += p.second;
+    if (!_drawingGroup.dirty() && kept == bytes.size()) {
+        pieces = _drawingGroupPieces;
+    } else {
+        for (size_t left = bytes.size(); left > 0 || pieces.empty();) {
+            uint16_t n =
+                uint16_t(left < XlsRecords::kMaxRecordData ? left : XlsRecords::kMaxRecordData);
+            pieces.push_back({pieces.empty() ? rid::MsoDrawingGroup : rid::Continue, n});
+            left -= n;
+        }
+    }
+    size_t at = 0;
+    for (const auto &p : pieces) {
+        _xls.write(p.first, p.second);
+        if (p.second) _xls.write(bytes.data() + at, p.second);
+        at += p.second;
+    }
+}
+
 template <class C> void BookImplT<C>::writeGlobals(std::vector<uint32_t> &boundPos) {
     _bof.write(_xls);
     if (_template) _xls.write(rid::Template, 0);
@@ -145,7 +172,7 @@ template <class C> void BookImplT<C>::writeGlobals(std::vector<uint32_t> &boundP
     _xls.writeInt16(_recalcReserved);
     _xls.writeInt32(_recalcBuild);
     for (const Biff &b : _hfPictures) b.write(_xls);
-    for (const Biff &b : _drawingGroup) b.write(_xls);
+    writeDrawingGroup();
     _sst.write(_xls);
     for (uint16_t id : {2198, 2203, 2188}) writeOpaque(id);
     for (const Biff &b : _unknown) b.write(_xls);
