@@ -123,8 +123,6 @@ lmx::elmx_error check_content_model(const c_node &node, std::string &bad) {
         return seq.empty() ? lmx::ELMX_OK : lmx::ELMX_BAD_END_OF_ELEMENT;
     c_matcher m(set, seq);
     const e_match r = m.match(t.particle);
-    if (r == NOMATCH && seq.empty())
-        return lmx::ELMX_UNEXPECTED_EMPTY_ELEMENT;
     if (r == BROKEN || (r == NOMATCH && m._pos == seq.size()))
         return lmx::ELMX_MANDATORY_ELEMENT_MISSING;
     if (m._pos < seq.size()) {

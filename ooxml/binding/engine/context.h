@@ -65,8 +65,8 @@ private:
 };
 
 // Checks the order of `node`'s children against its type's content model:
-// 10 for a child out of place, 21 for a missing required child, 32 for an
-// element left empty where content is required.  `bad` names the culprit.
+// 10 for a child out of place, 21 for a missing required child.  `bad`
+// names the culprit.
 lmx::elmx_error check_content_model(const c_node &node, std::string &bad);
 
 // The hand-made class for a complex type of this set, or null.

@@ -12,7 +12,7 @@ namespace {
 
 struct s_part_root {
     const char *name;
-    const char *uri_tail; // the end of the namespace URI, the same in both editions
+    const char *uri_part; // a part of the namespace URI that both editions share
     bool tolerant;        // unknown children skipped (Transitional only)
 };
 
@@ -20,16 +20,12 @@ const s_part_root k_part_roots[] = {
     {nullptr, nullptr, false},
     {"Types", "/content-types", false},
     {"Relationships", "package/2006/relationships", false},
-    {"workbook", "spreadsheetml/main", true},
-    {"worksheet", "spreadsheetml/main", true},
-    {"styleSheet", "spreadsheetml/main", false},
-    {"sst", "spreadsheetml/main", false},
+    {"workbook", "spreadsheetml", true},
+    {"worksheet", "spreadsheetml", true},
+    {"styleSheet", "spreadsheetml", false},
+    {"sst", "spreadsheetml", false},
     {"wsDr", "spreadsheetDrawing", false},
 };
-
-bool ends_with(std::string_view s, std::string_view tail) {
-    return s.size() >= tail.size() && s.substr(s.size() - tail.size()) == tail;
-}
 
 // The global element of `set` for this part, or -1.
 int32_t find_root(const s_schema_set &set, e_part part, int ns, std::string_view local) {
@@ -38,7 +34,7 @@ int32_t find_root(const s_schema_set &set, e_part part, int ns, std::string_view
         const s_global_element &g = set.roots[i];
         if (part == PART_ANY ? (g.ns == ns && local == g.name)
                              : (std::strcmp(g.name, want.name) == 0 &&
-                                ends_with(set.ns[g.ns - lmx::NS_FIRST_TABLE].uri, want.uri_tail)))
+                                std::strstr(set.ns[g.ns - lmx::NS_FIRST_TABLE].uri, want.uri_part)))
             return static_cast<int32_t>(i);
     }
     return -1;

@@ -16,7 +16,7 @@ const lmx::s_ns_map k_ns[] = {
     {1008, "s", "http://schemas.openxmlformats.org/officeDocument/2006/sharedTypes"},
     {1009, "", "http://schemas.openxmlformats.org/package/2006/content-types"},
     {1010, "", "http://schemas.openxmlformats.org/package/2006/relationships"},
-    {1011, "ns11", "http://schemas.openxmlformats.org/spreadsheetml/2006/main"},
+    {1011, "", "http://schemas.openxmlformats.org/spreadsheetml/2006/main"},
     {0, nullptr, nullptr}};
 const char *const k_enum0[] = {"percentStacked", "standard", "stacked", nullptr};
 const lmx::c_regex k_re9_0("-\077[0-9]+(\\.[0-9]+)\077(mm|cm|in|pt|pc|pi)");
