@@ -56,6 +56,7 @@ public:
     // Declares a namespace binding of the source document.
     void declare(const std::string &prefix, const std::string &uri);
     void write_element(const c_node &node, int ns, std::string_view name);
+    void write_child(const c_child &c);
     void write_foreign(const std::vector<s_foreign_attribute> &attrs);
 
 private:

@@ -44,8 +44,13 @@ void c_write_context::write_element(const c_node &node, int ns_id, std::string_v
     write_foreign(node._foreign);
     if (!node._text.empty())
         _w.text(node._text);
-    for (const c_child &c : node._children) {
-        switch (c.kind) {
+    for (const c_child &c : node._children)
+        write_child(c);
+    _w.end_element();
+}
+
+void c_write_context::write_child(const c_child &c) {
+    switch (c.kind) {
         case K_NODE: {
             const s_element_decl &d = _set.elems[c.decl];
             write_element(*c.node, d.ns, d.name);
@@ -57,15 +62,13 @@ void c_write_context::write_element(const c_node &node, int ns_id, std::string_v
             break;
         }
         case K_TEXT:
-            _w.text(c.text);
+            _w.text(c.node->_text);
             break;
         case K_RAW:
         case K_ANY:
             _w.write_any_info(*c.raw);
             break;
-        }
     }
-    _w.end_element();
 }
 
 } // namespace binding

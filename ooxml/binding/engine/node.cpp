@@ -5,7 +5,7 @@
 
 namespace binding {
 
-c_child::c_child(const c_child &o) : kind(o.kind), decl(o.decl), text(o.text) {
+c_child::c_child(const c_child &o) : kind(o.kind), decl(o.decl) {
     if (o.node)
         node = std::make_unique<c_node>(*o.node);
     if (o.raw)

@@ -40,7 +40,7 @@ class c_node;
 
 enum e_child_kind : uint8_t {
     K_NODE,   // a bound element
-    K_TEXT,   // text of mixed content
+    K_TEXT,   // text of mixed content, held as a node's text
     K_RAW,    // kept as raw XML: alternate content, ignorable namespaces, extension lists
     K_ANY,    // an element in an xs:any slot, raw
     K_HAND    // a hand-made object
@@ -52,7 +52,6 @@ struct c_child {
     std::unique_ptr<c_node> node;
     std::unique_ptr<lmx::c_any_info> raw;
     std::unique_ptr<c_hand_made> hand;
-    std::string text;
 
     c_child() = default;
     c_child(c_child &&) = default;

@@ -163,7 +163,8 @@ elmx_error c_read_context::read_content(c_node &node) {
             } else if (mixed) {
                 c_child c;
                 c.kind = K_TEXT;
-                c.text = std::string(_r.text());
+                c.node = std::make_unique<c_node>(&_set, -1, -1);
+                c.node->_text = std::string(_r.text());
                 node._children.push_back(std::move(c));
             } else if (!_r.text_is_space()) {
                 return fail(lmx::ELMX_BAD_END_OF_ELEMENT, name, __LINE__);
