@@ -1,0 +1,49 @@
+// A bound part: its root node, the root's name and the namespace bindings
+// of the source, read from and written to bytes through one edition's tables.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "ooxml/binding/engine/node.h"
+
+namespace binding {
+
+enum e_edition { TRANSITIONAL, STRICT };
+
+const s_schema_set &schema_set(e_edition e);
+
+// What a part must hold at its root.  PART_ANY takes any global element of the set.
+enum e_part { PART_ANY, PART_CONTENT_TYPES, PART_RELATIONSHIPS, PART_WORKBOOK, PART_WORKSHEET,
+              PART_STYLESHEET, PART_SST, PART_DRAWING };
+
+class c_document {
+public:
+    // Reads a part: 16 when the root is not what `part` asks for in this
+    // edition; 0 or the first error otherwise, detailed in `debug`.
+    lmx::elmx_error unmarshal(const char *data, size_t size, e_edition edition, e_part part,
+                              lmx::s_debug_error *debug = nullptr);
+    // Writes the part (the XML declaration first) into `out`.
+    lmx::elmx_error marshal(std::string &out, lmx::s_debug_error *debug = nullptr) const;
+
+    // Makes an empty part of this kind.
+    void create(e_edition edition, e_part part);
+
+    const s_schema_set *set() const { return _set; }
+    c_node &root() { return _root; }
+    const c_node &root() const { return _root; }
+    std::string_view root_name() const;
+    // Undeclared unqualified attributes and skipped unknown elements of the last read.
+    size_t dropped() const { return _dropped; }
+
+private:
+    const s_schema_set *_set = nullptr;
+    int32_t _root_decl = -1;
+    c_node _root;
+    size_t _dropped = 0;
+    std::vector<std::pair<std::string, std::string>> _decls;
+};
+
+} // namespace binding

@@ -1,0 +1,85 @@
+// The cell, made by hand: a worksheet holds millions, so the common cell
+// (reference, style, type, value) is kept in a few plain fields, and
+// anything rarer (formula, inline string, other attributes, foreign
+// content) in a generic node beside it, created only when present.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "ooxml/binding/engine/context.h"
+
+namespace binding {
+
+class c_cell : public c_hand_made {
+public:
+    explicit c_cell(const s_schema_set &set, int32_t type) : _set(&set), _type(type) {}
+    c_cell(const c_cell &o);
+
+    std::unique_ptr<c_hand_made> clone() const override { return std::make_unique<c_cell>(*this); }
+    lmx::elmx_error unmarshal(c_read_context &ctx) override;
+    void marshal(c_write_context &ctx, int ns, std::string_view name) const override;
+
+    // r: zero-based row and column, present or not.
+    bool isset_r() const { return _flags & HAS_R; }
+    uint32_t row() const { return _row; }
+    uint32_t col() const { return _col; }
+    void set_r(uint32_t row, uint32_t col) {
+        _row = row;
+        _col = col;
+        _flags |= HAS_R;
+    }
+    void unset_r() { _flags &= ~HAS_R; }
+    // s: style index, default 0.
+    uint32_t get_s() const { return _s; }
+    bool isset_s() const { return _flags & HAS_S; }
+    void set_s(uint32_t s) {
+        _s = s;
+        _flags |= HAS_S;
+    }
+    void unset_s() {
+        _s = 0;
+        _flags &= ~HAS_S;
+    }
+    // t: the cell type's text ("n" by default).
+    std::string_view get_t() const;
+    bool isset_t() const { return _t != 0; }
+    // False for a text not among the types.
+    bool set_t(std::string_view t);
+    void unset_t() { _t = 0; }
+    // v: the value's text.
+    const std::string &get_v() const { return _v; }
+    bool isset_v() const { return _flags & HAS_V; }
+    void set_v(std::string v) {
+        _v = std::move(v);
+        _flags |= HAS_V;
+    }
+    void unset_v() {
+        _v.clear();
+        _flags &= ~HAS_V;
+    }
+    // Everything else of the cell (f, is, extLst, cm, vm, ph, foreign
+    // attributes) in a generic node of the cell's type; null when none.
+    c_node *rest() { return _rest.get(); }
+    const c_node *rest() const { return _rest.get(); }
+    c_node &make_rest();
+
+private:
+    enum : uint8_t { HAS_R = 1, HAS_S = 2, HAS_V = 4 };
+    const s_schema_set *_set;
+    int32_t _type;
+    uint32_t _row = 0, _col = 0, _s = 0;
+    uint8_t _flags = 0;
+    uint8_t _t = 0; // 1 + index in the type table, 0 when absent
+    std::string _v;
+    std::unique_ptr<c_node> _rest;
+};
+
+// Reads "A1"-style references (columns A..XFD, rows 1..1048576) to zero-based numbers.
+bool parse_cell_ref(std::string_view s, uint32_t &row, uint32_t &col);
+// Appends the "A1" form of zero-based row and column.
+void append_cell_ref(std::string &out, uint32_t row, uint32_t col);
+
+} // namespace binding

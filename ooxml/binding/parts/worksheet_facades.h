@@ -1,0 +1,97 @@
+// Facades of the worksheet part: rows of hand-made cells, columns, merged
+// ranges, sheet views and page setup.
+#pragma once
+
+#include "ooxml/binding/parts/facade.h"
+
+namespace binding {
+
+class c_row : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_U32(r)
+    BINDING_ATTR_U32(s)
+    BINDING_ATTR_DOUBLE(ht)
+    BINDING_ATTR_BOOL(hidden)
+    BINDING_ATTR_BOOL(customHeight)
+    BINDING_ATTR_BOOL(customFormat)
+    BINDING_ATTR_U32(outlineLevel)
+    // Cells, in order.  get_c past the end appends default cells up to the index.
+    size_t size_c() const;
+    c_cell &get_c(size_t i);
+    c_cell &append_c();
+    void delete_c(size_t i);
+};
+
+class c_sheet_data : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_MULTI(c_row, row)
+};
+
+class c_col : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_U32(min)
+    BINDING_ATTR_U32(max)
+    BINDING_ATTR_DOUBLE(width)
+    BINDING_ATTR_U32(style)
+    BINDING_ATTR_BOOL(hidden)
+    BINDING_ATTR_BOOL(customWidth)
+};
+
+class c_cols : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_MULTI(c_col, col)
+};
+
+class c_merge_cell : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_TEXT(ref)
+};
+
+class c_merge_cells : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_U32(count)
+    BINDING_MULTI(c_merge_cell, mergeCell)
+};
+
+class c_sheet_view : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_BOOL(tabSelected)
+    BINDING_ATTR_BOOL(showGridLines)
+    BINDING_ATTR_U32(zoomScale)
+    BINDING_ATTR_U32(workbookViewId)
+};
+
+class c_sheet_views : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_MULTI(c_sheet_view, sheetView)
+};
+
+class c_page_setup : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_U32(paperSize)
+    BINDING_ATTR_U32(scale)
+    BINDING_ATTR_TEXT(orientation)
+    BINDING_ATTR_U32(fitToWidth)
+    BINDING_ATTR_U32(fitToHeight)
+};
+
+class c_worksheet : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_OPTIONAL(c_sheet_views, sheetViews)
+    BINDING_OPTIONAL(c_cols, cols)
+    BINDING_OPTIONAL(c_sheet_data, sheetData)
+    BINDING_OPTIONAL(c_merge_cells, mergeCells)
+    BINDING_OPTIONAL(c_page_setup, pageSetup)
+};
+
+} // namespace binding
