@@ -10,7 +10,7 @@
 #include "biff/records/number.h"
 #include "biff/records/rk.h"
 #include "biff/records/row.h"
-#include "support/biff_bytes.h"
+#include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
@@ -20,86 +20,6 @@
 
 using namespace tabrix;
 using namespace bifftest;
-
-namespace {
-
-// Reads a record of type R from the bytes `data` under id R::kId and writes
-// it back; answers the bytes written (header excluded).
-template <class R>
-std::vector<uint8_t> roundTrip(const std::vector<uint8_t> &data) {
-    std::vector<uint8_t> wb;
-    record(wb, R::kId, data);
-    Opened in(rawBook(wb));
-    R r;
-    r.read(in.x);
-    Opened out(writeBook([&](Xls<char> &x) { r.write(x); }));
-    auto recs = out.records();
-    EXPECT_FALSE(recs.empty());
-    if (recs.empty()) return {};
-    EXPECT_EQ(recs[0].first, R::kId);
-    return recs[0].second;
-}
-
-template <class R>
-std::string readError(const std::vector<uint8_t> &data) {
-    return errorOf([&] {
-        std::vector<uint8_t> wb;
-        record(wb, R::kId, data);
-        Opened in(rawBook(wb));
-        R r;
-        r.read(in.x);
-    });
-}
-
-std::vector<uint8_t> seq(size_t n) {
-    std::vector<uint8_t> v(n);
-    for (size_t i = 0; i < n; ++i) v[i] = uint8_t(i * 7 + 1);
-    return v;
-}
-
-} // namespace
-
-TEST(CellRecordsTest, RoundTripAndSizeChecks) {
-    struct Case {
-        const char *name;
-        size_t size;
-        std::function<std::vector<uint8_t>(const std::vector<uint8_t> &)> trip;
-        std::function<std::string(const std::vector<uint8_t> &)> error;
-    };
-    const Case cases[] = {
-        {"RK", 10, roundTrip<RK>, readError<RK>},
-        {"Number", 14, roundTrip<Number>, readError<Number>},
-        {"Row", 16, roundTrip<Row>, readError<Row>},
-        {"Dimensions", 14, roundTrip<Dimensions>, readError<Dimensions>},
-        {"LabelSst", 10, roundTrip<LabelSst>, readError<LabelSst>},
-        {"Blank", 6, roundTrip<Blank>, readError<Blank>},
-        {"BoolErr", 8, roundTrip<BoolErr>, readError<BoolErr>},
-    };
-    // Runs: a good size, a size one short and one too long.
-    const Case runs[] = {
-        {"MulRk", 18, roundTrip<MulRk>, readError<MulRk>},
-        {"MulBlank", 10, roundTrip<MulBlank>, readError<MulBlank>},
-    };
-    for (const Case &c : runs) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(c.trip(seq(c.size)), seq(c.size));
-        std::string msg = std::string(c.name) + " size is incorrect";
-        EXPECT_EQ(c.error(seq(c.size - 1)), msg);
-        EXPECT_EQ(c.error(seq(c.size + 1)), msg);
-        EXPECT_EQ(c.error(seq(6)), msg); // no cells at all
-    }
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.name);
-        std::vector<uint8_t> data = seq(c.size);
-        EXPECT_EQ(c.trip(data), data);
-        std::string msg = std::string(c.name) + " size is incorrect";
-        EXPECT_EQ(c.error(seq(c.size - 1)), msg);
-        // Producers pad these two: the extra bytes are skipped.
-        bool padded = c.name == std::string("Dimensions") || c.name == std::string("BoolErr");
-        EXPECT_EQ(c.error(seq(c.size + 2)), padded ? "" : msg);
-        EXPECT_EQ(c.error({}), msg);
-    }
-}
 
 TEST(CellRecordsTest, RkDecodesAllFourForms) {
     struct Case {
@@ -193,11 +113,11 @@ TEST(CellRecordsTest, DimensionsUpdate) {
 
 TEST(CellRecordsTest, RunsExpandIntoCells) {
     std::vector<uint8_t> data;
-    for (uint16_t f : {7, 3}) put16(data, f);         // row 7, first col 3
-    put16(data, 21), put32(data, 0x3FF00000u);        // 1.0
-    put16(data, 22), put32(data, 0xFFFFFFFEu);        // -1
-    put16(data, 23), put32(data, 0x00004E23u);        // 50
-    put16(data, 5);                                   // last col
+    for (uint16_t f : {7, 3}) put16(data, f);  // row 7, first col 3
+    put16(data, 21), put32(data, 0x3FF00000u); // 1.0
+    put16(data, 22), put32(data, 0xFFFFFFFEu); // -1
+    put16(data, 23), put32(data, 0x00004E23u); // 50
+    put16(data, 5);                            // last col
     std::vector<uint8_t> wb;
     record(wb, MulRk::kId, data);
     Opened in(rawBook(wb));
@@ -229,7 +149,7 @@ TEST(CellRecordsTest, LabelRoundTripAndSize) {
     };
     const Case cases[] = {
         {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i'}, ""},
-        {{1, 0, 2, 0, 15, 0, 1, 0, 1, 0x3A, 0x04}, ""},         // wide
+        {{1, 0, 2, 0, 15, 0, 1, 0, 1, 0x3A, 0x04}, ""},     // wide
         {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i', 0, 0}, ""}, // padded: written back without
         {{1, 0, 2, 0, 15, 0, 2, 0}, "Label size is incorrect"},
         {{1, 0, 2, 0, 15, 0, 3, 0, 0, 'h', 'i'}, "Label size is incorrect"},

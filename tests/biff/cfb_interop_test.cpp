@@ -5,6 +5,8 @@
 #include "biff/xls.h"
 #include "book/tberror.h"
 
+#include "support/oracle.h"
+
 #include <gtest/gtest.h>
 #include <zlib.h>
 
@@ -18,16 +20,6 @@ using namespace bifftest;
 
 namespace {
 
-const char *kScript = R"(import sys, zlib, olefile
-try:
-    ole = olefile.OleFileIO(sys.argv[1], raise_defects=olefile.DEFECT_INCORRECT)
-    for p in ole.listdir(streams=True, storages=False):
-        data = ole.openstream(p).read()
-        print("/".join(p).encode("unicode_escape").decode(), len(data), zlib.crc32(data) & 0xffffffff)
-except Exception as e:
-    print("ERROR", type(e).__name__)
-)";
-
 struct Listing {
     bool error = false;
     std::map<std::string, std::pair<uint64_t, uint32_t>> streams; // name -> size, crc
@@ -35,7 +27,7 @@ struct Listing {
 
 Listing listStreams(const std::string &path) {
     Listing out;
-    for (const std::string &line : runPython("cfb_list_streams.py", kScript, "'" + path + "'")) {
+    for (const std::string &line : oracle::dump("olefile", path)) {
         std::istringstream is(line);
         std::string name;
         uint64_t size = 0;
@@ -82,10 +74,10 @@ const std::map<std::string, std::string> kRefused = {
 } // namespace
 
 TEST(CfbInterop, WrittenContainersListTheSameStream) {
-    if (!pythonHas("olefile")) GTEST_SKIP() << "python3-olefile is not installed";
+    if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile is not installed";
     // Small, padded, regular, multi-megabyte, and one that needs DIFAT sectors.
-    for (size_t size : {size_t(1), size_t(100), size_t(5000), size_t(70001), size_t(3) << 20,
-                        size_t(8) << 20}) {
+    for (size_t size :
+         {size_t(1), size_t(100), size_t(5000), size_t(70001), size_t(3) << 20, size_t(8) << 20}) {
         std::vector<uint8_t> wb(size);
         for (size_t i = 0; i < size; ++i) wb[i] = uint8_t(i * 7 + (i >> 9));
         std::string path = tmpPath("cfb_interop_written.xls");
@@ -110,30 +102,35 @@ std::vector<std::string> freshProducersFiles() {
     std::string dir = tmpPath("producers");
     std::string csv = dir + "/table.csv";
     std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
-    std::ofstream(csv) << "name,amount,ok\nSeattle,350.5,TRUE\nSan Diego,600,FALSE\n\"caf\xc3\xa9, ltd\",-1e-3,TRUE\n";
+    std::ofstream(csv) << "name,amount,ok\nSeattle,350.5,TRUE\nSan Diego,600,FALSE\n\"caf\xc3\xa9, "
+                          "ltd\",-1e-3,TRUE\n";
     auto made = [&](const std::string &path, const std::string &cmd) {
         if (std::system((cmd + " >/dev/null 2>&1").c_str()) == 0 && std::ifstream(path).good())
             files.push_back(path);
     };
-    made(dir + "/table.xls", "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
-                                 dir + "/lo_profile --convert-to 'xls:MS Excel 97' table.csv");
-    made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + csv + "' '" + dir +
-                                    "/gnumeric.xls'");
-    made(dir + "/xlwt.xls", "/usr/bin/python3 -c \"import xlwt; b = xlwt.Workbook(); s = b.add_sheet('Data'); "
-                            "[s.write(r, c, v) for r, row in enumerate([['name', 'amount'], ['Seattle', 350.5], "
-                            "['San Diego', 600]]) for c, v in enumerate(row)]; b.add_sheet('Other').write(0, 0, 'x'); "
-                            "b.save('" + dir + "/xlwt.xls')\"");
+    made(dir + "/table.xls",
+         "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
+             "/lo_profile --convert-to 'xls:MS Excel 97' table.csv");
+    made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + csv +
+                                    "' '" + dir + "/gnumeric.xls'");
+    made(dir + "/xlwt.xls",
+         "/usr/bin/python3 -c \"import xlwt; b = xlwt.Workbook(); s = b.add_sheet('Data'); "
+         "[s.write(r, c, v) for r, row in enumerate([['name', 'amount'], ['Seattle', 350.5], "
+         "['San Diego', 600]]) for c, v in enumerate(row)]; b.add_sheet('Other').write(0, 0, 'x'); "
+         "b.save('" +
+             dir + "/xlwt.xls')\"");
     return files;
 }
 
 } // namespace
 
 TEST(CfbInterop, ProducersFilesKeepTheirStreamsThroughASave) {
-    if (!pythonHas("olefile")) GTEST_SKIP() << "python3-olefile is not installed";
+    if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile is not installed";
     std::vector<std::string> files = corpusXlsFiles();
     std::vector<std::string> fresh = freshProducersFiles();
     files.insert(files.end(), fresh.begin(), fresh.end());
-    if (files.empty()) GTEST_SKIP() << "no producers' files: neither the corpus nor a producer is here";
+    if (files.empty())
+        GTEST_SKIP() << "no producers' files: neither the corpus nor a producer is here";
     RecordProperty("fresh producers' files", int(fresh.size()));
 
     int checked = 0;

@@ -9,6 +9,8 @@
 #include "support/interop_tools.h"
 #include "support/record_walk.h"
 
+#include "support/oracle.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -42,58 +44,20 @@ bool sameValue(const std::string &got, const std::string &want) {
         return got == want || got == (want == "TRUE" ? "1" : "0");
     char *e1 = nullptr, *e2 = nullptr;
     const double a = std::strtod(got.c_str(), &e1), b = std::strtod(want.c_str(), &e2);
-    if (!want.empty() && !*e2) return !got.empty() && !*e1 && std::fabs(a - b) <= 1e-9 * (1 + std::fabs(b));
+    if (!want.empty() && !*e2)
+        return !got.empty() && !*e1 && std::fabs(a - b) <= 1e-9 * (1 + std::fabs(b));
     return got == want;
 }
 
 bool knownMessage(const std::string &m) {
-    static const std::set<std::string> messages = {
-        "can't recognize formula block: unknown ptg", "unknown Ptg 0x18", "unknown Ptg 0x19",
-        "GetFormula move1 error", "can't build infix formula string",
-        "incorrect number of function parameters"};
+    static const std::set<std::string> messages = {"can't recognize formula block: unknown ptg",
+                                                   "unknown Ptg 0x18",
+                                                   "unknown Ptg 0x19",
+                                                   "GetFormula move1 error",
+                                                   "can't build infix formula string",
+                                                   "incorrect number of function parameters"};
     return messages.count(m) || m.compare(0, 15, "toInfix error: ") == 0;
 }
-
-// Every formula cell of `path`, as xlrd's own decompiler prints it:
-// "sheet row col text".
-const char *kXlrdFormulas = R"PY(
-import sys, struct, olefile, xlrd
-import xlrd.formula as F
-from xlrd.formula import decompile_formula, FMLA_TYPE_CELL
-# xlrd leaves out the base cell when it reads a relative 3-D area of a cell
-# formula; it is handed in here.
-base = [0, 0]
-adjust = F.adjust_cell_addr_biff8
-def adjust_with_base(rowval, colval, reldelta, browx=None, bcolx=None):
-    if browx is None:
-        browx, bcolx = base
-    return adjust(rowval, colval, reldelta, browx, bcolx)
-F.adjust_cell_addr_biff8 = adjust_with_base
-path = sys.argv[1]
-bk = xlrd.open_workbook(path)
-data = olefile.OleFileIO(path).openstream('Workbook').read()
-pos, depth, sheet = 0, 0, -2
-while pos + 4 <= len(data):
-    rid, size = struct.unpack('<HH', data[pos:pos + 4])
-    body = data[pos + 4:pos + 4 + size]
-    pos += 4 + size
-    if rid == 0x0809:
-        if depth == 0:
-            sheet += 1
-        depth += 1
-    elif rid == 0x000A:
-        depth -= 1
-    elif rid == 0x0006 and sheet >= 0:
-        row, col = struct.unpack('<HH', body[0:4])
-        cce = struct.unpack('<H', body[20:22])[0]
-        base[:] = [row, col]
-        try:
-            text = decompile_formula(bk, body[22:], cce, FMLA_TYPE_CELL, browx=row, bcolx=col)
-        except Exception as e:
-            text = 'ERROR ' + repr(e)
-        kind = bk.sheet_by_index(sheet).cell_type(row, col)
-        print(sheet, row, col, kind, text)
-)PY";
 
 // A book by xlwt, with the formulas xlwt compiles itself.
 const char *kXlwtBook = R"PY(
@@ -167,7 +131,8 @@ std::string writeFormulaBook() {
     other->writeNum(0, 0, 100, nullptr);
     int row = 0;
     for (const Written &w : kWritten)
-        EXPECT_TRUE(calc->writeFormula(row++, kCalcCol, w.formula, nullptr)) << w.formula << ": " << b->errorMessage();
+        EXPECT_TRUE(calc->writeFormula(row++, kCalcCol, w.formula, nullptr))
+            << w.formula << ": " << b->errorMessage();
     for (int r = 0; r < 20; ++r) {
         calc->writeNum(r, 2, r, nullptr);
         calc->writeFormula(r, 3, ("C" + std::to_string(r + 1) + "*2+$C$1").c_str(), nullptr);
@@ -180,8 +145,8 @@ std::string writeFormulaBook() {
 // Prints every formula of `path`, writes each printable one again in its
 // cell, and saves the result as `rewritten`.  Answers the cells rewritten
 // (sheet name, row, col).
-std::vector<std::tuple<std::string, int, int>> rewrite(const std::string &path, const std::string &rewritten,
-                                                        int &printed) {
+std::vector<std::tuple<std::string, int, int>> rewrite(const std::string &path,
+                                                       const std::string &rewritten, int &printed) {
     std::vector<std::tuple<std::string, int, int>> cells;
     BookPtr b = newBook();
     EXPECT_TRUE(b->load(path.c_str())) << path << ": " << b->errorMessage();
@@ -209,12 +174,15 @@ std::vector<std::tuple<std::string, int, int>> rewrite(const std::string &path, 
 
 TEST(FormulaInterop, LibreOfficeComputesWhatWeWriteAndXlrdFindsIt) {
     const std::string path = writeFormulaBook();
-    if (pythonHas("xlrd") && pythonHas("olefile")) {
+    if (oracle::has("xlrd") && oracle::has("olefile")) {
         std::set<std::pair<int, int>> seen;
-        for (const std::string &line : runPython("xlrd_formulas.py", kXlrdFormulas, path)) {
+        for (const std::string &line : oracle::dump("xlrd-formulas", path)) {
             int sheet = -1, row = -1, col = -1, kind = -1;
             char text[4096] = {0};
-            ASSERT_GE(std::sscanf(line.c_str(), "%d %d %d %d %4095[^\n]", &sheet, &row, &col, &kind, text), 4) << line;
+            ASSERT_GE(std::sscanf(line.c_str(), "%d %d %d %d %4095[^\n]", &sheet, &row, &col, &kind,
+                                  text),
+                      4)
+                << line;
             EXPECT_EQ(std::string(text).find("ERROR"), std::string::npos) << line;
             EXPECT_EQ(kind, 2) << line; // a number: the cached result
             if (sheet == 2 && col == kCalcCol) seen.insert({row, col});
@@ -241,17 +209,19 @@ TEST(FormulaInterop, FormulasOfOtherProducersPrintAndComputeAgain) {
     const std::string lo = convertToXls(writeFormulaBook(), tmpPath("formula_lo"));
     ASSERT_FALSE(lo.empty());
     sources.push_back(lo);
-    if (pythonHas("xlwt")) {
+    if (oracle::has("xlwt")) {
         const std::string x = tmpPath("xlwt_formulas.xls");
         runPython("xlwt_book.py", kXlwtBook, x);
         sources.push_back(x);
     }
     if (std::system("command -v ssconvert >/dev/null 2>&1") == 0) {
         // Gnumeric reads "=" fields of a csv as formulas.
-        const std::string csv = tmpPath("gnumeric_formulas.csv"), xls = tmpPath("gnumeric_formulas.xls");
+        const std::string csv = tmpPath("gnumeric_formulas.csv"),
+                          xls = tmpPath("gnumeric_formulas.xls");
         // (a quoted field makes it take the file for text: none here).
-        std::ofstream(csv) << "2,=A1*3,=A1>=2\n5,=SUM(A1:A3),=A1<>A2\n11,=-A3^2,=A3/4+1\n"
-                              "4,=MAX(A1:A4)-MIN(A1:A4),=(A1+A2)*A3\n7,=A$1+$A2*2,=AVERAGE(A1:A5)\n";
+        std::ofstream(csv)
+            << "2,=A1*3,=A1>=2\n5,=SUM(A1:A3),=A1<>A2\n11,=-A3^2,=A3/4+1\n"
+               "4,=MAX(A1:A4)-MIN(A1:A4),=(A1+A2)*A3\n7,=A$1+$A2*2,=AVERAGE(A1:A5)\n";
         std::system(("ssconvert '" + csv + "' '" + xls + "' >/dev/null 2>&1").c_str());
         sources.push_back(xls);
     }
@@ -289,8 +259,8 @@ TEST(FormulaInterop, CorpusFormulasPrintAndSaveUnchanged) {
                     ++formulas;
                     if (s->readFormula(r, c, nullptr)) continue;
                     ++answered;
-                    EXPECT_TRUE(knownMessage(b->errorMessage())) << path << " " << r << "," << c << ": "
-                                                                  << b->errorMessage();
+                    EXPECT_TRUE(knownMessage(b->errorMessage()))
+                        << path << " " << r << "," << c << ": " << b->errorMessage();
                 }
         }
         const std::string out = tmpPath("corpus_formulas.xls");
@@ -310,5 +280,6 @@ TEST(FormulaInterop, CorpusFormulasPrintAndSaveUnchanged) {
             }
         EXPECT_EQ(was, now) << path;
     }
-    std::printf("corpus: %d files, %d formulas, %d answered with a message\n", files, formulas, answered);
+    std::printf("corpus: %d files, %d formulas, %d answered with a message\n", files, formulas,
+                answered);
 }

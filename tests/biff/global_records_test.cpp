@@ -17,7 +17,7 @@
 #include "biff/records/scenario_protect.h"
 #include "biff/records/win_protect.h"
 #include "book/mem_pool.h"
-#include "support/biff_bytes.h"
+#include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
@@ -30,105 +30,14 @@ namespace {
 
 constexpr uint16_t kContinue = 60;
 
-// Reads a record of type R from `data` under id R::kId and writes it back;
-// answers the data written (header excluded).
-template <class R>
-std::vector<uint8_t> roundTrip(const std::vector<uint8_t> &data) {
-    std::vector<uint8_t> wb;
-    record(wb, R::kId, data);
-    Opened in(rawBook(wb));
-    R r;
-    r.read(in.x);
-    Opened out(writeBook([&](Xls<char> &x) { r.write(x); }));
-    auto recs = out.records();
-    EXPECT_EQ(recs.size(), 1u);
-    if (recs.empty()) return {};
-    EXPECT_EQ(recs[0].first, R::kId);
-    return recs[0].second;
-}
-
-template <class R>
-std::string readError(const std::vector<uint8_t> &data) {
-    return errorOf([&] {
-        std::vector<uint8_t> wb;
-        record(wb, R::kId, data);
-        Opened in(rawBook(wb));
-        R r;
-        r.read(in.x);
-    });
-}
-
-template <class R>
-R readBack(const std::vector<uint8_t> &data) {
-    std::vector<uint8_t> wb;
-    record(wb, R::kId, data);
-    Opened in(rawBook(wb));
-    R r;
-    r.read(in.x);
-    return r;
-}
-
-std::vector<uint8_t> seq(size_t n, uint8_t start = 1) {
-    std::vector<uint8_t> v(n);
-    for (size_t i = 0; i < n; ++i) v[i] = uint8_t(start + i * 7);
-    return v;
-}
-
 } // namespace
-
-TEST(GlobalRecordsTest, FixedSizeRecordsRoundTripAndCheckTheirSize) {
-    struct Case {
-        const char *name;
-        size_t size;
-        std::function<std::vector<uint8_t>(const std::vector<uint8_t> &)> trip;
-        std::function<std::string(const std::vector<uint8_t> &)> error;
-    };
-    const Case cases[] = {
-        {"WinProtect", 2, roundTrip<WinProtect>, readError<WinProtect>},
-        {"Protect", 2, roundTrip<Protect>, readError<Protect>},
-        {"Password", 2, roundTrip<Password>, readError<Password>},
-        {"Prot4Rev", 2, roundTrip<Prot4Rev>, readError<Prot4Rev>},
-        {"Prot4RevPass", 2, roundTrip<Prot4RevPass>, readError<Prot4RevPass>},
-        {"ScenarioProtect", 2, roundTrip<ScenarioProtect>, readError<ScenarioProtect>},
-        {"ObjProtect", 2, roundTrip<ObjProtect>, readError<ObjProtect>},
-        {"Bof", 16, roundTrip<Bof>, readError<Bof>},
-        {"WriteAccess", 112, roundTrip<WriteAccess>, nullptr},
-        {"BookExt", 22, roundTrip<BookExt>, nullptr},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.name);
-        auto data = seq(c.size);
-        if (c.name == std::string("BookExt")) data[12] = 22; // cb, the record's own size
-        EXPECT_EQ(c.trip(data), data);
-        if (!c.error) continue;
-        EXPECT_EQ(c.error(seq(c.size - 1)), std::string(c.name) + " size is incorrect");
-        if (c.size == 2) {
-            EXPECT_EQ(c.error(seq(3)), std::string(c.name) + " size is incorrect");
-        }
-    }
-}
-
-TEST(GlobalRecordsTest, WordRecordsKeepTheirNamedField) {
-    EXPECT_EQ(readBack<Password>({0x34, 0x12}).wPassword, 0x1234);
-    EXPECT_EQ(readBack<WinProtect>({1, 0}).fLockWn, 1);
-    EXPECT_EQ(readBack<Prot4RevPass>({0xCD, 0xAB}).protPwdRev, 0xABCD);
-    Protect p = readBack<Protect>({1, 0});
-    EXPECT_TRUE(p.protect());
-    p.setProtect(false);
-    EXPECT_EQ(p.fLock, 0);
-    p.setProtect(true);
-    EXPECT_EQ(p.fLock, 1);
-    EXPECT_EQ(p.dumpText(), L"[Protect fLock=1]\n");
-    EXPECT_TRUE(ScenarioProtect::checkBegin(221));
-    EXPECT_TRUE(ObjProtect::checkBegin(99));
-}
 
 TEST(GlobalRecordsTest, BofReadsAPrefixAndWritesAFullRecord) {
     struct Case {
         uint16_t size;
         bool ok;
     };
-    const Case cases[] = {{0, true},  {4, true},  {5, false}, {8, true},  {9, false},
+    const Case cases[] = {{0, true},   {4, true},  {5, false},  {8, true},  {9, false},
                           {10, false}, {12, true}, {14, false}, {16, true}, {20, true}};
     for (const Case &c : cases) {
         SCOPED_TRACE(c.size);
@@ -176,7 +85,8 @@ TEST(GlobalRecordsTest, NewBofAndItsDump) {
     std::wostringstream os;
     os << std::hex;
     b.dumpOn(os);
-    EXPECT_EQ(os.str(), L"[BOF vers=1536 dt=5 rupBuild=8346 rupYear=1997 fields1=49353 fields2=774]\n");
+    EXPECT_EQ(os.str(),
+              L"[BOF vers=1536 dt=5 rupBuild=8346 rupYear=1997 fields1=49353 fields2=774]\n");
 }
 
 TEST(GlobalRecordsTest, BookExtSizes) {
@@ -185,8 +95,11 @@ TEST(GlobalRecordsTest, BookExtSizes) {
         bool ok;
         uint8_t grbit1, grbit2;
     };
-    const Case cases[] = {{19, false, 0, 0}, {20, true, 0, 0}, {21, true, 0xAA, 0},
-                          {22, true, 0xAA, 0xBB}, {23, false, 0, 0}};
+    const Case cases[] = {{19, false, 0, 0},
+                          {20, true, 0, 0},
+                          {21, true, 0xAA, 0},
+                          {22, true, 0xAA, 0xBB},
+                          {23, false, 0, 0}};
     for (const Case &c : cases) {
         SCOPED_TRACE(c.size);
         std::vector<uint8_t> data;
@@ -472,7 +385,7 @@ TEST(GlobalRecordsTest, SupBookBlockFailsWhenItsRecordsPassTheFileSize) {
     put16(wb, 60000);
     EXPECT_EQ(errorOf([&] {
                   Opened in(rawBook(wb));
-                                readBlock(in);
+                  readBlock(in);
               }),
               "SupBookBlock: file is corrupt");
     // A block at the end of the stream simply ends.
@@ -483,7 +396,8 @@ TEST(GlobalRecordsTest, SupBookBlockFailsWhenItsRecordsPassTheFileSize) {
 namespace {
 
 std::vector<uint8_t> lblData(uint16_t flags, const std::vector<uint8_t> &nameBytes, uint8_t cch,
-                             const std::vector<uint8_t> &rgce, const std::vector<uint8_t> &extra = {}) {
+                             const std::vector<uint8_t> &rgce,
+                             const std::vector<uint8_t> &extra = {}) {
     std::vector<uint8_t> d;
     put16(d, flags);
     d.push_back(0);   // chKey
@@ -522,12 +436,17 @@ TEST(GlobalRecordsTest, LblRoundTripsNamesAndFormulaBytes) {
     const Case cases[] = {
         {"built-in print area", lblData(0x20, {0, 6}, 1, area), L"Print_Area", true, false, false},
         {"hidden filter", lblData(0x21, {0, 13}, 1, area), L"_FilterDatabase", true, true, false},
-        {"user name", lblData(0, {0, 'R', 'a', 't', 'e'}, 4, {0x1E, 5, 0}), L"Rate", false, false, false},
-        {"wide name", lblData(0, {1, 0x16, 0x04, 'q', 0}, 2, {0x1E, 5, 0}), L"\u0416q", false, false, false},
-        {"constant array data", lblData(0, {0, 'A'}, 1, {0x20, 0, 0, 0, 0, 0, 0, 0}, {1, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}),
+        {"user name", lblData(0, {0, 'R', 'a', 't', 'e'}, 4, {0x1E, 5, 0}), L"Rate", false, false,
+         false},
+        {"wide name", lblData(0, {1, 0x16, 0x04, 'q', 0}, 2, {0x1E, 5, 0}), L"\u0416q", false,
+         false, false},
+        {"constant array data",
+         lblData(0, {0, 'A'}, 1, {0x20, 0, 0, 0, 0, 0, 0, 0},
+                 {1, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}),
          L"A", false, false, false},
         {"no formula", lblData(0, {0, 'B'}, 1, {}), L"B", false, false, false},
-        {"old format", lblData(0, {'O', 'l', 'd'}, 3, {0x1E, 1, 0}, {'d', 'e', 's', 'c'}), L"Old", false, false, true},
+        {"old format", lblData(0, {'O', 'l', 'd'}, 3, {0x1E, 1, 0}, {'d', 'e', 's', 'c'}), L"Old",
+         false, false, true},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -553,7 +472,8 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     EXPECT_TRUE(l.isContains(L"print_AREA"));
     EXPECT_FALSE(l.isContains(L"Print_Area2"));
     EXPECT_FALSE(l.isContains(L"Print_Are"));
-    EXPECT_EQ(l.dumpText(), L"[Lbl flags=32 chKey=0 cch=1 cce=0 reserved=0 itab=2 name=Print_Area rgce=()]\n");
+    EXPECT_EQ(l.dumpText(),
+              L"[Lbl flags=32 chKey=0 cch=1 cce=0 reserved=0 itab=2 name=Print_Area rgce=()]\n");
 
     EXPECT_EQ(Lbl::builtinName(0), std::wstring(L"Consolidate_Area"));
     EXPECT_EQ(Lbl::builtinName(13), std::wstring(L"_FilterDatabase"));
@@ -575,7 +495,8 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     fresh.setName(L"Total", pool);
     EXPECT_FALSE(fresh.builtin());
     EXPECT_EQ(fresh.nameText(), L"Total");
-    EXPECT_EQ(errorOf([&] { fresh.setName(std::wstring(256, L'x').c_str(), pool); }), "string is too long");
+    EXPECT_EQ(errorOf([&] { fresh.setName(std::wstring(256, L'x').c_str(), pool); }),
+              "string is too long");
 
     // A long formula runs on in a CONTINUE and reads back equal.
     Lbl big;
@@ -603,7 +524,8 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     };
     const Bad bad[] = {
         {"short", seq(13)},
-        {"formula past the end", [] {
+        {"formula past the end",
+         [] {
              auto d = lblData(0, {0, 'A'}, 1, {1, 2, 3});
              d.pop_back();
              return d;

@@ -4,6 +4,8 @@
 #include "biff/book_impl.h"
 #include "support/interop_tools.h"
 
+#include "support/oracle.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -17,42 +19,14 @@ using namespace bifftest;
 
 namespace {
 
-const char *const kScript = R"PY(
-import sys, openpyxl
-wb = openpyxl.load_workbook(sys.argv[1])
-for ws in wb.worksheets:
-    print(ws.title, 'state', ws.sheet_state)
-ws = wb.worksheets[0]
-ps, m, po, v = ws.page_setup, ws.page_margins, ws.print_options, ws.sheet_view
-print('orientation', ps.orientation, 'paper', ps.paperSize, 'scale', ps.scale)
-print('margins', m.left, m.right, m.top, m.bottom, m.header, m.footer)
-print('header', ws.oddHeader.center.text, '| footer', ws.oddFooter.right.text)
-print('centred', po.horizontalCentered, po.verticalCentered, 'grid', po.gridLines,
-      'headings', po.headings)
-print('view grid', v.showGridLines, 'zoom', v.zoomScale, 'freeze', ws.freeze_panes)
-print('protected', ws.protection.sheet)
-print('print area', ws.print_area, 'titles', ws.print_title_rows, ws.print_title_cols)
-print('breaks', [b.id for b in ws.row_breaks.brk], [b.id for b in ws.col_breaks.brk])
-fit = wb.worksheets[1]
-print('fit', fit.sheet_properties.pageSetUpPr.fitToPage, fit.page_setup.fitToWidth,
-      fit.page_setup.fitToHeight, 'rtl', fit.sheet_view.rightToLeft,
-      'top left', fit.sheet_view.topLeftCell)
-names = []
-for dn in wb.defined_names.definedName:
-    if not dn.name.startswith('Excel_BuiltIn'):
-        names.append('%s %s %s' % (dn.name, dn.localSheetId, dn.attr_text))
-for n in sorted(names):
-    print('name', n)
-)PY";
-
 bool haveSoffice() { return std::system("command -v soffice >/dev/null 2>&1") == 0; }
 
 // `path` converted to .xlsx by LibreOffice in `dir`; "" when it failed.
 std::string toXlsx(const std::string &path, const std::string &dir) {
     std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
-    std::string cmd = "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
-                      dir + "/profile --convert-to xlsx --outdir '" + dir + "' '" + path +
-                      "' >/dev/null 2>&1";
+    std::string cmd =
+        "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
+        "/profile --convert-to xlsx --outdir '" + dir + "' '" + path + "' >/dev/null 2>&1";
     if (std::system(cmd.c_str()) != 0) return "";
     std::string base = path.substr(path.rfind('/') + 1);
     std::string out = dir + "/" + base.substr(0, base.rfind('.')) + ".xlsx";
@@ -61,7 +35,7 @@ std::string toXlsx(const std::string &path, const std::string &dir) {
 
 TEST(SheetSettingsInterop, LibreOfficeSeesPrintSetupNamesAndViews) {
     if (!haveSoffice()) GTEST_SKIP() << "LibreOffice is not installed";
-    if (!pythonHas("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
+    if (!oracle::has("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
     std::unique_ptr<BookImplT<char>> book(new BinaryBookT<char>());
     book->setLocale("UTF-8");
     ISheetT<char> *s = book->addSheet("Setup", nullptr);
@@ -122,7 +96,7 @@ TEST(SheetSettingsInterop, LibreOfficeSeesPrintSetupNamesAndViews) {
         "name local 0 Setup!$C$5:$C$7",
         "name prices None Setup!$B$2:$B$4",
     };
-    EXPECT_EQ(runPython("sheet_settings_openpyxl.py", kScript, "'" + xlsx + "'"), expected);
+    EXPECT_EQ(oracle::dump("openpyxl-settings", xlsx), expected);
 }
 
 } // namespace

@@ -1,9 +1,10 @@
-// Sheet settings through the public sheet interface of a binary book:
+// Sheet settings through the public sheet interface of each kind of book:
 // printout, window, protection, page breaks, print area and titles, named
 // ranges and visibility survive a save and a load, and refused changes
 // give their messages.
 #include "biff/book_impl.h"
 #include "biff/sheet_impl.h"
+#include "support/book_kinds.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +15,7 @@
 #include <string>
 
 using namespace tabrix;
+using namespace bookkinds;
 
 namespace {
 
@@ -24,8 +26,16 @@ struct BookDeleter {
 };
 using BookPtr = std::unique_ptr<IBookT<char>, BookDeleter>;
 
+// The kind of book the running test was given.
+const BookKind *gKind = &kBookKinds[0];
+
+class SheetSettings : public ::testing::TestWithParam<BookKind> {
+protected:
+    void SetUp() override { gKind = &GetParam(); }
+};
+
 BookPtr newBook() {
-    BookPtr b(new BinaryBookT<char>());
+    BookPtr b(gKind->make());
     b->setLocale("UTF-8");
     return b;
 }
@@ -88,7 +98,7 @@ std::map<std::string, std::string> settingsOf(Sheet &s) {
     return m;
 }
 
-TEST(SheetSettings, ComeBackFromASavedBook) {
+TEST_P(SheetSettings, ComeBackFromASavedBook) {
     BookPtr book = newBook();
     Sheet *s = book->addSheet("Setup", nullptr);
     Sheet *t = book->addSheet("Other", nullptr);
@@ -173,7 +183,7 @@ TEST(SheetSettings, ComeBackFromASavedBook) {
     EXPECT_STREQ(back->errorMessage(), "named range is not found");
 }
 
-TEST(SheetSettings, EditsOfNamesAndRefusedChanges) {
+TEST_P(SheetSettings, EditsOfNamesAndRefusedChanges) {
     struct Case {
         const char *what;
         std::function<bool(IBookT<char> &, Sheet &)> run;
@@ -188,8 +198,8 @@ TEST(SheetSettings, EditsOfNamesAndRefusedChanges) {
          [](IBookT<char> &, Sheet &s) { return s.delNamedRange("nothing", -1); }, false,
          "named range is not found"},
         {"name out of range",
-         [](IBookT<char> &, Sheet &s) { return s.setNamedRange("far", 0, 70000, 0, 0, -1); },
-         false, "row must be in range 0-65535"},
+         [](IBookT<char> &, Sheet &s) { return s.setNamedRange("far", 0, 70000, 0, 0, -1); }, false,
+         "row must be in range 0-65535"},
         {"hide the last visible sheet",
          [](IBookT<char> &b, Sheet &s) {
              return b.getSheet(1)->setHidden(SHEETSTATE_HIDDEN) &&
@@ -248,7 +258,7 @@ TEST(SheetSettings, EditsOfNamesAndRefusedChanges) {
 namespace {
 
 // A sheet name keeps as many whole characters as fit 31 UTF-16 units.
-TEST(SheetSettings, NamesAreCutAtWholeCharacters) {
+TEST_P(SheetSettings, NamesAreCutAtWholeCharacters) {
     BookPtr narrow = newBook();
     const std::string smile = "\xF0\x9F\x98\x80";
     Sheet *s = narrow->addSheet((std::string(30, 'a') + smile).c_str(), nullptr);
@@ -268,3 +278,5 @@ TEST(SheetSettings, NamesAreCutAtWholeCharacters) {
 }
 
 } // namespace
+
+INSTANTIATE_TEST_SUITE_P(Kinds, SheetSettings, ::testing::ValuesIn(kBookKinds), kindName);

@@ -8,6 +8,7 @@
 #include "biff/support/interop_tools.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
+#include "support/oracle.h"
 
 #include <gtest/gtest.h>
 
@@ -19,32 +20,9 @@
 
 using namespace tabrix;
 using namespace bifftest;
+using namespace oracle;
 
 namespace {
-
-// Mode "cells": "r c hex" for every text cell.  Mode "sst": "hex" for every
-// entry of the book's shared string table.  Hex is the UTF-16LE text.
-const char *kScript = R"(import sys
-try:
-    import xlrd
-    # Kept open on demand, so that the shared strings are still there.
-    bk = xlrd.open_workbook(sys.argv[2], on_demand=(sys.argv[1] == 'sst'))
-except Exception as e:
-    print("ERROR", type(e).__name__)
-    sys.exit(0)
-h = lambda s: s.encode('utf-16-le', 'surrogatepass').hex() or '-'
-if sys.argv[1] == 'cells':
-    for sh in bk.sheets():
-        for r in range(sh.nrows):
-            for c in range(sh.ncols):
-                if sh.cell_type(r, c) == xlrd.XL_CELL_TEXT:
-                    print(r, c, h(sh.cell_value(r, c)))
-else:
-    sst = bk._sharedstrings or []
-    print("COUNT", len(sst))
-    for s in sst:
-        print(h(s))
-)";
 
 void rec(Xls<char> &x, uint16_t id, const std::vector<uint8_t> &d) {
     x.write(id, d.data(), uint16_t(d.size()));
@@ -168,15 +146,10 @@ bool readFirstSst(const std::string &path, SST &sst, std::string &error) {
     return false;
 }
 
-// Runs the xlrd dump script in `mode` over `path`.
-std::vector<std::string> runXlrd(const std::string &mode, const std::string &path) {
-    return runPython("sst_xlrd_dump.py", kScript, mode + " '" + path + "'");
-}
-
 } // namespace
 
 TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
-    if (!pythonHas("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
+    if (!has("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
     struct Case {
         std::string name;
         std::vector<std::wstring> strings;
@@ -207,20 +180,19 @@ TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
             std::ofstream out(path, std::ios::binary);
             out << writeWorkbook(sst);
         }
-        std::vector<std::string> lines = runXlrd("cells", path);
-        ASSERT_FALSE(!lines.empty() && lines[0].rfind("ERROR", 0) == 0) << c.name << ": " << lines[0];
+        Lines lines = dump("xlrd", path);
+        ASSERT_FALSE(failed(lines)) << c.name;
         std::map<unsigned, std::string> got;
         for (const std::string &l : lines) {
             std::istringstream is(l);
             unsigned r = 0, col = 0;
-            std::string h;
-            is >> r >> col >> h;
-            got[r] = h;
+            std::string kind, h;
+            if (is >> r >> col >> kind >> h && kind == "s") got[r] = h;
         }
         unsigned wrong = 0;
         for (unsigned i = 0; i < c.strings.size(); ++i) {
             // xlrd reports an empty string cell as text too.
-            std::string want = hexUtf16(c.strings[i].c_str());
+            std::string want = hex(c.strings[i].c_str());
             if (got.count(i) ? got[i] != want : want != "-") ++wrong;
         }
         EXPECT_EQ(wrong, 0u) << c.name;
@@ -228,7 +200,7 @@ TEST(SstInterop, OurTablesReadCellByCellByXlrd) {
 }
 
 TEST(SstInterop, ProducersTablesMatchXlrd) {
-    if (!pythonHas("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
+    if (!has("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
     std::vector<std::string> files = corpusXlsFiles();
     if (files.empty()) GTEST_SKIP() << "corpus not present";
     int compared = 0, continued = 0;
@@ -237,12 +209,12 @@ TEST(SstInterop, ProducersTablesMatchXlrd) {
         SST sst(pool);
         std::string error;
         bool found = readFirstSst(path, sst, error);
-        std::vector<std::string> lines = runXlrd("sst", path);
+        Lines lines = dump("xlrd-sst", path);
         if (lines.empty() || lines[0].rfind("COUNT", 0) != 0) continue; // xlrd can't read it
         if (!found) continue; // no table, or a container we refuse: checked elsewhere
         std::vector<std::string> theirs(lines.begin() + 1, lines.end());
         std::vector<std::string> ours;
-        for (unsigned i = 0; i < sst.strings().count(); ++i) ours.push_back(hexUtf16(sst.extract(i)));
+        for (unsigned i = 0; i < sst.strings().count(); ++i) ours.push_back(hex(sst.extract(i)));
         // xlrd stops at the stated count; so do we, but it may pad a
         // short table.
         size_t n = std::min(ours.size(), theirs.size());
@@ -262,51 +234,10 @@ TEST(SstInterop, ProducersTablesMatchXlrd) {
     RecordProperty("compared", compared);
 }
 
-namespace {
-
-bool libreOfficeAvailable() { return std::system("command -v soffice >/dev/null 2>&1") == 0; }
-
-// Converts the first sheet of an .xls to UTF-8 csv with LibreOffice and gives
-// its lines; empty when the conversion failed.
-std::vector<std::string> libreOfficeLines(const std::string &path) {
-    std::string outDir = tmpPath("lo_out");
-    std::string profile = tmpPath("lo_profile");
-    std::string cmd = "rm -rf '" + outDir + "' && mkdir -p '" + outDir + "' && soffice --headless --norestore " +
-                      "-env:UserInstallation=file://" + profile +
-                      " --convert-to 'csv:Text - txt - csv (StarCalc):44,34,76' --outdir '" + outDir + "' '" +
-                      path + "' >/dev/null 2>&1";
-    if (std::system(cmd.c_str()) != 0) return {};
-    std::string base = path.substr(path.find_last_of('/') + 1);
-    std::ifstream in(outDir + "/" + base.substr(0, base.size() - 4) + ".csv");
-    std::vector<std::string> lines;
-    for (std::string l; std::getline(in, l);) lines.push_back(l);
-    return lines;
-}
-
-std::string utf8(const std::wstring &w) {
-    std::string out;
-    for (size_t i = 0; i < w.size(); ++i) {
-        unsigned c = unsigned(w[i]);
-        if (c < 0x80) {
-            out += char(c);
-        } else if (c < 0x800) {
-            out += char(0xC0 | (c >> 6));
-            out += char(0x80 | (c & 0x3F));
-        } else {
-            out += char(0xE0 | (c >> 12));
-            out += char(0x80 | ((c >> 6) & 0x3F));
-            out += char(0x80 | (c & 0x3F));
-        }
-    }
-    return out;
-}
-
-} // namespace
-
 // LibreOffice reads the tables we write, 1-byte and 2-byte strings split
 // over many CONTINUE records, cell by cell.
 TEST(SstInterop, OurTablesReadByLibreOffice) {
-    if (!libreOfficeAvailable()) GTEST_SKIP() << "LibreOffice is not installed";
+    if (!has("soffice")) GTEST_SKIP() << "LibreOffice is not installed";
     std::vector<std::wstring> strings;
     for (unsigned i = 0; i < 3000; ++i) strings.push_back(textOf(i % 37 + 1, L'a', 26, i));
     for (unsigned i = 0; i < 600; ++i) strings.push_back(textOf(i % 61 + 5, 0x4E00, 2000, i));
@@ -320,11 +251,11 @@ TEST(SstInterop, OurTablesReadByLibreOffice) {
             std::ofstream out(path, std::ios::binary);
             out << writeWorkbook(sst);
         }
-        std::vector<std::string> lines = libreOfficeLines(path);
-        ASSERT_EQ(lines.size(), strings.size()) << path;
+        Lines lines = dump("libreoffice", path);
+        ASSERT_EQ(lines.size(), strings.size() + 1) << path;
         unsigned wrong = 0;
         for (size_t i = 0; i < strings.size(); ++i)
-            if (lines[i] != utf8(strings[i])) ++wrong;
+            if (lines[i + 1] != std::to_string(i) + " 0 s " + hex(strings[i].c_str())) ++wrong;
         EXPECT_EQ(wrong, 0u) << path;
     }
 }

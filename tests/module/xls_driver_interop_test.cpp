@@ -3,6 +3,7 @@
 // LibreOffice writes (converted from an Open XML file made with openpyxl)
 // gives its date, time and date-time cells to the driver as texts.
 #include "refhost.h"
+#include "support/oracle.h"
 #include "support/tout_support.h"
 #include "tabrix.h"
 
@@ -38,31 +39,24 @@ bool exists(const std::string &path) {
 // lines of its standard output.
 int run(const std::string &command, std::vector<std::string> *out = nullptr) {
     FILE *pipe = popen(command.c_str(), "r");
-    if (!pipe)
-        return -1;
+    if (!pipe) return -1;
     char line[4096];
     std::string pending;
     while (fgets(line, sizeof line, pipe)) {
         pending += line;
         if (!pending.empty() && pending.back() == '\n') {
             pending.pop_back();
-            if (out)
-                out->push_back(pending);
+            if (out) out->push_back(pending);
             pending.clear();
         }
     }
-    if (out && !pending.empty())
-        out->push_back(pending);
+    if (out && !pending.empty()) out->push_back(pending);
     int status = pclose(pipe);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 // The distribution's interpreter: the one first on PATH may lack its modules.
 const char kPython[] = "/usr/bin/python3";
-
-bool pythonHas(const char *module) {
-    return run(std::string(kPython) + " -c 'import " + module + "' >/dev/null 2>&1") == 0;
-}
 
 // Runs a python script saved under `name` with one argument.
 std::vector<std::string> runPython(const std::string &name, const char *script,
@@ -74,28 +68,9 @@ std::vector<std::string> runPython(const std::string &name, const char *script,
     return lines;
 }
 
-// Every cell of every sheet, as "sheet!row,col=kind:value".
-const char kListCells[] = R"(import sys, xlrd
-book = xlrd.open_workbook(sys.argv[1])
-for sheet in book.sheets():
-    for r in range(sheet.nrows):
-        for c in range(sheet.ncols):
-            cell = sheet.cell(r, c)
-            if cell.ctype == xlrd.XL_CELL_EMPTY or cell.ctype == xlrd.XL_CELL_BLANK:
-                continue
-            if cell.ctype == xlrd.XL_CELL_NUMBER:
-                value = '%.15g' % cell.value
-            elif cell.ctype == xlrd.XL_CELL_BOOLEAN:
-                value = 'TRUE' if cell.value else 'FALSE'
-            else:
-                value = cell.value
-            print('%s!%d,%d=%d:%s' % (sheet.name, r, c, cell.ctype, value))
-)";
-
 TEST(XlsInterop, WrittenWorkbookReadByXlrd) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
-    if (!pythonHas("xlrd"))
-        GTEST_SKIP() << "python3-xlrd is not installed";
+    if (!oracle::has("xlrd")) GTEST_SKIP() << "python3-xlrd is not installed";
     remove(pathOf("written.xls").c_str());
     Context ctx(scratchDir());
     List *shipments = ctx.newList(tout::shipmentType());
@@ -111,14 +86,12 @@ TEST(XlsInterop, WrittenWorkbookReadByXlrd) {
     };
     ASSERT_EQ(host().write(ctx, "xls", "written.xls", items), 0) << ctx.allErrors();
 
-    std::vector<std::string> cells =
-        runPython("xls_list_cells.py", kListCells, pathOf("written.xls"));
+    std::vector<std::string> cells = oracle::dump("xlrd", pathOf("written.xls"), true);
     const std::vector<std::string> expected{
-        "Plan!0,0=1:from",      "Plan!0,1=1:to",           "Plan!0,2=1:qty",
-        "Plan!0,3=1:express",   "Plan!1,0=1:Seattle",      "Plan!1,1=1:New York",
-        "Plan!1,2=2:50",        "Plan!1,3=4:FALSE",        "Plan!2,0=1:Z\xC3\xBCrich",
-        "Plan!2,1=1:Austin, TX", "Plan!2,2=2:275",         "Plan!2,3=4:TRUE",
-        "Scalars!1,1=2:90.125", "Scalars!2,1=1:small \"model\"",
+        "SHEET Plan",    "0 0 s from",          "0 1 s to",         "0 2 s qty",
+        "0 3 s express", "1 0 s Seattle",       "1 1 s New York",   "1 2 n 50",
+        "1 3 b 0",       "2 0 s Z\xC3\xBCrich", "2 1 s Austin, TX", "2 2 n 275",
+        "2 3 b 1",       "SHEET Scalars",       "1 1 n 90.125",     "2 1 s small \"model\"",
     };
     EXPECT_EQ(cells, expected);
 }
@@ -139,8 +112,7 @@ book.save(sys.argv[1])
 
 TEST(XlsInterop, DatesOfALibreOfficeWorkbookAsTexts) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
-    if (!pythonHas("openpyxl"))
-        GTEST_SKIP() << "python3-openpyxl is not installed";
+    if (!oracle::has("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
     if (run("command -v soffice >/dev/null 2>&1") != 0)
         GTEST_SKIP() << "LibreOffice is not installed";
 

@@ -16,12 +16,8 @@ const char *kPython = "/usr/bin/python3";
 
 std::string tmpPath(const std::string &name) { return std::string(TABRIX_TEST_TMP) + "/" + name; }
 
-bool pythonHas(const std::string &module) {
-    std::string cmd = std::string(kPython) + " -c 'import " + module + "' 2>/dev/null";
-    return std::system(cmd.c_str()) == 0;
-}
-
-std::vector<std::string> runPython(const std::string &scriptName, const char *script, const std::string &args) {
+std::vector<std::string> runPython(const std::string &scriptName, const char *script,
+                                   const std::string &args) {
     static std::set<std::string> saved;
     std::string path = tmpPath(scriptName);
     if (saved.insert(scriptName).second) std::ofstream(path) << script;
@@ -52,25 +48,13 @@ std::vector<std::string> corpusXlsFiles() {
         if (!d) continue;
         while (dirent *e = readdir(d)) {
             std::string n = e->d_name;
-            if (n.size() > 4 && n.compare(n.size() - 4, 4, ".xls") == 0) files.push_back(dir + "/" + n);
+            if (n.size() > 4 && n.compare(n.size() - 4, 4, ".xls") == 0)
+                files.push_back(dir + "/" + n);
         }
         closedir(d);
     }
     std::sort(files.begin(), files.end());
     return files;
-}
-
-std::string hexUtf16(const wchar_t *t) {
-    static const char *d = "0123456789abcdef";
-    std::string out;
-    for (; *t; ++t) {
-        unsigned v = unsigned(*t) & 0xFFFF;
-        for (unsigned b : {v & 0xFF, v >> 8}) {
-            out += d[b >> 4];
-            out += d[b & 15];
-        }
-    }
-    return out.empty() ? "-" : out;
 }
 
 } // namespace bifftest

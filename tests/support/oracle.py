@@ -1,0 +1,190 @@
+"""Dumps a workbook as text through an independent reader, so that the
+interop tests compare lines instead of poking at readers themselves.
+
+usage: oracle.py READER PATH [utf8]
+  xlrd         every worksheet of a binary book
+  xlrd-format  the same cells, each as "r c bold colour format" instead
+  xlrd-sst     "COUNT n", then each entry of the shared string table
+  openpyxl     every worksheet of an Open XML book
+  libreoffice  every sheet through LibreOffice's csv export (raw values)
+  olefile      each stream of a compound file: "path size crc32"
+  xlrd-formulas   each formula cell as xlrd decompiles it: "sheet row col kind text"
+  openpyxl-settings  the sheet states, print setup, views and names of an
+               Open XML book, one setting a line
+
+Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
+kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
+empty texts are left out.  Texts and names are UTF-16LE hex ("-" when
+empty), or with the last argument "utf8" UTF-8 with backslash and newline
+escaped.  A reader that can't open the book prints "ERROR why".
+"""
+import csv, glob, os, re, subprocess, sys, tempfile
+
+reader, path = sys.argv[1], sys.argv[2]
+utf8 = len(sys.argv) > 3 and sys.argv[3] == 'utf8'
+
+
+def text(s):
+    if utf8:
+        return s.replace('\\', '\\\\').replace('\n', '\\n')
+    return s.encode('utf-16-le', 'surrogatepass').hex() or '-'
+
+
+def cell(r, c, kind, v):
+    if kind == 's' and v == '':
+        return
+    print(r, c, kind, '%.17g' % v if kind == 'n' else text(v) if kind == 's' else int(v))
+
+
+def xlrd_book(formatting=False, on_demand=False):
+    import xlrd
+    return xlrd, xlrd.open_workbook(path, ragged_rows=True, formatting_info=formatting, on_demand=on_demand,
+                                    logfile=open(os.devnull, 'w'))
+
+
+def dump_xlrd(formatting):
+    xlrd, bk = xlrd_book(formatting)
+    kinds = {xlrd.XL_CELL_NUMBER: 'n', xlrd.XL_CELL_DATE: 'n', xlrd.XL_CELL_TEXT: 's',
+             xlrd.XL_CELL_BOOLEAN: 'b', xlrd.XL_CELL_ERROR: 'e'}
+    for sh in bk.sheets():
+        print('SHEET', text(sh.name))
+        for r in range(sh.nrows):
+            for c in range(sh.row_len(r)):
+                kind, v = kinds.get(sh.cell_type(r, c)), sh.cell_value(r, c)
+                if not kind or (kind == 's' and v == ''):
+                    continue
+                if formatting:
+                    # Bold is a weight of 700 or more, as the format defines
+                    # it (xlrd's own flag reads a bit the format leaves unused).
+                    xf = bk.xf_list[sh.cell_xf_index(r, c)]
+                    f = bk.font_list[xf.font_index]
+                    print(r, c, int(f.weight >= 700), f.colour_index, text(bk.format_map[xf.format_key].format_str))
+                else:
+                    cell(r, c, kind, v)
+
+
+def dump_sst():
+    # Kept open on demand, so that the shared strings are still there.
+    _, bk = xlrd_book(on_demand=True)
+    sst = bk._sharedstrings or []
+    print('COUNT', len(sst))
+    for s in sst:
+        print(text(s))
+
+
+def dump_openpyxl():
+    import openpyxl
+    bk = openpyxl.load_workbook(path, data_only=True)
+    for sh in bk.worksheets:
+        print('SHEET', text(sh.title))
+        for row in sh.iter_rows():
+            for x in row:
+                v = x.value
+                if v is None:
+                    continue
+                kind = 'b' if isinstance(v, bool) else 'n' if isinstance(v, (int, float)) else \
+                    'e' if x.data_type == 'e' else 's'
+                cell(x.row - 1, x.column - 1, kind, v if kind != 'n' else float(v))
+
+
+NUMBER = re.compile(r'^[-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?%?$')
+
+
+def dump_libreoffice():
+    out = tempfile.mkdtemp(prefix='oracle_lo_')
+    base = os.path.splitext(os.path.basename(path))[0]
+    # Comma, quote, UTF-8, raw values rather than as shown, every sheet.
+    subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
+                    '--convert-to', 'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true,false,false,false,-1',
+                    '--outdir', out, path], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+    files = sorted(glob.glob(os.path.join(glob.escape(out), glob.escape(base) + '-*.csv')))
+    if not files:
+        raise RuntimeError('no csv')
+    for name in files:
+        print('SHEET', text(os.path.basename(name)[len(base) + 1:-4]))
+        with open(name, newline='', encoding='utf-8') as f:
+            for r, row in enumerate(csv.reader(f)):
+                for c, v in enumerate(row):
+                    if NUMBER.match(v):
+                        # A percentage keeps its sign even among raw values.
+                        cell(r, c, 'n', float(v[:-1]) / 100 if v.endswith('%') else float(v))
+                    else:
+                        cell(r, c, 's', v)
+    subprocess.run(['rm', '-rf', out])
+
+
+def dump_streams():
+    import zlib, olefile
+    ole = olefile.OleFileIO(path, raise_defects=olefile.DEFECT_INCORRECT)
+    for p in ole.listdir(streams=True, storages=False):
+        data = ole.openstream(p).read()
+        print('/'.join(p).encode('unicode_escape').decode(), len(data), zlib.crc32(data) & 0xffffffff)
+
+
+def dump_formulas():
+    import struct, olefile, xlrd
+    import xlrd.formula as F
+    # xlrd leaves out the base cell when it reads a relative 3-D area of a
+    # cell formula; it is handed in here.
+    base = [0, 0]
+    adjust = F.adjust_cell_addr_biff8
+
+    def adjust_with_base(rowval, colval, reldelta, browx=None, bcolx=None):
+        if browx is None:
+            browx, bcolx = base
+        return adjust(rowval, colval, reldelta, browx, bcolx)
+    F.adjust_cell_addr_biff8 = adjust_with_base
+    bk = xlrd.open_workbook(path)
+    data = olefile.OleFileIO(path).openstream('Workbook').read()
+    pos, depth, sheet = 0, 0, -2
+    while pos + 4 <= len(data):
+        rid, size = struct.unpack('<HH', data[pos:pos + 4])
+        body = data[pos + 4:pos + 4 + size]
+        pos += 4 + size
+        if rid == 0x0809:
+            if depth == 0:
+                sheet += 1
+            depth += 1
+        elif rid == 0x000A:
+            depth -= 1
+        elif rid == 0x0006 and sheet >= 0:
+            row, col = struct.unpack('<HH', body[0:4])
+            cce = struct.unpack('<H', body[20:22])[0]
+            base[:] = [row, col]
+            try:
+                text = F.decompile_formula(bk, body[22:], cce, F.FMLA_TYPE_CELL, browx=row, bcolx=col)
+            except Exception as e:
+                text = 'ERROR ' + repr(e)
+            print(sheet, row, col, bk.sheet_by_index(sheet).cell_type(row, col), text)
+
+
+def dump_settings():
+    import openpyxl
+    wb = openpyxl.load_workbook(path)
+    for ws in wb.worksheets:
+        print(ws.title, 'state', ws.sheet_state)
+    ws = wb.worksheets[0]
+    ps, m, po, v = ws.page_setup, ws.page_margins, ws.print_options, ws.sheet_view
+    print('orientation', ps.orientation, 'paper', ps.paperSize, 'scale', ps.scale)
+    print('margins', m.left, m.right, m.top, m.bottom, m.header, m.footer)
+    print('header', ws.oddHeader.center.text, '| footer', ws.oddFooter.right.text)
+    print('centred', po.horizontalCentered, po.verticalCentered, 'grid', po.gridLines, 'headings', po.headings)
+    print('view grid', v.showGridLines, 'zoom', v.zoomScale, 'freeze', ws.freeze_panes)
+    print('protected', ws.protection.sheet)
+    print('print area', ws.print_area, 'titles', ws.print_title_rows, ws.print_title_cols)
+    print('breaks', [b.id for b in ws.row_breaks.brk], [b.id for b in ws.col_breaks.brk])
+    fit = wb.worksheets[1]
+    print('fit', fit.sheet_properties.pageSetUpPr.fitToPage, fit.page_setup.fitToWidth,
+          fit.page_setup.fitToHeight, 'rtl', fit.sheet_view.rightToLeft, 'top left', fit.sheet_view.topLeftCell)
+    names = ['%s %s %s' % (dn.name, dn.localSheetId, dn.attr_text) for dn in wb.defined_names.definedName
+             if not dn.name.startswith('Excel_BuiltIn')]
+    for n in sorted(names):
+        print('name', n)
+
+
+try:
+    {'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
+     'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
+     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings}[reader]()
+except Exception as e:
+    print('ERROR', type(e).__name__)
