@@ -14,16 +14,18 @@ namespace {
 
 const std::string &sheet_xml() {
     static const std::string xml = [] {
-        std::string s = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-                        "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
-                        "<dimension ref=\"A1:J100000\"/><sheetData>";
+        std::string s =
+            "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
+            "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
+            "<dimension ref=\"A1:J100000\"/><sheetData>";
         for (int r = 1; r <= 100000; ++r) {
             s += "<row r=\"" + std::to_string(r) + "\" spans=\"1:10\">";
             for (int c = 0; c < 10; ++c) {
-                const std::string ref = std::string(1, static_cast<char>('A' + c)) + std::to_string(r);
+                const std::string ref =
+                    std::string(1, static_cast<char>('A' + c)) + std::to_string(r);
                 if (c == 9)
-                    s += "<c r=\"" + ref + "\" s=\"2\"><f>SUM(A" + std::to_string(r) + ":C" + std::to_string(r) +
-                         ")</f><v>" + std::to_string(r * 3) + "</v></c>";
+                    s += "<c r=\"" + ref + "\" s=\"2\"><f>SUM(A" + std::to_string(r) + ":C" +
+                         std::to_string(r) + ")</f><v>" + std::to_string(r * 3) + "</v></c>";
                 else if (c % 3 == 1)
                     s += "<c r=\"" + ref + "\" t=\"s\"><v>" + std::to_string(r % 977) + "</v></c>";
                 else
@@ -50,7 +52,8 @@ void BM_BindingUnmarshal(benchmark::State &state) {
     {
         auto d = std::make_unique<binding::c_document>();
         d->unmarshal(xml.data(), xml.size(), binding::TRANSITIONAL, binding::PART_WORKSHEET);
-        state.counters["heap_bytes_per_cell"] = static_cast<double>(mallinfo2().uordblks - before) / 1e6;
+        state.counters["heap_bytes_per_cell"] =
+            static_cast<double>(mallinfo2().uordblks - before) / 1e6;
     }
     state.counters["xml_bytes_per_cell"] = static_cast<double>(xml.size()) / 1e6;
 }

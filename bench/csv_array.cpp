@@ -86,7 +86,8 @@ void BM_ReadSparse3D(benchmark::State &state) {
     for (auto _ : state) {
         state.PauseTiming();
         auto ctx = std::make_unique<Context>();
-        Array *read = ctx->newArray(QD_REAL, {ctx->newSet(QD_INT), ctx->newSet(QD_INT), ctx->newSet(QD_INT)});
+        Array *read =
+            ctx->newArray(QD_REAL, {ctx->newSet(QD_INT), ctx->newSet(QD_INT), ctx->newSet(QD_INT)});
         state.ResumeTiming();
         int counter = 0;
         if (f.host.readItem(*ctx, "csv", f.path, "[]", read->type(), read, &counter) != 0) {

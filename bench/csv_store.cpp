@@ -23,8 +23,7 @@ const int kColumns = 12;
 // Writes the input file and answers the number of non-empty fields.
 long long makeInput(const std::string &path) {
     FILE *f = fopen(path.c_str(), "wb");
-    if (!f)
-        return -1;
+    if (!f) return -1;
     long long cells = 0;
     size_t bytes = 0;
     unsigned seed = 12345;
@@ -37,10 +36,16 @@ long long makeInput(const std::string &path) {
             const char *sep = c + 1 < kColumns ? "," : "\n";
             switch (c % 6) {
             case 0: n += snprintf(line + n, sizeof line - n, "%ld%s", row, sep); break;
-            case 1: n += snprintf(line + n, sizeof line - n, "%u.%03u%s", r % 100000, r % 1000, sep); break;
+            case 1:
+                n += snprintf(line + n, sizeof line - n, "%u.%03u%s", r % 100000, r % 1000, sep);
+                break;
             case 2: n += snprintf(line + n, sizeof line - n, "item%u%s", r % 1000000, sep); break;
-            case 3: n += snprintf(line + n, sizeof line - n, "%s%s", (r & 1) ? "TRUE" : "FALSE", sep); break;
-            case 4: n += snprintf(line + n, sizeof line - n, "\"a, \"\"q\"\" %u\"%s", r % 1000, sep); break;
+            case 3:
+                n += snprintf(line + n, sizeof line - n, "%s%s", (r & 1) ? "TRUE" : "FALSE", sep);
+                break;
+            case 4:
+                n += snprintf(line + n, sizeof line - n, "\"a, \"\"q\"\" %u\"%s", r % 1000, sep);
+                break;
             default: n += snprintf(line + n, sizeof line - n, "-%u.5e-3%s", r % 10000, sep); break;
             }
             ++cells;
@@ -124,10 +129,10 @@ int main() {
     double writeRate = outBytes / 1048576.0 / seconds(t2, t3);
     printf("csv store: %lld cells, %.1f MB in, %.1f MB out\n", cells, inBytes / 1048576.0,
            outBytes / 1048576.0);
-    printf("read  (open for writing): %8.1f MB/s, %8.1f MB/s of CPU time  (target 100)\n",
-           readRate, inBytes / 1048576.0 / (c1 - c0));
-    printf("write (last close):       %8.1f MB/s, %8.1f MB/s of CPU time  (target 50)\n",
-           writeRate, outBytes / 1048576.0 / (c3 - c2));
+    printf("read  (open for writing): %8.1f MB/s, %8.1f MB/s of CPU time  (target 100)\n", readRate,
+           inBytes / 1048576.0 / (c1 - c0));
+    printf("write (last close):       %8.1f MB/s, %8.1f MB/s of CPU time  (target 50)\n", writeRate,
+           outBytes / 1048576.0 / (c3 - c2));
     printf("heap held per stored cell: %.1f bytes; peak resident growth per cell: %.1f bytes\n",
            (double)heapHeld / (double)cells, peakGrowth * 1024.0 / (double)cells);
     return 0;

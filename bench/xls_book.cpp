@@ -1,10 +1,10 @@
 // Load and save of a whole binary book: 65,000 rows by 10 columns (even
 // columns numbers, odd columns texts), written into a new book and saved,
 // to memory and to disk, then loaded back and every cell read; once with
-// every text distinct and once with 1,000 texts used over and over.  Reports cells per second and the peak resident memory, and
-// reads the same file with FreeXL, when it is installed, for the ratio.
-// Targets: reading faster than FreeXL; writing at least 5 million cells a
-// second, the save included.
+// every text distinct and once with 1,000 texts used over and over.  Reports cells per second and
+// the peak resident memory, and reads the same file with FreeXL, when it is installed, for the
+// ratio. Targets: reading faster than FreeXL; writing at least 5 million cells a second, the save
+// included.
 #include "tabrix.h"
 #include "tabrix/IBookT.h"
 
@@ -108,7 +108,8 @@ bool fill(Book &b) {
     size_t k = 0;
     for (int r = 0; r < kRows; ++r)
         for (int c = 0; c < kCols; ++c) {
-            bool ok = c % 2 == 0 ? s->writeNum(r, c, r * 1.25 + c, nullptr) : s->writeStr(r, c, t[k++].c_str(), nullptr);
+            bool ok = c % 2 == 0 ? s->writeNum(r, c, r * 1.25 + c, nullptr)
+                                 : s->writeStr(r, c, t[k++].c_str(), nullptr);
             if (!ok) return false;
         }
     return true;
@@ -182,7 +183,8 @@ void report(const char *what, const Measure &m) {
 #ifdef TABRIX_HAVE_FREEXL
 bool freexlReadAll(const std::string &path) {
     const void *h = nullptr;
-    bool ok = freexl_open(path.c_str(), &h) == FREEXL_OK && freexl_select_active_worksheet(h, 0) == FREEXL_OK;
+    bool ok = freexl_open(path.c_str(), &h) == FREEXL_OK &&
+              freexl_select_active_worksheet(h, 0) == FREEXL_OK;
     unsigned int rows = 0;
     unsigned short cols = 0;
     ok = ok && freexl_worksheet_dimensions(h, &rows, &cols) == FREEXL_OK && rows == unsigned(kRows);
@@ -191,10 +193,14 @@ bool freexlReadAll(const std::string &path) {
     for (unsigned r = 0; ok && r < rows; ++r)
         for (unsigned short c = 0; ok && c < cols; ++c) {
             FreeXL_CellValue v;
-            if (freexl_get_cell_value(h, r, c, &v) != FREEXL_OK) ok = false;
-            else if (v.type == FREEXL_CELL_DOUBLE) sum += v.value.double_value;
-            else if (v.type == FREEXL_CELL_INT) sum += v.value.int_value;
-            else if (v.type == FREEXL_CELL_TEXT || v.type == FREEXL_CELL_SST_TEXT) chars += v.value.text_value[0] != 0;
+            if (freexl_get_cell_value(h, r, c, &v) != FREEXL_OK)
+                ok = false;
+            else if (v.type == FREEXL_CELL_DOUBLE)
+                sum += v.value.double_value;
+            else if (v.type == FREEXL_CELL_INT)
+                sum += v.value.int_value;
+            else if (v.type == FREEXL_CELL_TEXT || v.type == FREEXL_CELL_SST_TEXT)
+                chars += v.value.text_value[0] != 0;
         }
     if (h) freexl_close(h);
     benchmark::DoNotOptimize(sum);
@@ -206,8 +212,8 @@ bool freexlReadAll(const std::string &path) {
 // One table of measures; answers false when the book failed.
 bool run(const std::string &path, bool distinct) {
     makeTexts(distinct);
-    std::printf("\nbinary book of %d x %d cells (half numbers, half %s texts), best of %d\n", kRows, kCols,
-                distinct ? "distinct" : "1,000 repeated", kRounds);
+    std::printf("\nbinary book of %d x %d cells (half numbers, half %s texts), best of %d\n", kRows,
+                kCols, distinct ? "distinct" : "1,000 repeated", kRounds);
 
     // The file the reading measures load, made once beforehand.
     std::string saved;

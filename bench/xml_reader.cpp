@@ -17,11 +17,12 @@ namespace {
 
 const std::string &worksheet() {
     static const std::string doc = [] {
-        std::string s = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-                        "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
-                        "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\" "
-                        "xmlns:x14ac=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/ac\">"
-                        "<dimension ref=\"A1:J100000\"/><sheetData>";
+        std::string s =
+            "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
+            "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
+            "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\" "
+            "xmlns:x14ac=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/ac\">"
+            "<dimension ref=\"A1:J100000\"/><sheetData>";
         s.reserve(42u << 20);
         unsigned seed = 12345;
         for (int row = 1; row <= 100000; ++row) {
@@ -31,7 +32,8 @@ const std::string &worksheet() {
                 seed = seed * 1103515245u + 12345u;
                 const std::string ref = std::string(1, char('A' + col)) + r;
                 if (col % 3 == 2)
-                    s += "<c r=\"" + ref + "\" t=\"s\"><v>" + std::to_string(seed % 5000) + "</v></c>";
+                    s += "<c r=\"" + ref + "\" t=\"s\"><v>" + std::to_string(seed % 5000) +
+                         "</v></c>";
                 else
                     s += "<c r=\"" + ref + "\" s=\"1\"><v>" + std::to_string(seed % 100000) + "." +
                          std::to_string(seed % 997) + "</v></c>";
@@ -62,8 +64,7 @@ void BM_LmxEvents(benchmark::State &state) {
                 sum += r.text().size();
             }
         }
-        if (r.error())
-            state.SkipWithError("reader error");
+        if (r.error()) state.SkipWithError("reader error");
         benchmark::DoNotOptimize(elements);
     }
     benchmark::DoNotOptimize(sum);
@@ -95,8 +96,7 @@ void BM_PugixmlInPlace(benchmark::State &state) {
         copy = doc;
         state.ResumeTiming();
         pugi::xml_document d;
-        if (!d.load_buffer_inplace(copy.data(), copy.size()))
-            state.SkipWithError("pugixml error");
+        if (!d.load_buffer_inplace(copy.data(), copy.size())) state.SkipWithError("pugixml error");
         sum += walk(d);
     }
     benchmark::DoNotOptimize(sum);

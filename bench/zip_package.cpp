@@ -16,20 +16,23 @@ struct Parts {
     std::string sheet, sst;
 };
 
-const Parts &parts()
-{
+const Parts &parts() {
     static const Parts p = [] {
         Parts out;
         unsigned seed = 12345;
-        out.sheet = "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"><sheetData>";
+        out.sheet =
+            "<worksheet "
+            "xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"><sheetData>";
         for (int row = 1; out.sheet.size() < (40u << 20); ++row) {
             const std::string r = std::to_string(row);
             out.sheet += "<row r=\"" + r + "\" spans=\"1:10\">";
             for (int col = 0; col < 10; ++col) {
                 seed = seed * 1103515245u + 12345u;
                 const std::string ref = std::string(1, char('A' + col)) + r;
-                out.sheet += col % 3 == 2 ? "<c r=\"" + ref + "\" t=\"s\"><v>" + std::to_string(seed % 200000) + "</v></c>"
-                                          : "<c r=\"" + ref + "\" s=\"1\"><v>" + std::to_string(seed % 100000) + "." +
+                out.sheet += col % 3 == 2 ? "<c r=\"" + ref + "\" t=\"s\"><v>" +
+                                                std::to_string(seed % 200000) + "</v></c>"
+                                          : "<c r=\"" + ref + "\" s=\"1\"><v>" +
+                                                std::to_string(seed % 100000) + "." +
                                                 std::to_string(seed % 997) + "</v></c>";
             }
             out.sheet += "</row>";
@@ -38,7 +41,8 @@ const Parts &parts()
         out.sst = "<sst xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">";
         while (out.sst.size() < (10u << 20)) {
             seed = seed * 1103515245u + 12345u;
-            out.sst += "<si><t>item " + std::to_string(seed % 1000003) + " of lot " + std::to_string(seed % 977) + "</t></si>";
+            out.sst += "<si><t>item " + std::to_string(seed % 1000003) + " of lot " +
+                       std::to_string(seed % 977) + "</t></si>";
         }
         out.sst += "</sst>";
         return out;
@@ -48,8 +52,7 @@ const Parts &parts()
 
 int64_t total() { return static_cast<int64_t>(parts().sheet.size() + parts().sst.size()); }
 
-std::string savePackage()
-{
+std::string savePackage() {
     tabrix::ZipWriter w;
     w.add(L"/xl/worksheets/sheet1.xml", parts().sheet.data(), parts().sheet.size());
     w.add(L"/xl/sharedStrings.xml", parts().sst.data(), parts().sst.size());
@@ -62,17 +65,14 @@ std::string savePackage()
     return out;
 }
 
-void BM_PackageSave(benchmark::State &state)
-{
+void BM_PackageSave(benchmark::State &state) {
     size_t size = 0;
-    for (auto _ : state)
-        size = savePackage().size();
+    for (auto _ : state) size = savePackage().size();
     state.SetBytesProcessed(state.iterations() * total());
     state.counters["archive_MB"] = static_cast<double>(size) / 1e6;
 }
 
-void BM_PackageLoad(benchmark::State &state)
-{
+void BM_PackageLoad(benchmark::State &state) {
     const std::string zip = savePackage();
     for (auto _ : state) {
         tabrix::ZipReader r(zip.data(), zip.size());
@@ -87,8 +87,7 @@ void BM_PackageLoad(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * total());
 }
 
-std::string zlibDeflate(const std::string &in)
-{
+std::string zlibDeflate(const std::string &in) {
     z_stream z{};
     deflateInit2(&z, 6, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY);
     std::string out(deflateBound(&z, in.size()), '\0');
@@ -102,8 +101,7 @@ std::string zlibDeflate(const std::string &in)
     return out;
 }
 
-void zlibInflate(const std::string &in, std::string &out)
-{
+void zlibInflate(const std::string &in, std::string &out) {
     z_stream z{};
     inflateInit2(&z, -15);
     z.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(in.data()));
@@ -114,17 +112,14 @@ void zlibInflate(const std::string &in, std::string &out)
     inflateEnd(&z);
 }
 
-void BM_ZlibDeflate6(benchmark::State &state)
-{
+void BM_ZlibDeflate6(benchmark::State &state) {
     size_t size = 0;
-    for (auto _ : state)
-        size = zlibDeflate(parts().sheet).size() + zlibDeflate(parts().sst).size();
+    for (auto _ : state) size = zlibDeflate(parts().sheet).size() + zlibDeflate(parts().sst).size();
     state.SetBytesProcessed(state.iterations() * total());
     state.counters["archive_MB"] = static_cast<double>(size) / 1e6;
 }
 
-void BM_ZlibInflate(benchmark::State &state)
-{
+void BM_ZlibInflate(benchmark::State &state) {
     const std::string a = zlibDeflate(parts().sheet), b = zlibDeflate(parts().sst);
     for (auto _ : state) {
         std::string x(parts().sheet.size(), '\0'), y(parts().sst.size(), '\0');

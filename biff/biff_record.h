@@ -29,8 +29,7 @@ public:
     void write(XlsRecords &xls) const;
 };
 
-template <class Derived>
-class Record {
+template <class Derived> class Record {
 public:
     static bool checkBegin(uint16_t id) { return id == Derived::kId; }
 

@@ -159,8 +159,7 @@ template <class C> void BookImplT<C>::colorUnpack(Color color, int *red, int *gr
 // ---- dates, in the book's date system ----
 
 template <class C>
-double BookImplT<C>::datePack(int year, int month, int day, int hour, int min, int sec,
-                              int msec) {
+double BookImplT<C>::datePack(int year, int month, int day, int hour, int min, int sec, int msec) {
     return tabrix::datePack(isDate1904(), year, month, day, hour, min, sec, msec);
 }
 
@@ -234,8 +233,7 @@ template <class C> const C *BookImplT<C>::errorMessage() {
 
 // A file name in the form the C library opens: narrow names as they are,
 // wide ones through the book's encoding.
-template <class C>
-bool BookImplT<C>::narrowPath(const C *name, std::string &narrow) {
+template <class C> bool BookImplT<C>::narrowPath(const C *name, std::string &narrow) {
     if (!name) return false;
     if constexpr (std::is_same<C, char>::value) {
         narrow = name;

@@ -252,9 +252,9 @@ private:
     std::vector<BoundSheet8> _boundSheets;
     std::vector<Biff> _unknown;
     std::vector<Lbl> _names;
-    std::vector<Biff> _hfPictures;   // 2150
+    std::vector<Biff> _hfPictures; // 2150
     KeptRecord _opaque[kOpaqueCount];
-    std::vector<Biff> _xfExt;        // 2173
+    std::vector<Biff> _xfExt; // 2173
 
     // The bytes of the last saveRaw, alive until the next one.
     ByteRegion _rawOut;

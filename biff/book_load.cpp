@@ -35,7 +35,8 @@ struct WordGlobal {
 const WordGlobal kWordGlobals[] = {
     {rid::CodePage, "CodePage size is incorrect", &BookWords::codePage},
     {rid::DSF, "DSF size is incorrect", &BookWords::dsf},
-    {rid::BuiltInFnGroupCount, "BuiltInFnGroupCount size is incorrect", &BookWords::builtInFnGroupCount},
+    {rid::BuiltInFnGroupCount, "BuiltInFnGroupCount size is incorrect",
+     &BookWords::builtInFnGroupCount},
     {rid::Backup, "Backup size is incorrect", &BookWords::backup},
     {rid::HideObj, "HideObj size is incorrect", &BookWords::hideObj},
     {rid::Date1904, "Date1904 size is incorrect", &BookWords::date1904},
@@ -161,16 +162,13 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         return true;
     }
     switch (id) {
-    case rid::Eof:
-        skip(_xls, size);
-        return false;
+    case rid::Eof: skip(_xls, size); return false;
     case Bof::kId:
         _bof.read(_xls, size);
         if (_bof.vers != 0x0600 && _bof.vers != 0x0500)
             throw tberror("This file format isn't supported");
         break;
-    case rid::FilePass:
-        throw tberror("workbook is encrypted");
+    case rid::FilePass: throw tberror("workbook is encrypted");
     case rid::InterfaceHdr: // InterfaceHdr
         if (size != 0 && size != 2) throw tberror("InterfaceHdr size is incorrect");
         if (size == 2) _words.interfaceHdr = word(_xls);
@@ -183,54 +181,34 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         if (size != 0 && size != 2) throw tberror("Mms size is incorrect");
         if (size == 2) _xls.read(_mms, 2);
         break;
-    case WriteAccess::kId:
-        _writeAccess.read(_xls, size);
-        break;
+    case WriteAccess::kId: _writeAccess.read(_xls, size); break;
     case rid::RRTabId: { // RRTabId
         if (size % 2) throw tberror("RRTabId size is incorrect");
         _rrTabId.assign(size / 2, 0);
         for (uint16_t &t : _rrTabId) t = word(_xls);
         break;
     }
-    case WinProtect::kId:
-        _winProtect.read(_xls, size);
-        break;
-    case Protect::kId:
-        _protect.read(_xls, size);
-        break;
-    case Password::kId:
-        _password.read(_xls, size);
-        break;
-    case Prot4Rev::kId:
-        _prot4Rev.read(_xls, size);
-        break;
-    case Prot4RevPass::kId:
-        _prot4RevPass.read(_xls, size);
-        break;
+    case WinProtect::kId: _winProtect.read(_xls, size); break;
+    case Protect::kId: _protect.read(_xls, size); break;
+    case Password::kId: _password.read(_xls, size); break;
+    case Prot4Rev::kId: _prot4Rev.read(_xls, size); break;
+    case Prot4RevPass::kId: _prot4RevPass.read(_xls, size); break;
     case rid::Window1: { // Window1
         if (size != 18) throw tberror("Window1 size is incorrect");
-        uint16_t *w[] = {&_window1.xWn,     &_window1.yWn,      &_window1.dxWn,
-                         &_window1.dyWn,    &_window1.flags,    &_window1.itabCur,
+        uint16_t *w[] = {&_window1.xWn,       &_window1.yWn,     &_window1.dxWn,
+                         &_window1.dyWn,      &_window1.flags,   &_window1.itabCur,
                          &_window1.itabFirst, &_window1.ctabSel, &_window1.wTabRatio};
         for (uint16_t *f : w) *f = word(_xls);
         break;
     }
-    case rid::Font:
-        _styles.readFont(_xls, size, _bof.vers);
-        break;
+    case rid::Font: _styles.readFont(_xls, size, _bof.vers); break;
     case rid::Format:
         if (size < 3) throw tberror("Format size is incorrect");
         _styles.readFormat(_xls, size, _bof.vers);
         break;
-    case rid::XF:
-        _styles.readXF(_xls, size, _bof.vers);
-        break;
-    case rid::Style:
-        _styles.readStyle(_xls, size, _bof.vers);
-        break;
-    case rid::Palette:
-        _styles.readPalette(_xls, size);
-        break;
+    case rid::XF: _styles.readXF(_xls, size, _bof.vers); break;
+    case rid::Style: _styles.readStyle(_xls, size, _bof.vers); break;
+    case rid::Palette: _styles.readPalette(_xls, size); break;
     case BoundSheet8::kId: {
         if (size < 8) throw tberror("BoundSheet8 size is incorrect");
         if (_boundSheets.size() >= size_t(kMaxSheets)) throw tberror(kTooManySheets);
@@ -272,7 +250,8 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         std::vector<uint8_t> bytes(size);
         if (size) bytes.resize(_xls.read(bytes.data(), size));
         _drawingGroupPieces.assign(1, {rid::MsoDrawingGroup, uint16_t(bytes.size())});
-        while (!_xls.eof() && (_xls.peekInt16() == rid::Continue || _xls.peekInt16() == rid::MsoDrawingGroup)) {
+        while (!_xls.eof() &&
+               (_xls.peekInt16() == rid::Continue || _xls.peekInt16() == rid::MsoDrawingGroup)) {
             uint16_t cid = 0, csize = 0;
             _xls.readInt16(cid);
             _xls.readInt16(csize);
@@ -284,9 +263,7 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         _drawingGroup.read(bytes.data(), bytes.size());
         break;
     }
-    case SST::kId:
-        _sst.read(_xls, size);
-        break;
+    case SST::kId: _sst.read(_xls, size); break;
     case ExtSST::kId: {
         // Rebuilt by nobody: a save leaves it out.
         ExtSST ext;
@@ -305,8 +282,7 @@ template <class C> bool BookImplT<C>::readGlobal(uint16_t id, uint16_t size) {
         skip(_xls, size);
         _template = true;
         break;
-    default:
-        keepUnknown(id, size);
+    default: keepUnknown(id, size);
     }
     return true;
 }

@@ -22,7 +22,8 @@ const size_t kMaxRRTabIds = XlsRecords::kMaxRecordData / 2;
 // A book read from the older format holds records of both layouts; writing
 // them as they are would make a file of neither.
 template <class C> void BookImplT<C>::checkSavable() const {
-    if (_bof.vers == 0x0500) throw tberror("a workbook loaded from the BIFF5 format can't be saved");
+    if (_bof.vers == 0x0500)
+        throw tberror("a workbook loaded from the BIFF5 format can't be saved");
 }
 
 template <class C> bool BookImplT<C>::save(const C *filename) {

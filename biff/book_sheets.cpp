@@ -36,7 +36,8 @@ SheetImplT<C> *BookImplT<C>::newSheet(const std::wstring &name, ISheetT<C> *init
         return sheet.release();
     }
     auto *src = dynamic_cast<SheetImplT<C> *>(initSheet);
-    if (!src) throw tberror("a sheet of a binary workbook can only be copied from a binary workbook");
+    if (!src)
+        throw tberror("a sheet of a binary workbook can only be copied from a binary workbook");
     // From another book the copy brings its strings and formats over.
     std::unique_ptr<SheetImplT<C>> sheet(new BinarySheetT<C>(*src, *this));
     sheet->setWideName(name);
@@ -51,8 +52,7 @@ ISheetT<C> *BookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *init
     bool cut = false;
     std::wstring wide = SheetImplT<C>::sheetName(name, _utf8Mode, cut);
     for (SheetImplT<C> *s : _sheets)
-        if (sicmp(s->wideName(), wide) == 0)
-            throw tberror("book already contains such sheet name");
+        if (sicmp(s->wideName(), wide) == 0) throw tberror("book already contains such sheet name");
 
     BoundSheet8 entry;
     entry.hsState = 0;
@@ -156,12 +156,9 @@ template <class C> ISheetT<C> *BookImplT<C>::getSheet(int index) {
 template <class C> SheetType BookImplT<C>::sheetType(int index) {
     if (index < 0 || index >= sheetCount()) throw tberror(kOutOfRange);
     switch (_sheets[size_t(index)]->docType()) {
-    case 16:
-        return SHEETTYPE_SHEET;
-    case 32:
-        return SHEETTYPE_CHART;
-    default:
-        return SHEETTYPE_UNKNOWN;
+    case 16: return SHEETTYPE_SHEET;
+    case 32: return SHEETTYPE_CHART;
+    default: return SHEETTYPE_UNKNOWN;
     }
 }
 
@@ -173,8 +170,7 @@ template <class C> SheetState BookImplT<C>::sheetHidden(int index) {
 // Hiding the last visible sheet is refused: a book always shows one.
 template <class C> void BookImplT<C>::setSheetHidden(int index, SheetState state) {
     if (index < 0 || size_t(index) >= _boundSheets.size()) throw tberror(kOutOfRange);
-    if (state != SHEETSTATE_VISIBLE && state != SHEETSTATE_HIDDEN &&
-        state != SHEETSTATE_VERYHIDDEN)
+    if (state != SHEETSTATE_VISIBLE && state != SHEETSTATE_HIDDEN && state != SHEETSTATE_VERYHIDDEN)
         throw tberror("sheet state is invalid");
     BoundSheet8 &entry = _boundSheets[size_t(index)];
     if (state != SHEETSTATE_VISIBLE && (entry.hsState & 3) == 0 && visibleSheetCount() < 2)

@@ -91,11 +91,10 @@ std::string DirEntry::dump() const {
     os << "[DirEntry]\n"
        << "name=" << ascii << "\nlength=" << length << "\ntype=" << unsigned(type)
        << "\ncolor=" << unsigned(color) << "\nleftSiblingID=" << leftSiblingID
-       << "\nrightSiblingID=" << rightSiblingID << "\nchildID=" << childID
-       << "\nstate=" << state << "\ncreationTime=" << creationTime
-       << "\nmodifiedTime=" << modifiedTime
-       << "\nstartingSectorLocation=" << startingSectorLocation
-       << "\nstreamSize=" << streamSize << "\n";
+       << "\nrightSiblingID=" << rightSiblingID << "\nchildID=" << childID << "\nstate=" << state
+       << "\ncreationTime=" << creationTime << "\nmodifiedTime=" << modifiedTime
+       << "\nstartingSectorLocation=" << startingSectorLocation << "\nstreamSize=" << streamSize
+       << "\n";
     return os.str();
 }
 

@@ -32,8 +32,7 @@ FatLayout computeFatLayout(uint64_t dataSectors, uint64_t dirSectors) {
     return l;
 }
 
-std::vector<uint32_t> buildFat(uint32_t dataSectors, const FatLayout &layout,
-                               uint32_t dirSectors) {
+std::vector<uint32_t> buildFat(uint32_t dataSectors, const FatLayout &layout, uint32_t dirSectors) {
     std::vector<uint32_t> fat(size_t(layout.fatSectors) * kFatPerSector, kSectorFree);
     uint32_t pos = 0;
     for (uint32_t i = 0; i < dataSectors; ++i, ++pos)

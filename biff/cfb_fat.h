@@ -20,8 +20,7 @@ FatLayout computeFatLayout(uint64_t dataSectors, uint64_t dirSectors);
 
 // The FAT of a written file: one chain over the data sectors, the DIFAT and
 // FAT markers, then the directory chain; the rest free.
-std::vector<uint32_t> buildFat(uint32_t dataSectors, const FatLayout &layout,
-                               uint32_t dirSectors);
+std::vector<uint32_t> buildFat(uint32_t dataSectors, const FatLayout &layout, uint32_t dirSectors);
 
 } // namespace tabrix
 

@@ -41,9 +41,9 @@ void XlsHeader::toBytes(uint8_t *out) const {
     putLE16(out + 30, sectorShift);
     putLE16(out + 32, miniSectorShift);
     std::memcpy(out + 34, reserved, 6);
-    const uint32_t words[] = {numDirSectors,         numFatSectors,     firstDirSector,
-                              transactionSignature,  miniStreamCutoff,  miniFatSectorLocation,
-                              numMiniFatSectors,     firstDifatSector,  numDifatSectors};
+    const uint32_t words[] = {numDirSectors,        numFatSectors,    firstDirSector,
+                              transactionSignature, miniStreamCutoff, miniFatSectorLocation,
+                              numMiniFatSectors,    firstDifatSector, numDifatSectors};
     for (size_t i = 0; i < 9; ++i) putLE32(out + 40 + 4 * i, words[i]);
     for (uint32_t i = 0; i < kHeaderDifatCount; ++i) putLE32(out + 76 + 4 * i, difat[i]);
 }
@@ -71,9 +71,8 @@ std::string XlsHeader::dump() const {
        << "\nnumFatSectors=" << numFatSectors << "\nfirstDirSector=" << firstDirSector
        << "\nminiStreamCutoff=" << miniStreamCutoff
        << "\nminiFatSectorLocation=" << miniFatSectorLocation
-       << "\nnumMiniFatSectors=" << numMiniFatSectors
-       << "\nfirstDifatSector=" << firstDifatSector << "\nnumDifatSectors=" << numDifatSectors
-       << "\n";
+       << "\nnumMiniFatSectors=" << numMiniFatSectors << "\nfirstDifatSector=" << firstDifatSector
+       << "\nnumDifatSectors=" << numDifatSectors << "\n";
     return os.str();
 }
 

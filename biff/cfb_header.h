@@ -52,8 +52,7 @@ struct XlsHeader {
 // Little-endian helpers used by the container code.
 inline uint16_t getLE16(const uint8_t *p) { return uint16_t(p[0] | (p[1] << 8)); }
 inline uint32_t getLE32(const uint8_t *p) {
-    return uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) |
-           (uint32_t(p[3]) << 24);
+    return uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) | (uint32_t(p[3]) << 24);
 }
 inline void putLE16(uint8_t *p, uint16_t v) {
     p[0] = uint8_t(v);

@@ -14,7 +14,7 @@ uint8_t fontByte(XlsRecords &xls, unsigned short &remaining) {
 }
 } // namespace
 
-template <class C> FontImplT<C>::FontImplT(IStyleOwner<C> *owner) : owner_(owner) {}
+template <class C> FontImplT<C>::FontImplT(IStyleOwner<C> *owner) : _owner(owner) {}
 
 template <class C> void FontImplT<C>::setSize(int size) {
     uint16_t twips = uint16_t(unsigned(size) * 20u);
@@ -22,15 +22,15 @@ template <class C> void FontImplT<C>::setSize(int size) {
 }
 
 template <class C> const C *FontImplT<C>::name() {
-    return guarded(owner_->message(), static_cast<const C *>(nullptr), [&] {
-        return textResult<C>(nameBuf_, owner_->message(), name_.c_str(), owner_->utf8Mode());
+    return guarded(_owner->message(), static_cast<const C *>(nullptr), [&] {
+        return textResult<C>(_nameBuf, _owner->message(), _name.c_str(), _owner->utf8Mode());
     });
 }
 
 template <class C> bool FontImplT<C>::setName(const C *name) {
-    return guarded(owner_->message(), false, [&] {
+    return guarded(_owner->message(), false, [&] {
         std::wstring wide;
-        wideText(name, owner_->utf8Mode(), wide);
+        wideText(name, _owner->utf8Mode(), wide);
         setWideName(wide);
         return true;
     });
@@ -38,7 +38,7 @@ template <class C> bool FontImplT<C>::setName(const C *name) {
 
 template <class C> void FontImplT<C>::setWideName(const std::wstring &name) {
     if (name.size() > 255) throw tberror("string is too long");
-    name_ = name;
+    _name = name;
 }
 
 template <class C> void FontImplT<C>::read(XlsRecords &xls, uint16_t size, bool oldFormat) {
@@ -52,14 +52,14 @@ template <class C> void FontImplT<C>::read(XlsRecords &xls, uint16_t size, bool 
     unsigned need = oldFormat ? 1 + cch : 2 + cch * ((head >> 8) & 1 ? 2 : 1);
     if (remaining == 0 || need > remaining) throw tberror(kFontError);
     ShortXLUnicodeString s;
-    s.read(xls, oldFormat, owner_->pool());
+    s.read(xls, oldFormat, _owner->pool());
     remaining = uint16_t(remaining - need);
-    name_ = s.text ? s.text : L"";
+    _name = s.text ? s.text : L"";
     while (remaining) fontByte(xls, remaining);
 }
 
 template <class C> void FontImplT<C>::write(XlsRecords &xls) {
-    ShortXLUnicodeString s(name_.c_str(), owner_->pool());
+    ShortXLUnicodeString s(_name.c_str(), _owner->pool());
     xls.write(kId, uint16_t(14 + s.size()));
     for (uint16_t f : {dyHeight, grbit, icv, bls, sss}) xls.writeInt16(f);
     uint8_t bytes[4] = {uls, bFamily, bCharSet, reserved};

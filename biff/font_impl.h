@@ -40,10 +40,10 @@ public:
     bool isScript() override { return true; }
     bool isUnderline() override { return true; }
     bool isName() override { return true; }
-    bool rgbMode() override { return owner_->rgbMode(); }
-    void setRgbMode(bool on) override { owner_->setRgbMode(on); }
+    bool rgbMode() override { return _owner->rgbMode(); }
+    void setRgbMode(bool on) override { _owner->setRgbMode(on); }
 
-    const std::wstring &wideName() const { return name_; }
+    const std::wstring &wideName() const { return _name; }
     // Throws "string is too long" at 256 characters and more.
     void setWideName(const std::wstring &name);
 
@@ -65,9 +65,9 @@ private:
     static void setBit(uint16_t &w, uint16_t bit, bool on) {
         w = on ? uint16_t(w | bit) : uint16_t(w & ~bit);
     }
-    std::wstring name_ = L"Arial";
-    XString nameBuf_;
-    IStyleOwner<C> *owner_;
+    std::wstring _name = L"Arial";
+    XString _nameBuf;
+    IStyleOwner<C> *_owner;
 };
 } // namespace tabrix
 #endif

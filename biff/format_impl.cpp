@@ -14,23 +14,23 @@ bool ended(unsigned short remaining, unsigned width) {
 }
 } // namespace
 
-template <class C> FormatImplT<C>::FormatImplT(IStyleOwner<C> *owner) : owner_(owner) {
+template <class C> FormatImplT<C>::FormatImplT(IStyleOwner<C> *owner) : _owner(owner) {
     setBorderColor(Color(64));
     setBorderDiagonalStyle(BORDERSTYLE_NONE);
-    (void)spare_;
+    (void)_spare;
 }
 
 template <class C> IFontT<C> *FormatImplT<C>::font() {
-    return guarded(owner_->message(), static_cast<IFontT<C> *>(nullptr), [&]() -> IFontT<C> * {
+    return guarded(_owner->message(), static_cast<IFontT<C> *>(nullptr), [&]() -> IFontT<C> * {
         // The file's font numbering has no index 4.
         if (ifnt == 4) throw tberror("incorrect font");
-        return owner_->fontAt(ifnt < 4 ? ifnt : ifnt - 1u);
+        return _owner->fontAt(ifnt < 4 ? ifnt : ifnt - 1u);
     });
 }
 
 template <class C> bool FormatImplT<C>::setFont(IFontT<C> *font) {
-    return guarded(owner_->message(), false, [&] {
-        int pos = owner_->fontPosition(font);
+    return guarded(_owner->message(), false, [&] {
+        int pos = _owner->fontPosition(font);
         if (pos < 0) throw tberror("specified font not found");
         ifnt = uint16_t(pos + 1);
         return true;
@@ -38,7 +38,7 @@ template <class C> bool FormatImplT<C>::setFont(IFontT<C> *font) {
 }
 
 template <class C> bool FormatImplT<C>::setRotation(int rotation) {
-    return guarded(owner_->message(), false, [&] {
+    return guarded(_owner->message(), false, [&] {
         if (rotation < 0 || (rotation > 180 && rotation != 255))
             throw tberror("rotation must be in range 0-180 or 255");
         put(alignment, 8, 0xFF, unsigned(rotation));
@@ -62,7 +62,7 @@ template <class C> void FormatImplT<C>::setBorderColor(Color c) {
 
 template <class C> const C *FormatImplT<C>::customNumFormat() {
     if (ifmt < 164) return nullptr;
-    return owner_->customNumFormat(ifmt);
+    return _owner->customNumFormat(ifmt);
 }
 
 template <class C> void FormatImplT<C>::read(XlsRecords &xls, uint16_t size, bool biff5) {

@@ -64,8 +64,8 @@ public:
     void setLocked(bool on) override { put16(flags, 0, 1, on); }
     bool hidden() override { return get(flags, 1, 1); }
     void setHidden(bool on) override { put16(flags, 1, 1, on); }
-    bool rgbMode() override { return owner_->rgbMode(); }
-    void setRgbMode(bool on) override { owner_->setRgbMode(on); }
+    bool rgbMode() override { return _owner->rgbMode(); }
+    void setRgbMode(bool on) override { _owner->setRgbMode(on); }
     const C *customNumFormat() override;
 
     bool style() { return get(flags, 2, 1); }
@@ -98,8 +98,8 @@ private:
         w = uint16_t((w & ~(mask << shift)) | (uint32_t(v) << shift));
     }
     void readBiff5(XlsRecords &xls, unsigned short &remaining);
-    IStyleOwner<C> *owner_;
-    uint64_t spare_ = 0;
+    IStyleOwner<C> *_owner;
+    uint64_t _spare = 0;
 };
 } // namespace tabrix
 #endif

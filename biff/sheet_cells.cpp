@@ -61,8 +61,8 @@ const char *callerText(const wchar_t *wide, std::string &narrow, std::wstring &,
 
 // Wide texts of the sheet live as long as the book; one with a character
 // beyond 0xFFFF goes to the caller as code points through `points`.
-const wchar_t *callerText(const wchar_t *wide, std::string &, std::wstring &points, bool,
-                          XString &, const wchar_t *) {
+const wchar_t *callerText(const wchar_t *wide, std::string &, std::wstring &points, bool, XString &,
+                          const wchar_t *) {
     return wide ? unitsToCodePoints(wide, points) : nullptr;
 }
 
@@ -138,8 +138,8 @@ template <class C> const C *SheetImplT<C>::textResult(const wchar_t *wide) {
 
 // ---- writing ----
 
-template <class C> void SheetImplT<C>::writeNumCell(int row, int col, double value,
-                                                    IFormatT<C> *format) {
+template <class C>
+void SheetImplT<C>::writeNumCell(int row, int col, double value, IFormatT<C> *format) {
     checkRanges(row, col);
     const unsigned r = unsigned(row), c = unsigned(col);
     const uint32_t code = codeAt(row, col);
@@ -451,8 +451,7 @@ template <class C> CellType SheetImplT<C>::cellType(int row, int col) {
     case SheetIndex::kLabelSst:
     case SheetIndex::kLabel: return CELLTYPE_STRING;
     case SheetIndex::kBlank: return CELLTYPE_BLANK;
-    case SheetIndex::kBoolErr:
-        return _boolErrs[p].isError ? CELLTYPE_ERROR : CELLTYPE_BOOLEAN;
+    case SheetIndex::kBoolErr: return _boolErrs[p].isError ? CELLTYPE_ERROR : CELLTYPE_BOOLEAN;
     case SheetIndex::kFormula: return CellType(_formulas[p].formula.cellType());
     default: return CELLTYPE_EMPTY;
     }

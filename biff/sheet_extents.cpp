@@ -59,14 +59,13 @@ void SheetImplT<C>::clearIndexes(int rowFirst, int rowLast, int colFirst, int co
     for (int r = rowFirst; r <= rowLast; ++r)
         for (int c = colFirst; c <= colLast; ++c) {
             uint32_t &code = _index.at(unsigned(r), unsigned(c));
-            if (!blanksOnly || (SheetIndex::exists(code) &&
-                                SheetIndex::kind(code) == SheetIndex::kBlank))
+            if (!blanksOnly ||
+                (SheetIndex::exists(code) && SheetIndex::kind(code) == SheetIndex::kBlank))
                 code = 0;
         }
 }
 
-template <class C>
-bool SheetImplT<C>::clear(int rowFirst, int rowLast, int colFirst, int colLast) {
+template <class C> bool SheetImplT<C>::clear(int rowFirst, int rowLast, int colFirst, int colLast) {
     if (rowLast < rowFirst) throw tberror("rowLast must be greater than or equal to rowFirst");
     if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
     rowFirst = std::max(rowFirst, 0);
@@ -82,8 +81,7 @@ bool SheetImplT<C>::clear(int rowFirst, int rowLast, int colFirst, int colLast) 
     for (MergeCells &m : _mergeCells) {
         for (MergeCells::Area &a : m.areas) {
             const Ref8 &ref = a.ref;
-            if (ref.rwFirst == 0 && ref.rwLast == 0 && ref.colFirst == 0 &&
-                ref.colLast == 255)
+            if (ref.rwFirst == 0 && ref.rwLast == 0 && ref.colFirst == 0 && ref.colLast == 255)
                 continue;
             if (ref.rwLast < rowFirst || ref.rwFirst > rowLast || ref.colLast < colFirst ||
                 ref.colFirst > colLast)
@@ -100,8 +98,7 @@ bool SheetImplT<C>::clear(int rowFirst, int rowLast, int colFirst, int colLast) 
     return true;
 }
 
-template <class C>
-bool SheetImplT<C>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst) {
+template <class C> bool SheetImplT<C>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst) {
     checkRanges(rowSrc, colSrc);
     checkRanges(rowDst, colDst);
     const uint32_t src = codeAt(rowSrc, colSrc);

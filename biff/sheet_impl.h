@@ -96,8 +96,7 @@ public:
     // ---- rows, columns, merges, name, addresses (sheet_structure.cpp) ----
     double colWidth(int col) override;
     double rowHeight(int row) override;
-    bool setCol(int colFirst, int colLast, double width, IFormatT<C> *format,
-                bool hidden) override;
+    bool setCol(int colFirst, int colLast, double width, IFormatT<C> *format, bool hidden) override;
     bool setRow(int row, double height, IFormatT<C> *format, bool hidden) override;
     bool rowHidden(int row) override;
     bool setRowHidden(int row, bool hidden) override;
@@ -179,8 +178,8 @@ public:
     void setPrintArea(int rowFirst, int rowLast, int colFirst, int colLast) override;
     void clearPrintRepeats() override;
     void clearPrintArea() override;
-    bool getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst,
-                       int *colLast, int scopeId, bool *hidden) override;
+    bool getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst, int *colLast,
+                       int scopeId, bool *hidden) override;
     bool setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst, int colLast,
                        int scopeId) override;
     bool delNamedRange(const C *name, int scopeId) override;

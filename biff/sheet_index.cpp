@@ -46,8 +46,8 @@ uint32_t *SheetIndex::newPage(unsigned row) {
     if (_slabFree == 0) {
         // Each slab twice the one before, up to a huge page: a small sheet
         // stays small, a large one is filled with few faults.
-        int pages = _slabs.empty() ? kFirstSlabPages
-                                   : std::min(2 * _slabs.back().pages, kMaxSlabPages);
+        int pages =
+            _slabs.empty() ? kFirstSlabPages : std::min(2 * _slabs.back().pages, kMaxSlabPages);
         size_t bytes = size_t(pages) * kPageBytes;
         _slabs.reserve(_slabs.size() + 1);
         void *p = mapZeroed(bytes);

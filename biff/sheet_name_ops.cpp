@@ -18,27 +18,22 @@ void SheetImplT<C>::setPrintArea(int rowFirst, int rowLast, int colFirst, int co
     names().setPrintArea(rowFirst, rowLast, colFirst, colLast);
 }
 
-template <class C> void SheetImplT<C>::clearPrintRepeats() {
-    names().clearPrintRepeats();
-}
+template <class C> void SheetImplT<C>::clearPrintRepeats() { names().clearPrintRepeats(); }
 
-template <class C> void SheetImplT<C>::clearPrintArea() {
-    names().clearPrintArea();
-}
+template <class C> void SheetImplT<C>::clearPrintArea() { names().clearPrintArea(); }
 
 template <class C>
 bool SheetImplT<C>::getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst,
                                   int *colLast, int scopeId, bool *hidden) {
-    names().getNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast,
-                          scopeId, hidden);
+    names().getNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast, scopeId,
+                          hidden);
     return true;
 }
 
 template <class C>
 bool SheetImplT<C>::setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst,
                                   int colLast, int scopeId) {
-    names().setNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast,
-                          scopeId);
+    names().setNamedRange(wideArg(name).c_str(), rowFirst, rowLast, colFirst, colLast, scopeId);
     return true;
 }
 
@@ -47,9 +42,7 @@ template <class C> bool SheetImplT<C>::delNamedRange(const C *name, int scopeId)
     return true;
 }
 
-template <class C> int SheetImplT<C>::namedRangeSize() {
-    return names().namedRangeSize();
-}
+template <class C> int SheetImplT<C>::namedRangeSize() { return names().namedRangeSize(); }
 
 template <class C>
 const C *SheetImplT<C>::namedRange(int index, int *rowFirst, int *rowLast, int *colFirst,
@@ -58,9 +51,7 @@ const C *SheetImplT<C>::namedRange(int index, int *rowFirst, int *rowLast, int *
     return textResult(_wide.c_str());
 }
 
-template <class C> SheetState SheetImplT<C>::hidden() {
-    return _owner->sheetHidden(getTab());
-}
+template <class C> SheetState SheetImplT<C>::hidden() { return _owner->sheetHidden(getTab()); }
 
 template <class C> bool SheetImplT<C>::setHidden(SheetState state) {
     _owner->setSheetHidden(getTab(), state);

@@ -131,8 +131,8 @@ void setFormula(Lbl &lbl, std::vector<uint8_t> rgce) {
 
 SheetNames::SheetNames(std::vector<Lbl> &names, std::vector<SupBookBlock> &supBooks, MemPool &pool,
                        int sheetIndex, int sheetCount)
-    : _names(names), _supBooks(supBooks), _pool(pool), _sheet(sheetIndex),
-      _sheetCount(sheetCount) {}
+    : _names(names), _supBooks(supBooks), _pool(pool), _sheet(sheetIndex), _sheetCount(sheetCount) {
+}
 
 // ---- the self-reference ----
 
@@ -222,8 +222,7 @@ int SheetNames::findBuiltin(wchar_t code) const {
 }
 
 void SheetNames::eraseBuiltin(wchar_t code) {
-    for (int i = findBuiltin(code); i >= 0; i = findBuiltin(code))
-        _names.erase(_names.begin() + i);
+    for (int i = findBuiltin(code); i >= 0; i = findBuiltin(code)) _names.erase(_names.begin() + i);
 }
 
 Lbl &SheetNames::addBuiltin(wchar_t code, const std::vector<uint8_t> &rgce) {
@@ -290,9 +289,12 @@ void SheetNames::setPrintTitles(int first, int last, bool rows) {
         int c1 = get16(f, 7) & kColMask, c2 = get16(f, 9) & kColMask;
         bool wholeCols = r1 == 0 && r2 == kLastRow;
         bool wholeRows = c1 == 0 && c2 == kLastCol;
-        if (rows && wholeCols && !wholeRows) f = unionForm(ixti, first, last, c1, c2);
-        else if (!rows && wholeRows && !wholeCols) f = unionForm(ixti, r1, r2, first, last);
-        else f = alone(ixti);
+        if (rows && wholeCols && !wholeRows)
+            f = unionForm(ixti, first, last, c1, c2);
+        else if (!rows && wholeRows && !wholeCols)
+            f = unionForm(ixti, r1, r2, first, last);
+        else
+            f = alone(ixti);
     } else {
         f = alone(addSheetRef());
     }

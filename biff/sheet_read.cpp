@@ -14,7 +14,6 @@ namespace tabrix {
 
 namespace {
 
-
 // A whole record whose header was read.
 Biff rawRecord(XlsRecords &xls, uint16_t id, uint16_t size) {
     Biff b;
@@ -210,12 +209,10 @@ template <class C> void SheetImplT<C>::read(XlsRecords &xls) {
 // never touched costs address space only, and the trim after the load gives
 // it back.  A hostile extent is capped.
 template <class C> void SheetImplT<C>::reserveCells() {
-    const uint64_t rows = _dimensions.lastRow > _dimensions.firstRow
-                              ? _dimensions.lastRow - _dimensions.firstRow
-                              : 0;
-    const uint64_t cols = _dimensions.lastCol > _dimensions.firstCol
-                              ? _dimensions.lastCol - _dimensions.firstCol
-                              : 0;
+    const uint64_t rows =
+        _dimensions.lastRow > _dimensions.firstRow ? _dimensions.lastRow - _dimensions.firstRow : 0;
+    const uint64_t cols =
+        _dimensions.lastCol > _dimensions.firstCol ? _dimensions.lastCol - _dimensions.firstCol : 0;
     const size_t cells = size_t(std::min<uint64_t>(rows * cols, kMaxReservedCells));
     if (_rk.capacity() < cells) _rk.reserve(cells);
     if (_labelSst.capacity() < cells) _labelSst.reserve(cells);
@@ -442,7 +439,8 @@ template <class C> void SheetImplT<C>::readDrawingRun(XlsRecords &xls, uint16_t 
     for (;;) {
         if (xls.eof()) return;
         uint16_t next = xls.peekInt16();
-        if (next == rid::MsoDrawing || next == rid::Obj || next == rid::TxO || next == rid::Continue) {
+        if (next == rid::MsoDrawing || next == rid::Obj || next == rid::TxO ||
+            next == rid::Continue) {
             _objects.push_back(nextRaw(xls));
         } else if (next == SubstreamHeader::kId) {
             uint16_t bofId = 0, n = 0;

@@ -54,9 +54,9 @@ SheetSetup::SheetSetup(MemPool &pool) : _pageSetup(pool), _selections(1) {}
 
 SheetSetup::SheetSetup(const SheetSetup &src, MemPool &pool)
     : _printRowCol(src._printRowCol), _printGrid(src._printGrid), _wsBool(src._wsBool),
-      _pageSetup(src._pageSetup, pool), _protection(src._protection),
-      _horBreaks(src._horBreaks), _verBreaks(src._verBreaks), _window2(src._window2),
-      _selections(src._selections), _scl(src._scl), _pane(src._pane) {}
+      _pageSetup(src._pageSetup, pool), _protection(src._protection), _horBreaks(src._horBreaks),
+      _verBreaks(src._verBreaks), _window2(src._window2), _selections(src._selections),
+      _scl(src._scl), _pane(src._pane) {}
 
 void SheetSetup::reset() {
     _printRowCol = 0;
@@ -79,12 +79,16 @@ void SheetSetup::beginRead() {
 
 bool SheetSetup::owns(uint16_t id) {
     switch (id) {
-    case kPrintRowColId: case kPrintGridId: case kWsBoolId:
-    case HorizontalPageBreaks::kId: case VerticalPageBreaks::kId:
-    case Selection::kId: case Pane::kId: case Scl::kId: case Window2::kId:
-        return true;
-    default:
-        return PageSetup::checkBegin(id) || SheetProtection::checkBegin(id);
+    case kPrintRowColId:
+    case kPrintGridId:
+    case kWsBoolId:
+    case HorizontalPageBreaks::kId:
+    case VerticalPageBreaks::kId:
+    case Selection::kId:
+    case Pane::kId:
+    case Scl::kId:
+    case Window2::kId: return true;
+    default: return PageSetup::checkBegin(id) || SheetProtection::checkBegin(id);
     }
 }
 
@@ -115,7 +119,9 @@ bool SheetSetup::read(XlsRecords &xls, uint16_t id, uint16_t size, bool old) {
     return false;
 }
 
-void SheetSetup::writePrintRowCol(XlsRecords &xls) const { writeWord(xls, kPrintRowColId, _printRowCol); }
+void SheetSetup::writePrintRowCol(XlsRecords &xls) const {
+    writeWord(xls, kPrintRowColId, _printRowCol);
+}
 void SheetSetup::writePrintGrid(XlsRecords &xls) const { writeWord(xls, kPrintGridId, _printGrid); }
 void SheetSetup::writeWsBool(XlsRecords &xls) const { writeWord(xls, kWsBoolId, _wsBool); }
 

@@ -14,8 +14,7 @@ template <class C> uint32_t StringCache<C>::hash(const C *text, size_t len) {
     return h;
 }
 
-template <class C>
-int64_t StringCache<C>::find(const C *text, size_t len, uint32_t hash) {
+template <class C> int64_t StringCache<C>::find(const C *text, size_t len, uint32_t hash) {
     if (_slots.empty()) return -1;
     const size_t mask = _slots.size() - 1;
     for (size_t i = hash & mask;; i = (i + 1) & mask) {

@@ -43,8 +43,8 @@ private:
     std::vector<Slot> _slots;
     std::vector<C> _keys;
     size_t _count = 0;
-    size_t _hits = 0;  // finds that hit since the cache last started over
-    size_t _rest = 0;  // writes left to pass the cache by
+    size_t _hits = 0; // finds that hit since the cache last started over
+    size_t _rest = 0; // writes left to pass the cache by
     size_t _restLength = 0;
     static constexpr size_t kMaxRest = kMaxEntries * 64;
 };

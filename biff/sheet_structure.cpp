@@ -196,15 +196,13 @@ template <class C> bool SheetImplT<C>::delMerge(int row, int col) {
 
 // ---- name and addresses ----
 
-template <class C> const C *SheetImplT<C>::name() {
-    return textResult(_name.c_str());
-}
+template <class C> const C *SheetImplT<C>::name() { return textResult(_name.c_str()); }
 
-template <class C>
-std::wstring SheetImplT<C>::sheetName(const C *name, bool utf8Mode, bool &cut) {
+template <class C> std::wstring SheetImplT<C>::sheetName(const C *name, bool utf8Mode, bool &cut) {
     if (!name) throw tberror("sheet's name is empty");
     std::wstring wide;
-    if (!wideText(name, utf8Mode, wide)) throw tberror("sheet's name doesn't convert in this locale");
+    if (!wideText(name, utf8Mode, wide))
+        throw tberror("sheet's name doesn't convert in this locale");
     if (wide.empty()) throw tberror("sheet's name is empty");
     cut = wide.size() > kMaxNameLength;
     if (cut) {

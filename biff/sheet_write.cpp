@@ -23,7 +23,8 @@ void writeIfPresent(XlsRecords &xls, const OptionalRecord &o) {
     if (!o.absent) o.record.write(xls);
 }
 
-const char *const kOldSheetNotSavable = "a worksheet loaded from a format older than BIFF8 can't be saved";
+const char *const kOldSheetNotSavable =
+    "a worksheet loaded from a format older than BIFF8 can't be saved";
 
 } // namespace
 

@@ -20,11 +20,11 @@ struct InitialXf {
     long long alignment;
 };
 const InitialXf kInitialXf[21] = {
-    {0, 0, -1, 0x20},       {1, 0, -1, -1},         {1, 0, -1, -1},
-    {2, 0, -1, -1},         {2, 0, -1, -1},         {0, 0, -1, -1},
-    {0, 0, -1, -1},         {0, 0, -1, -1},         {0, 0, -1, -1},
-    {0, 0, -1, -1},         {0, 0, -1, -1},         {0, 0, -1, -1},
-    {0, 0, -1, -1},         {0, 0, -1, -1},         {0, 0, -1, -1},
+    {0, 0, -1, 0x20},       {1, 0, -1, -1},          {1, 0, -1, -1},
+    {2, 0, -1, -1},         {2, 0, -1, -1},          {0, 0, -1, -1},
+    {0, 0, -1, -1},         {0, 0, -1, -1},          {0, 0, -1, -1},
+    {0, 0, -1, -1},         {0, 0, -1, -1},          {0, 0, -1, -1},
+    {0, 0, -1, -1},         {0, 0, -1, -1},          {0, 0, -1, -1},
     {0, 0, 1, 0x20},        {1, 44, -1, 0xF8000020}, {1, 42, -1, 0xF8000020},
     {1, 9, -1, 0xF8000020}, {1, 43, -1, 0xF8000020}, {1, 41, -1, 0}};
 
@@ -53,35 +53,35 @@ template <class T> struct RgbOff {
 template <class C> StyleTable<C>::~StyleTable() { clear(); }
 
 template <class C> void StyleTable<C>::clear() {
-    for (auto *f : fonts_) delete f;
-    for (auto *f : formats_) delete f;
-    fonts_.clear();
-    formats_.clear();
-    numFormats_.clear();
-    styles_.clear();
-    palette_ = Palette();
-    paletteChanged_ = false;
+    for (auto *f : _fonts) delete f;
+    for (auto *f : _formats) delete f;
+    _fonts.clear();
+    _formats.clear();
+    _numFormats.clear();
+    _styles.clear();
+    _palette = Palette();
+    _paletteChanged = false;
 }
 
 template <class C> void StyleTable<C>::init() {
     clear();
-    for (int i = 0; i < 5; ++i) fonts_.push_back(new FontImplT<C>(this));
+    for (int i = 0; i < 5; ++i) _fonts.push_back(new FontImplT<C>(this));
     for (const InitialXf &x : kInitialXf) {
         auto *f = new FormatImplT<C>(this);
         f->ifnt = uint16_t(x.ifnt);
         f->ifmt = uint16_t(x.ifmt);
         if (x.flags >= 0) f->flags = uint16_t(x.flags);
         if (x.alignment >= 0) f->alignment = uint32_t(x.alignment);
-        formats_.push_back(f);
+        _formats.push_back(f);
     }
-    for (const auto &s : kInitialStyles) styles_.emplace_back(s.xf, s.builtIn);
-    maxDigWidth_ = getMaxDigWidth(fonts_[0]->wideName(), fonts_[0]->size());
+    for (const auto &s : kInitialStyles) _styles.emplace_back(s.xf, s.builtIn);
+    _maxDigWidth = getMaxDigWidth(_fonts[0]->wideName(), _fonts[0]->size());
 }
 
 template <class C> IFontT<C> *StyleTable<C>::addFont(IFontT<C> *init) {
-    return guarded(message_, static_cast<IFontT<C> *>(nullptr), [&]() -> IFontT<C> * {
+    return guarded(_message, static_cast<IFontT<C> *>(nullptr), [&]() -> IFontT<C> * {
         auto *f = new FontImplT<C>(this);
-        fonts_.push_back(f);
+        _fonts.push_back(f);
         if (!init) return f;
         RgbOff<IStyleOwner<C>> mine(this);
         RgbOff<IFontPrivate<C>> theirs(dynamic_cast<IFontPrivate<C> *>(init));
@@ -96,7 +96,7 @@ template <class C> IFontT<C> *StyleTable<C>::addFont(IFontT<C> *init) {
             f->setWideName(impl->wideName());
         } else {
             std::wstring wide;
-            wideText(init->name(), utf8_, wide);
+            wideText(init->name(), _utf8, wide);
             f->setWideName(wide);
         }
         return f;
@@ -106,7 +106,7 @@ template <class C> IFontT<C> *StyleTable<C>::addFont(IFontT<C> *init) {
 template <class C> void StyleTable<C>::copyFormat(FormatImplT<C> &to, IFormatT<C> &from) {
     if (IFontT<C> *font = from.font()) {
         IFontT<C> *copy = addFont(font);
-        if (!copy) throw tberror(message_.template c_str<char>(true));
+        if (!copy) throw tberror(_message.template c_str<char>(true));
         to.ifnt = uint16_t(fontPosition(copy) + 1);
     }
     int n = from.numFormat();
@@ -114,7 +114,7 @@ template <class C> void StyleTable<C>::copyFormat(FormatImplT<C> &to, IFormatT<C
         auto *priv = dynamic_cast<IFormatPrivate<C> *>(&from);
         const C *text = priv ? priv->customNumFormat() : nullptr;
         std::wstring wide;
-        wideText(text, utf8_, wide);
+        wideText(text, _utf8, wide);
         n = addCustomWide(wide);
     }
     to.setNumFormat(n);
@@ -147,7 +147,7 @@ template <class C> void StyleTable<C>::copyFormat(FormatImplT<C> &to, IFormatT<C
 }
 
 template <class C> IFormatT<C> *StyleTable<C>::addFormat(IFormatT<C> *init) {
-    return guarded(message_, static_cast<IFormatT<C> *>(nullptr), [&]() -> IFormatT<C> * {
+    return guarded(_message, static_cast<IFormatT<C> *>(nullptr), [&]() -> IFormatT<C> * {
         std::unique_ptr<FormatImplT<C>> f(new FormatImplT<C>(this));
         f->flags = 1;
         if (init) {
@@ -155,37 +155,37 @@ template <class C> IFormatT<C> *StyleTable<C>::addFormat(IFormatT<C> *init) {
             RgbOff<IFormatPrivate<C>> theirs(dynamic_cast<IFormatPrivate<C> *>(init));
             copyFormat(*f, *init);
         }
-        formats_.push_back(f.get());
+        _formats.push_back(f.get());
         return f.release();
     });
 }
 
 template <class C> IFontT<C> *StyleTable<C>::font(int index) {
-    return guarded(message_, static_cast<IFontT<C> *>(nullptr),
+    return guarded(_message, static_cast<IFontT<C> *>(nullptr),
                    [&] { return index < 0 ? throw tberror(kOutOfRange) : fontAt(size_t(index)); });
 }
 
 template <class C> IFormatT<C> *StyleTable<C>::format(int index) {
-    return guarded(message_, static_cast<IFormatT<C> *>(nullptr), [&]() -> IFormatT<C> * {
-        if (index < 0 || size_t(index) >= formats_.size()) throw tberror(kOutOfRange);
-        return formats_[size_t(index)];
+    return guarded(_message, static_cast<IFormatT<C> *>(nullptr), [&]() -> IFormatT<C> * {
+        if (index < 0 || size_t(index) >= _formats.size()) throw tberror(kOutOfRange);
+        return _formats[size_t(index)];
     });
 }
 
 template <class C> IFontT<C> *StyleTable<C>::fontAt(size_t pos) {
-    if (pos >= fonts_.size()) throw tberror(kOutOfRange);
-    return fonts_[pos];
+    if (pos >= _fonts.size()) throw tberror(kOutOfRange);
+    return _fonts[pos];
 }
 
 template <class C> int StyleTable<C>::fontPosition(const IFontT<C> *font) const {
-    for (size_t i = 0; i < fonts_.size(); ++i)
-        if (fonts_[i] == font) return int(i);
+    for (size_t i = 0; i < _fonts.size(); ++i)
+        if (_fonts[i] == font) return int(i);
     return -1;
 }
 
 template <class C> int StyleTable<C>::addCustomWide(const std::wstring &text) {
     std::set<int> used;
-    for (const Format &f : numFormats_) {
+    for (const Format &f : _numFormats) {
         if (text == (f.code.text ? f.code.text : L"")) return f.ifmt;
         used.insert(f.ifmt);
     }
@@ -198,60 +198,59 @@ template <class C> int StyleTable<C>::addCustomWide(const std::wstring &text) {
     }
     Format f;
     f.ifmt = uint16_t(id);
-    f.code.setString(text.c_str(), pool_);
-    numFormats_.push_back(f);
-    if (id == 0) message_.assign("maximum number of custom formats is exceeded");
+    f.code.setString(text.c_str(), _pool);
+    _numFormats.push_back(f);
+    if (id == 0) _message.assign("maximum number of custom formats is exceeded");
     return id;
 }
 
 template <class C> int StyleTable<C>::addCustomNumFormat(const C *text) {
-    return guarded(message_, 0, [&] {
+    return guarded(_message, 0, [&] {
         if (!text) throw tberror("custom number format mustn't be NULL");
         std::wstring wide;
-        wideText(text, utf8_, wide);
+        wideText(text, _utf8, wide);
         return addCustomWide(wide);
     });
 }
 
 template <class C> const C *StyleTable<C>::customNumFormat(int id) {
-    return guarded(message_, static_cast<const C *>(nullptr), [&] {
-        for (const Format &f : numFormats_)
+    return guarded(_message, static_cast<const C *>(nullptr), [&] {
+        for (const Format &f : _numFormats)
             if (f.ifmt == id)
-                return textResult<C>(textBuf_, message_, f.code.text ? f.code.text : L"", utf8_);
+                return textResult<C>(_textBuf, _message, f.code.text ? f.code.text : L"", _utf8);
         throw tberror("custom number format not found");
     });
 }
 
 template <class C> const C *StyleTable<C>::defaultFont(int *size) {
-    return guarded(message_, static_cast<const C *>(nullptr), [&] {
-        if (fonts_.empty()) throw tberror(kFontsEmpty);
-        if (size) *size = fonts_[0]->size();
-        return textResult<C>(textBuf_, message_, fonts_[0]->wideName().c_str(), utf8_);
+    return guarded(_message, static_cast<const C *>(nullptr), [&] {
+        if (_fonts.empty()) throw tberror(kFontsEmpty);
+        if (size) *size = _fonts[0]->size();
+        return textResult<C>(_textBuf, _message, _fonts[0]->wideName().c_str(), _utf8);
     });
 }
 
 template <class C> void StyleTable<C>::setDefaultFont(const C *name, int size) {
-    guarded(message_, [&] {
-        if (fonts_.empty()) throw tberror(kFontsEmpty);
+    guarded(_message, [&] {
+        if (_fonts.empty()) throw tberror(kFontsEmpty);
         std::wstring wide;
-        wideText(name, utf8_, wide);
-        fonts_[0]->setWideName(wide);
-        fonts_[0]->setSize(size);
-        maxDigWidth_ = getMaxDigWidth(wide, fonts_[0]->size());
+        wideText(name, _utf8, wide);
+        _fonts[0]->setWideName(wide);
+        _fonts[0]->setSize(size);
+        _maxDigWidth = getMaxDigWidth(wide, _fonts[0]->size());
     });
 }
 
 template <class C> int StyleTable<C>::colorPack(int red, int green, int blue) {
-    paletteChanged_ = true;
-    return guarded(message_, int(Palette::kNoColor), [&] {
-        return palette_.addRGB(uint8_t(red), uint8_t(green), uint8_t(blue));
-    });
+    _paletteChanged = true;
+    return guarded(_message, int(Palette::kNoColor),
+                   [&] { return _palette.addRGB(uint8_t(red), uint8_t(green), uint8_t(blue)); });
 }
 
 template <class C> void StyleTable<C>::colorUnpack(int color, int *red, int *green, int *blue) {
-    guarded(message_, [&] {
+    guarded(_message, [&] {
         int r = 0, g = 0, b = 0;
-        palette_.getRGB(color, r, g, b);
+        _palette.getRGB(color, r, g, b);
         if (red) *red = r;
         if (green) *green = g;
         if (blue) *blue = b;
@@ -261,39 +260,39 @@ template <class C> void StyleTable<C>::colorUnpack(int color, int *red, int *gre
 template <class C> void StyleTable<C>::readFont(XlsRecords &xls, uint16_t size, uint16_t version) {
     std::unique_ptr<FontImplT<C>> f(new FontImplT<C>(this));
     f->read(xls, size, version < 0x0501);
-    fonts_.push_back(f.release());
+    _fonts.push_back(f.release());
 }
 
 template <class C> void StyleTable<C>::readXF(XlsRecords &xls, uint16_t size, uint16_t version) {
     std::unique_ptr<FormatImplT<C>> f(new FormatImplT<C>(this));
     f->read(xls, size, version == 0x0500);
-    formats_.push_back(f.release());
+    _formats.push_back(f.release());
 }
 
 template <class C>
 void StyleTable<C>::readFormat(XlsRecords &xls, uint16_t size, uint16_t version) {
     Format f;
-    f.read(xls, size, version < 0x0501, pool_);
-    numFormats_.push_back(f);
+    f.read(xls, size, version < 0x0501, _pool);
+    _numFormats.push_back(f);
 }
 
 template <class C> void StyleTable<C>::readStyle(XlsRecords &xls, uint16_t size, uint16_t version) {
     StyleBlock b;
-    b.read(xls, size, version < 0x0501, pool_);
-    styles_.push_back(b);
+    b.read(xls, size, version < 0x0501, _pool);
+    _styles.push_back(b);
 }
 
 template <class C> void StyleTable<C>::readPalette(XlsRecords &xls, uint16_t size) {
-    palette_.read(xls, size);
-    paletteChanged_ = true;
+    _palette.read(xls, size);
+    _paletteChanged = true;
 }
 
 template <class C> void StyleTable<C>::write(XlsRecords &xls) {
-    for (auto *f : fonts_) f->write(xls);
-    for (const Format &f : numFormats_) f.write(xls);
-    for (auto *f : formats_) f->write(xls);
-    for (const StyleBlock &s : styles_) s.write(xls);
-    if (paletteChanged_) palette_.write(xls);
+    for (auto *f : _fonts) f->write(xls);
+    for (const Format &f : _numFormats) f.write(xls);
+    for (auto *f : _formats) f->write(xls);
+    for (const StyleBlock &s : _styles) s.write(xls);
+    if (_paletteChanged) _palette.write(xls);
 }
 
 bool isDateNumFormat(int id, const wchar_t *code) {
@@ -320,8 +319,7 @@ bool isDateNumFormat(int id, const wchar_t *code) {
             case L'm':
             case L'd':
             case L'h':
-            case L's':
-                return true;
+            case L's': return true;
             }
         }
     }

@@ -32,21 +32,21 @@ public:
     IFormatT<C> *addFormat(IFormatT<C> *init);
     IFontT<C> *font(int index);
     IFormatT<C> *format(int index);
-    int fontSize() const { return int(fonts_.size()); }
-    int formatSize() const { return int(formats_.size()); }
+    int fontSize() const { return int(_fonts.size()); }
+    int formatSize() const { return int(_formats.size()); }
     int addCustomNumFormat(const C *text);
     const C *customNumFormat(int id) override;
     const C *defaultFont(int *size);
     void setDefaultFont(const C *name, int size);
-    int maxDigWidth() const { return maxDigWidth_; }
+    int maxDigWidth() const { return _maxDigWidth; }
     int colorPack(int red, int green, int blue);
     void colorUnpack(int color, int *red, int *green, int *blue);
-    bool rgbMode() override { return rgbMode_; }
-    void setRgbMode(bool on) override { rgbMode_ = on; }
-    bool paletteChanged() const { return paletteChanged_; }
+    bool rgbMode() override { return _rgbMode; }
+    void setRgbMode(bool on) override { _rgbMode = on; }
+    bool paletteChanged() const { return _paletteChanged; }
 
-    const char *errorMessage() { return message_.template c_str<char>(true); }
-    void setUtf8Mode(bool on) { utf8_ = on; }
+    const char *errorMessage() { return _message.template c_str<char>(true); }
+    void setUtf8Mode(bool on) { _utf8 = on; }
 
     // Record reading, one record of `size` whose header was read; `version`
     // is the book's BOF version.
@@ -58,33 +58,33 @@ public:
     // Fonts, Formats, XFs, style blocks, then the Palette if it changed.
     void write(XlsRecords &xls);
 
-    const std::vector<FontImplT<C> *> &fonts() const { return fonts_; }
-    const std::vector<FormatImplT<C> *> &formats() const { return formats_; }
-    const std::vector<Format> &numFormats() const { return numFormats_; }
-    const std::vector<StyleBlock> &styles() const { return styles_; }
-    const Palette &palette() const { return palette_; }
+    const std::vector<FontImplT<C> *> &fonts() const { return _fonts; }
+    const std::vector<FormatImplT<C> *> &formats() const { return _formats; }
+    const std::vector<Format> &numFormats() const { return _numFormats; }
+    const std::vector<StyleBlock> &styles() const { return _styles; }
+    const Palette &palette() const { return _palette; }
 
-    XString &message() override { return message_; }
-    bool utf8Mode() const override { return utf8_; }
-    MemPool &pool() override { return pool_; }
+    XString &message() override { return _message; }
+    bool utf8Mode() const override { return _utf8; }
+    MemPool &pool() override { return _pool; }
     int fontPosition(const IFontT<C> *font) const override;
     IFontT<C> *fontAt(size_t pos) override;
 
 private:
     int addCustomWide(const std::wstring &text);
     void copyFormat(FormatImplT<C> &to, IFormatT<C> &from);
-    MemPool pool_;
-    XString message_;
-    XString textBuf_;
-    bool utf8_ = true;
-    bool rgbMode_ = false;
-    bool paletteChanged_ = false;
-    int maxDigWidth_ = 7;
-    std::vector<FontImplT<C> *> fonts_;
-    std::vector<FormatImplT<C> *> formats_;
-    std::vector<Format> numFormats_;
-    std::vector<StyleBlock> styles_;
-    Palette palette_;
+    MemPool _pool;
+    XString _message;
+    XString _textBuf;
+    bool _utf8 = true;
+    bool _rgbMode = false;
+    bool _paletteChanged = false;
+    int _maxDigWidth = 7;
+    std::vector<FontImplT<C> *> _fonts;
+    std::vector<FormatImplT<C> *> _formats;
+    std::vector<Format> _numFormats;
+    std::vector<StyleBlock> _styles;
+    Palette _palette;
 };
 
 // Whether number format `id` shows a date or time: the built-in ids 14-22

@@ -11,77 +11,77 @@ namespace tabrix {
 XlsCore::XlsCore() { reset(true); }
 
 void XlsCore::setStreamPtr(std::iostream *s) {
-    stream_ = s;
-    toMemory_ = false;
-    cached_ = kNoSector;
+    _stream = s;
+    _toMemory = false;
+    _cached = kNoSector;
     const MemoryBuf *memory = s ? dynamic_cast<const MemoryBuf *>(s->rdbuf()) : nullptr;
-    memory_ = memory ? reinterpret_cast<const uint8_t *>(memory->bytes()) : nullptr;
+    _memory = memory ? reinterpret_cast<const uint8_t *>(memory->bytes()) : nullptr;
 }
 
 void XlsCore::reset(bool fresh) {
-    written_ = 0;
-    outSize_ = 0;
-    out_.release();
-    toMemory_ = false;
-    cached_ = kNoSector;
-    header_.reset();
-    sectorSize_ = 1u << (header_.sectorShift % 32);
-    miniSectorSize_ = 1u << (header_.miniSectorShift % 32);
-    difat_.assign(header_.difat, header_.difat + kHeaderDifatCount);
+    _written = 0;
+    _outSize = 0;
+    _out.release();
+    _toMemory = false;
+    _cached = kNoSector;
+    _header.reset();
+    _sectorSize = 1u << (_header.sectorShift % 32);
+    _miniSectorSize = 1u << (_header.miniSectorShift % 32);
+    _difat.assign(_header.difat, _header.difat + kHeaderDifatCount);
     if (fresh) {
-        dir_.clear();
-        dir_.emplace_back(L"Root Entry", DirEntry::Root, 1);
-        dir_.emplace_back(L"Workbook", DirEntry::Stream, kSectorFree);
-        kept_.clear();
-        miniFat_.clear();
-        fat_.clear();
-        workbook_ = 1;
-        keepCutoff_ = 4096;
+        _dir.clear();
+        _dir.emplace_back(L"Root Entry", DirEntry::Root, 1);
+        _dir.emplace_back(L"Workbook", DirEntry::Stream, kSectorFree);
+        _kept.clear();
+        _miniFat.clear();
+        _fat.clear();
+        _workbook = 1;
+        _keepCutoff = 4096;
     } else {
         setWorkbookEntry();
     }
-    rootChain_.clear();
-    rootChainBuilt_ = false;
-    stream_ = nullptr;
-    eof_ = false;
+    _rootChain.clear();
+    _rootChainBuilt = false;
+    _stream = nullptr;
+    _eof = false;
 }
 
 void XlsCore::flush() {
-    if (stream_) stream_->flush();
+    if (_stream) _stream->flush();
 }
 
 void XlsCore::calcFileSize() {
-    stream_->clear();
-    stream_->seekg(0, std::ios::end);
-    std::streamoff end = stream_->tellg();
-    fileSize_ = end < 0 ? 0 : uint32_t(end);
-    stream_->seekg(0, std::ios::beg);
+    _stream->clear();
+    _stream->seekg(0, std::ios::end);
+    std::streamoff end = _stream->tellg();
+    _fileSize = end < 0 ? 0 : uint32_t(end);
+    _stream->seekg(0, std::ios::beg);
 }
 
 uint32_t XlsCore::size() const {
-    return workbook_ < dir_.size() ? uint32_t(dir_[workbook_].streamSize) : 0;
+    return _workbook < _dir.size() ? uint32_t(_dir[_workbook].streamSize) : 0;
 }
 
 void XlsCore::setCheckPoint(uint16_t tag) {
-    check_.readPos = stream_ ? std::streamoff(stream_->tellg()) : std::streamoff(0);
-    check_.writePos = std::streamoff(outSize_);
-    check_.sector = curSector_;
-    check_.offset = sectorOffset_;
-    check_.readTotal = readTotal_;
-    check_.hops = hops_;
-    check_.eof = eof_;
-    check_.tag = tag;
+    _check.readPos = _stream ? std::streamoff(_stream->tellg()) : std::streamoff(0);
+    _check.writePos = std::streamoff(_outSize);
+    _check.sector = _curSector;
+    _check.offset = _sectorOffset;
+    _check.readTotal = _readTotal;
+    _check.hops = _hops;
+    _check.eof = _eof;
+    _check.tag = tag;
 }
 
 uint16_t XlsCore::restoreCheckPoint() {
-    stream_->clear();
-    stream_->seekg(check_.readPos);
-    curSector_ = check_.sector;
-    sectorOffset_ = check_.offset;
-    readTotal_ = check_.readTotal;
-    hops_ = check_.hops;
-    eof_ = check_.eof;
-    return check_.tag;
+    _stream->clear();
+    _stream->seekg(_check.readPos);
+    _curSector = _check.sector;
+    _sectorOffset = _check.offset;
+    _readTotal = _check.readTotal;
+    _hops = _check.hops;
+    _eof = _check.eof;
+    return _check.tag;
 }
 
 uint16_t XlsCore::peekInt16() {
@@ -94,14 +94,14 @@ uint16_t XlsCore::peekInt16() {
 
 std::string XlsCore::dump() const {
     std::ostringstream os;
-    os << header_.dump() << "[Difat]\n";
-    for (size_t i = 0; i < difat_.size(); ++i)
-        if (difat_[i] != kSectorFree) os << i << ": " << difat_[i] << "\n";
+    os << _header.dump() << "[Difat]\n";
+    for (size_t i = 0; i < _difat.size(); ++i)
+        if (_difat[i] != kSectorFree) os << i << ": " << _difat[i] << "\n";
     os << "[Fat]\n";
-    for (size_t i = 0; i < fat_.size(); ++i)
-        if (fat_[i] != kSectorFree) os << i << ": " << fat_[i] << "\n";
+    for (size_t i = 0; i < _fat.size(); ++i)
+        if (_fat[i] != kSectorFree) os << i << ": " << _fat[i] << "\n";
     os << "[Dir]\n";
-    for (const DirEntry &e : dir_) os << e.dump();
+    for (const DirEntry &e : _dir) os << e.dump();
     return os.str();
 }
 

@@ -29,11 +29,11 @@ public:
     void reset(bool fresh);
     // A stream over a MemoryBuf is read in place, sector by sector.
     void setStreamPtr(std::iostream *s);
-    std::iostream *stream() const { return stream_; }
+    std::iostream *stream() const { return _stream; }
     void flush();
 
     void calcFileSize();
-    uint32_t fileSize() const { return fileSize_; }
+    uint32_t fileSize() const { return _fileSize; }
 
     // Opens the container; `total` counts the metadata bytes read.
     void readHeader(unsigned &total);
@@ -48,28 +48,28 @@ public:
     // value is 0 and eof() is set.  Fields inside the current sector take
     // the inline path.
     void readInt16(uint16_t &value) {
-        if (cached_ == curSector_ && sectorOffset_ + 2 <= cacheLen_) {
-            const uint8_t *p = sector_ + sectorOffset_;
+        if (_cached == _curSector && _sectorOffset + 2 <= _cacheLen) {
+            const uint8_t *p = _sector + _sectorOffset;
             value = uint16_t(p[0] | (p[1] << 8));
-            sectorOffset_ += 2;
-            readTotal_ += 2;
+            _sectorOffset += 2;
+            _readTotal += 2;
             return;
         }
         readInt16Slow(value);
     }
     void readInt32(uint32_t &value) {
-        if (cached_ == curSector_ && sectorOffset_ + 4 <= cacheLen_) {
-            const uint8_t *p = sector_ + sectorOffset_;
+        if (_cached == _curSector && _sectorOffset + 4 <= _cacheLen) {
+            const uint8_t *p = _sector + _sectorOffset;
             value = uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) |
                     (uint32_t(p[3]) << 24);
-            sectorOffset_ += 4;
-            readTotal_ += 4;
+            _sectorOffset += 4;
+            _readTotal += 4;
             return;
         }
         readInt32Slow(value);
     }
     void readDouble(double &value);
-    bool eof() const { return eof_; }
+    bool eof() const { return _eof; }
     uint32_t size() const;
 
     void setCheckPoint(uint16_t tag);
@@ -82,17 +82,17 @@ public:
     void writeToMemory();
     void writeHeader();
     void write(const void *buffer, size_t length) {
-        if (outSize_ >= kHeaderSize && length <= out_.capacityBytes() - outSize_) {
-            std::memcpy(out_.bytes() + outSize_, buffer, length);
-            outSize_ += length;
-            written_ += length;
+        if (_outSize >= kHeaderSize && length <= _out.capacityBytes() - _outSize) {
+            std::memcpy(_out.bytes() + _outSize, buffer, length);
+            _outSize += length;
+            _written += length;
             return;
         }
         writeSlow(buffer, length);
     }
     uint32_t writePos() {
-        if (!stream_ && !toMemory_) noWritePos();
-        return uint32_t(outSize_ > kHeaderSize ? outSize_ - kHeaderSize : 0);
+        if (!_stream && !_toMemory) noWritePos();
+        return uint32_t(_outSize > kHeaderSize ? _outSize - kHeaderSize : 0);
     }
     uint32_t writeTail(uint32_t size, uint8_t fill);
     void close();
@@ -104,13 +104,13 @@ public:
 
     std::string dump() const;
 
-    const XlsHeader &header() const { return header_; }
-    const std::vector<DirEntry> &directory() const { return dir_; }
-    const std::vector<uint32_t> &fat() const { return fat_; }
-    const std::vector<uint32_t> &miniFat() const { return miniFat_; }
-    const std::vector<uint32_t> &difat() const { return difat_; }
-    const std::map<size_t, std::vector<uint8_t>> &keptStreams() const { return kept_; }
-    size_t workbookIndex() const { return workbook_; }
+    const XlsHeader &header() const { return _header; }
+    const std::vector<DirEntry> &directory() const { return _dir; }
+    const std::vector<uint32_t> &fat() const { return _fat; }
+    const std::vector<uint32_t> &miniFat() const { return _miniFat; }
+    const std::vector<uint32_t> &difat() const { return _difat; }
+    const std::map<size_t, std::vector<uint8_t>> &keptStreams() const { return _kept; }
+    size_t workbookIndex() const { return _workbook; }
 
 private:
     void loadDifat(unsigned &total);
@@ -137,44 +137,44 @@ private:
         uint16_t tag = 0;
     };
 
-    XlsHeader header_;
-    uint32_t sectorSize_ = 512;
-    uint32_t miniSectorSize_ = 64;
-    std::vector<uint32_t> difat_;
-    std::vector<uint32_t> fat_;
-    std::vector<uint32_t> miniFat_;
-    std::vector<DirEntry> dir_;
-    size_t workbook_ = 1;
+    XlsHeader _header;
+    uint32_t _sectorSize = 512;
+    uint32_t _miniSectorSize = 64;
+    std::vector<uint32_t> _difat;
+    std::vector<uint32_t> _fat;
+    std::vector<uint32_t> _miniFat;
+    std::vector<DirEntry> _dir;
+    size_t _workbook = 1;
     // Keyed by directory index so that a save visits them in directory order.
-    std::map<size_t, std::vector<uint8_t>> kept_;
+    std::map<size_t, std::vector<uint8_t>> _kept;
     // Streams below this size stay in the mini stream through a save: the
     // loaded file's cutoff, but never above the 4096 a saved file states.
-    uint32_t keepCutoff_ = 4096;
+    uint32_t _keepCutoff = 4096;
     // Sectors of the root's chain (the mini stream), built on first use.
-    std::vector<uint32_t> rootChain_;
-    bool rootChainBuilt_ = false;
-    uint32_t curSector_ = 0;
-    uint32_t sectorOffset_ = 0;
-    uint64_t readTotal_ = 0;
-    uint64_t hops_ = 0; // sectors followed, bounds a cyclic chain
-    uint64_t written_ = 0;
+    std::vector<uint32_t> _rootChain;
+    bool _rootChainBuilt = false;
+    uint32_t _curSector = 0;
+    uint32_t _sectorOffset = 0;
+    uint64_t _readTotal = 0;
+    uint64_t _hops = 0; // sectors followed, bounds a cyclic chain
+    uint64_t _written = 0;
     // The file being written, header included, and its length.
-    ByteRegion out_;
-    size_t outSize_ = 0;
-    bool toMemory_ = false;
-    bool eof_ = false;
-    CheckPoint check_;
-    uint32_t fileSize_ = 0;
-    std::iostream *stream_ = nullptr;
+    ByteRegion _out;
+    size_t _outSize = 0;
+    bool _toMemory = false;
+    bool _eof = false;
+    CheckPoint _check;
+    uint32_t _fileSize = 0;
+    std::iostream *_stream = nullptr;
     // The sector of the workbook stream read last, whole: small reads come
-    // from it instead of the stream.  `sector_` points into the stream's own
-    // bytes when it is in memory, else into `cache_`.
+    // from it instead of the stream.  `_sector` points into the stream's own
+    // bytes when it is in memory, else into `_cache`.
     static const uint32_t kNoSector = 0xFFFFFFFFu;
-    uint32_t cached_ = kNoSector;
-    uint32_t cacheLen_ = 0;
-    const uint8_t *sector_ = nullptr;
-    std::vector<uint8_t> cache_;
-    const uint8_t *memory_ = nullptr;
+    uint32_t _cached = kNoSector;
+    uint32_t _cacheLen = 0;
+    const uint8_t *_sector = nullptr;
+    std::vector<uint8_t> _cache;
+    const uint8_t *_memory = nullptr;
     void fillCache();
     void readInt16Slow(uint16_t &value);
     void readInt32Slow(uint32_t &value);
@@ -230,16 +230,14 @@ private:
 
 // Closes the record being written as 8224 - remaining bytes long and opens a
 // CONTINUE declared at 8224.
-template <class X>
-void writeContinue(X &xls, unsigned short &remaining) {
+template <class X> void writeContinue(X &xls, unsigned short &remaining) {
     uint32_t p = xls.writePos();
     xls.patchInt16(p + remaining - 8226u, uint16_t(8224u - remaining));
     xls.write(XlsRecords::kContinueId, XlsRecords::kMaxRecordData);
     remaining = XlsRecords::kMaxRecordData;
 }
 
-template <class TCHAR>
-class Xls : public XlsRecords {};
+template <class TCHAR> class Xls : public XlsRecords {};
 
 } // namespace tabrix
 

@@ -15,88 +15,87 @@ std::string num(uint64_t v) { return std::to_string(v); }
 } // namespace
 
 void XlsCore::readRaw(void *buffer, size_t length) {
-    stream_->read(static_cast<char *>(buffer), std::streamsize(length));
-    if (size_t(stream_->gcount()) != length) {
-        stream_->clear();
+    _stream->read(static_cast<char *>(buffer), std::streamsize(length));
+    if (size_t(_stream->gcount()) != length) {
+        _stream->clear();
         throw tberror("Xls::read(): file is truncated");
     }
 }
 
 uint32_t XlsCore::fatNext(uint32_t n) const {
-    if (n >= fat_.size()) throw tberror("Xls: sector #" + num(n) + " is not found in _fat");
-    return fat_[n];
+    if (n >= _fat.size()) throw tberror("Xls: sector #" + num(n) + " is not found in _fat");
+    return _fat[n];
 }
 
 uint32_t XlsCore::miniFatNext(uint32_t m) const {
-    if (m >= miniFat_.size())
+    if (m >= _miniFat.size())
         throw tberror("Xls: mini sector #" + num(m) + " is not found in _minifat");
-    return miniFat_[m];
+    return _miniFat[m];
 }
 
 void XlsCore::goSector(uint32_t n) {
-    uint64_t pos = (uint64_t(n) + 1) * sectorSize_;
-    if (pos >= fileSize_) throw tberror("Xls: sector #" + num(n) + " is out of the file");
-    stream_->clear();
-    if (stream_->tellg() != std::streamoff(pos)) stream_->seekg(std::streamoff(pos));
+    uint64_t pos = (uint64_t(n) + 1) * _sectorSize;
+    if (pos >= _fileSize) throw tberror("Xls: sector #" + num(n) + " is out of the file");
+    _stream->clear();
+    if (_stream->tellg() != std::streamoff(pos)) _stream->seekg(std::streamoff(pos));
 }
 
 void XlsCore::goMiniSector(uint32_t m) {
-    if (m >= miniFat_.size())
+    if (m >= _miniFat.size())
         throw tberror("Xls: mini sector #" + num(m) + " is not found in _minifat");
-    if (!rootChainBuilt_) {
+    if (!_rootChainBuilt) {
         // The root's chain, cut where it ends, leaves the table or the file,
         // or loops back: mini sectors beyond it are simply out of reach.
-        rootChainBuilt_ = true;
-        rootChain_.clear();
-        uint64_t limit = uint64_t(fileSize_ / sectorSize_) + 1;
-        uint32_t s = dir_.empty() ? kEndOfChain : dir_[0].startingSectorLocation;
-        while (s < fat_.size() && rootChain_.size() < limit) {
-            rootChain_.push_back(s);
-            s = fat_[s];
+        _rootChainBuilt = true;
+        _rootChain.clear();
+        uint64_t limit = uint64_t(_fileSize / _sectorSize) + 1;
+        uint32_t s = _dir.empty() ? kEndOfChain : _dir[0].startingSectorLocation;
+        while (s < _fat.size() && _rootChain.size() < limit) {
+            _rootChain.push_back(s);
+            s = _fat[s];
         }
     }
-    uint32_t perSector = sectorSize_ / miniSectorSize_;
+    uint32_t perSector = _sectorSize / _miniSectorSize;
     uint32_t index = m / perSector;
-    if (index >= rootChain_.size())
+    if (index >= _rootChain.size())
         throw tberror("Xls: mini sector #" + num(m) + " is out of the file");
-    uint32_t s = rootChain_[index];
-    uint64_t pos = uint64_t(s) * sectorSize_ + sectorSize_ +
-                   uint64_t(m % perSector) * miniSectorSize_;
-    if (pos + miniSectorSize_ > fileSize_)
+    uint32_t s = _rootChain[index];
+    uint64_t pos =
+        uint64_t(s) * _sectorSize + _sectorSize + uint64_t(m % perSector) * _miniSectorSize;
+    if (pos + _miniSectorSize > _fileSize)
         throw tberror("Xls: mini sector #" + num(m) + " is out of the file");
-    stream_->clear();
-    stream_->seekg(std::streamoff(pos));
+    _stream->clear();
+    _stream->seekg(std::streamoff(pos));
 }
 
 void XlsCore::readHeader(unsigned &total) {
     uint8_t raw[kHeaderSize];
-    if (fileSize_ >= 2) {
+    if (_fileSize >= 2) {
         // The formats 2.x to 4.x are a bare record stream, headed by a BOF
         // (ids 0x0009, 0x0209, 0x0409) where a container has its signature.
-        stream_->clear();
-        stream_->seekg(0);
+        _stream->clear();
+        _stream->seekg(0);
         readRaw(raw, 2);
         if (raw[0] == 0x09 && (raw[1] == 0x00 || raw[1] == 0x02 || raw[1] == 0x04))
             throw tberror("a bare record stream of the binary formats before 5.0 isn't supported");
     }
-    if (fileSize_ < kHeaderSize) throw tberror("readHeader: file is corrupt (size < 512 bytes)");
-    stream_->clear();
-    stream_->seekg(0);
+    if (_fileSize < kHeaderSize) throw tberror("readHeader: file is corrupt (size < 512 bytes)");
+    _stream->clear();
+    _stream->seekg(0);
     readRaw(raw, 8);
-    header_.fromBytes(raw); // signature only so far
-    if (!header_.hasSignature()) throw tberror("invalid file format");
+    _header.fromBytes(raw); // signature only so far
+    if (!_header.hasSignature()) throw tberror("invalid file format");
     readRaw(raw + 8, kHeaderSize - 8);
-    header_.fromBytes(raw);
+    _header.fromBytes(raw);
     total += kHeaderSize;
-    rootChain_.clear();
-    rootChainBuilt_ = false;
-    keepCutoff_ = std::min<uint32_t>(header_.miniStreamCutoff, 4096);
-    sectorSize_ = 1u << (header_.sectorShift % 32);
-    miniSectorSize_ = 1u << (header_.miniSectorShift % 32);
+    _rootChain.clear();
+    _rootChainBuilt = false;
+    _keepCutoff = std::min<uint32_t>(_header.miniStreamCutoff, 4096);
+    _sectorSize = 1u << (_header.sectorShift % 32);
+    _miniSectorSize = 1u << (_header.miniSectorShift % 32);
     // Sectors must hold at least one directory entry, and mini sectors must
     // divide them; anything else could not describe a readable file.
-    if (sectorSize_ < kDirEntrySize || sectorSize_ > (1u << 20) ||
-        miniSectorSize_ > sectorSize_)
+    if (_sectorSize < kDirEntrySize || _sectorSize > (1u << 20) || _miniSectorSize > _sectorSize)
         throw tberror("readHeader: unsupported sector size");
 
     loadDifat(total);
@@ -105,94 +104,93 @@ void XlsCore::readHeader(unsigned &total) {
     loadDir(total);
     setWorkbookEntry();
 
-    const DirEntry &wb = dir_[workbook_];
-    curSector_ = wb.startingSectorLocation;
-    if (curSector_ == kEndOfChain) throw tberror("Xls::read(): workbook stream is empty");
+    const DirEntry &wb = _dir[_workbook];
+    _curSector = wb.startingSectorLocation;
+    if (_curSector == kEndOfChain) throw tberror("Xls::read(): workbook stream is empty");
     if (wb.streamSize < 4096) {
-        goMiniSector(curSector_);
+        goMiniSector(_curSector);
     } else {
         // Tolerate a start that points at a marker sector by stepping on to
         // the next sector number; a stream that fits one sector may end there.
-        while (curSector_ < fat_.size() &&
-               (fat_[curSector_] == kFatSector || fat_[curSector_] == kSectorFree ||
-                (fat_[curSector_] == kEndOfChain && wb.streamSize > sectorSize_)))
-            ++curSector_;
-        goSector(curSector_);
+        while (_curSector < _fat.size() &&
+               (_fat[_curSector] == kFatSector || _fat[_curSector] == kSectorFree ||
+                (_fat[_curSector] == kEndOfChain && wb.streamSize > _sectorSize)))
+            ++_curSector;
+        goSector(_curSector);
     }
-    sectorOffset_ = 0;
-    readTotal_ = 0;
-    hops_ = 0;
-    eof_ = false;
+    _sectorOffset = 0;
+    _readTotal = 0;
+    _hops = 0;
+    _eof = false;
 }
 
 void XlsCore::loadDifat(unsigned &total) {
-    uint32_t perSector = sectorSize_ / 4 - 1;
-    if (uint64_t(header_.numDifatSectors) * sectorSize_ > fileSize_)
+    uint32_t perSector = _sectorSize / 4 - 1;
+    if (uint64_t(_header.numDifatSectors) * _sectorSize > _fileSize)
         throw tberror("loadDifat: file is corrupt [1]");
-    difat_.assign(header_.difat, header_.difat + kHeaderDifatCount);
-    difat_.resize(kHeaderDifatCount + size_t(header_.numDifatSectors) * perSector, kSectorFree);
-    std::vector<uint8_t> buf(sectorSize_);
-    uint32_t s = header_.firstDifatSector;
+    _difat.assign(_header.difat, _header.difat + kHeaderDifatCount);
+    _difat.resize(kHeaderDifatCount + size_t(_header.numDifatSectors) * perSector, kSectorFree);
+    std::vector<uint8_t> buf(_sectorSize);
+    uint32_t s = _header.firstDifatSector;
     uint32_t count = 0;
     size_t pos = kHeaderDifatCount;
     while (s != kEndOfChain && s != kSectorFree) {
-        if (count >= header_.numDifatSectors)
+        if (count >= _header.numDifatSectors)
             throw tberror("Xls::loadDifat(): difat chain contains more sectors than "
-                          "_header.numDifatSectors (" + num(header_.numDifatSectors) + ")");
+                          "_header.numDifatSectors (" +
+                          num(_header.numDifatSectors) + ")");
         goSector(s);
         total += perSector * 4;
-        if (total > fileSize_) throw tberror("loadDifat: file is corrupt [1]");
-        readRaw(buf.data(), sectorSize_);
-        for (uint32_t i = 0; i < perSector; ++i) difat_[pos++] = getLE32(&buf[4 * i]);
+        if (total > _fileSize) throw tberror("loadDifat: file is corrupt [1]");
+        readRaw(buf.data(), _sectorSize);
+        for (uint32_t i = 0; i < perSector; ++i) _difat[pos++] = getLE32(&buf[4 * i]);
         total += 4;
-        if (total > fileSize_) throw tberror("loadDifat: file is corrupt [2]");
+        if (total > _fileSize) throw tberror("loadDifat: file is corrupt [2]");
         s = getLE32(&buf[4 * perSector]);
         ++count;
     }
-    if (count != header_.numDifatSectors)
+    if (count != _header.numDifatSectors)
         throw tberror("Xls::loadDifat(): difat chain sectors (" + num(count) +
-                      ") not equal _header.numDifatSectors (" +
-                      num(header_.numDifatSectors) + ")");
+                      ") not equal _header.numDifatSectors (" + num(_header.numDifatSectors) + ")");
 }
 
 void XlsCore::loadFat(unsigned &total) {
-    size_t count = size_t(std::count_if(difat_.begin(), difat_.end(), notFree));
-    if (count != header_.numFatSectors)
+    size_t count = size_t(std::count_if(_difat.begin(), _difat.end(), notFree));
+    if (count != _header.numFatSectors)
         throw tberror("Xls::loadFat(): extract fat sectors (" + num(count) +
-                      ") not equal _header.numFatSectors (" + num(header_.numFatSectors) +
-                      ")");
-    if (uint64_t(count) * sectorSize_ > fileSize_) throw tberror("loadFat: file is corrupt");
-    uint32_t perSector = sectorSize_ / 4;
-    fat_.assign(count * perSector, kSectorFree);
-    std::vector<uint8_t> buf(sectorSize_);
+                      ") not equal _header.numFatSectors (" + num(_header.numFatSectors) + ")");
+    if (uint64_t(count) * _sectorSize > _fileSize) throw tberror("loadFat: file is corrupt");
+    uint32_t perSector = _sectorSize / 4;
+    _fat.assign(count * perSector, kSectorFree);
+    std::vector<uint8_t> buf(_sectorSize);
     size_t pos = 0;
-    for (uint32_t s : difat_) {
+    for (uint32_t s : _difat) {
         if (!notFree(s)) continue;
-        total += sectorSize_;
-        if (total > fileSize_) throw tberror("loadFat: file is corrupt");
+        total += _sectorSize;
+        if (total > _fileSize) throw tberror("loadFat: file is corrupt");
         goSector(s);
-        readRaw(buf.data(), sectorSize_);
-        for (uint32_t i = 0; i < perSector; ++i) fat_[pos++] = getLE32(&buf[4 * i]);
+        readRaw(buf.data(), _sectorSize);
+        for (uint32_t i = 0; i < perSector; ++i) _fat[pos++] = getLE32(&buf[4 * i]);
     }
 }
 
 void XlsCore::loadMiniFat(unsigned &total) {
-    miniFat_.clear();
-    uint32_t s = header_.miniFatSectorLocation;
-    uint32_t count = header_.numMiniFatSectors;
+    _miniFat.clear();
+    uint32_t s = _header.miniFatSectorLocation;
+    uint32_t count = _header.numMiniFatSectors;
     if (s == kEndOfChain || s == kSectorFree || count == 0) return;
-    if (uint64_t(count) * sectorSize_ > fileSize_) throw tberror("loadMiniFat: file is corrupt");
-    uint32_t perSector = sectorSize_ / 4;
-    miniFat_.assign(size_t(count) * perSector, kSectorFree);
-    std::vector<uint8_t> buf(sectorSize_);
+    if (uint64_t(count) * _sectorSize > _fileSize) throw tberror("loadMiniFat: file is corrupt");
+    uint32_t perSector = _sectorSize / 4;
+    _miniFat.assign(size_t(count) * perSector, kSectorFree);
+    std::vector<uint8_t> buf(_sectorSize);
     size_t pos = 0;
     for (;;) {
-        if (pos >= miniFat_.size()) throw tberror("error in loading minifat");
-        total += sectorSize_;
-        if (total > fileSize_) throw tberror("loadMiniFat: file is corrupt");
+        if (pos >= _miniFat.size()) throw tberror("error in loading minifat");
+        total += _sectorSize;
+        if (total > _fileSize) throw tberror("loadMiniFat: file is corrupt");
         goSector(s);
-        readRaw(buf.data(), sectorSize_);
-        for (uint32_t i = 0; i < perSector; ++i) miniFat_[pos++] = getLE32(&buf[4 * i]);
+        readRaw(buf.data(), _sectorSize);
+        for (uint32_t i = 0; i < perSector; ++i) _miniFat[pos++] = getLE32(&buf[4 * i]);
         uint32_t next = fatNext(s);
         if (next == s) throw tberror("loadMiniFat: error in fat");
         if (next == kEndOfChain) break;
@@ -201,31 +199,31 @@ void XlsCore::loadMiniFat(unsigned &total) {
 }
 
 void XlsCore::loadDir(unsigned &total) {
-    dir_.clear();
-    uint32_t first = header_.firstDirSector;
+    _dir.clear();
+    uint32_t first = _header.firstDirSector;
     if (first == kEndOfChain) return;
     uint64_t sectors = 0;
     for (uint32_t s = first; s != kEndOfChain;) {
-        if (s >= fat_.size())
+        if (s >= _fat.size())
             throw tberror("Xls::loadDir(): sector #" + num(s) + " is not found in _fat");
-        uint32_t next = fat_[s];
+        uint32_t next = _fat[s];
         if (next == s) throw tberror("loadDir: error in fat [1]");
         ++sectors;
         // Also ends a cyclic chain: it would soon claim more than the file.
-        if (sectors * sectorSize_ > fileSize_) throw tberror("loadDir: file is corrupt [1]");
+        if (sectors * _sectorSize > _fileSize) throw tberror("loadDir: file is corrupt [1]");
         s = next;
     }
-    uint32_t perSector = sectorSize_ / kDirEntrySize;
-    dir_.assign(size_t(sectors) * perSector, DirEntry());
-    std::vector<uint8_t> buf(sectorSize_);
+    uint32_t perSector = _sectorSize / kDirEntrySize;
+    _dir.assign(size_t(sectors) * perSector, DirEntry());
+    std::vector<uint8_t> buf(_sectorSize);
     size_t pos = 0;
     for (uint32_t s = first; s != kEndOfChain;) {
-        if (pos >= dir_.size()) throw tberror("Xls::loadDir(): unexpected DirEntry found");
-        total += sectorSize_;
-        if (total > fileSize_) throw tberror("loadDir: file is corrupt [2]");
+        if (pos >= _dir.size()) throw tberror("Xls::loadDir(): unexpected DirEntry found");
+        total += _sectorSize;
+        if (total > _fileSize) throw tberror("loadDir: file is corrupt [2]");
         goSector(s);
-        readRaw(buf.data(), sectorSize_);
-        for (uint32_t i = 0; i < perSector; ++i) dir_[pos++].fromBytes(&buf[i * kDirEntrySize]);
+        readRaw(buf.data(), _sectorSize);
+        for (uint32_t i = 0; i < perSector; ++i) _dir[pos++].fromBytes(&buf[i * kDirEntrySize]);
         uint32_t next = fatNext(s);
         if (next == s) throw tberror("loadDir: error in fat [2]");
         s = next;
@@ -233,34 +231,34 @@ void XlsCore::loadDir(unsigned &total) {
 }
 
 void XlsCore::setWorkbookEntry() {
-    for (size_t i = 0; i < dir_.size(); ++i)
-        if (dir_[i].isWorkbook()) {
-            workbook_ = i;
+    for (size_t i = 0; i < _dir.size(); ++i)
+        if (_dir[i].isWorkbook()) {
+            _workbook = i;
             return;
         }
-    for (size_t i = 0; i < dir_.size(); ++i)
-        if (dir_[i].isBook()) {
-            workbook_ = i;
+    for (size_t i = 0; i < _dir.size(); ++i)
+        if (_dir[i].isBook()) {
+            _workbook = i;
             return;
         }
     throw tberror("Xls::read(): workbook section is not found");
 }
 
-// The whole of sector curSector_, or what of it the file holds.
+// The whole of sector _curSector, or what of it the file holds.
 void XlsCore::fillCache() {
-    goSector(curSector_);
-    uint64_t pos = (uint64_t(curSector_) + 1) * sectorSize_;
-    size_t avail = size_t(std::min<uint64_t>(sectorSize_, fileSize_ - pos));
-    cached_ = kNoSector;
-    if (memory_) {
-        sector_ = memory_ + pos;
+    goSector(_curSector);
+    uint64_t pos = (uint64_t(_curSector) + 1) * _sectorSize;
+    size_t avail = size_t(std::min<uint64_t>(_sectorSize, _fileSize - pos));
+    _cached = kNoSector;
+    if (_memory) {
+        _sector = _memory + pos;
     } else {
-        cache_.resize(sectorSize_);
-        readRaw(cache_.data(), avail);
-        sector_ = cache_.data();
+        _cache.resize(_sectorSize);
+        readRaw(_cache.data(), avail);
+        _sector = _cache.data();
     }
-    cacheLen_ = uint32_t(avail);
-    cached_ = curSector_;
+    _cacheLen = uint32_t(avail);
+    _cached = _curSector;
 }
 
 size_t XlsCore::read(void *buffer, size_t length) {
@@ -268,52 +266,52 @@ size_t XlsCore::read(void *buffer, size_t length) {
     uint8_t *out = static_cast<uint8_t *>(buffer);
     size_t done = 0;
     while (done < length) {
-        if (sectorOffset_ >= sectorSize_) {
-            uint32_t next = fatNext(curSector_);
+        if (_sectorOffset >= _sectorSize) {
+            uint32_t next = fatNext(_curSector);
             if (next == kEndOfChain) {
-                eof_ = true;
+                _eof = true;
                 return done;
             }
             // A chain can't visit more sectors than the file holds.
-            if (++hops_ > uint64_t(fileSize_ / sectorSize_) + 1)
+            if (++_hops > uint64_t(_fileSize / _sectorSize) + 1)
                 throw tberror("Xls::read(): fat chain is cyclic");
-            curSector_ = next;
-            sectorOffset_ = 0;
+            _curSector = next;
+            _sectorOffset = 0;
         }
-        if (cached_ != curSector_) fillCache();
-        size_t chunk = std::min<size_t>(length - done, sectorSize_ - sectorOffset_);
-        if (sectorOffset_ + chunk > cacheLen_) throw tberror("Xls::read(): file is truncated");
-        std::memcpy(out + done, sector_ + sectorOffset_, chunk);
-        sectorOffset_ += uint32_t(chunk);
+        if (_cached != _curSector) fillCache();
+        size_t chunk = std::min<size_t>(length - done, _sectorSize - _sectorOffset);
+        if (_sectorOffset + chunk > _cacheLen) throw tberror("Xls::read(): file is truncated");
+        std::memcpy(out + done, _sector + _sectorOffset, chunk);
+        _sectorOffset += uint32_t(chunk);
         done += chunk;
-        readTotal_ += chunk;
+        _readTotal += chunk;
     }
     return done;
 }
 
 size_t XlsCore::readMini(void *buffer, size_t length) {
-    cached_ = kNoSector; // mini sector numbers must not hit the sector cache
+    _cached = kNoSector; // mini sector numbers must not hit the sector cache
     uint8_t *out = static_cast<uint8_t *>(buffer);
     size_t done = 0;
     while (done < length) {
-        if (sectorOffset_ >= miniSectorSize_) {
-            uint32_t next = miniFatNext(curSector_);
+        if (_sectorOffset >= _miniSectorSize) {
+            uint32_t next = miniFatNext(_curSector);
             if (next == kEndOfChain) {
-                eof_ = true;
+                _eof = true;
                 return done;
             }
             // Only a stream below 4096 bytes is served from the mini stream.
-            if (++hops_ > std::min<uint64_t>(miniFat_.size(), 4096 / miniSectorSize_ + 1))
+            if (++_hops > std::min<uint64_t>(_miniFat.size(), 4096 / _miniSectorSize + 1))
                 throw tberror("Xls::read(): minifat chain is cyclic");
-            curSector_ = next;
-            goMiniSector(curSector_);
-            sectorOffset_ = 0;
+            _curSector = next;
+            goMiniSector(_curSector);
+            _sectorOffset = 0;
         }
-        size_t chunk = std::min<size_t>(length - done, miniSectorSize_ - sectorOffset_);
+        size_t chunk = std::min<size_t>(length - done, _miniSectorSize - _sectorOffset);
         readRaw(out + done, chunk);
-        sectorOffset_ += uint32_t(chunk);
+        _sectorOffset += uint32_t(chunk);
         done += chunk;
-        readTotal_ += chunk;
+        _readTotal += chunk;
     }
     return done;
 }
@@ -342,11 +340,11 @@ void XlsCore::readDouble(double &value) {
 // the cutoff (the root's own stream always lives in the FAT).
 std::vector<uint8_t> XlsCore::readWholeStream(const DirEntry &e) {
     uint64_t size = e.streamSize;
-    if (size > fileSize_) throw tberror("Xls::readSections(): stream size is out of the file");
+    if (size > _fileSize) throw tberror("Xls::readSections(): stream size is out of the file");
     std::vector<uint8_t> bytes(size_t(size), 0);
-    bool mini = e.type != DirEntry::Root && !e.isRoot() && size < header_.miniStreamCutoff;
-    uint32_t unit = mini ? miniSectorSize_ : sectorSize_;
-    size_t limit = mini ? miniFat_.size() : fat_.size();
+    bool mini = e.type != DirEntry::Root && !e.isRoot() && size < _header.miniStreamCutoff;
+    uint32_t unit = mini ? _miniSectorSize : _sectorSize;
+    size_t limit = mini ? _miniFat.size() : _fat.size();
     uint32_t s = e.startingSectorLocation;
     size_t done = 0, hops = 0;
     while (done < size) {
@@ -366,15 +364,15 @@ std::vector<uint8_t> XlsCore::readWholeStream(const DirEntry &e) {
 }
 
 void XlsCore::readSections() {
-    kept_.clear();
+    _kept.clear();
     // Streams don't share sectors, so together they can't exceed the file;
     // this bounds the memory a hostile directory can ask for.
     uint64_t keptTotal = 0;
     // The workbook cursor stays valid: its read position comes back after.
-    std::streamoff resume = stream_->tellg();
-    for (size_t i = 0; i < dir_.size(); ++i) {
-        const DirEntry &e = dir_[i];
-        if (i == workbook_ || e.startingSectorLocation == kEndOfChain ||
+    std::streamoff resume = _stream->tellg();
+    for (size_t i = 0; i < _dir.size(); ++i) {
+        const DirEntry &e = _dir[i];
+        if (i == _workbook || e.startingSectorLocation == kEndOfChain ||
             e.startingSectorLocation == kSectorFree || e.type == DirEntry::Unknown ||
             e.type == DirEntry::Storage)
             continue;
@@ -382,14 +380,14 @@ void XlsCore::readSections() {
         // streams alive.  Some producers leave the root's name empty, so its
         // type counts as much as its name.
         bool root = e.isRoot() || e.type == DirEntry::Root;
-        if (e.streamSize < keepCutoff_ && !(root && e.streamSize != 0)) continue;
+        if (e.streamSize < _keepCutoff && !(root && e.streamSize != 0)) continue;
         keptTotal += e.streamSize;
-        if (keptTotal > fileSize_)
+        if (keptTotal > _fileSize)
             throw tberror("Xls::readSections(): streams are larger than the file");
-        kept_[i] = readWholeStream(e);
+        _kept[i] = readWholeStream(e);
     }
-    stream_->clear();
-    if (resume >= 0) stream_->seekg(resume);
+    _stream->clear();
+    if (resume >= 0) _stream->seekg(resume);
 }
 
 } // namespace tabrix

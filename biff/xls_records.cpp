@@ -14,7 +14,8 @@ void XlsRecords::enterContinue(unsigned short &remaining, const char *who) {
         uint16_t id = 0, size = 0;
         XlsCore::readInt16(id);
         XlsCore::readInt16(size);
-        if (id != rid::Continue || eof()) throw tberror(std::string(who) + ": CONTINUE record not found");
+        if (id != rid::Continue || eof())
+            throw tberror(std::string(who) + ": CONTINUE record not found");
         if (size != 0) {
             remaining = size;
             return;
@@ -38,7 +39,8 @@ void XlsRecords::readInt16(uint16_t &value, unsigned short &remaining) {
 void XlsRecords::readInt32(uint32_t &value, unsigned short &remaining) {
     uint8_t b[4];
     for (uint8_t &c : b) readByte(c, remaining, "readInt32");
-    value = uint32_t(b[0]) | (uint32_t(b[1]) << 8) | (uint32_t(b[2]) << 16) | (uint32_t(b[3]) << 24);
+    value =
+        uint32_t(b[0]) | (uint32_t(b[1]) << 8) | (uint32_t(b[2]) << 16) | (uint32_t(b[3]) << 24);
 }
 
 int XlsRecords::readWithContinueRecords(void *buffer, int length, unsigned short &remaining) {

@@ -20,22 +20,22 @@ uint32_t sectorsFor(uint64_t bytes) { return uint32_t((bytes + kWriteSector - 1)
 } // namespace
 
 void XlsCore::checkWritable() const {
-    if (!stream_ && !toMemory_) throw tberror(kWriteError);
+    if (!_stream && !_toMemory) throw tberror(kWriteError);
 }
 
 void XlsCore::noWritePos() { throw tberror("can't get the current write position"); }
 
 void XlsCore::writeToMemory() {
-    stream_ = nullptr;
-    toMemory_ = true;
+    _stream = nullptr;
+    _toMemory = true;
 }
 
 // `length` more bytes at the end of the output, to be filled by the caller.
 char *XlsCore::appendRoom(size_t length) {
     checkWritable();
-    if (length > out_.capacityBytes() - outSize_) out_.grow(outSize_ + length, outSize_);
-    char *at = out_.bytes() + outSize_;
-    outSize_ += length;
+    if (length > _out.capacityBytes() - _outSize) _out.grow(_outSize + length, _outSize);
+    char *at = _out.bytes() + _outSize;
+    _outSize += length;
     return at;
 }
 
@@ -50,8 +50,8 @@ void XlsCore::writeFill(size_t count, uint8_t fill) {
 }
 
 void XlsCore::writeHeader() {
-    if (!stream_ && !toMemory_) throw tberror("stream error");
-    outSize_ = 0;
+    if (!_stream && !_toMemory) throw tberror("stream error");
+    _outSize = 0;
     writeFill(kHeaderSize, 0);
 }
 
@@ -59,9 +59,9 @@ void XlsCore::writeHeader() {
 // write that needs room grows the buffer.
 void XlsCore::writeSlow(const void *buffer, size_t length) {
     checkWritable();
-    if (outSize_ < kHeaderSize) writeFill(kHeaderSize - outSize_, 0);
+    if (_outSize < kHeaderSize) writeFill(kHeaderSize - _outSize, 0);
     writeRaw(buffer, length);
-    written_ += length;
+    _written += length;
 }
 
 uint32_t XlsCore::writeTail(uint32_t size, uint8_t fill) {
@@ -72,68 +72,68 @@ uint32_t XlsCore::writeTail(uint32_t size, uint8_t fill) {
 
 void XlsCore::close() {
     checkWritable();
-    if (workbook_ >= dir_.size()) throw tberror(kWriteError);
+    if (_workbook >= _dir.size()) throw tberror(kWriteError);
     uint64_t n = 0;
-    DirEntry &wb = dir_[workbook_];
-    if (written_ > 0) {
-        if (written_ < kMinWorkbook) {
-            writeFill(size_t(kMinWorkbook - written_), 0);
-            written_ = kMinWorkbook;
+    DirEntry &wb = _dir[_workbook];
+    if (_written > 0) {
+        if (_written < kMinWorkbook) {
+            writeFill(size_t(kMinWorkbook - _written), 0);
+            _written = kMinWorkbook;
         }
-        if (written_ > 0xFFFFFFFFull) throw tberror("compound file is too big");
+        if (_written > 0xFFFFFFFFull) throw tberror("compound file is too big");
         wb.startingSectorLocation = 0;
-        wb.streamSize = written_;
-        n = writeTail(uint32_t(written_), 0);
+        wb.streamSize = _written;
+        n = writeTail(uint32_t(_written), 0);
     } else {
         wb.startingSectorLocation = kEndOfChain;
         wb.streamSize = 0;
-        if (outSize_ < kHeaderSize) writeFill(kHeaderSize - outSize_, 0);
+        if (_outSize < kHeaderSize) writeFill(kHeaderSize - _outSize, 0);
     }
 
-    for (auto &k : kept_) {
-        DirEntry &e = dir_[k.first];
+    for (auto &k : _kept) {
+        DirEntry &e = _dir[k.first];
         e.startingSectorLocation = uint32_t(n);
         e.streamSize = k.second.size();
         if (!k.second.empty()) writeRaw(k.second.data(), k.second.size());
         n += writeTail(uint32_t(k.second.size()), 0);
     }
 
-    if (!miniFat_.empty()) {
-        header_.miniFatSectorLocation = uint32_t(n);
-        std::vector<uint8_t> bytes(miniFat_.size() * 4);
-        for (size_t i = 0; i < miniFat_.size(); ++i) putLE32(&bytes[4 * i], miniFat_[i]);
+    if (!_miniFat.empty()) {
+        _header.miniFatSectorLocation = uint32_t(n);
+        std::vector<uint8_t> bytes(_miniFat.size() * 4);
+        for (size_t i = 0; i < _miniFat.size(); ++i) putLE32(&bytes[4 * i], _miniFat[i]);
         writeRaw(bytes.data(), bytes.size());
         uint32_t sectors = writeTail(uint32_t(bytes.size()), 0);
-        header_.numMiniFatSectors = sectors;
+        _header.numMiniFatSectors = sectors;
         n += sectors;
     }
 
     // The streams left in the mini stream are those below this cutoff.
-    header_.miniStreamCutoff = keepCutoff_;
-    uint32_t d = uint32_t((dir_.size() + 3) / 4);
+    _header.miniStreamCutoff = _keepCutoff;
+    uint32_t d = uint32_t((_dir.size() + 3) / 4);
     FatLayout layout = computeFatLayout(n, d);
     uint32_t f = layout.fatSectors, g = layout.difatSectors;
-    header_.numFatSectors = f;
-    header_.numDifatSectors = g;
-    fat_ = buildFat(uint32_t(n), layout, d);
+    _header.numFatSectors = f;
+    _header.numDifatSectors = g;
+    _fat = buildFat(uint32_t(n), layout, d);
 
     // Each stream is one run of the data chain; end the run before the next.
-    if (!miniFat_.empty()) {
-        uint32_t loc = header_.miniFatSectorLocation;
+    if (!_miniFat.empty()) {
+        uint32_t loc = _header.miniFatSectorLocation;
         if (loc > n) throw tberror("miniFatSectorLocation is out of range");
-        if (loc > 0) fat_[loc - 1] = kEndOfChain;
+        if (loc > 0) _fat[loc - 1] = kEndOfChain;
     }
-    for (auto &k : kept_) {
-        uint32_t start = dir_[k.first].startingSectorLocation;
+    for (auto &k : _kept) {
+        uint32_t start = _dir[k.first].startingSectorLocation;
         if (start > n) throw tberror("startingSectorLocation is out of range");
-        if (start > 0) fat_[start - 1] = kEndOfChain;
+        if (start > 0) _fat[start - 1] = kEndOfChain;
     }
 
     uint32_t firstFat = uint32_t(n) + g;
     for (uint32_t i = 0; i < kHeaderDifatCount; ++i)
-        header_.difat[i] = i < f ? firstFat + i : kSectorFree;
+        _header.difat[i] = i < f ? firstFat + i : kSectorFree;
     if (g) {
-        header_.firstDifatSector = uint32_t(n);
+        _header.firstDifatSector = uint32_t(n);
         std::vector<uint32_t> rest(size_t(g) * 127, kSectorFree);
         for (uint32_t i = kHeaderDifatCount; i < f; ++i) rest[i - kHeaderDifatCount] = firstFat + i;
         std::vector<uint8_t> sector(kWriteSector);
@@ -143,41 +143,41 @@ void XlsCore::close() {
             writeRaw(sector.data(), sector.size());
         }
     }
-    difat_.assign(header_.difat, header_.difat + kHeaderDifatCount);
+    _difat.assign(_header.difat, _header.difat + kHeaderDifatCount);
 
-    std::vector<uint8_t> fatBytes(fat_.size() * 4);
-    for (size_t i = 0; i < fat_.size(); ++i) putLE32(&fatBytes[4 * i], fat_[i]);
+    std::vector<uint8_t> fatBytes(_fat.size() * 4);
+    for (size_t i = 0; i < _fat.size(); ++i) putLE32(&fatBytes[4 * i], _fat[i]);
     writeRaw(fatBytes.data(), fatBytes.size());
 
-    header_.firstDirSector = uint32_t(n) + g + f;
+    _header.firstDirSector = uint32_t(n) + g + f;
     std::vector<uint8_t> dirBytes(size_t(d) * kWriteSector, 0);
-    for (size_t i = 0; i < dir_.size(); ++i) dir_[i].toBytes(&dirBytes[i * kDirEntrySize]);
+    for (size_t i = 0; i < _dir.size(); ++i) _dir[i].toBytes(&dirBytes[i * kDirEntrySize]);
     writeRaw(dirBytes.data(), dirBytes.size());
 
-    if (outSize_ > 0xFFFFFFFFull) throw tberror("compound file is too big");
-    fileSize_ = uint32_t(outSize_);
-    header_.toBytes(reinterpret_cast<uint8_t *>(out_.bytes()));
-    if (stream_) {
-        stream_->seekp(0);
-        stream_->write(out_.bytes(), std::streamsize(outSize_));
-        stream_->flush();
-        if (!*stream_) throw tberror(kWriteError);
-        out_.release();
-        outSize_ = 0;
+    if (_outSize > 0xFFFFFFFFull) throw tberror("compound file is too big");
+    _fileSize = uint32_t(_outSize);
+    _header.toBytes(reinterpret_cast<uint8_t *>(_out.bytes()));
+    if (_stream) {
+        _stream->seekp(0);
+        _stream->write(_out.bytes(), std::streamsize(_outSize));
+        _stream->flush();
+        if (!*_stream) throw tberror(kWriteError);
+        _out.release();
+        _outSize = 0;
     }
 }
 
 uint8_t *XlsCore::patchPlace(uint32_t pos, size_t n) {
     checkWritable();
     const size_t at = size_t(kHeaderSize) + pos;
-    if (at > outSize_ || n > outSize_ - at) throw tberror(kWriteError);
-    return reinterpret_cast<uint8_t *>(out_.bytes()) + at;
+    if (at > _outSize || n > _outSize - at) throw tberror(kWriteError);
+    return reinterpret_cast<uint8_t *>(_out.bytes()) + at;
 }
 
 ByteRegion XlsCore::takeOutput(size_t &size) {
-    size = outSize_;
-    outSize_ = 0;
-    return std::move(out_);
+    size = _outSize;
+    _outSize = 0;
+    return std::move(_out);
 }
 
 } // namespace tabrix

@@ -11,7 +11,9 @@ namespace tabrix {
 
 namespace {
 // Mapped regions are whole huge pages, so that huge pages can back them.
-size_t hugePages(size_t bytes) { return (bytes + kHugePageBytes - 1) / kHugePageBytes * kHugePageBytes; }
+size_t hugePages(size_t bytes) {
+    return (bytes + kHugePageBytes - 1) / kHugePageBytes * kHugePageBytes;
+}
 } // namespace
 
 ByteRegion::~ByteRegion() { release(); }

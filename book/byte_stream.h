@@ -38,15 +38,13 @@ private:
 struct IOCtrl {
     // Little-endian integers straight on a stream; a short read leaves the
     // stream failed and `value` holding what was read.
-    template <class T>
-    static void read(std::istream &s, T &value) {
+    template <class T> static void read(std::istream &s, T &value) {
         unsigned char b[sizeof(T)] = {};
         s.read(reinterpret_cast<char *>(b), sizeof(T));
         value = 0;
         for (size_t i = 0; i < sizeof(T); ++i) value = T(value | (T(b[i]) << (8 * i)));
     }
-    template <class T>
-    static void write(std::ostream &s, T value) {
+    template <class T> static void write(std::ostream &s, T value) {
         unsigned char b[sizeof(T)];
         for (size_t i = 0; i < sizeof(T); ++i) b[i] = static_cast<unsigned char>(value >> (8 * i));
         s.write(reinterpret_cast<const char *>(b), sizeof(T));

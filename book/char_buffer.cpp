@@ -11,8 +11,7 @@ size_t textLength(const wchar_t *s) { return std::wcslen(s); }
 } // namespace
 
 template <class C> void CharBuffer<C>::release() {
-    if (_data != _inline)
-        delete[] _data;
+    if (_data != _inline) delete[] _data;
     _data = _inline;
     _capacity = kInline - 1;
 }
@@ -25,11 +24,9 @@ template <class C> void CharBuffer<C>::clean() {
 
 // Grows to hold `len` elements: double the capacity, or `len` if more.
 template <class C> void CharBuffer<C>::reserve(size_t len) {
-    if (len <= _capacity)
-        return;
+    if (len <= _capacity) return;
     size_t cap = _capacity * 2;
-    if (cap < len)
-        cap = len;
+    if (cap < len) cap = len;
     C *data = new C[cap + 1];
     std::memcpy(data, _data, (_length + 1) * sizeof(C));
     release();
@@ -56,8 +53,7 @@ template <class C> void CharBuffer<C>::append(const C *text) { append(text, text
 
 template <class C> void CharBuffer<C>::resize(size_t len) {
     reserve(len);
-    for (size_t i = _length; i < len; ++i)
-        _data[i] = 0;
+    for (size_t i = _length; i < len; ++i) _data[i] = 0;
     _length = len;
     _data[_length] = 0;
 }

@@ -15,8 +15,7 @@ const size_t kBuffer = 50;
 int readInt(const std::wstring &text, std::ios_base &(*base)(std::ios_base &)) {
     std::wistringstream in(text);
     int value = 0;
-    if (!(in >> base >> value))
-        throw tberror("can't convert string to int");
+    if (!(in >> base >> value)) throw tberror("can't convert string to int");
     return value;
 }
 } // namespace

@@ -10,8 +10,7 @@ const long long kEpoch1900 = 2415019;
 const long long kEpoch1904 = 2416481;
 } // namespace
 
-double datePack(bool date1904, int year, int month, int day, int hour, int min, int sec,
-                int msec) {
+double datePack(bool date1904, int year, int month, int day, int hour, int min, int sec, int msec) {
     long long serial = 0;
     if (!(year < 1 && month < 1 && day < 1)) {
         long long y = year, m = month, d = day;
@@ -23,8 +22,8 @@ double datePack(bool date1904, int year, int month, int day, int hour, int min, 
     return double(serial) + hour / 24.0 + min / 1440.0 + sec / 86400.0 + msec / 8.64e7;
 }
 
-bool dateUnpack(bool date1904, double value, int *year, int *month, int *day, int *hour,
-                int *min, int *sec, int *msec) {
+bool dateUnpack(bool date1904, double value, int *year, int *month, int *day, int *hour, int *min,
+                int *sec, int *msec) {
     if (value <= -657435.0 || value >= 2958466.0) return false;
     // A NaN gets here; treat it as the time 0 rather than converting it.
     double whole = std::isnan(value) ? 0.0 : std::trunc(value);

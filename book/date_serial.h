@@ -5,12 +5,11 @@
 
 namespace tabrix {
 
-double datePack(bool date1904, int year, int month, int day, int hour, int min, int sec,
-                int msec);
+double datePack(bool date1904, int year, int month, int day, int hour, int min, int sec, int msec);
 // False, touching nothing, for values out of the supported range.  The time
 // outputs may be null.
-bool dateUnpack(bool date1904, double value, int *year, int *month, int *day, int *hour,
-                int *min, int *sec, int *msec);
+bool dateUnpack(bool date1904, double value, int *year, int *month, int *day, int *hour, int *min,
+                int *sec, int *msec);
 
 } // namespace tabrix
 

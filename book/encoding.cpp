@@ -32,8 +32,7 @@ void codePointsToUnits(const wchar_t *text, std::wstring &out) {
 
 const wchar_t *unitsToCodePoints(const wchar_t *units, std::wstring &buffer) {
     const wchar_t *p = units;
-    while (*p && !(isHigh(static_cast<uint32_t>(p[0])) && isLow(static_cast<uint32_t>(p[1]))))
-        ++p;
+    while (*p && !(isHigh(static_cast<uint32_t>(p[0])) && isLow(static_cast<uint32_t>(p[1])))) ++p;
     if (!*p) return units;
     buffer.assign(units, p);
     for (; *p; ++p) {
@@ -61,16 +60,14 @@ void utf8ToWide(const char *text, std::wstring &out) {
 void wideToUtf8(const wchar_t *text, std::string &out) {
     out.clear();
     std::u16string units;
-    for (const wchar_t *p = text; *p; ++p)
-        units.push_back(static_cast<char16_t>(*p));
+    for (const wchar_t *p = text; *p; ++p) units.push_back(static_cast<char16_t>(*p));
     utf8::utf16to8(units.begin(), units.end(), std::back_inserter(out));
 }
 
 bool localeToWide(const char *text, std::wstring &out) {
     out.clear();
     size_t n = std::mbstowcs(nullptr, text, 0);
-    if (n == static_cast<size_t>(-1))
-        return false;
+    if (n == static_cast<size_t>(-1)) return false;
     std::wstring points(n + 1, L'\0');
     std::mbstowcs(&points[0], text, n + 1);
     points.resize(n);

@@ -19,8 +19,7 @@ extern const char *const kNotSupportedYet;
 template <class Message> void markOk(Message &message) { message.assign("ok"); }
 
 // Message is anything with assign(const char*), e.g. XString.
-template <class Message, class R, class Work>
-R guarded(Message &message, R neutral, Work &&work) {
+template <class Message, class R, class Work> R guarded(Message &message, R neutral, Work &&work) {
     markOk(message);
     try {
         return work();

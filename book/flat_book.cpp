@@ -6,9 +6,9 @@
 
 using tabrix::IBookT;
 
-#define TB_DEFINE_BOOK_ENTRY(ret, Name, op, params, args) \
-    ret tbBook##Name##A params { \
-        return tabrix::flatCall<ret>(&IBookT<char>::op, TB_FLAT_ARGS args); \
+#define TB_DEFINE_BOOK_ENTRY(ret, Name, op, params, args)                                          \
+    ret tbBook##Name##A params {                                                                   \
+        return tabrix::flatCall<ret>(&IBookT<char>::op, TB_FLAT_ARGS args);                        \
     }
 
 extern "C" {

@@ -16,8 +16,7 @@ class FlatBoolOut {
 public:
     explicit FlatBoolOut(int *target) : _target(target) {}
     ~FlatBoolOut() {
-        if (_target)
-            *_target = _value ? 1 : 0;
+        if (_target) *_target = _value ? 1 : 0;
     }
     FlatBoolOut(const FlatBoolOut &) = delete;
     operator bool *() { return &_value; }

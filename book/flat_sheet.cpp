@@ -7,9 +7,9 @@
 
 using tabrix::ISheetT;
 
-#define TB_DEFINE_SHEET_ENTRY(ret, Name, op, params, args) \
-    ret tbSheet##Name##A params { \
-        return tabrix::flatCall<ret>(&ISheetT<char>::op, TB_FLAT_ARGS args); \
+#define TB_DEFINE_SHEET_ENTRY(ret, Name, op, params, args)                                         \
+    ret tbSheet##Name##A params {                                                                  \
+        return tabrix::flatCall<ret>(&ISheetT<char>::op, TB_FLAT_ARGS args);                       \
     }
 
 extern "C" {
@@ -24,9 +24,8 @@ void tbSheetAddrToRowColA(TBSheet s, const char *addr, int *row, int *col, int *
 
 // Unlike every other flag, only a value above 0 is true here, so that -1
 // means false.
-const char *tbSheetRowColToAddrA(TBSheet s, int row, int col, int rowRelative,
-                                 int colRelative) {
+const char *tbSheetRowColToAddrA(TBSheet s, int row, int col, int rowRelative, int colRelative) {
     return static_cast<ISheetT<char> *>(s)->rowColToAddr(row, col, rowRelative > 0,
-                                                          colRelative > 0);
+                                                         colRelative > 0);
 }
 }

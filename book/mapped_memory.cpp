@@ -19,8 +19,8 @@ void *mapHugeAligned(size_t bytes) {
     char *raw = static_cast<char *>(mmap(nullptr, bytes + kHugePageBytes, PROT_READ | PROT_WRITE,
                                          MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
     if (raw == MAP_FAILED) throw std::bad_alloc();
-    char *start = raw + (kHugePageBytes - reinterpret_cast<uintptr_t>(raw) % kHugePageBytes) %
-                            kHugePageBytes;
+    char *start =
+        raw + (kHugePageBytes - reinterpret_cast<uintptr_t>(raw) % kHugePageBytes) % kHugePageBytes;
     if (start > raw) munmap(raw, size_t(start - raw));
     size_t tail = kHugePageBytes - size_t(start - raw);
     if (tail) munmap(start + bytes, tail);

@@ -16,9 +16,7 @@ namespace tabrix {
 
 // The neutral result of a failed operation, or nothing for one without a
 // result.
-template <class R> struct Neutral {
-    R value;
-};
+template <class R> struct Neutral { R value; };
 template <> struct Neutral<void> {};
 
 template <class Message, class R, class Work>
@@ -29,10 +27,10 @@ template <class Message, class Work> void framed(Message &message, Neutral<void>
     guarded(message, std::forward<Work>(work));
 }
 
-#define TABRIX_FRAME_OPERATION(R, name, params, args, neutral) \
-    R name params override { \
-        return framed(this->frameMessage(), Neutral<R>{TABRIX_UNPAREN neutral}, \
-                      [&]() -> R { return Impl::name args; }); \
+#define TABRIX_FRAME_OPERATION(R, name, params, args, neutral)                                     \
+    R name params override {                                                                       \
+        return framed(this->frameMessage(), Neutral<R>{TABRIX_UNPAREN neutral},                    \
+                      [&]() -> R { return Impl::name args; });                                     \
     }
 
 template <class Impl> class FramedBookT final : public Impl {

@@ -13,8 +13,8 @@ namespace {
 const char *const kIndexOutOfRange = "index is out of range";
 }
 
-template <class C> PendingBookT<C>::PendingBookT(const char *unavailable)
-    : _unavailable(unavailable) {
+template <class C>
+PendingBookT<C>::PendingBookT(const char *unavailable) : _unavailable(unavailable) {
     setLocale("");
 }
 

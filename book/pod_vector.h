@@ -31,7 +31,8 @@ public:
         if (this == &other) return *this;
         _size = 0;
         reserve(other._size);
-        if (other._size) std::memcpy(static_cast<void *>(data()), other.data(), other._size * sizeof(T));
+        if (other._size)
+            std::memcpy(static_cast<void *>(data()), other.data(), other._size * sizeof(T));
         _size = other._size;
         return *this;
     }

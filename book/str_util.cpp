@@ -7,8 +7,7 @@
 namespace tabrix {
 
 bool StrUtil::replace(std::wstring &text, const std::wstring &from, const std::wstring &to) {
-    if (text.empty() || from.empty())
-        return false;
+    if (text.empty() || from.empty()) return false;
     bool replaced = false;
     size_t pos = 0;
     while ((pos = text.find(from, pos)) != std::wstring::npos) {
@@ -19,11 +18,10 @@ bool StrUtil::replace(std::wstring &text, const std::wstring &from, const std::w
     return replaced;
 }
 
-bool StrUtil::split(const std::wstring &text, const std::wstring &separators,
-                    std::wstring &left, std::wstring &right) {
+bool StrUtil::split(const std::wstring &text, const std::wstring &separators, std::wstring &left,
+                    std::wstring &right) {
     size_t p = text.find_first_of(separators);
-    if (p == std::wstring::npos)
-        return false;
+    if (p == std::wstring::npos) return false;
     left = text.substr(0, p);
     size_t rest = p + separators.size();
     right = rest < text.size() ? text.substr(rest) : std::wstring();
@@ -31,13 +29,11 @@ bool StrUtil::split(const std::wstring &text, const std::wstring &separators,
 }
 
 std::wstring StrUtil::quote(const std::wstring &text) {
-    if (text.find_first_of(L" -") == std::wstring::npos)
-        return text;
+    if (text.find_first_of(L" -") == std::wstring::npos) return text;
     std::wstring out = L"'";
     for (wchar_t c : text) {
         out.push_back(c);
-        if (c == L'\'')
-            out.push_back(c);
+        if (c == L'\'') out.push_back(c);
     }
     out.push_back(L'\'');
     return out;
@@ -45,8 +41,7 @@ std::wstring StrUtil::quote(const std::wstring &text) {
 
 std::wstring StrUtil::unquote(const std::wstring &text) {
     std::wstring t = text;
-    if (t.size() > 2 && t.front() == L'\'' && t.back() == L'\'')
-        t = t.substr(1, t.size() - 2);
+    if (t.size() > 2 && t.front() == L'\'' && t.back() == L'\'') t = t.substr(1, t.size() - 2);
     replace(t, L"''", L"'");
     return t;
 }
@@ -69,12 +64,9 @@ std::wstring StrUtil::xmlEsc(const std::wstring &text) {
 
 namespace {
 int hexDigit(wchar_t c) {
-    if (c >= L'0' && c <= L'9')
-        return c - L'0';
-    if (c >= L'a' && c <= L'f')
-        return c - L'a' + 10;
-    if (c >= L'A' && c <= L'F')
-        return c - L'A' + 10;
+    if (c >= L'0' && c <= L'9') return c - L'0';
+    if (c >= L'a' && c <= L'f') return c - L'a' + 10;
+    if (c >= L'A' && c <= L'F') return c - L'A' + 10;
     return -1;
 }
 } // namespace
@@ -103,8 +95,7 @@ std::wstring StrUtil::xmlUnEsc(const std::wstring &text) {
 }
 
 int sicmp(const std::string &a, const std::string &b) {
-    if (a.size() != b.size())
-        return 1;
+    if (a.size() != b.size()) return 1;
     for (size_t i = 0; i < a.size(); ++i)
         if (std::tolower(static_cast<unsigned char>(a[i])) !=
             std::tolower(static_cast<unsigned char>(b[i])))
@@ -113,8 +104,7 @@ int sicmp(const std::string &a, const std::string &b) {
 }
 
 int sicmp(const std::wstring &a, const std::wstring &b) {
-    if (a.size() != b.size())
-        return 1;
+    if (a.size() != b.size()) return 1;
     for (size_t i = 0; i < a.size(); ++i)
         if (std::towlower(static_cast<wint_t>(a[i])) != std::towlower(static_cast<wint_t>(b[i])))
             return 1;
@@ -126,11 +116,9 @@ int sicmp2(const std::wstring &a, const std::wstring &b) {
     for (size_t i = 0; i < n; ++i) {
         wint_t x = std::towlower(static_cast<wint_t>(a[i]));
         wint_t y = std::towlower(static_cast<wint_t>(b[i]));
-        if (x != y)
-            return x < y ? -1 : 1;
+        if (x != y) return x < y ? -1 : 1;
     }
-    if (a.size() == b.size())
-        return 0;
+    if (a.size() == b.size()) return 0;
     return a.size() < b.size() ? -1 : 1;
 }
 

@@ -17,8 +17,8 @@ public:
     // `left` is what comes before, `right` what follows after as many
     // characters as `separators` holds.  False, `left` and `right`
     // untouched, when no separator occurs.
-    static bool split(const std::wstring &text, const std::wstring &separators,
-                      std::wstring &left, std::wstring &right);
+    static bool split(const std::wstring &text, const std::wstring &separators, std::wstring &left,
+                      std::wstring &right);
     // A text with a blank or "-" comes back in single quotes with its quotes
     // doubled; any other unchanged.
     static std::wstring quote(const std::wstring &text);
@@ -39,9 +39,7 @@ int sicmp(const std::wstring &a, const std::wstring &b);
 int sicmp2(const std::wstring &a, const std::wstring &b);
 
 struct CaseInsensitiveLess {
-    bool operator()(const std::wstring &a, const std::wstring &b) const {
-        return sicmp2(a, b) < 0;
-    }
+    bool operator()(const std::wstring &a, const std::wstring &b) const { return sicmp2(a, b) < 0; }
 };
 
 } // namespace tabrix

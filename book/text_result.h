@@ -16,17 +16,14 @@ namespace tabrix {
 extern const char *const kConversionWarning;
 
 // A wide caller gets code points; a narrow one its encoding of the units.
-inline const wchar_t *forCaller(const wchar_t *wide, std::wstring &, const char *) {
-    return wide;
-}
+inline const wchar_t *forCaller(const wchar_t *wide, std::wstring &, const char *) { return wide; }
 inline const wchar_t *forCaller(const wchar_t *wide, std::wstring &scratch, const wchar_t *) {
     return unitsToCodePoints(wide, scratch);
 }
 
 template <class C>
 const C *textResult(XString &buffer, XString &message, const wchar_t *wide, bool utf8Mode) {
-    if (!wide)
-        return nullptr;
+    if (!wide) return nullptr;
     std::wstring scratch;
     buffer.assign(forCaller(wide, scratch, static_cast<const C *>(nullptr)));
     const C *text = buffer.template c_str<C>(utf8Mode);

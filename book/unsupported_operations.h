@@ -14,10 +14,10 @@ namespace tabrix {
 
 template <class... A> void ignoreArguments(const A &...) {}
 
-#define TABRIX_UNSUPPORTED_OPERATION(R, name, params, args, neutral) \
-    R name params override { \
-        ignoreArguments args; \
-        throw tberror(unsupported()); \
+#define TABRIX_UNSUPPORTED_OPERATION(R, name, params, args, neutral)                               \
+    R name params override {                                                                       \
+        ignoreArguments args;                                                                      \
+        throw tberror(unsupported());                                                              \
     }
 
 template <class Char> class UnsupportedBookT : public IBookT<Char> {

@@ -5,8 +5,7 @@
 namespace tabrix {
 
 void XString::assign(const char *text) {
-    if (!text)
-        return;
+    if (!text) return;
     _narrow = text;
     _narrowStale = false;
     _wideStale = true;
@@ -14,8 +13,7 @@ void XString::assign(const char *text) {
 }
 
 void XString::assign(const wchar_t *text) {
-    if (!text)
-        return;
+    if (!text) return;
     _wide = text;
     _wideStale = false;
     _narrowStale = true;

@@ -43,25 +43,25 @@ namespace {
 struct Model {
     Set *plants = nullptr;
     Set *markets = nullptr;
-    Array *cost = nullptr;     // plants × markets, only the routes that exist
+    Array *cost = nullptr;      // plants × markets, only the routes that exist
     Array *costTable = nullptr; // the same data in another layout
-    Array *capacity = nullptr; // over plants
-    Array *price = nullptr;    // over markets
-    Array *minOrder = nullptr; // over markets, not every market has one
-    List *demand = nullptr;    // integers, one for each market
-    List *shipments = nullptr; // records
-    List *terms = nullptr;     // price and minOrder as a list of arrays
+    Array *capacity = nullptr;  // over plants
+    Array *price = nullptr;     // over markets
+    Array *minOrder = nullptr;  // over markets, not every market has one
+    List *demand = nullptr;     // integers, one for each market
+    List *shipments = nullptr;  // records
+    List *terms = nullptr;      // price and minOrder as a list of arrays
     qd_value freight{}, title{}, periods{}, overtime{};
 };
 
 qd_type shipmentType() {
-    return registerRecordType("shipment", {{"plant", QD_STRING},
-                                           {"market", QD_STRING},
-                                           {"quantity", QD_INT},
-                                           {"express", QD_BOOL}});
+    return registerRecordType(
+        "shipment",
+        {{"plant", QD_STRING}, {"market", QD_STRING}, {"quantity", QD_INT}, {"express", QD_BOOL}});
 }
 
-Record *shipment(Context &ctx, const char *plant, const char *market, qd_int quantity, bool express) {
+Record *shipment(Context &ctx, const char *plant, const char *market, qd_int quantity,
+                 bool express) {
     Record *r = ctx.newRecord(shipmentType());
     r->set("plant", qdStr(plant));
     r->set("market", qdStr(market));
@@ -156,16 +156,16 @@ struct Placement {
 // names of the column selection, and "skiph;" finds the columns by those
 // names when reading.  "[A:C]" is whole columns, "[]" the whole sheet.
 const Placement kPlaces[] = {
-    {"sets.csv", "skiph+;grow;[A1](plant)", "skiph;[A:A](plant)", "plants: a set, one element a row",
-     false},
-    {"sets.csv", "skiph+;grow;[B1](market)", "skiph;[B:B](market)", "markets: a set, beside the plants",
-     false},
+    {"sets.csv", "skiph+;grow;[A1](plant)", "skiph;[A:A](plant)",
+     "plants: a set, one element a row", false},
+    {"sets.csv", "skiph+;grow;[B1](market)", "skiph;[B:B](market)",
+     "markets: a set, beside the plants", false},
     {"cost.csv", "skiph+;grow;[A1:C1](plant,market,cost)", "skiph;[A:C](plant,market,cost)",
      "cost: one row for each stored entry", false},
-    {"cost_table.csv", "partndx;grow;[A1:E1]", "partndx;[]", "cost again: a row a plant, markets across",
-     true},
-    {"capacity.csv", "noindex;[A1:C1]", "noindex;[A1:C1]", "capacity: every plant, no index columns",
-     false},
+    {"cost_table.csv", "partndx;grow;[A1:E1]", "partndx;[]",
+     "cost again: a row a plant, markets across", true},
+    {"capacity.csv", "noindex;[A1:C1]", "noindex;[A1:C1]",
+     "capacity: every plant, no index columns", false},
     // Whole columns rather than the whole sheet: a workbook sheet reaches one
     // column past its data, and this item takes exactly three columns.
     {"terms.csv", "grow;[A1:C1]", "[A:C]", "price and minimum order merged by market", false},
@@ -222,7 +222,8 @@ std::string join(const std::vector<std::string> &items, const char *separator = 
 std::string arrayText(const Array &a, bool zerosAreEmpty = false) {
     std::vector<std::string> parts;
     for (const auto &e : a.entries())
-        if (!zerosAreEmpty || e.second != "0") parts.push_back("(" + join(e.first, " / ") + ")=" + e.second);
+        if (!zerosAreEmpty || e.second != "0")
+            parts.push_back("(" + join(e.first, " / ") + ")=" + e.second);
     return join(parts, " ");
 }
 
@@ -233,7 +234,8 @@ std::string objectText(const Object *object, bool zerosAreEmpty) {
         if (l->elementType() & QD_ARRAY) {
             std::vector<std::string> parts;
             for (int i = 0; i < l->size(); i++)
-                parts.push_back("[" + arrayText(*static_cast<const Array *>(l->at(i).value.p)) + "]");
+                parts.push_back("[" + arrayText(*static_cast<const Array *>(l->at(i).value.p)) +
+                                "]");
             return join(parts, " ");
         }
         return "[" + join(l->texts()) + "]";
@@ -242,7 +244,8 @@ std::string objectText(const Object *object, bool zerosAreEmpty) {
 }
 
 std::string itemText(qd_type type, const void *value, bool zerosAreEmpty) {
-    if ((type & QD_STRUCT_MASK) == QD_VALUE) return valueText(type, *static_cast<const qd_value *>(value));
+    if ((type & QD_STRUCT_MASK) == QD_VALUE)
+        return valueText(type, *static_cast<const qd_value *>(value));
     return objectText(static_cast<const Object *>(value), zerosAreEmpty);
 }
 
@@ -288,19 +291,24 @@ std::string sheetFor(const Placement &p) {
 std::vector<LegItem> xlsItems(const std::string &book) {
     std::vector<LegItem> items;
     for (const Placement &p : kPlaces)
-        items.push_back({book, onSheet(p.writeLabel, sheetFor(p)), onSheet(p.readLabel, sheetFor(p)), &p});
+        items.push_back(
+            {book, onSheet(p.writeLabel, sheetFor(p)), onSheet(p.readLabel, sheetFor(p)), &p});
     return items;
 }
 
 // Writes every item, each with its own open and close; false after printing
 // the failure.
-bool writeLeg(const Host &host, Context &writer, const std::string &driver, const std::vector<LegItem> &items,
+bool writeLeg(const Host &host, Context &writer, const std::string &driver,
+              const std::vector<LegItem> &items,
               const std::vector<std::pair<qd_type, void *>> &objects) {
     for (size_t i = 0; i < items.size(); i++) {
         const LegItem &item = items[i];
-        if (host.writeItem(writer, driver, item.file, item.writeLabel, objects[i].first, objects[i].second) != 0) {
-            std::cerr << driver << ": writing " << item.place->what << " failed:\n" << writer.allErrors();
-            for (const auto &report : writer.reports) std::cerr << "  " << report.first << " (code " << report.second << ")\n";
+        if (host.writeItem(writer, driver, item.file, item.writeLabel, objects[i].first,
+                           objects[i].second) != 0) {
+            std::cerr << driver << ": writing " << item.place->what << " failed:\n"
+                      << writer.allErrors();
+            for (const auto &report : writer.reports)
+                std::cerr << "  " << report.first << " (code " << report.second << ")\n";
             return false;
         }
     }
@@ -316,9 +324,11 @@ bool readBack(const Host &host, Context &reader, const std::string &driver, cons
     reader.clearMessages();
     int rc = host.readItem(reader, driver, file, label, into.first, into.second, &stored);
     std::string before = itemText(written.first, written.second, zerosAreEmpty);
-    std::string after = rc == 0 ? itemText(into.first, into.second, zerosAreEmpty) : reader.allErrors();
+    std::string after =
+        rc == 0 ? itemText(into.first, into.second, zerosAreEmpty) : reader.allErrors();
     if (rc != 0)
-        for (const auto &report : reader.reports) after += report.first + " (code " + std::to_string(report.second) + ")";
+        for (const auto &report : reader.reports)
+            after += report.first + " (code " + std::to_string(report.second) + ")";
     bool same = rc == 0 && before == after;
     std::cout << "  " << (same ? "ok  " : "DIFF") << " " << what << "  [" << label << "]\n"
               << "       " << after << "\n";
@@ -330,13 +340,14 @@ bool readBack(const Host &host, Context &reader, const std::string &driver, cons
 // first, so that the arrays read later are indexed by them.  Answers the
 // number of items that differ.
 int readLeg(const Host &host, Context &reader, Model &copy, const std::string &driver,
-            const std::vector<LegItem> &items, const std::vector<std::pair<qd_type, void *>> &written) {
+            const std::vector<LegItem> &items,
+            const std::vector<std::pair<qd_type, void *>> &written) {
     auto read = itemsOf(copy);
     int mismatches = 0;
     for (size_t i = 0; i < items.size(); i++) {
         const LegItem &item = items[i];
-        if (!readBack(host, reader, driver, item.file, item.readLabel, item.place->what, read[i], written[i],
-                      item.place->zerosAreEmpty))
+        if (!readBack(host, reader, driver, item.file, item.readLabel, item.place->what, read[i],
+                      written[i], item.place->zerosAreEmpty))
             mismatches++;
     }
     return mismatches;
@@ -372,10 +383,10 @@ struct Library {
             return false;
         }
         bool all = find(createBook, "tbCreateBookCA") & find(setLocale, "tbBookSetLocaleA") &
-                   find(load, "tbBookLoadA") & find(save, "tbBookSaveA") & find(sheetCount, "tbBookSheetCountA") &
-                   find(getSheet, "tbBookGetSheetA") & find(sheetName, "tbSheetNameA") &
-                   find(setNamedRange, "tbSheetSetNamedRangeA") & find(errorMessage, "tbBookErrorMessageA") &
-                   find(release, "tbBookReleaseA");
+                   find(load, "tbBookLoadA") & find(save, "tbBookSaveA") &
+                   find(sheetCount, "tbBookSheetCountA") & find(getSheet, "tbBookGetSheetA") &
+                   find(sheetName, "tbSheetNameA") & find(setNamedRange, "tbSheetSetNamedRangeA") &
+                   find(errorMessage, "tbBookErrorMessageA") & find(release, "tbBookReleaseA");
         if (!all) *why = "an entry point is missing from " + path;
         return all;
     }
@@ -386,8 +397,8 @@ struct Library {
 
 // Defines `name` on the sheet `sheetName` of the workbook at `path`, with
 // zero-based inclusive bounds.  False with the reason when it cannot.
-bool defineName(const std::string &path, const std::string &sheetName, const char *name, int rowFirst,
-                int rowLast, int colFirst, int colLast, std::string *why) {
+bool defineName(const std::string &path, const std::string &sheetName, const char *name,
+                int rowFirst, int rowLast, int colFirst, int colLast, std::string *why) {
     Library tb;
     if (!tb.open(why)) return false;
     void *book = tb.createBook();
@@ -454,8 +465,8 @@ int xlsLeg(const Host &host, const std::string &directory, int *total, bool *nam
     auto written = itemsOf(model);
     std::vector<LegItem> items = xlsItems(kBook);
     *total = (int)items.size();
-    std::cout << "\n== xls: writing the same " << items.size() << " items into " << directory << "/" << kBook
-              << ", one sheet for each csv file\n";
+    std::cout << "\n== xls: writing the same " << items.size() << " items into " << directory << "/"
+              << kBook << ", one sheet for each csv file\n";
     if (!writeLeg(host, writer, "xls", items, written)) return -1;
 
     // The capacity row is the first row of its sheet, three columns wide.
@@ -473,7 +484,8 @@ int xlsLeg(const Host &host, const std::string &directory, int *total, bool *nam
         std::string label = std::string("noindex;") + kName;
         *total += 1;
         if (!readBack(host, reader, "xls", kBook, label, "capacity through a named range",
-                      {capacity->type(), capacity}, {model.capacity->type(), model.capacity}, false))
+                      {capacity->type(), capacity}, {model.capacity->type(), model.capacity},
+                      false))
             mismatches++;
     }
     return mismatches;
@@ -484,7 +496,8 @@ std::string summary(const char *leg, int mismatches, int total, const std::strin
     if (mismatches < 0)
         out << leg << ": writing failed (" << where << ")";
     else
-        out << leg << ": " << total - mismatches << " of " << total << " items came back equal (" << where << ")";
+        out << leg << ": " << total - mismatches << " of " << total << " items came back equal ("
+            << where << ")";
     return out.str();
 }
 
@@ -504,11 +517,13 @@ int main() {
     int csvBad = csvLeg(host, directory, &csvTotal);
     int xlsBad = xlsLeg(host, directory, &xlsTotal, &named);
 
-    std::cout << "\n" << summary("csv", csvBad, csvTotal, "text files") << "\n"
+    std::cout << "\n"
+              << summary("csv", csvBad, csvTotal, "text files") << "\n"
               << summary("xls", xlsBad, xlsTotal,
-                         std::string(kBook) + (xlsBad < 0 ? ""
-                                            : named ? ", one item through the named range " + std::string(kName)
-                                                    : ", no named range"))
+                         std::string(kBook) +
+                             (xlsBad < 0 ? ""
+                              : named ? ", one item through the named range " + std::string(kName)
+                                      : ", no named range"))
               << "\n";
     return csvBad == 0 && xlsBad == 0 ? 0 : 1;
 }

@@ -22,8 +22,7 @@ int main(int argc, char **argv) {
         const char *city;
         double tons;
     } rows[] = {{"Oslo", 12.5}, {"Bergen", 7}, {"Tromsø", 3.25}};
-    for (const auto &r : rows)
-        demand->set({cities->add(qdStr(r.city))}, qdReal(r.tons));
+    for (const auto &r : rows) demand->set({cities->add(qdStr(r.city))}, qdReal(r.tons));
 
     // "skiph+" writes a header row from the column names, "grow" extends the
     // one-row range down as far as the data goes; reading finds the columns

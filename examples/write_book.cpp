@@ -26,8 +26,7 @@ int main(int argc, char **argv) {
     money->setNumFormat(NUMFORMAT_NUMBER_SEP_D2);
 
     const char *titles[] = {"Date", "Item", "Quantity", "Price"};
-    for (int col = 0; col < 4; ++col)
-        sheet->writeStr(0, col, titles[col], header);
+    for (int col = 0; col < 4; ++col) sheet->writeStr(0, col, titles[col], header);
     struct Order {
         int day;
         const char *item;

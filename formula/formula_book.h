@@ -21,8 +21,7 @@ public:
     // The sheet range of external sheet entry `index`: false when the book
     // has no entries at all; otherwise true, with `first` and `last` the
     // sheet names, or `bad` set when the entry points nowhere printable.
-    virtual bool sheetRange(uint16_t index, std::wstring &first, std::wstring &last,
-                            bool &bad) = 0;
+    virtual bool sheetRange(uint16_t index, std::wstring &first, std::wstring &last, bool &bad) = 0;
     // The text of defined name `index` (from 1); false when there is none.
     virtual bool definedName(uint32_t index, std::wstring &name) = 0;
 };

@@ -36,8 +36,20 @@ const uint16_t kToday = 221, kOffset = 78, kSumProduct = 228;
 
 bool isStop(wchar_t c) {
     switch (c) {
-    case L'+': case L'-': case L'*': case L'/': case L'(': case L')': case L'^':
-    case L'<': case L'>': case L'=': case L';': case L'&': case L'%': case L',': return true;
+    case L'+':
+    case L'-':
+    case L'*':
+    case L'/':
+    case L'(':
+    case L')':
+    case L'^':
+    case L'<':
+    case L'>':
+    case L'=':
+    case L';':
+    case L'&':
+    case L'%':
+    case L',': return true;
     default: return false;
     }
 }
@@ -48,7 +60,8 @@ bool isDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 int operatorOf(std::wstring_view t) {
     if (t.size() == 1) {
         switch (t[0]) {
-        case L';': case L',': return -2;
+        case L';':
+        case L',': return -2;
         case L'%': return 2;
         case L'^': return 3;
         case L'*': return 4;
@@ -133,7 +146,8 @@ bool isReference(std::wstring_view t, int &row, int &col, bool &refClass, bool &
     uint64_t r = 0;
     for (size_t k = digits; k < digitsEnd; ++k) {
         r = r * 10 + uint64_t(t[k] - L'0');
-        if (r > 0x7FFFFFFF) throw tberror("MakeFormula::isReference: can't convert string to number");
+        if (r > 0x7FFFFFFF)
+            throw tberror("MakeFormula::isReference: can't convert string to number");
     }
     if (uint32_t(r) - 1u > 65535u) throw tberror("Row is out of range");
     row = int(r - 1);
@@ -182,8 +196,10 @@ bool isDouble(std::wstring_view t, double &value) {
         if (points <= 1 && n < sizeof buf) buf[n++] = char(c);
     }
     value = 0;
-    if (n < sizeof buf) std::from_chars(buf, buf + n, value);
-    else value = std::wcstod(std::wstring(t).c_str(), nullptr);
+    if (n < sizeof buf)
+        std::from_chars(buf, buf + n, value);
+    else
+        value = std::wcstod(std::wstring(t).c_str(), nullptr);
     return true;
 }
 
@@ -213,7 +229,8 @@ void putShortString(const std::wstring &text, std::vector<uint8_t> &out) {
             if (u > 0xFF) wide = true;
         }
     }
-    if (units.size() > 255) throw tberror("a string in a formula can't be longer than 255 characters");
+    if (units.size() > 255)
+        throw tberror("a string in a formula can't be longer than 255 characters");
     out.push_back(ptg::kStr);
     out.push_back(uint8_t(units.size()));
     out.push_back(wide ? 1 : 0);
@@ -254,8 +271,10 @@ void FormulaParser::prepare(std::wstring_view text) {
     _text.clear();
     bool dq = false, sq = false;
     for (wchar_t c : text) {
-        if (c == L'"' && !sq) dq = !dq;
-        else if (c == L'\'' && !dq) sq = !sq;
+        if (c == L'"' && !sq)
+            dq = !dq;
+        else if (c == L'\'' && !dq)
+            sq = !sq;
         if (c == L' ' && !dq && !sq) continue;
         _text.push_back(c);
     }
@@ -277,9 +296,12 @@ size_t FormulaParser::nextToken(size_t pos) const {
     size_t i = pos;
     for (; i < n; ++i) {
         const wchar_t c = _text[i];
-        if (c == L'"' && !sq) dq = !dq;
-        else if (c == L'\'' && !dq) sq = !sq;
-        else if (!dq && !sq && isStop(c)) break;
+        if (c == L'"' && !sq)
+            dq = !dq;
+        else if (c == L'\'' && !dq)
+            sq = !sq;
+        else if (!dq && !sq && isStop(c))
+            break;
     }
     return i;
 }
@@ -339,11 +361,15 @@ void FormulaParser::addRefs() {
             continue;
         } else if (is(t, L'(')) {
             State &s = stack.back();
-            if (s.armed) s.armed = false;
-            else ++s.parens;
+            if (s.armed)
+                s.armed = false;
+            else
+                ++s.parens;
         } else if (is(t, L')')) {
-            if (stack.back().parens == 0) stack.pop_back();
-            else --stack.back().parens;
+            if (stack.back().parens == 0)
+                stack.pop_back();
+            else
+                --stack.back().parens;
         } else if (is(t, L';') || is(t, L',')) {
             ++stack.back().arg;
         } else if (looksLikeRef(t) && (stack.back().mask >> (stack.back().arg & 31) & 1)) {
@@ -372,17 +398,17 @@ void FormulaParser::reversePolish() {
     for (const Token &tok : _tokens) {
         std::wstring_view t(_text.data() + tok.start, tok.len);
         const size_t after = tok.start + tok.len;
-        const bool boolWord = tok.func &&
-                              (t == std::wstring_view(L"TRUE") || t == std::wstring_view(L"FALSE")) &&
-                              after < _text.size() &&
-                              _text[after] != L'(';
+        const bool boolWord =
+            tok.func && (t == std::wstring_view(L"TRUE") || t == std::wstring_view(L"FALSE")) &&
+            after < _text.size() && _text[after] != L'(';
         if (!boolWord && tok.func) {
             const int count = getFuncParamCount(std::wstring_view(_text).substr(after));
             const uint32_t start = uint32_t(_words.size());
             _words.append(t);
             wchar_t digits[12];
             int n = 0;
-            for (unsigned c = unsigned(count); n == 0 || c; c /= 10) digits[n++] = wchar_t(L'0' + c % 10);
+            for (unsigned c = unsigned(count); n == 0 || c; c /= 10)
+                digits[n++] = wchar_t(L'0' + c % 10);
             while (n) _words.push_back(digits[--n]);
             _words.push_back(L'F');
             _stack.push_back(Item{kFunction, 0, false, start, uint32_t(_words.size() - start)});
@@ -402,8 +428,10 @@ void FormulaParser::reversePolish() {
             }
         } else if (is(t, L'(')) {
             _stack.push_back(Item{kOpen, 0, false, 0, 0});
-            if (funcOpen) funcOpen = false;
-            else _parenKinds.push_back(1);
+            if (funcOpen)
+                funcOpen = false;
+            else
+                _parenKinds.push_back(1);
         } else if (int op = operatorOf(t); op != -1) {
             const bool separator = op == -2;
             if (operandRun != 0 || separator) {
@@ -468,7 +496,8 @@ void FormulaParser::compile(std::wstring_view text, FormulaBook *book, std::vect
 void FormulaParser::emit(const Item &item, FormulaBook *book, std::vector<uint8_t> &out) {
     switch (item.kind) {
     case kOperator: out.push_back(kOperators[item.op].ptg); return;
-    case kParen: case kOpen: out.push_back(ptg::kParen); return;
+    case kParen:
+    case kOpen: out.push_back(ptg::kParen); return;
     case kFunction: emitFunction(view(item), out); return;
     case kOperand: break;
     }
@@ -487,7 +516,8 @@ void FormulaParser::emitFunction(std::wstring_view word, std::vector<uint8_t> &o
     int count = 0;
     if (!readFunctionWord(word, _funcs, code, count)) incorrectToken();
     if (code == kToday) {
-        out.insert(out.end(), {ptg::kAttr, ptg::kAttrVolatile, 0, 0, ptg::kFunc + ptg::kValueClass});
+        out.insert(out.end(),
+                   {ptg::kAttr, ptg::kAttrVolatile, 0, 0, ptg::kFunc + ptg::kValueClass});
         put16(out, code);
     } else {
         out.push_back(code == kOffset ? ptg::kFuncVar : ptg::kFuncVar + ptg::kValueClass);

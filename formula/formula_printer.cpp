@@ -13,7 +13,7 @@ namespace tabrix {
 
 namespace {
 
-const wchar_t *const kBinary[] = {L"+", L"-", L"*", L"/",  L"^", L"&",
+const wchar_t *const kBinary[] = {L"+", L"-",  L"*", L"/",  L"^", L"&",
                                   L"<", L"<=", L"=", L">=", L">", L"<>"};
 
 uint16_t get16(const uint8_t *p) { return uint16_t(p[0] | p[1] << 8); }
@@ -23,7 +23,8 @@ uint16_t get16(const uint8_t *p) { return uint16_t(p[0] | p[1] << 8); }
 void appendColumn(std::wstring &out, int col) {
     wchar_t letters[8];
     int n = 0;
-    for (int c = col + 1; c > 0 && n < 8; c = (c - 1) / 26) letters[n++] = wchar_t(L'A' + (c - 1) % 26);
+    for (int c = col + 1; c > 0 && n < 8; c = (c - 1) / 26)
+        letters[n++] = wchar_t(L'A' + (c - 1) % 26);
     while (n > 0) out.push_back(letters[--n]);
 }
 
@@ -150,12 +151,14 @@ void FormulaPrinter::operand(const uint8_t *p, uint8_t op, FormulaBook *book, bo
         return function(_funcs.name(code), p[1]);
     }
     case ptg::kName:
-        if (op != ptg::kName + ptg::kValueClass || !book || !book->definedName(
-                uint32_t(get16(p + 1)) | uint32_t(get16(p + 3)) << 16, _word))
+        if (op != ptg::kName + ptg::kValueClass || !book ||
+            !book->definedName(uint32_t(get16(p + 1)) | uint32_t(get16(p + 3)) << 16, _word))
             _word = L"?";
         return pushWord(_word);
-    case ptg::kRef: case ptg::kRefN: loc(p + 1, _word, relative, false); return pushWord(_word);
-    case ptg::kArea: case ptg::kAreaN: area(p + 1, _word, relative, false); return pushWord(_word);
+    case ptg::kRef:
+    case ptg::kRefN: loc(p + 1, _word, relative, false); return pushWord(_word);
+    case ptg::kArea:
+    case ptg::kAreaN: area(p + 1, _word, relative, false); return pushWord(_word);
     case ptg::kRef3d:
         sheetPrefix(get16(p + 1), book, bad);
         loc(p + 3, _word, false, false);
@@ -164,8 +167,10 @@ void FormulaPrinter::operand(const uint8_t *p, uint8_t op, FormulaBook *book, bo
         sheetPrefix(get16(p + 1), book, bad);
         area(p + 3, _word, false, bad);
         return pushWord(_word);
-    case ptg::kRefErr: case ptg::kAreaErr: case ptg::kRefErr3d: case ptg::kAreaErr3d:
-        return push(L"#REF!", 5);
+    case ptg::kRefErr:
+    case ptg::kAreaErr:
+    case ptg::kRefErr3d:
+    case ptg::kAreaErr3d: return push(L"#REF!", 5);
     case ptg::kMemErr: return push(L"ERR", 3);
     case ptg::kMemNoMem: return push(L"NOMEM", 5);
     default: return push(L"?", 1);
@@ -245,8 +250,10 @@ const std::wstring &FormulaPrinter::print(const uint8_t *tokens, size_t n, Formu
             break;
         }
         default:
-            if (op >= 0x20) operand(p, op, book, relative, baseRow, baseCol);
-            else push(L"?", 1);
+            if (op >= 0x20)
+                operand(p, op, book, relative, baseRow, baseCol);
+            else
+                push(L"?", 1);
         }
     }
     if (_stack.size() != 1) fail("can't build infix formula string");

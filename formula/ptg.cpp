@@ -11,10 +11,10 @@ namespace {
 // Payload length of each opcode of the reference class and below; -1 for
 // an unknown opcode, -2 for the ones whose length depends on their bytes.
 const int8_t kLength[0x40] = {
-    -1, 4,  4,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  // 0x00
-    0,  0,  0,  0,  0,  0,  0,  -2, -2, -2, -1, -1, 1,  1,  2,  8,  // 0x10
-    7,  2,  3,  4,  4,  8,  6,  6,  6,  2,  4,  8,  4,  8,  -1, -1, // 0x20
-    -1, -1, -1, -1, -1, -1, -1, -1, -1, 6,  6,  10, 6,  10, -1, -1, // 0x30
+    -1, 4,  4,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0, 0,  0,  0,  // 0x00
+    0,  0,  0,  0,  0,  0,  0,  -2, -2, -2, -1, -1, 1, 1,  2,  8,  // 0x10
+    7,  2,  3,  4,  4,  8,  6,  6,  6,  2,  4,  8,  4, 8,  -1, -1, // 0x20
+    -1, -1, -1, -1, -1, -1, -1, -1, -1, 6,  6,  10, 6, 10, -1, -1, // 0x30
 };
 
 struct ErrorName {
@@ -53,14 +53,29 @@ size_t payloadLength(const uint8_t *p, size_t n) {
     }
     case kExtend:
         switch (sub) {
-        case 0x01: case 0x02: case 0x03: case 0x06: case 0x07: case 0x0A:
-        case 0x0B: case 0x0D: case 0x0F: case 0x10: case 0x1D: return 6;
+        case 0x01:
+        case 0x02:
+        case 0x03:
+        case 0x06:
+        case 0x07:
+        case 0x0A:
+        case 0x0B:
+        case 0x0D:
+        case 0x0F:
+        case 0x10:
+        case 0x1D: return 6;
         default: throw tberror("unknown Ptg 0x18");
         }
     default: // kAttr
         switch (sub) {
-        case 0x01: case 0x02: case 0x08: case 0x10: case 0x40: return 3;
-        case 0x20: case 0x21: case 0x41: return 4;
+        case 0x01:
+        case 0x02:
+        case 0x08:
+        case 0x10:
+        case 0x40: return 3;
+        case 0x20:
+        case 0x21:
+        case 0x41: return 4;
         case kAttrChoose:
             // One byte, a 16-bit count of bytes, then that many bytes and one
             // more.

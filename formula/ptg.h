@@ -15,15 +15,14 @@ namespace ptg {
 constexpr uint8_t kExp = 0x01, kTbl = 0x02, kAdd = 0x03, kSub = 0x04, kMul = 0x05, kDiv = 0x06,
                   kPower = 0x07, kConcat = 0x08, kLt = 0x09, kLe = 0x0A, kEq = 0x0B, kGe = 0x0C,
                   kGt = 0x0D, kNe = 0x0E, kIsect = 0x0F, kUnion = 0x10, kRange = 0x11,
-                  kUplus = 0x12, kUminus = 0x13, kPercent = 0x14, kParen = 0x15,
-                  kMissArg = 0x16, kStr = 0x17, kExtend = 0x18, kAttr = 0x19, kErr = 0x1C,
-                  kBool = 0x1D, kInt = 0x1E, kNum = 0x1F;
+                  kUplus = 0x12, kUminus = 0x13, kPercent = 0x14, kParen = 0x15, kMissArg = 0x16,
+                  kStr = 0x17, kExtend = 0x18, kAttr = 0x19, kErr = 0x1C, kBool = 0x1D, kInt = 0x1E,
+                  kNum = 0x1F;
 // Operand tokens in their reference class; value adds 0x20, array 0x40.
 constexpr uint8_t kArray = 0x20, kFunc = 0x21, kFuncVar = 0x22, kName = 0x23, kRef = 0x24,
-                  kArea = 0x25, kMemArea = 0x26, kMemErr = 0x27, kMemNoMem = 0x28,
-                  kMemFunc = 0x29, kRefErr = 0x2A, kAreaErr = 0x2B, kRefN = 0x2C, kAreaN = 0x2D,
-                  kNameX = 0x39, kRef3d = 0x3A, kArea3d = 0x3B, kRefErr3d = 0x3C,
-                  kAreaErr3d = 0x3D;
+                  kArea = 0x25, kMemArea = 0x26, kMemErr = 0x27, kMemNoMem = 0x28, kMemFunc = 0x29,
+                  kRefErr = 0x2A, kAreaErr = 0x2B, kRefN = 0x2C, kAreaN = 0x2D, kNameX = 0x39,
+                  kRef3d = 0x3A, kArea3d = 0x3B, kRefErr3d = 0x3C, kAreaErr3d = 0x3D;
 constexpr uint8_t kValueClass = 0x20, kArrayClass = 0x40;
 // Attribute subtypes written by the parser.
 constexpr uint8_t kAttrVolatile = 0x01, kAttrChoose = 0x04, kAttrSum = 0x10;

@@ -39,8 +39,8 @@ public:
                                  bool flag) const {
         const PartKind kind = partKind(contentType);
         if (kind == PartKind::Workbook) return nullptr;
-        const Maker &m = _makers[size_t(kind)] ? _makers[size_t(kind)]
-                                               : _makers[size_t(PartKind::Binary)];
+        const Maker &m =
+            _makers[size_t(kind)] ? _makers[size_t(kind)] : _makers[size_t(PartKind::Binary)];
         return m ? m(data, size, kind == PartKind::Styles && flag) : nullptr;
     }
 

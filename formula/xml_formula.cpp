@@ -21,7 +21,8 @@ bool readPart(std::wstring_view t, size_t &i, long &value, bool &relative) {
         const bool negative = k < t.size() && t[k] == L'-';
         if (negative) ++k;
         const size_t digits = k;
-        while (k < t.size() && isDigit(t[k]) && value < 10000000) value = value * 10 + (t[k++] - L'0');
+        while (k < t.size() && isDigit(t[k]) && value < 10000000)
+            value = value * 10 + (t[k++] - L'0');
         if (k == digits || k >= t.size() || t[k] != L']') return false;
         if (negative) value = -value;
         i = k + 1;
@@ -64,8 +65,10 @@ void removeSpaces(std::wstring &text) {
     bool dq = false, sq = false;
     size_t o = 0;
     for (wchar_t c : text) {
-        if (c == L'"' && !sq) dq = !dq;
-        else if (c == L'\'' && !dq) sq = !sq;
+        if (c == L'"' && !sq)
+            dq = !dq;
+        else if (c == L'\'' && !dq)
+            sq = !sq;
         if (c == L' ' && !dq && !sq) continue;
         text[o++] = c;
     }

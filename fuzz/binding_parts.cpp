@@ -13,14 +13,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     for (e_edition ed : {TRANSITIONAL, STRICT})
         for (e_part part : {PART_WORKSHEET, PART_STYLESHEET, PART_DRAWING}) {
             c_document d;
-            if (d.unmarshal(text, size, ed, part) != lmx::ELMX_OK)
-                continue;
+            if (d.unmarshal(text, size, ed, part) != lmx::ELMX_OK) continue;
             std::string out;
-            if (d.marshal(out) != lmx::ELMX_OK)
-                std::abort();
+            if (d.marshal(out) != lmx::ELMX_OK) std::abort();
             c_document again;
-            if (again.unmarshal(out.data(), out.size(), ed, part) != lmx::ELMX_OK)
-                std::abort();
+            if (again.unmarshal(out.data(), out.size(), ed, part) != lmx::ELMX_OK) std::abort();
         }
     return 0;
 }

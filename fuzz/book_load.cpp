@@ -38,7 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
             again->setLocale("UTF-8");
             // What we wrote must load again.
             if (!again->loadRaw(copy.data(), unsigned(copy.size()))) {
-                std::fprintf(stderr, "a saved book does not load again: %s\n", again->errorMessage());
+                std::fprintf(stderr, "a saved book does not load again: %s\n",
+                             again->errorMessage());
                 std::abort();
             }
             if (again->sheetCount() != book->sheetCount()) std::abort();

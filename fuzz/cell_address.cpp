@@ -10,8 +10,7 @@
 using namespace tabrix;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    if (!data)
-        return 0;
+    if (!data) return 0;
     const char *text = reinterpret_cast<const char *>(data);
     std::wstring wide(text, text + size);
     for (ColumnText rule : {ColumnText::Upper, ColumnText::AnyCase, ColumnText::BeforeRowDigit})
@@ -28,14 +27,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
                 continue; // bytes above 0x7F read differently as wide text
             if (w.status != a.status || w.end != a.end || w.column != a.column || w.row != a.row)
                 std::abort();
-            if (a.status != CellAddress::Ok || a.end != size || !a.hasColumn())
-                continue;
-            if (a.column > rules.maxColumn || a.row > rules.maxRow)
-                std::abort();
+            if (a.status != CellAddress::Ok || a.end != size || !a.hasColumn()) continue;
+            if (a.column > rules.maxColumn || a.row > rules.maxRow) std::abort();
             std::string again = columnLetters<char>(long(a.column - 1));
             CellAddress b = scanCellAddress(again.data(), again.size(), rules);
-            if (b.status != CellAddress::Ok || b.column != a.column)
-                std::abort();
+            if (b.status != CellAddress::Ok || b.column != a.column) std::abort();
         }
     return 0;
 }

@@ -27,21 +27,16 @@ using fuzzinput::put16;
 
 namespace {
 
-
-
-template <class R>
-R make() { return R(); }
+template <class R> R make() { return R(); }
 
 MemPool &pool() {
     static MemPool p;
     return p;
 }
 
-template <>
-Label make<Label>() { return Label(pool()); }
+template <> Label make<Label>() { return Label(pool()); }
 
-template <class R>
-void check(const uint8_t *body, size_t n) {
+template <class R> void check(const uint8_t *body, size_t n) {
     std::vector<uint8_t> wb;
     put16(wb, R::kId);
     put16(wb, uint16_t(n));

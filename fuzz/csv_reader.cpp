@@ -23,8 +23,7 @@ Stream g_stream;
 long fuzzRead(qd_context *, void *buffer, long count) {
     size_t left = g_stream.size - g_stream.pos;
     size_t n = left < (size_t)count ? left : (size_t)count;
-    if (n)
-        memcpy(buffer, g_stream.data + g_stream.pos, n);
+    if (n) memcpy(buffer, g_stream.data + g_stream.pos, n);
     g_stream.pos += n;
     return (long)n;
 }
@@ -51,18 +50,15 @@ qd_host makeHost() {
 }
 const qd_host g_fuzzHost = makeHost();
 
-
 // True when a stored text holds a line end, which the writer does not quote:
 // such a store does not survive a second round.
 bool hasLineEndText(const TextSheet *s) {
     for (int r = 0; r < s->rowCapacity; ++r) {
         TextPage *p = s->rows[r].cursor;
-        while (p && p->lower)
-            p = p->lower;
+        while (p && p->lower) p = p->lower;
         for (; p; p = p->higher)
             for (int i = 0; i < TEXT_PAGE_COLUMNS; ++i)
-                if (p->kinds[i] == CELL_STRING && strpbrk(p->values[i].text, "\r\n"))
-                    return true;
+                if (p->kinds[i] == CELL_STRING && strpbrk(p->values[i].text, "\r\n")) return true;
     }
     return false;
 }
@@ -106,8 +102,7 @@ std::string split(const CsvRules &rules, const uint8_t *data, size_t size, size_
     CsvFields::Status status = CsvFields::Ok;
     for (size_t at = 0; at < size && status == CsvFields::Ok; at += block)
         status = reader.feed(data + at, size - at < block ? size - at : block, sink);
-    if (status == CsvFields::Ok)
-        status = reader.finish(sink);
+    if (status == CsvFields::Ok) status = reader.finish(sink);
     return sink.out + "status " + std::to_string(status);
 }
 
@@ -120,8 +115,7 @@ void checkBlocks(const uint8_t *data, size_t size) {
     rules[2].quotes = false;
     rules[2].escapes = true;
     for (const CsvRules &r : rules)
-        if (split(r, data, size, 1) != split(r, data, size, size ? size : 1))
-            abort();
+        if (split(r, data, size, 1) != split(r, data, size, size ? size : 1)) abort();
 }
 
 } // namespace
@@ -154,12 +148,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     // A NUL byte cuts a field's text short, which no writer can restore.
     bool nul = length && memchr(text, 0, length) != nullptr;
     checkBlocks(text, length);
-    if (!roundTrip(&s, text, length, &first, &lineEnds) || lineEnds || nul)
-        return 0;
+    if (!roundTrip(&s, text, length, &first, &lineEnds) || lineEnds || nul) return 0;
     if (!roundTrip(&s, reinterpret_cast<const uint8_t *>(first.data()), first.size(), &second,
                    &again))
         abort();
-    if (second != first)
-        abort();
+    if (second != first) abort();
     return 0;
 }

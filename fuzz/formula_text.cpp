@@ -41,7 +41,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     }
     try {
         parser.compile(printed, &book, tokens);
-    } catch (const tberror &) {
-    }
+    } catch (const tberror &) {}
     return 0;
 }

@@ -18,7 +18,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     FormulaPrinter printer;
     try {
         printer.print(data + 4, size - 4, &book, relative, row, col);
-    } catch (const tberror &) {
-    }
+    } catch (const tberror &) {}
     return 0;
 }

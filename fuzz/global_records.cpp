@@ -48,7 +48,9 @@ uint16_t header(XlsRecords &x) {
     return size;
 }
 
-template <> void readOne<BoundSheet8>(XlsRecords &x, BoundSheet8 &r) { r.read(x, header(x), pool()); }
+template <> void readOne<BoundSheet8>(XlsRecords &x, BoundSheet8 &r) {
+    r.read(x, header(x), pool());
+}
 template <> void readOne<Lbl>(XlsRecords &x, Lbl &r) { r.read(x, header(x), pool(), false); }
 template <> void readOne<SupBookBlock>(XlsRecords &x, SupBookBlock &r) {
     uint16_t id = x.peekInt16();
@@ -61,9 +63,13 @@ template <> void readOne<SupBookBlock>(XlsRecords &x, SupBookBlock &r) {
 template <class R> bool lossless(const R &, size_t) { return true; }
 template <> bool lossless<Bof>(const Bof &, size_t n) { return n == Bof::kSize; }
 template <> bool lossless<BookExt>(const BookExt &r, size_t n) { return r.cb == n; }
-template <> bool lossless<WriteAccess>(const WriteAccess &, size_t n) { return n == WriteAccess::kSize; }
+template <> bool lossless<WriteAccess>(const WriteAccess &, size_t n) {
+    return n == WriteAccess::kSize;
+}
 template <> bool lossless<BoundSheet8>(const BoundSheet8 &r, size_t n) { return r.size() == n; }
-template <> bool lossless<ExternSheet>(const ExternSheet &r, size_t n) { return n == 2 + 6 * r.rgXTI.size(); }
+template <> bool lossless<ExternSheet>(const ExternSheet &r, size_t n) {
+    return n == 2 + 6 * r.rgXTI.size();
+}
 template <> bool lossless<Lbl>(const Lbl &r, size_t n) { return r.size() == n; }
 template <> bool lossless<SupBookBlock>(const SupBookBlock &, size_t) { return false; }
 

@@ -15,8 +15,7 @@ using namespace tabrix;
 
 namespace {
 
-void parts(const std::wstring &name, const char *bytes, size_t size)
-{
+void parts(const std::wstring &name, const char *bytes, size_t size) {
     try {
         std::string out;
         if (name.size() >= 5 && name.compare(name.size() - 5, 5, L".rels") == 0) {
@@ -31,14 +30,12 @@ void parts(const std::wstring &name, const char *bytes, size_t size)
             c.addOverride(L"/a.xml", L"t");
             c.save(out);
         }
-    } catch (const tberror &) {
-    }
+    } catch (const tberror &) {}
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const char *bytes = reinterpret_cast<const char *>(data);
     if (size < 2 || bytes[0] != 'P' || bytes[1] != 'K') {
         parts(L"/[Content_Types].xml", bytes, size);
@@ -57,7 +54,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             parts(name, part, n);
             std::free(part);
         }
-    } catch (const tberror &) {
-    }
+    } catch (const tberror &) {}
     return 0;
 }

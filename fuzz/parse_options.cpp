@@ -23,7 +23,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
 
     p = begin;
     parseOptions(0, &p, nullptr, nullptr, nullptr, nullptr, nullptr);
-    if (p < begin || p > end)
-        abort();
+    if (p < begin || p > end) abort();
     return 0;
 }

@@ -108,8 +108,7 @@ void names(const uint8_t *data, size_t size) {
             case 6: s.delNamedRange(text, scope); break;
             default: s.updateNamedRange(r1, r2, op[5] & 1); break;
             }
-        } catch (const tberror &) {
-        }
+        } catch (const tberror &) {}
     }
     for (int sheet = 0; sheet < 3; ++sheet) {
         SheetNames s(lbls, supBooks, pool(), sheet, 3);
@@ -129,7 +128,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (!data || size < 1) return 0;
     pool().free();
     if (size > 65536) size = 65536;
-    if (data[0] & 1) names(data + 1, size - 1);
-    else records(data + 1, size - 1, (data[0] & 2) != 0);
+    if (data[0] & 1)
+        names(data + 1, size - 1);
+    else
+        records(data + 1, size - 1, (data[0] & 2) != 0);
     return 0;
 }

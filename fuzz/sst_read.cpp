@@ -80,7 +80,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
                 x.read(&skip[0], len);
             }
         }
-    } catch (const tberror &) {
-    }
+    } catch (const tberror &) {}
     return 0;
 }

@@ -22,8 +22,6 @@ namespace {
 const uint16_t kIds[5] = {49, 224, 1054, 659, 146};
 const uint16_t kVersions[3] = {0x0600, 0x0500, 0x0400};
 
-
-
 // Reads the first record of `file` into `t`; false when it is refused.
 bool load(const std::string &file, int kind, uint16_t version, StyleTable<char> &t) {
     std::stringstream ss(file);

@@ -22,26 +22,24 @@ bool copy(const char *data, size_t size, std::string &out) {
     c_xml_reader r(data, size);
     c_xml_writer w(out);
     for (int e; (e = r.next()) != EV_END_OF_INPUT;) {
-        if (e == EV_ERROR)
-            return false;
+        if (e == EV_ERROR) return false;
         if (e == EV_TEXT) {
             w.text(r.text());
         } else if (e == EV_END) {
             w.end_element();
         } else if (r.depth() == 3) {
             c_any_info info;
-            if (r.capture_element(info))
-                return false;
+            if (r.capture_element(info)) return false;
             w.write_any_info(info);
         } else {
             for (size_t i = 0; i < r.declaration_count(); ++i)
                 w.add_namespace(r.declaration(i).prefix, r.declaration(i).uri);
-            w.start_element(w.add_namespace(prefix_of(r.qname()), r.namespace_uri(r.ns())), r.local());
+            w.start_element(w.add_namespace(prefix_of(r.qname()), r.namespace_uri(r.ns())),
+                            r.local());
             for (size_t i = 0; i < r.attribute_count(); ++i) {
                 const s_attribute &a = r.attribute(i);
                 std::string_view v;
-                if (r.attribute_value(a, v))
-                    return false;
+                if (r.attribute_value(a, v)) return false;
                 w.attribute(w.add_namespace(prefix_of(a.qname), r.namespace_uri(a.ns)), a.local, v);
             }
         }
@@ -53,10 +51,8 @@ bool copy(const char *data, size_t size, std::string &out) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     std::string out;
-    if (!copy(reinterpret_cast<const char *>(data), size, out))
-        return 0;
+    if (!copy(reinterpret_cast<const char *>(data), size, out)) return 0;
     std::string again;
-    if (!copy(out.data(), out.size(), again))
-        std::abort();
+    if (!copy(out.data(), out.size(), again)) std::abort();
     return 0;
 }

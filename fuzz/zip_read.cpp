@@ -5,8 +5,7 @@
 #include "zip/zip_archive.h"
 #include "zip/zip_exception.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     tabrix::CZipArchive zip;
     tabrix::CZipMemFile mem(data, size);
     try {
@@ -16,7 +15,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             zip.ExtractFile(i, out);
         }
         zip.Close();
-    } catch (const tabrix::CZipException &) {
-    }
+    } catch (const tabrix::CZipException &) {}
     return 0;
 }

@@ -8,42 +8,40 @@
 namespace qdhost {
 
 Host::Host(const std::string &path) {
-    handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle_) {
+    _handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!_handle) {
         const char *e = dlerror();
-        loadError_ = e ? e : "dlopen failed";
+        _loadError = e ? e : "dlopen failed";
         return;
     }
-    auto init = reinterpret_cast<qdsheet_init_fn>(dlsym(handle_, "qdsheet_init"));
+    auto init = reinterpret_cast<qdsheet_init_fn>(dlsym(_handle, "qdsheet_init"));
     if (!init) {
-        loadError_ = "qdsheet_init not found in " + path;
+        _loadError = "qdsheet_init not found in " + path;
         return;
     }
-    interfaceVersion_ = 1004000;
-    initResult_ = init(hostTable(), &version_, &interfaceVersion_, &desc_);
-    if (initResult_ != 0) {
-        loadError_ = "qdsheet_init answered " + std::to_string(initResult_);
-        desc_ = nullptr;
-    } else if (!desc_) {
-        loadError_ = "qdsheet_init gave no description";
+    _interfaceVersion = 1004000;
+    _initResult = init(hostTable(), &_version, &_interfaceVersion, &_desc);
+    if (_initResult != 0) {
+        _loadError = "qdsheet_init answered " + std::to_string(_initResult);
+        _desc = nullptr;
+    } else if (!_desc) {
+        _loadError = "qdsheet_init gave no description";
     }
 }
 
 Host::~Host() {
     if (loaded()) {
-        if (auto finish = reinterpret_cast<void (*)(void)>(const_cast<void *>(service(QD_SRV_FINISH))))
+        if (auto finish =
+                reinterpret_cast<void (*)(void)>(const_cast<void *>(service(QD_SRV_FINISH))))
             finish();
     }
-    if (handle_)
-        dlclose(handle_);
+    if (_handle) dlclose(_handle);
 }
 
 const void *Host::service(int tag) const {
-    if (!desc_ || !desc_->services)
-        return nullptr;
-    for (int i = 0; i < desc_->nservices; ++i)
-        if (desc_->services[i].tag == tag)
-            return desc_->services[i].op;
+    if (!_desc || !_desc->services) return nullptr;
+    for (int i = 0; i < _desc->nservices; ++i)
+        if (_desc->services[i].tag == tag) return _desc->services[i].op;
     return nullptr;
 }
 
@@ -60,23 +58,20 @@ int Host::setFlags(int flags) const {
 void Host::adjustVersion(int flag, int *version) const {
     auto fn =
         reinterpret_cast<void (*)(int, int *)>(const_cast<void *>(service(QD_SRV_ADJUST_VERSION)));
-    if (fn)
-        fn(flag, version);
+    if (fn) fn(flag, version);
 }
 
 const qd_driver *Host::driver(const std::string &name) const {
     auto list = static_cast<const qd_driver *>(service(QD_SRV_DRIVERS));
     for (; list && list->name; ++list)
-        if (name == list->name)
-            return list;
+        if (name == list->name) return list;
     return nullptr;
 }
 
 const void *Host::driverOp(const std::string &name, int tag) const {
     const qd_driver *d = driver(name);
     for (const qd_driver_op *op = d ? d->ops : nullptr; op && op->tag; ++op)
-        if (op->tag == tag)
-            return op->op;
+        if (op->tag == tag) return op->op;
     return nullptr;
 }
 
@@ -92,10 +87,8 @@ void *Host::open(Context &ctx, const std::string &drv, const std::string &name, 
                  int *modeOut) const {
     int mode = QD_MODE_PENDING | (write ? QD_MODE_WRITE : 0);
     void *file = nullptr;
-    if (auto fn = opOf<qd_open_fn>(*this, drv, QD_DRV_OPEN))
-        file = fn(&ctx, &mode, name.c_str());
-    if (modeOut)
-        *modeOut = mode;
+    if (auto fn = opOf<qd_open_fn>(*this, drv, QD_DRV_OPEN)) file = fn(&ctx, &mode, name.c_str());
+    if (modeOut) *modeOut = mode;
     return file;
 }
 
@@ -139,8 +132,7 @@ int Host::transferIn(Context &ctx, const std::string &drv, void *file,
     Columns c(items);
     int rc = transferIn(ctx, drv, file, (int)items.size(), c.labels.data(), c.types.data(),
                         c.values.data(), c.counters.data());
-    for (size_t i = 0; i < items.size(); ++i)
-        items[i].counter = c.counters[i];
+    for (size_t i = 0; i < items.size(); ++i) items[i].counter = c.counters[i];
     return rc;
 }
 
@@ -154,8 +146,7 @@ int Host::transferOut(Context &ctx, const std::string &drv, void *file,
 int Host::read(Context &ctx, const std::string &drv, const std::string &name,
                std::vector<Item> &items) const {
     void *file = open(ctx, drv, name, false);
-    if (!file)
-        return -1;
+    if (!file) return -1;
     int rc = transferIn(ctx, drv, file, items);
     int rcClose = close(ctx, drv, file);
     return rc != 0 ? rc : rcClose;
@@ -164,8 +155,7 @@ int Host::read(Context &ctx, const std::string &drv, const std::string &name,
 int Host::write(Context &ctx, const std::string &drv, const std::string &name,
                 std::vector<Item> &items) const {
     void *file = open(ctx, drv, name, true);
-    if (!file)
-        return -1;
+    if (!file) return -1;
     int rc = transferOut(ctx, drv, file, items);
     int rcClose = close(ctx, drv, file);
     return rc != 0 ? rc : rcClose;
@@ -175,8 +165,7 @@ int Host::readItem(Context &ctx, const std::string &drv, const std::string &name
                    const std::string &label, qd_type type, void *value, int *counter) const {
     std::vector<Item> items{{label, type, value, 0}};
     int rc = read(ctx, drv, name, items);
-    if (counter)
-        *counter = items[0].counter;
+    if (counter) *counter = items[0].counter;
     return rc;
 }
 

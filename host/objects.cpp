@@ -25,10 +25,8 @@ std::string valueKey(qd_type base, const qd_value &v) {
         std::memcpy(buf, &r, sizeof r);
         return std::string(buf, sizeof r);
     }
-    case QD_BOOL:
-        return v.b ? "1" : "0";
-    default:
-        return valueText(base, v);
+    case QD_BOOL: return v.b ? "1" : "0";
+    default: return valueText(base, v);
     }
 }
 
@@ -42,18 +40,14 @@ qd_value stored(Context *ctx, qd_type base, qd_value v) {
 }
 
 std::unique_ptr<Object> newElement(Context *ctx, qd_type type) {
-    if (recordType(type))
-        return std::make_unique<Record>(ctx, type & QD_BASE_MASK);
-    if (externalType(type))
-        return std::make_unique<External>(ctx, type & QD_BASE_MASK);
+    if (recordType(type)) return std::make_unique<Record>(ctx, type & QD_BASE_MASK);
+    if (externalType(type)) return std::make_unique<External>(ctx, type & QD_BASE_MASK);
     return nullptr;
 }
 
 std::string objectText(const Object *obj) {
-    if (auto r = dynamic_cast<const Record *>(obj))
-        return r->text();
-    if (auto e = dynamic_cast<const External *>(obj))
-        return e->text();
+    if (auto r = dynamic_cast<const Record *>(obj)) return r->text();
+    if (auto e = dynamic_cast<const External *>(obj)) return e->text();
     return "?";
 }
 
@@ -61,221 +55,201 @@ std::string objectText(const Object *obj) {
 
 // ---- External --------------------------------------------------------------
 std::unique_ptr<Object> External::clone() const {
-    auto e = std::make_unique<External>(ctx_, type_);
+    auto e = std::make_unique<External>(_ctx, _type);
     e->data = data;
     return e;
 }
 
 std::string External::text() const {
-    const ExternalType *t = externalType(type_);
+    const ExternalType *t = externalType(_type);
     return t && t->toText ? t->toText(data) : data;
 }
 
 // ---- Record ----------------------------------------------------------------
-Record::Record(Context *ctx, qd_type t) : Object(ctx), type_(t), info_(recordType(t)) {
-    if (!info_)
-        throw std::invalid_argument("not a record type");
-    slots_.resize(info_->fields.size());
-    for (size_t i = 0; i < slots_.size(); ++i) {
-        qd_type ft = info_->fields[i].type;
+Record::Record(Context *ctx, qd_type t) : Object(ctx), _type(t), _info(recordType(t)) {
+    if (!_info) throw std::invalid_argument("not a record type");
+    _slots.resize(_info->fields.size());
+    for (size_t i = 0; i < _slots.size(); ++i) {
+        qd_type ft = _info->fields[i].type;
         if (isBasicType(ft))
-            slots_[i].value = stored(ctx, ft, qd_value{});
+            _slots[i].value = stored(ctx, ft, qd_value{});
         else
-            slots_[i].obj = newElement(ctx, ft);
+            _slots[i].obj = newElement(ctx, ft);
     }
 }
 
 std::unique_ptr<Object> Record::clone() const {
-    auto r = std::make_unique<Record>(ctx_, type_);
-    for (size_t i = 0; i < slots_.size(); ++i) {
-        r->slots_[i].value = slots_[i].value;
-        if (slots_[i].obj)
-            r->slots_[i].obj = slots_[i].obj->clone();
+    auto r = std::make_unique<Record>(_ctx, _type);
+    for (size_t i = 0; i < _slots.size(); ++i) {
+        r->_slots[i].value = _slots[i].value;
+        if (_slots[i].obj) r->_slots[i].obj = _slots[i].obj->clone();
     }
     return r;
 }
 
 Record::Slot *Record::slot(int number) {
-    if (number < 1 || number > (int)slots_.size())
-        return nullptr;
-    return &slots_[number - 1];
+    if (number < 1 || number > (int)_slots.size()) return nullptr;
+    return &_slots[number - 1];
 }
 
 static int fieldIndex(const RecordType &info, const std::string &field) {
     for (size_t i = 0; i < info.fields.size(); ++i)
-        if (info.fields[i].name == field)
-            return (int)i;
+        if (info.fields[i].name == field) return (int)i;
     throw std::out_of_range("no field " + field + " in " + info.name);
 }
 
 void Record::set(const std::string &field, qd_value v) {
-    int i = fieldIndex(*info_, field);
-    qd_type ft = info_->fields[i].type;
-    if (!isBasicType(ft))
-        throw std::invalid_argument("field " + field + " is not basic");
-    slots_[i].value = stored(ctx_, ft, v);
+    int i = fieldIndex(*_info, field);
+    qd_type ft = _info->fields[i].type;
+    if (!isBasicType(ft)) throw std::invalid_argument("field " + field + " is not basic");
+    _slots[i].value = stored(_ctx, ft, v);
 }
 
 qd_value Record::get(const std::string &field) const {
-    return slots_[fieldIndex(*info_, field)].value;
+    return _slots[fieldIndex(*_info, field)].value;
 }
 
 Record *Record::nested(const std::string &field) const {
-    return dynamic_cast<Record *>(slots_[fieldIndex(*info_, field)].obj.get());
+    return dynamic_cast<Record *>(_slots[fieldIndex(*_info, field)].obj.get());
 }
 
 External *Record::external(const std::string &field) const {
-    return dynamic_cast<External *>(slots_[fieldIndex(*info_, field)].obj.get());
+    return dynamic_cast<External *>(_slots[fieldIndex(*_info, field)].obj.get());
 }
 
 std::string Record::fieldText(const std::string &field) const {
-    int i = fieldIndex(*info_, field);
-    if (slots_[i].obj)
-        return objectText(slots_[i].obj.get());
-    return valueText(info_->fields[i].type, slots_[i].value);
+    int i = fieldIndex(*_info, field);
+    if (_slots[i].obj) return objectText(_slots[i].obj.get());
+    return valueText(_info->fields[i].type, _slots[i].value);
 }
 
 std::string Record::text() const {
     std::string out = "{";
-    for (size_t i = 0; i < slots_.size(); ++i) {
-        if (i)
-            out += ',';
-        out += fieldText(info_->fields[i].name);
+    for (size_t i = 0; i < _slots.size(); ++i) {
+        if (i) out += ',';
+        out += fieldText(_info->fields[i].name);
     }
     return out + "}";
 }
 
 // ---- Set -------------------------------------------------------------------
-Set::Set(Context *ctx, qd_type elem, SetOptions opt) : Object(ctx), elem_(elem), opt_(opt) {
+Set::Set(Context *ctx, qd_type elem, SetOptions opt) : Object(ctx), _elem(elem), _opt(opt) {
     if (!isBasicType(elem) || (elem & ~QD_BASE_MASK))
         throw std::invalid_argument("set elements must have a basic type");
 }
 
-qd_type Set::type() const { return elem_ | QD_SET | (opt_.dynamic ? QD_DYNAMIC : 0); }
+qd_type Set::type() const { return _elem | QD_SET | (_opt.dynamic ? QD_DYNAMIC : 0); }
 
-qd_type Set::elementType() const { return elem_ | (opt_.declared ? QD_DECLARED_SET : 0); }
+qd_type Set::elementType() const { return _elem | (_opt.declared ? QD_DECLARED_SET : 0); }
 
 std::unique_ptr<Object> Set::clone() const { return std::make_unique<Set>(*this); }
 
 int Set::find(qd_value v) const {
-    auto it = index_.find(valueKey(elem_, v));
-    return it == index_.end() ? -1 : opt_.base + it->second;
+    auto it = _index.find(valueKey(_elem, v));
+    return it == _index.end() ? -1 : _opt.base + it->second;
 }
 
 int Set::add(qd_value v) {
-    auto placed = index_.emplace(valueKey(elem_, v), (int)items_.size());
-    if (!placed.second)
-        return opt_.base + placed.first->second;
-    items_.push_back(stored(ctx_, elem_, v));
-    return opt_.base + (int)items_.size() - 1;
+    auto placed = _index.emplace(valueKey(_elem, v), (int)_items.size());
+    if (!placed.second) return _opt.base + placed.first->second;
+    _items.push_back(stored(_ctx, _elem, v));
+    return _opt.base + (int)_items.size() - 1;
 }
 
 int Set::insert(qd_value v, bool *refused) {
     int at = find(v);
-    *refused = at < 0 && (locks_ > 0 || finalised_);
-    if (*refused)
-        return -1;
+    *refused = at < 0 && (_locks > 0 || _finalised);
+    if (*refused) return -1;
     return at >= 0 ? at : add(v);
 }
 
 bool Set::element(int position, qd_value *out) const {
-    int offset = position - opt_.base;
-    if (offset < 0 || offset >= (int)items_.size())
-        return false;
-    *out = items_[offset];
+    int offset = position - _opt.base;
+    if (offset < 0 || offset >= (int)_items.size()) return false;
+    *out = _items[offset];
     return true;
 }
 
 bool Set::unlock() {
-    if (locks_ == 0)
-        return false;
-    --locks_;
+    if (_locks == 0) return false;
+    --_locks;
     return true;
 }
 
-std::vector<qd_value> Set::values() const { return items_; }
+std::vector<qd_value> Set::values() const { return _items; }
 
 std::vector<std::string> Set::texts() const {
     std::vector<std::string> out;
-    for (const qd_value &v : items_)
-        out.push_back(valueText(elem_, v));
+    for (const qd_value &v : _items) out.push_back(valueText(_elem, v));
     return out;
 }
 
 // ---- Array -----------------------------------------------------------------
 Array::Array(Context *ctx, qd_type elem, std::vector<Set *> sets, ArrayOptions opt)
-    : Object(ctx), elem_(elem & QD_BASE_MASK), sets_(std::move(sets)), opt_(opt) {
-    if (sets_.empty())
-        throw std::invalid_argument("an array needs at least one index set");
-    for (Set *s : sets_)
-        if (!s)
-            throw std::invalid_argument("null index set");
-    if (isBasicType(elem_))
-        opt_.deflt = stored(ctx, elem_, opt_.deflt);
-    else if (recordType(elem_))
-        emptyRecord_ = std::make_unique<Record>(ctx, elem_);
-    else if (!externalType(elem_))
+    : Object(ctx), _elem(elem & QD_BASE_MASK), _sets(std::move(sets)), _opt(opt) {
+    if (_sets.empty()) throw std::invalid_argument("an array needs at least one index set");
+    for (Set *s : _sets)
+        if (!s) throw std::invalid_argument("null index set");
+    if (isBasicType(_elem))
+        _opt.deflt = stored(ctx, _elem, _opt.deflt);
+    else if (recordType(_elem))
+        _emptyRecord = std::make_unique<Record>(ctx, _elem);
+    else if (!externalType(_elem))
         throw std::invalid_argument("unknown array element type");
 }
 
-qd_type Array::type() const { return elem_ | QD_ARRAY | (opt_.dynamic ? QD_DYNAMIC : 0); }
+qd_type Array::type() const { return _elem | QD_ARRAY | (_opt.dynamic ? QD_DYNAMIC : 0); }
 
 std::unique_ptr<Object> Array::clone() const {
-    auto a = std::make_unique<Array>(ctx_, elem_, sets_, opt_);
-    for (const auto &c : cells_) {
-        Cell &d = a->cells_[c.first];
+    auto a = std::make_unique<Array>(_ctx, _elem, _sets, _opt);
+    for (const auto &c : _cells) {
+        Cell &d = a->_cells[c.first];
         d.value = c.second.value;
-        if (c.second.obj)
-            d.obj = c.second.obj->clone();
+        if (c.second.obj) d.obj = c.second.obj->clone();
     }
     return a;
 }
 
 bool Array::inRange(const int *at) const {
-    for (size_t d = 0; d < sets_.size(); ++d)
-        if (at[d] < sets_[d]->firstIndex() || at[d] > sets_[d]->lastIndex())
-            return false;
+    for (size_t d = 0; d < _sets.size(); ++d)
+        if (at[d] < _sets[d]->firstIndex() || at[d] > _sets[d]->lastIndex()) return false;
     return true;
 }
 
 bool Array::set(const Tuple &at, qd_value v) {
-    if (at.size() != sets_.size() || !inRange(at.data()) || !isBasicType(elem_))
-        return false;
-    cells_[at].value = stored(ctx_, elem_, v);
+    if (at.size() != _sets.size() || !inRange(at.data()) || !isBasicType(_elem)) return false;
+    _cells[at].value = stored(_ctx, _elem, v);
     return true;
 }
 
 Record *Array::record(const Tuple &at) {
-    if (at.size() != sets_.size() || !inRange(at.data()) || !emptyRecord_)
-        return nullptr;
-    Cell &c = cells_[at];
-    if (!c.obj)
-        c.obj = std::make_unique<Record>(ctx_, elem_);
+    if (at.size() != _sets.size() || !inRange(at.data()) || !_emptyRecord) return nullptr;
+    Cell &c = _cells[at];
+    if (!c.obj) c.obj = std::make_unique<Record>(_ctx, _elem);
     return static_cast<Record *>(c.obj.get());
 }
 
 bool Array::setObject(const Tuple &at, const Object &obj) {
-    if (at.size() != sets_.size() || !inRange(at.data()) || isBasicType(elem_) ||
-        (obj.type() & QD_BASE_MASK) != elem_)
+    if (at.size() != _sets.size() || !inRange(at.data()) || isBasicType(_elem) ||
+        (obj.type() & QD_BASE_MASK) != _elem)
         return false;
-    cells_[at].obj = obj.clone();
+    _cells[at].obj = obj.clone();
     return true;
 }
 
 const Array::Cell *Array::find(const Tuple &at) const {
-    auto it = cells_.find(at);
-    return it == cells_.end() ? nullptr : &it->second;
+    auto it = _cells.find(at);
+    return it == _cells.end() ? nullptr : &it->second;
 }
 
 Array::Cell *Array::find(const Tuple &at) {
-    auto it = cells_.find(at);
-    return it == cells_.end() ? nullptr : &it->second;
+    auto it = _cells.find(at);
+    return it == _cells.end() ? nullptr : &it->second;
 }
 
 const std::pair<const Array::Tuple, Array::Cell> *Array::stopAt(const int *at) const {
-    if (!walking_ || !std::equal(walk_->first.begin(), walk_->first.end(), at))
-        return nullptr;
-    return &*walk_;
+    if (!_walking || !std::equal(_walk->first.begin(), _walk->first.end(), at)) return nullptr;
+    return &*_walk;
 }
 
 qd_value Array::get(const int *at) const {
@@ -283,53 +257,46 @@ qd_value Array::get(const int *at) const {
     if (auto stop = stopAt(at)) {
         c = &stop->second;
     } else {
-        probe_.assign(at, at + sets_.size());
-        c = find(probe_);
+        _probe.assign(at, at + _sets.size());
+        c = find(_probe);
     }
-    if (c)
-        return c->obj ? qdPtr(c->obj.get()) : c->value;
-    if (emptyRecord_)
-        return qdPtr(emptyRecord_.get());
-    return opt_.deflt; // externals: a null reference
+    if (c) return c->obj ? qdPtr(c->obj.get()) : c->value;
+    if (_emptyRecord) return qdPtr(_emptyRecord.get());
+    return _opt.deflt; // externals: a null reference
 }
 
 int Array::entryCount() const {
-    if (!opt_.dense)
-        return (int)cells_.size();
+    if (!_opt.dense) return (int)_cells.size();
     long long n = 1;
-    for (Set *s : sets_)
-        n *= s->size();
+    for (Set *s : _sets) n *= s->size();
     return (int)n;
 }
 
 bool Array::firstCell(int *at) const {
-    for (size_t d = 0; d < sets_.size(); ++d) {
-        if (sets_[d]->size() == 0)
-            return false;
-        at[d] = sets_[d]->firstIndex();
+    for (size_t d = 0; d < _sets.size(); ++d) {
+        if (_sets[d]->size() == 0) return false;
+        at[d] = _sets[d]->firstIndex();
     }
     return true;
 }
 
 bool Array::nextCell(int *at) const {
-    for (size_t d = sets_.size(); d-- > 0;) {
-        if (at[d] < sets_[d]->lastIndex()) {
+    for (size_t d = _sets.size(); d-- > 0;) {
+        if (at[d] < _sets[d]->lastIndex()) {
             ++at[d];
             return true;
         }
-        at[d] = sets_[d]->firstIndex(); // wrap and carry
+        at[d] = _sets[d]->firstIndex(); // wrap and carry
     }
     return false;
 }
 
 bool Array::firstEntry(int *at) const {
-    if (opt_.dense)
-        return firstCell(at);
-    walking_ = !cells_.empty();
-    if (!walking_)
-        return false;
-    walk_ = cells_.begin();
-    std::copy(walk_->first.begin(), walk_->first.end(), at);
+    if (_opt.dense) return firstCell(at);
+    _walking = !_cells.empty();
+    if (!_walking) return false;
+    _walk = _cells.begin();
+    std::copy(_walk->first.begin(), _walk->first.end(), at);
     return true;
 }
 
@@ -337,78 +304,73 @@ bool Array::firstEntry(int *at) const {
 // entry answered last is one iterator increment; any other tuple is
 // searched for.
 bool Array::nextEntry(int *at) const {
-    if (opt_.dense)
-        return nextCell(at);
+    if (_opt.dense) return nextCell(at);
     std::map<Tuple, Cell>::const_iterator it;
     if (stopAt(at)) {
-        it = std::next(walk_);
+        it = std::next(_walk);
     } else {
-        probe_.assign(at, at + sets_.size());
-        it = cells_.upper_bound(probe_);
+        _probe.assign(at, at + _sets.size());
+        it = _cells.upper_bound(_probe);
     }
-    walking_ = it != cells_.end();
-    if (!walking_)
-        return false;
-    walk_ = it;
-    std::copy(walk_->first.begin(), walk_->first.end(), at);
+    _walking = it != _cells.end();
+    if (!_walking) return false;
+    _walk = it;
+    std::copy(_walk->first.begin(), _walk->first.end(), at);
     return true;
 }
 
 std::map<std::vector<std::string>, std::string> Array::entries() const {
     std::map<std::vector<std::string>, std::string> out;
-    Tuple at(sets_.size());
+    Tuple at(_sets.size());
     for (bool ok = firstEntry(at.data()); ok; ok = nextEntry(at.data())) {
         std::vector<std::string> key;
-        for (size_t d = 0; d < sets_.size(); ++d) {
+        for (size_t d = 0; d < _sets.size(); ++d) {
             qd_value v{};
-            sets_[d]->element(at[d], &v);
-            key.push_back(valueText(sets_[d]->baseType(), v));
+            _sets[d]->element(at[d], &v);
+            key.push_back(valueText(_sets[d]->baseType(), v));
         }
         qd_value v = get(at.data());
-        out[key] = isBasicType(elem_) ? valueText(elem_, v)
-                   : v.p             ? objectText(static_cast<const Object *>(v.p))
-                                     : "";
+        out[key] = isBasicType(_elem) ? valueText(_elem, v)
+                   : v.p              ? objectText(static_cast<const Object *>(v.p))
+                                      : "";
     }
     return out;
 }
 
 // ---- List ------------------------------------------------------------------
 std::unique_ptr<Object> List::clone() const {
-    auto l = std::make_unique<List>(ctx_, elem_);
-    for (const Item &it : items_) {
+    auto l = std::make_unique<List>(_ctx, _elem);
+    for (const Item &it : _items) {
         Item c{it.type, it.value, nullptr};
         if (it.obj) {
             c.obj = it.obj->clone();
             c.value.p = c.obj.get();
         }
-        l->items_.push_back(std::move(c));
+        l->_items.push_back(std::move(c));
     }
     return l;
 }
 
 bool List::append(qd_type t, qd_value v) {
-    if (t == 0)
-        t = elem_;
-    if (t == 0)
-        return false;
+    if (t == 0) t = _elem;
+    if (t == 0) return false;
     Item item{t, v, nullptr};
     if (isBasicType(t) && (t & QD_STRUCT_MASK) == QD_VALUE) {
-        item.value = stored(ctx_, t, v);
+        item.value = stored(_ctx, t, v);
     } else if ((t & QD_STRUCT_MASK) == QD_VALUE || (t & QD_STRUCT_MASK) == QD_REF) {
-        if (!v.p || !(recordType(t) || externalType(t)))
-            return false;
+        if (!v.p || !(recordType(t) || externalType(t))) return false;
         item.obj = static_cast<const Object *>(v.p)->clone();
         item.value.p = item.obj.get();
     } else if (!v.p) {
         return false; // arrays, sets, lists: kept by reference
     }
-    items_.push_back(std::move(item));
+    _items.push_back(std::move(item));
     return true;
 }
 
 std::vector<std::string> List::texts() const {
     std::vector<std::string> out;
-    for (const Item &it : items_) {
+    for (const Item &it : _items) {
         if (it.obj)
             out.push_back(objectText(it.obj.get()));
         else if (isBasicType(it.type) && (it.type & QD_STRUCT_MASK) == QD_VALUE)

@@ -53,11 +53,32 @@ namespace qdhost {
 class Context;
 
 // ---- values ---------------------------------------------------------------
-inline qd_value qdInt(qd_int v) { qd_value x; x.i = v; return x; }
-inline qd_value qdReal(double v) { qd_value x; x.r = v; return x; }
-inline qd_value qdStr(const char *v) { qd_value x; x.s = v; return x; }
-inline qd_value qdBool(bool v) { qd_value x; x.i = 0; x.b = v ? 1 : 0; return x; }
-inline qd_value qdPtr(void *v) { qd_value x; x.p = v; return x; }
+inline qd_value qdInt(qd_int v) {
+    qd_value x;
+    x.i = v;
+    return x;
+}
+inline qd_value qdReal(double v) {
+    qd_value x;
+    x.r = v;
+    return x;
+}
+inline qd_value qdStr(const char *v) {
+    qd_value x;
+    x.s = v;
+    return x;
+}
+inline qd_value qdBool(bool v) {
+    qd_value x;
+    x.i = 0;
+    x.b = v ? 1 : 0;
+    return x;
+}
+inline qd_value qdPtr(void *v) {
+    qd_value x;
+    x.p = v;
+    return x;
+}
 
 // A basic value as text: integers in decimal, reals with "%.15g", strings as
 // they are, booleans "true"/"false".  Other types give "?".
@@ -97,35 +118,35 @@ bool isBasicType(qd_type type);                 // QD_INT..QD_BOOL
 
 // ---- objects --------------------------------------------------------------
 class Object {
-  public:
-    explicit Object(Context *ctx) : ctx_(ctx) {}
+public:
+    explicit Object(Context *ctx) : _ctx(ctx) {}
     virtual ~Object() = default;
-    Context *context() const { return ctx_; }
+    Context *context() const { return _ctx; }
     // The type word that describes the object as a transfer item.
     virtual qd_type type() const = 0;
     virtual std::unique_ptr<Object> clone() const = 0;
 
-  protected:
-    Context *ctx_;
+protected:
+    Context *_ctx;
 };
 
 class External : public Object {
-  public:
-    External(Context *ctx, qd_type t) : Object(ctx), type_(t) {}
-    qd_type type() const override { return type_; }
+public:
+    External(Context *ctx, qd_type t) : Object(ctx), _type(t) {}
+    qd_type type() const override { return _type; }
     std::unique_ptr<Object> clone() const override;
-    std::string data; // the object's state
+    std::string data;         // the object's state
     std::string text() const; // through the type's toText
-  private:
-    qd_type type_;
+private:
+    qd_type _type;
 };
 
 class Record : public Object {
-  public:
+public:
     Record(Context *ctx, qd_type t);
-    qd_type type() const override { return type_; }
+    qd_type type() const override { return _type; }
     std::unique_ptr<Object> clone() const override;
-    const RecordType &info() const { return *info_; }
+    const RecordType &info() const { return *_info; }
 
     // By field name; throw std::out_of_range for an unknown name.
     void set(const std::string &field, qd_value v); // basic fields; strings are interned
@@ -143,10 +164,10 @@ class Record : public Object {
     };
     Slot *slot(int number);
 
-  private:
-    qd_type type_;
-    const RecordType *info_;
-    std::vector<Slot> slots_;
+private:
+    qd_type _type;
+    const RecordType *_info;
+    std::vector<Slot> _slots;
 };
 
 struct SetOptions {
@@ -156,17 +177,17 @@ struct SetOptions {
 };
 
 class Set : public Object {
-  public:
+public:
     Set(Context *ctx, qd_type elem, SetOptions opt);
     qd_type type() const override; // elem | QD_SET | QD_DYNAMIC when dynamic
     std::unique_ptr<Object> clone() const override;
 
     qd_type elementType() const; // base, plus QD_DECLARED_SET when declared
-    qd_type baseType() const { return elem_; }
-    int size() const { return (int)items_.size(); }
-    int firstIndex() const { return opt_.base; }
-    int lastIndex() const { return opt_.base + size() - 1; }
-    const SetOptions &options() const { return opt_; }
+    qd_type baseType() const { return _elem; }
+    int size() const { return (int)_items.size(); }
+    int firstIndex() const { return _opt.base; }
+    int lastIndex() const { return _opt.base + size() - 1; }
+    const SetOptions &options() const { return _opt; }
 
     // Builder: adds without the lock/finalise checks; answers the position.
     int add(qd_value v);
@@ -176,22 +197,22 @@ class Set : public Object {
     int find(qd_value v) const; // position or -1
     bool element(int position, qd_value *out) const;
 
-    int locks() const { return locks_; }
-    bool finalised() const { return finalised_; }
-    void lock() { ++locks_; }
+    int locks() const { return _locks; }
+    bool finalised() const { return _finalised; }
+    void lock() { ++_locks; }
     bool unlock();
-    void finalise() { finalised_ = true; }
+    void finalise() { _finalised = true; }
 
     std::vector<qd_value> values() const;
     std::vector<std::string> texts() const;
 
-  private:
-    qd_type elem_;
-    SetOptions opt_;
-    std::vector<qd_value> items_;   // strings are context text handles
-    std::map<std::string, int> index_; // key text -> offset
-    int locks_ = 0;
-    bool finalised_ = false;
+private:
+    qd_type _elem;
+    SetOptions _opt;
+    std::vector<qd_value> _items;      // strings are context text handles
+    std::map<std::string, int> _index; // key text -> offset
+    int _locks = 0;
+    bool _finalised = false;
 };
 
 struct ArrayOptions {
@@ -201,15 +222,15 @@ struct ArrayOptions {
 };
 
 class Array : public Object {
-  public:
+public:
     Array(Context *ctx, qd_type elem, std::vector<Set *> sets, ArrayOptions opt);
     qd_type type() const override; // elem | QD_ARRAY | QD_DYNAMIC when dynamic
     std::unique_ptr<Object> clone() const override;
 
-    qd_type elementType() const { return elem_; }
-    int dimensions() const { return (int)sets_.size(); }
-    const std::vector<Set *> &sets() const { return sets_; }
-    const ArrayOptions &options() const { return opt_; }
+    qd_type elementType() const { return _elem; }
+    int dimensions() const { return (int)_sets.size(); }
+    const std::vector<Set *> &sets() const { return _sets; }
+    const ArrayOptions &options() const { return _opt; }
 
     struct Cell {
         qd_value value{};
@@ -218,8 +239,8 @@ class Array : public Object {
     using Tuple = std::vector<int>;
 
     // Positions must lie inside the index sets; false otherwise.
-    bool set(const Tuple &at, qd_value v); // basic elements; strings interned
-    Record *record(const Tuple &at);        // creates the cell when missing
+    bool set(const Tuple &at, qd_value v);              // basic elements; strings interned
+    Record *record(const Tuple &at);                    // creates the cell when missing
     bool setObject(const Tuple &at, const Object &obj); // stores a copy
     bool inRange(const int *at) const;
     const Cell *find(const Tuple &at) const;
@@ -241,30 +262,30 @@ class Array : public Object {
     int endLoads = 0;
     bool loading = false;
 
-  private:
-    qd_type elem_;
-    std::vector<Set *> sets_;
-    ArrayOptions opt_;
-    std::map<Tuple, Cell> cells_;
-    std::unique_ptr<Record> emptyRecord_;
+private:
+    qd_type _elem;
+    std::vector<Set *> _sets;
+    ArrayOptions _opt;
+    std::map<Tuple, Cell> _cells;
+    std::unique_ptr<Record> _emptyRecord;
 
     // The stored entry the last entry walk answered, so that the next step
     // from that tuple, and a get() of it, need no search.  Cells are never
-    // removed, so the iterator stays good while `walking_` is set.  Since
+    // removed, so the iterator stays good while `_walking` is set.  Since
     // walks and get() move it, an array is for one thread at a time.
     const std::pair<const Tuple, Cell> *stopAt(const int *at) const;
-    mutable std::map<Tuple, Cell>::const_iterator walk_;
-    mutable bool walking_ = false;
-    mutable Tuple probe_; // search key, kept to spare an allocation per lookup
+    mutable std::map<Tuple, Cell>::const_iterator _walk;
+    mutable bool _walking = false;
+    mutable Tuple _probe; // search key, kept to spare an allocation per lookup
 };
 
 class List : public Object {
-  public:
-    List(Context *ctx, qd_type elem) : Object(ctx), elem_(elem) {}
+public:
+    List(Context *ctx, qd_type elem) : Object(ctx), _elem(elem) {}
     // The structure bits of an array element type stay out of the list's own word.
-    qd_type type() const override { return (elem_ & ~QD_STRUCT_MASK) | QD_LIST | QD_DYNAMIC; }
+    qd_type type() const override { return (_elem & ~QD_STRUCT_MASK) | QD_LIST | QD_DYNAMIC; }
     std::unique_ptr<Object> clone() const override;
-    qd_type elementType() const { return elem_; } // 0 = untyped
+    qd_type elementType() const { return _elem; } // 0 = untyped
 
     struct Item {
         qd_type type;
@@ -274,18 +295,18 @@ class List : public Object {
     // Basic values are interned; records/externals given in value.p are
     // copied; other references (arrays) are kept as they are.
     bool append(qd_type t, qd_value v);
-    int size() const { return (int)items_.size(); }
-    const Item &at(int i) const { return items_[i]; }
+    int size() const { return (int)_items.size(); }
+    const Item &at(int i) const { return _items[i]; }
     std::vector<std::string> texts() const;
 
-  private:
-    qd_type elem_;
-    std::vector<Item> items_;
+private:
+    qd_type _elem;
+    std::vector<Item> _items;
 };
 
 // ---- context ---------------------------------------------------------------
 class Context : public qd_context {
-  public:
+public:
     explicit Context(std::string directory = ".");
     ~Context();
     Context(const Context &) = delete;
@@ -298,11 +319,11 @@ class Context : public qd_context {
     bool debug = false;    // echo dispatched errors on stderr
 
     // Captured output.
-    std::vector<std::string> errors;                     // dispatchError texts
-    std::vector<std::pair<std::string, int>> reports;    // reportError (text, code)
-    std::string output; // print while no stream is open
-    std::string allErrors() const; // errors joined
-    void clearMessages();          // empties errors, reports and output
+    std::vector<std::string> errors;                  // dispatchError texts
+    std::vector<std::pair<std::string, int>> reports; // reportError (text, code)
+    std::string output;                               // print while no stream is open
+    std::string allErrors() const;                    // errors joined
+    void clearMessages();                             // empties errors, reports and output
 
     // Streams.
     FILE *stream = nullptr;
@@ -321,7 +342,7 @@ class Context : public qd_context {
     External *newExternal(qd_type type, const std::string &text = "");
 
     // Objects made through newObject and not yet deleted.
-    int liveObjects() const { return (int)loose_.size(); }
+    int liveObjects() const { return (int)_loose.size(); }
     // Used by the C interface.
     Object *adoptLoose(std::unique_ptr<Object> obj);
     bool dropLoose(void *obj);
@@ -330,10 +351,10 @@ class Context : public qd_context {
     int beginLoads() const;
     int endLoads() const;
 
-  private:
-    std::set<std::string> texts_;
-    std::vector<std::unique_ptr<Object>> owned_;
-    std::map<void *, std::unique_ptr<Object>> loose_;
+private:
+    std::set<std::string> _texts;
+    std::vector<std::unique_ptr<Object>> _owned;
+    std::map<void *, std::unique_ptr<Object>> _loose;
 };
 
 // The host interface table of this host.
@@ -348,19 +369,19 @@ struct Item {
 };
 
 class Host {
-  public:
+public:
     // Loads the module from path and calls qdsheet_init.
     explicit Host(const std::string &path = QDSHEET_MODULE_PATH);
     ~Host(); // finish service, then dlclose
     Host(const Host &) = delete;
     Host &operator=(const Host &) = delete;
 
-    bool loaded() const { return desc_ != nullptr && initResult_ == 0; }
-    const std::string &loadError() const { return loadError_; }
-    int initResult() const { return initResult_; }
-    int version() const { return version_; }
-    int interfaceVersion() const { return interfaceVersion_; }
-    const qd_module_desc *description() const { return desc_; }
+    bool loaded() const { return _desc != nullptr && _initResult == 0; }
+    const std::string &loadError() const { return _loadError; }
+    int initResult() const { return _initResult; }
+    int version() const { return _version; }
+    int interfaceVersion() const { return _interfaceVersion; }
+    const qd_module_desc *description() const { return _desc; }
 
     // Services (nullptr / -1 when absent).
     const void *service(int tag) const;
@@ -377,13 +398,15 @@ class Host {
     void *open(Context &ctx, const std::string &drv, const std::string &name, bool write,
                int *modeOut = nullptr) const;
     int close(Context &ctx, const std::string &drv, void *file) const;
-    int transferIn(Context &ctx, const std::string &drv, void *file, int count,
-                   const char **labels, const qd_type *types, void **values, int *counters) const;
+    int transferIn(Context &ctx, const std::string &drv, void *file, int count, const char **labels,
+                   const qd_type *types, void **values, int *counters) const;
     int transferOut(Context &ctx, const std::string &drv, void *file, int count,
                     const char **labels, const qd_type *types, void **values) const;
     // Item forms; counters land in items[i].counter.
-    int transferIn(Context &ctx, const std::string &drv, void *file, std::vector<Item> &items) const;
-    int transferOut(Context &ctx, const std::string &drv, void *file, std::vector<Item> &items) const;
+    int transferIn(Context &ctx, const std::string &drv, void *file,
+                   std::vector<Item> &items) const;
+    int transferOut(Context &ctx, const std::string &drv, void *file,
+                    std::vector<Item> &items) const;
 
     // open, transfer, close in one go.  Answers -1 when open fails, else the
     // transfer's status, or the close's when the transfer succeeded.
@@ -396,13 +419,13 @@ class Host {
     int writeItem(Context &ctx, const std::string &drv, const std::string &name,
                   const std::string &label, qd_type type, void *value) const;
 
-  private:
-    void *handle_ = nullptr;
-    int initResult_ = -1;
-    int version_ = 0;
-    int interfaceVersion_ = 0;
-    const qd_module_desc *desc_ = nullptr;
-    std::string loadError_;
+private:
+    void *_handle = nullptr;
+    int _initResult = -1;
+    int _version = 0;
+    int _interfaceVersion = 0;
+    const qd_module_desc *_desc = nullptr;
+    std::string _loadError;
 };
 
 } // namespace qdhost

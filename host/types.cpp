@@ -27,17 +27,14 @@ const RecordType *findRecord(Registry &r, qd_type type) {
 }
 
 bool sameFields(const std::vector<FieldSpec> &a, const std::vector<FieldSpec> &b) {
-    if (a.size() != b.size())
-        return false;
+    if (a.size() != b.size()) return false;
     for (size_t i = 0; i < a.size(); ++i)
-        if (a[i].name != b[i].name || a[i].type != b[i].type)
-            return false;
+        if (a[i].name != b[i].name || a[i].type != b[i].type) return false;
     return true;
 }
 
 qd_type allocate(Registry &r, const std::string &name) {
-    if (r.next > QD_BASE_MASK)
-        throw std::invalid_argument("no type number left for " + name);
+    if (r.next > QD_BASE_MASK) throw std::invalid_argument("no type number left for " + name);
     qd_type t = r.next++;
     r.names[name] = t;
     return t;
@@ -56,8 +53,7 @@ qd_type registerRecordType(const std::string &name, const std::vector<FieldSpec>
     auto known = r.names.find(name);
     if (known != r.names.end()) {
         const RecordType *rt = findRecord(r, known->second);
-        if (rt && sameFields(rt->fields, fields))
-            return rt->type;
+        if (rt && sameFields(rt->fields, fields)) return rt->type;
         throw std::invalid_argument("type " + name + " is already registered differently");
     }
     if (fields.empty() || fields.size() > 1023)
@@ -92,8 +88,7 @@ qd_type registerExternalType(const std::string &name, ExternalType def) {
     std::lock_guard<std::mutex> lock(r.mutex);
     auto known = r.names.find(name);
     if (known != r.names.end()) {
-        if (r.externals.count(known->second))
-            return known->second;
+        if (r.externals.count(known->second)) return known->second;
         throw std::invalid_argument("type " + name + " is already registered as a record");
     }
     def.name = name;
@@ -119,18 +114,11 @@ const ExternalType *externalType(qd_type type) {
 std::string valueText(qd_type base, const qd_value &v) {
     char buf[64];
     switch (base & QD_BASE_MASK) {
-    case QD_INT:
-        snprintf(buf, sizeof buf, "%lld", (long long)v.i);
-        return buf;
-    case QD_REAL:
-        snprintf(buf, sizeof buf, "%.15g", v.r);
-        return buf;
-    case QD_STRING:
-        return v.s ? v.s : "";
-    case QD_BOOL:
-        return v.b ? "true" : "false";
-    default:
-        return "?";
+    case QD_INT: snprintf(buf, sizeof buf, "%lld", (long long)v.i); return buf;
+    case QD_REAL: snprintf(buf, sizeof buf, "%.15g", v.r); return buf;
+    case QD_STRING: return v.s ? v.s : "";
+    case QD_BOOL: return v.b ? "true" : "false";
+    default: return "?";
     }
 }
 

@@ -232,14 +232,14 @@ typedef int (*qd_transfer_out_fn)(qd_context *ctx, void *file, int count, const 
 typedef int (*qd_unsupported_fn)(qd_context *ctx, void *file, ...);
 
 /* Open mode word bits. */
-#define QD_MODE_OPENED 0x1      /* set by the driver on open */
-#define QD_MODE_WRITE 0x2       /* open for writing */
-#define QD_MODE_PENDING 0x20    /* cleared when the driver took charge of the file */
-#define QD_MODE_NOSTREAM 0x40   /* set when a stream could not be opened */
-#define QD_MODE_XML 0x10000     /* set by the "xlsx" driver */
+#define QD_MODE_OPENED 0x1    /* set by the driver on open */
+#define QD_MODE_WRITE 0x2     /* open for writing */
+#define QD_MODE_PENDING 0x20  /* cleared when the driver took charge of the file */
+#define QD_MODE_NOSTREAM 0x40 /* set when a stream could not be opened */
+#define QD_MODE_XML 0x10000   /* set by the "xlsx" driver */
 
 typedef struct qd_driver_op {
-    int tag;       /* QD_DRV_..., 0 ends the list */
+    int tag;        /* QD_DRV_..., 0 ends the list */
     const void *op; /* a function pointer cast, or the info text */
 } qd_driver_op;
 
@@ -249,10 +249,10 @@ typedef struct qd_driver {
 } qd_driver;
 
 /* Service tags. */
-#define QD_SRV_CHECK_VERSION 2  /* int (*)(int version): non-zero = refuse */
-#define QD_SRV_FINISH 3         /* void (*)(void) */
-#define QD_SRV_DRIVERS 8        /* const qd_driver * */
-#define QD_SRV_SET_FLAGS 10     /* int (*)(int flags) */
+#define QD_SRV_CHECK_VERSION 2   /* int (*)(int version): non-zero = refuse */
+#define QD_SRV_FINISH 3          /* void (*)(void) */
+#define QD_SRV_DRIVERS 8         /* const qd_driver * */
+#define QD_SRV_SET_FLAGS 10      /* int (*)(int flags) */
 #define QD_SRV_ADJUST_VERSION 12 /* void (*)(int flag, int *version) */
 
 typedef struct qd_service {

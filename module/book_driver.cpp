@@ -39,8 +39,7 @@ const char *opNamedRange(void *sheet, int index, int *rowFirst, int *rowLast, in
                          int *colLast) {
     int scope = -1;
     int hidden = 0;
-    return tbSheetNamedRangeA(sheet, index, rowFirst, rowLast, colFirst, colLast, &scope,
-                              &hidden);
+    return tbSheetNamedRangeA(sheet, index, rowFirst, rowLast, colFirst, colLast, &scope, &hidden);
 }
 int opFirstRow(void *sheet) { return tbSheetFirstRowA(sheet); }
 int opLastRow(void *sheet) { return tbSheetLastRowA(sheet); }
@@ -52,9 +51,7 @@ int opCellType(void *sheet, int row, int col) {
     return type == kBookBlank ? CELL_EMPTY : type;
 }
 int opIsDate(void *sheet, int row, int col) { return tbSheetIsDateA(sheet, row, col); }
-int opReadBool(void *sheet, int row, int col) {
-    return tbSheetReadBoolA(sheet, row, col, nullptr);
-}
+int opReadBool(void *sheet, int row, int col) { return tbSheetReadBoolA(sheet, row, col, nullptr); }
 const char *opReadBoolText(void *sheet, int row, int col) {
     return tbSheetReadBoolA(sheet, row, col, nullptr) > 0 ? "true" : "false";
 }
@@ -125,10 +122,10 @@ bool prepareWrittenBook(qd_context *ctx, int *mode, void *book, const char *path
 } // namespace
 
 const SheetOps g_bookSheetOps = {
-    opSheetCount, opGetSheet,     opAddSheet, opSheetName, opNamedRangeCount, opNamedRange,
-    opFirstRow,   opLastRow,      opFirstCol, opLastCol,   opCellType,        opIsDate,
-    opReadBool,   opReadBoolText, opReadNum,  opReadStr,   opWriteBool,       opWriteNum,
-    opWriteStr,
+    opSheetCount, opGetSheet,  opAddSheet, opSheetName,    opNamedRangeCount,
+    opNamedRange, opFirstRow,  opLastRow,  opFirstCol,     opLastCol,
+    opCellType,   opIsDate,    opReadBool, opReadBoolText, opReadNum,
+    opReadStr,    opWriteBool, opWriteNum, opWriteStr,
 };
 
 void *openBook(qd_context *ctx, int *mode, const char *name) {
@@ -139,12 +136,10 @@ void *openBook(qd_context *ctx, int *mode, const char *name) {
     unsigned flags = parseOptions(0, &rest, &bufferSize, nullptr, nullptr, nullptr, nullptr);
 
     char path[QD_PATH_MAX];
-    if (findFilePath(ctx, rest, *mode, path) != 0)
-        return nullptr;
+    if (findFilePath(ctx, rest, *mode, path) != 0) return nullptr;
 
     SheetFile *shared = nullptr;
-    if (shareOpenFile(ctx, path, &g_bookSheetOps, mode, &shared))
-        return shared;
+    if (shareOpenFile(ctx, path, &g_bookSheetOps, mode, &shared)) return shared;
 
     void *book = createBook((*mode & QD_MODE_XML) != 0);
     if (!book) {
@@ -153,8 +148,7 @@ void *openBook(qd_context *ctx, int *mode, const char *name) {
     }
     tbBookSetLocaleA(book, "UTF-8");
     if (writing) {
-        if (!prepareWrittenBook(ctx, mode, book, path))
-            return nullptr;
+        if (!prepareWrittenBook(ctx, mode, book, path)) return nullptr;
     } else if (!loadBook(book, path)) {
         failBook(ctx, book, 7);
         return nullptr;
@@ -187,10 +181,8 @@ void *openXmlBook(qd_context *ctx, int *mode, const char *name) {
 // before.  The save takes the stored path as it is.
 int closeBook(qd_context *ctx, void *handle) {
     SheetFile *file = static_cast<SheetFile *>(handle);
-    if (!file)
-        return 1;
-    if (!releaseOpenFile(file))
-        return 0;
+    if (!file) return 1;
+    if (!releaseOpenFile(file)) return 0;
     int failed = 0;
     if ((file->flags & OPT_WRITING) && !tbBookSaveA(file->handle, file->path)) {
         g_host->reportError(ctx, tbBookErrorMessageA(file->handle), 8);

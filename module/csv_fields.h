@@ -37,17 +37,12 @@ public:
     CsvFields(const CsvRules &rules, char *buffer, size_t limit)
         : _rules(rules), _field(buffer), _limit(limit) {
         // Bytes that stop the plain run: 1 always, 2 only at a field's start.
-        for (unsigned char &stop : _stops)
-            stop = 0;
+        for (unsigned char &stop : _stops) stop = 0;
         _stops[(unsigned char)'\n'] = 1;
-        if (rules.quotes)
-            _stops[(unsigned char)'"'] = 2;
-        if (rules.crEndsRecord)
-            _stops[(unsigned char)'\r'] = 1;
-        if (rules.escapes)
-            _stops[(unsigned char)'\\'] = 1;
-        if (rules.separator >= 0 && rules.separator < 256)
-            _stops[rules.separator] = 1;
+        if (rules.quotes) _stops[(unsigned char)'"'] = 2;
+        if (rules.crEndsRecord) _stops[(unsigned char)'\r'] = 1;
+        if (rules.escapes) _stops[(unsigned char)'\\'] = 1;
+        if (rules.separator >= 0 && rules.separator < 256) _stops[rules.separator] = 1;
     }
 
     // Sink: void field(const char *text, size_t length) at the end of each
@@ -116,13 +111,11 @@ CsvFields::Status CsvFields::feed(const unsigned char *data, size_t n, Sink &sin
             while (k < n && length < limit) {
                 unsigned char c = data[k];
                 unsigned char stop = _stops[c];
-                if (stop == 1 || (stop == 2 && length == 0))
-                    break;
+                if (stop == 1 || (stop == 2 && length == 0)) break;
                 field[length++] = (char)c;
                 ++k;
             }
-            if (k >= n)
-                break;
+            if (k >= n) break;
         }
         if (length >= limit) {
             status = TooLong;
@@ -131,7 +124,11 @@ CsvFields::Status CsvFields::feed(const unsigned char *data, size_t n, Sink &sin
         unsigned char c = data[k];
         if (pendingEscape) {
             pendingEscape = false;
-            char mapped = c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c == '\\' ? '\\' : 0;
+            char mapped = c == 't'    ? '\t'
+                          : c == 'n'  ? '\n'
+                          : c == 'r'  ? '\r'
+                          : c == '\\' ? '\\'
+                                      : 0;
             if (mapped) {
                 field[length++] = mapped;
                 continue;
@@ -145,14 +142,12 @@ CsvFields::Status CsvFields::feed(const unsigned char *data, size_t n, Sink &sin
         }
         if (quoted) {
             if (c == '"') {
-                if (pendingQuote)
-                    field[length++] = '"'; // a doubled quote is one quote
+                if (pendingQuote) field[length++] = '"'; // a doubled quote is one quote
                 pendingQuote = !pendingQuote;
                 continue;
             }
             if (!pendingQuote) {
-                if (c == '\n')
-                    ++line;
+                if (c == '\n') ++line;
                 field[length++] = (char)c;
                 continue;
             }
@@ -162,8 +157,7 @@ CsvFields::Status CsvFields::feed(const unsigned char *data, size_t n, Sink &sin
             bool endsRecord = (int)c != fsep;
             if (c == '\n') {
                 ++line;
-                if (!crEnds && length > 0 && field[length - 1] == '\r')
-                    --length;
+                if (!crEnds && length > 0 && field[length - 1] == '\r') --length;
             }
             afterCr = c == '\r' && endsRecord;
             field[length] = '\0';
@@ -201,16 +195,12 @@ CsvFields::Status CsvFields::feed(const unsigned char *data, size_t n, Sink &sin
 template <class Sink> CsvFields::Status CsvFields::finish(Sink &sink) {
     if (_pendingEscape) {
         _pendingEscape = false;
-        if (_length >= _limit)
-            return TooLong;
+        if (_length >= _limit) return TooLong;
         _field[_length++] = '\\';
     }
-    if (_length >= _limit)
-        return TooLong;
-    if (_quoted && !_pendingQuote && _rules.openQuoteFails)
-        return OpenQuote;
-    if (_open)
-        endField(sink, true);
+    if (_length >= _limit) return TooLong;
+    if (_quoted && !_pendingQuote && _rules.openQuoteFails) return OpenQuote;
+    if (_open) endField(sink, true);
     return Ok;
 }
 

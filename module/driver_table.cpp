@@ -25,8 +25,7 @@ int setFlags(int flags) {
 }
 
 void adjustVersion(int flag, int *version) {
-    if (flag == 0 && version && *version <= kOldestInterface - 1)
-        *version = kOldestInterface;
+    if (flag == 0 && version && *version <= kOldestInterface - 1) *version = kOldestInterface;
 }
 
 const char kBookInfo[] = "[noindex|partndx;][grow;][skiph[+];][bufsize=#;]filename";
@@ -36,24 +35,36 @@ const char kTextInfo[] =
 #define QD_OP(f) reinterpret_cast<const void *>(f)
 
 const qd_driver_op kXlsOps[] = {
-    {QD_DRV_OPEN, QD_OP(openBook)},          {QD_DRV_CLOSE, QD_OP(closeBook)},
-    {QD_DRV_UNSUPPORTED1, QD_OP(notSupported)}, {QD_DRV_UNSUPPORTED2, QD_OP(notSupported)},
-    {QD_DRV_TRANSFER_IN, QD_OP(transferIn)}, {QD_DRV_TRANSFER_OUT, QD_OP(transferOut)},
-    {QD_DRV_INFO, kBookInfo},                {0, nullptr},
+    {QD_DRV_OPEN, QD_OP(openBook)},
+    {QD_DRV_CLOSE, QD_OP(closeBook)},
+    {QD_DRV_UNSUPPORTED1, QD_OP(notSupported)},
+    {QD_DRV_UNSUPPORTED2, QD_OP(notSupported)},
+    {QD_DRV_TRANSFER_IN, QD_OP(transferIn)},
+    {QD_DRV_TRANSFER_OUT, QD_OP(transferOut)},
+    {QD_DRV_INFO, kBookInfo},
+    {0, nullptr},
 };
 
 const qd_driver_op kXlsxOps[] = {
-    {QD_DRV_OPEN, QD_OP(openXmlBook)},       {QD_DRV_CLOSE, QD_OP(closeBook)},
-    {QD_DRV_UNSUPPORTED1, QD_OP(notSupported)}, {QD_DRV_UNSUPPORTED2, QD_OP(notSupported)},
-    {QD_DRV_TRANSFER_IN, QD_OP(transferIn)}, {QD_DRV_TRANSFER_OUT, QD_OP(transferOut)},
-    {QD_DRV_INFO, kBookInfo},                {0, nullptr},
+    {QD_DRV_OPEN, QD_OP(openXmlBook)},
+    {QD_DRV_CLOSE, QD_OP(closeBook)},
+    {QD_DRV_UNSUPPORTED1, QD_OP(notSupported)},
+    {QD_DRV_UNSUPPORTED2, QD_OP(notSupported)},
+    {QD_DRV_TRANSFER_IN, QD_OP(transferIn)},
+    {QD_DRV_TRANSFER_OUT, QD_OP(transferOut)},
+    {QD_DRV_INFO, kBookInfo},
+    {0, nullptr},
 };
 
 const qd_driver_op kCsvOps[] = {
-    {QD_DRV_OPEN, QD_OP(openText)},          {QD_DRV_CLOSE, QD_OP(closeText)},
-    {QD_DRV_UNSUPPORTED1, QD_OP(notSupported)}, {QD_DRV_UNSUPPORTED2, QD_OP(notSupported)},
-    {QD_DRV_TRANSFER_IN, QD_OP(transferIn)}, {QD_DRV_TRANSFER_OUT, QD_OP(transferOut)},
-    {QD_DRV_INFO, kTextInfo},                {0, nullptr},
+    {QD_DRV_OPEN, QD_OP(openText)},
+    {QD_DRV_CLOSE, QD_OP(closeText)},
+    {QD_DRV_UNSUPPORTED1, QD_OP(notSupported)},
+    {QD_DRV_UNSUPPORTED2, QD_OP(notSupported)},
+    {QD_DRV_TRANSFER_IN, QD_OP(transferIn)},
+    {QD_DRV_TRANSFER_OUT, QD_OP(transferOut)},
+    {QD_DRV_INFO, kTextInfo},
+    {0, nullptr},
 };
 
 const qd_driver kDrivers[] = {
@@ -77,7 +88,13 @@ const qd_service kServices[] = {
 
 extern const qd_module_desc g_moduleDescription;
 const qd_module_desc g_moduleDescription = {
-    0, nullptr, 0, nullptr, 0, nullptr, static_cast<int>(sizeof kServices / sizeof kServices[0]),
+    0,
+    nullptr,
+    0,
+    nullptr,
+    0,
+    nullptr,
+    static_cast<int>(sizeof kServices / sizeof kServices[0]),
     kServices,
 };
 

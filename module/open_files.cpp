@@ -21,8 +21,7 @@ namespace {
 // The caller holds the mutex.
 SheetFile *findLocked(qd_context *ctx, const char *path, const SheetOps *ops) {
     for (SheetFile *f = g_fileList; f; f = f->next)
-        if (f->context == ctx && f->ops == ops && strcmp(f->path, path) == 0)
-            return f;
+        if (f->context == ctx && f->ops == ops && strcmp(f->path, path) == 0) return f;
     return nullptr;
 }
 
@@ -48,8 +47,7 @@ int shareOpenFile(qd_context *ctx, const char *path, const SheetOps *ops, int *m
             ++f->references;
     }
     pthread_mutex_unlock(&g_fileListMutex);
-    if (!f)
-        return 0;
+    if (!f) return 0;
     *mode &= ~QD_MODE_PENDING;
     if (refused)
         g_host->reportError(ctx, tr("file already open for reading only"), 2);
@@ -59,13 +57,11 @@ int shareOpenFile(qd_context *ctx, const char *path, const SheetOps *ops, int *m
 }
 
 SheetFile *allocSheetFile(const char *path, int bufferSize) {
-    if (bufferSize < 1)
-        return nullptr;
+    if (bufferSize < 1) return nullptr;
     size_t pathLen = strlen(path) + 1;
     size_t total = sizeof(SheetFile) + static_cast<size_t>(bufferSize) + pathLen;
     SheetFile *f = static_cast<SheetFile *>(malloc(total));
-    if (!f)
-        return nullptr;
+    if (!f) return nullptr;
     memset(f, 0, sizeof(SheetFile));
     f->bufferSize = bufferSize;
     f->buffer = reinterpret_cast<char *>(f + 1);
@@ -80,8 +76,7 @@ void linkOpenFile(SheetFile *file) {
     pthread_mutex_lock(&g_fileListMutex);
     file->previous = nullptr;
     file->next = g_fileList;
-    if (g_fileList)
-        g_fileList->previous = file;
+    if (g_fileList) g_fileList->previous = file;
     g_fileList = file;
     pthread_mutex_unlock(&g_fileListMutex);
 }
@@ -94,8 +89,7 @@ bool releaseOpenFile(SheetFile *file) {
             file->previous->next = file->next;
         else if (g_fileList == file)
             g_fileList = file->next;
-        if (file->next)
-            file->next->previous = file->previous;
+        if (file->next) file->next->previous = file->previous;
         file->next = file->previous = nullptr;
     }
     pthread_mutex_unlock(&g_fileListMutex);

@@ -16,8 +16,12 @@ struct FlagOption {
 // Longer texts first where one is a prefix of another ("skiph+;" / "skiph;"
 // differ at the '+', so order does not matter there, but keep it explicit).
 const FlagOption kFlagOptions[] = {
-    {"grow;", OPT_GROW},         {"noindex;", OPT_NOINDEX},     {"partndx;", OPT_PARTNDX},
-    {"partindex;", OPT_PARTNDX}, {"skiph+;", OPT_SKIPH | OPT_SKIPH_NEW}, {"skiph;", OPT_SKIPH},
+    {"grow;", OPT_GROW},
+    {"noindex;", OPT_NOINDEX},
+    {"partndx;", OPT_PARTNDX},
+    {"partindex;", OPT_PARTNDX},
+    {"skiph+;", OPT_SKIPH | OPT_SKIPH_NEW},
+    {"skiph;", OPT_SKIPH},
 };
 
 const int kDefaultBufferSize = 2048;
@@ -29,8 +33,7 @@ bool startsWith(const char *p, const char *word) { return strncasecmp(p, word, s
 
 // Skips one ';'; answers false when there is none (the parse stops).
 bool skipSemicolon(const char **p) {
-    if (**p != ';')
-        return false;
+    if (**p != ';') return false;
     ++*p;
     return true;
 }
@@ -39,8 +42,7 @@ bool skipSemicolon(const char **p) {
 
 unsigned parseOptions(unsigned flags, const char **text, int *bufferSize, int *fieldSeparator,
                       int *decimalSeparator, char *trueText, char *falseText) {
-    if (!text || !*text)
-        return flags;
+    if (!text || !*text) return flags;
     const char *p = *text;
     for (;;) {
         bool matched = false;
@@ -52,20 +54,17 @@ unsigned parseOptions(unsigned flags, const char **text, int *bufferSize, int *f
                 break;
             }
         }
-        if (matched)
-            continue;
+        if (matched) continue;
 
         if (startsWith(p, "bufsize=") && isdigit(static_cast<unsigned char>(p[8]))) {
             char *end = nullptr;
             long n = strtol(p + 8, &end, 0);
             p = end;
             if (bufferSize) {
-                if (n > kMaxBufferKiB)
-                    n = kMaxBufferKiB;
+                if (n > kMaxBufferKiB) n = kMaxBufferKiB;
                 *bufferSize = n > 0 ? static_cast<int>(n << 10) : kDefaultBufferSize;
             }
-            if (!skipSemicolon(&p))
-                break;
+            if (!skipSemicolon(&p)) break;
             continue;
         }
 
@@ -77,8 +76,7 @@ unsigned parseOptions(unsigned flags, const char **text, int *bufferSize, int *f
         if (sep && p[5] != '\0') {
             *sep = static_cast<unsigned char>(p[5]);
             p += 6;
-            if (!skipSemicolon(&p))
-                break;
+            if (!skipSemicolon(&p)) break;
             continue;
         }
 
@@ -95,8 +93,7 @@ unsigned parseOptions(unsigned flags, const char **text, int *bufferSize, int *f
             p += skip;
             const char *semi = strchr(p, ';');
             size_t len = semi ? static_cast<size_t>(semi - p) : 0;
-            if (!semi || len > kMaxBoolText)
-                break; // the value becomes the file name
+            if (!semi || len > kMaxBoolText) break; // the value becomes the file name
             memcpy(boolText, p, len);
             boolText[len] = '\0';
             p = semi + 1;

@@ -76,17 +76,17 @@ int readCell(qd_context *ctx, RangeSpec *spec, qd_type target, qd_value *out, in
     out->i = 0;
     switch (kind) {
     case CELL_EMPTY:
-        if (base == QD_REAL) out->r = 0.0;
-        else if (base == QD_STRING || base > QD_BOOL) out->s = nullptr;
+        if (base == QD_REAL)
+            out->r = 0.0;
+        else if (base == QD_STRING || base > QD_BOOL)
+            out->s = nullptr;
         return CELL_EMPTY;
     case CELL_NUMBER: {
         double value = ops.readNum(spec->sheet, row, col);
         switch (base) {
         case QD_INT: out->i = truncateToInt(value); break;
         case QD_REAL: out->r = value; break;
-        case QD_STRING:
-            out->s = g_host->textHandle(ctx, numberText(spec, row, col, value));
-            break;
+        case QD_STRING: out->s = g_host->textHandle(ctx, numberText(spec, row, col, value)); break;
         case QD_BOOL: out->b = value != 0.0; break; // a NaN is not 0: true
         default: out->s = numberText(spec, row, col, value); break;
         }
@@ -121,7 +121,6 @@ int readCell(qd_context *ctx, RangeSpec *spec, qd_type target, qd_value *out, in
         }
         return kind;
     }
-    default:
-        return -1;
+    default: return -1;
     }
 }

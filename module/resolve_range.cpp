@@ -17,7 +17,6 @@ const long kMaxRowNumber = 0x7FFFFFF0L;
 // Sheet numbers above this are never found nor made.
 const long kMaxSheetNumber = 65535;
 
-
 bool sameName(const char *given, size_t length, const char *name) {
     return name && strlen(name) == length && strncasecmp(given, name, length) == 0;
 }
@@ -58,7 +57,8 @@ void *findSheet(qd_context *ctx, RangeSpec *spec, const char *name, size_t lengt
     while (digits < length && isdigit((unsigned char)name[digits])) digits++;
     if (digits == length) {
         long number = 0;
-        for (size_t i = 0; i < length && number <= kMaxSheetNumber; i++) number = number * 10 + (name[i] - '0');
+        for (size_t i = 0; i < length && number <= kMaxSheetNumber; i++)
+            number = number * 10 + (name[i] - '0');
         if (number >= 1 && number <= count) return ops.getSheet(spec->book, (int)(number - 1));
         if (number < 1 || !writing || number > kMaxSheetNumber) {
             sheetMessage(ctx, "SHEET: Sheet not found.\n");
@@ -185,8 +185,10 @@ void badNumber(qd_context *ctx, long number) {
 // the text is no number at all.
 long itemNumber(const char *item, size_t length, bool hashRequired) {
     size_t i = 0;
-    if (i < length && item[i] == '#') i++;
-    else if (hashRequired) return -1;
+    if (i < length && item[i] == '#')
+        i++;
+    else if (hashRequired)
+        return -1;
     if (i == length) return -1;
     long v = 0;
     for (; i < length; i++) {
@@ -423,7 +425,9 @@ int resolveRange(qd_context *ctx, unsigned flags, SheetFile *file, RangeSpec *sp
     if (!rest) return 1;
     // A workbook's extents answer one past the last used row and column,
     // which at the format's last row is a row the sheet cannot hold.
-    if (file->lastRowLimit > 0 && spec->lastRow > file->lastRowLimit) spec->lastRow = file->lastRowLimit;
-    if (file->lastColLimit > 0 && spec->lastCol > file->lastColLimit) spec->lastCol = file->lastColLimit;
+    if (file->lastRowLimit > 0 && spec->lastRow > file->lastRowLimit)
+        spec->lastRow = file->lastRowLimit;
+    if (file->lastColLimit > 0 && spec->lastCol > file->lastColLimit)
+        spec->lastCol = file->lastColLimit;
     return finishRange(ctx, spec, rest);
 }

@@ -57,7 +57,7 @@ struct SheetFile {
     qd_context *context;
     const SheetOps *ops;
     int references;
-    void *handle; // TextSheet * or the library's book
+    void *handle;   // TextSheet * or the library's book
     unsigned flags; // OPT_* bits
     // The last row and column the file's format holds, 0 for no limit: a
     // range resolved in a workbook stops there.
@@ -128,8 +128,8 @@ int closeBook(qd_context *ctx, void *file);
 int notSupported(qd_context *ctx, void *file, ...);
 int transferIn(qd_context *ctx, void *file, int count, const char **labels, const qd_type *types,
                void **values, int *counters);
-int transferOut(qd_context *ctx, void *file, int count, const char **labels,
-                const qd_type *types, void **values);
+int transferOut(qd_context *ctx, void *file, int count, const char **labels, const qd_type *types,
+                void **values);
 
 // ---- range resolution and transfer helpers ----------------------------------
 // Answers 0 on success, 1 after printing the failure.
@@ -165,8 +165,12 @@ const int *recordDescription(qd_context *ctx, qd_type type);
 // Rows and columns of a range position as messages print them: 1-based and
 // absolute in the sheet.  colOffset is an offset from firstCol (a columnMap
 // entry).
-inline int messageRow(const RangeSpec *spec, int rowOffset) { return spec->firstRow + rowOffset + 1; }
-inline int messageCol(const RangeSpec *spec, int colOffset) { return spec->firstCol + colOffset + 1; }
+inline int messageRow(const RangeSpec *spec, int rowOffset) {
+    return spec->firstRow + rowOffset + 1;
+}
+inline int messageCol(const RangeSpec *spec, int colOffset) {
+    return spec->firstCol + colOffset + 1;
+}
 // True when the cell at (firstRow + rowOffset, firstCol + colOffset) is
 // empty (a workbook blank included).
 bool cellIsEmpty(const RangeSpec *spec, int rowOffset, int colOffset);

@@ -21,8 +21,7 @@ void *opGetSheet(void *book, int index) {
 }
 void *opAddSheet(void *book, const char *) {
     TextSheet *s = store(book);
-    if (s->rowCapacity > 0)
-        return nullptr;
+    if (s->rowCapacity > 0) return nullptr;
     // The new sheet holds the empty cell A1, so that the whole sheet is
     // A1:A1 until something larger is written.
     int index;
@@ -56,8 +55,7 @@ int opWriteStr(void *sheet, int row, int col, const char *value) {
 
 const char *realFormat(qd_context *ctx) {
     const char *format = nullptr;
-    if (g_host->getParameter(ctx, QD_PARAM_REALFMT, &format) != 0 || !format)
-        format = "%.15g";
+    if (g_host->getParameter(ctx, QD_PARAM_REALFMT, &format) != 0 || !format) format = "%.15g";
     return format;
 }
 
@@ -73,10 +71,10 @@ void freeText(SheetFile *file) {
 } // namespace
 
 const SheetOps g_textSheetOps = {
-    opSheetCount, opGetSheet, opAddSheet, opSheetName, opNamedRangeCount, opNamedRange,
-    opFirstRow,   opLastRow,  opFirstCol, opLastCol,   opCellType,        opIsDate,
-    opReadBool,   opReadBoolText, opReadNum, opReadStr, opWriteBool,      opWriteNum,
-    opWriteStr,
+    opSheetCount, opGetSheet,  opAddSheet, opSheetName,    opNamedRangeCount,
+    opNamedRange, opFirstRow,  opLastRow,  opFirstCol,     opLastCol,
+    opCellType,   opIsDate,    opReadBool, opReadBoolText, opReadNum,
+    opReadStr,    opWriteBool, opWriteNum, opWriteStr,
 };
 
 void *openText(qd_context *ctx, int *mode, const char *name) {
@@ -90,12 +88,10 @@ void *openText(qd_context *ctx, int *mode, const char *name) {
                                   trueText, falseText);
 
     char path[QD_PATH_MAX];
-    if (findFilePath(ctx, rest, *mode, path) != 0)
-        return nullptr;
+    if (findFilePath(ctx, rest, *mode, path) != 0) return nullptr;
 
     SheetFile *shared = nullptr;
-    if (shareOpenFile(ctx, path, &g_textSheetOps, mode, &shared))
-        return shared;
+    if (shareOpenFile(ctx, path, &g_textSheetOps, mode, &shared)) return shared;
 
     SheetFile *file = allocSheetFile(path, bufferSize);
     if (!file) {
@@ -138,8 +134,7 @@ void *openText(qd_context *ctx, int *mode, const char *name) {
             return nullptr;
         }
     }
-    if (writing)
-        file->flags |= OPT_WRITING;
+    if (writing) file->flags |= OPT_WRITING;
     *mode &= ~QD_MODE_PENDING;
     linkOpenFile(file);
     return file;
@@ -147,10 +142,8 @@ void *openText(qd_context *ctx, int *mode, const char *name) {
 
 int closeText(qd_context *ctx, void *handle) {
     SheetFile *file = static_cast<SheetFile *>(handle);
-    if (!file)
-        return 1;
-    if (!releaseOpenFile(file))
-        return 0;
+    if (!file) return 1;
+    if (!releaseOpenFile(file)) return 0;
     if (!(file->flags & OPT_WRITING)) {
         freeText(file);
         return 0;
@@ -163,8 +156,7 @@ int closeText(qd_context *ctx, void *handle) {
     s->context = ctx;
     s->realFormat = realFormat(ctx);
     int failed = writeTextStream(s);
-    if (g_host->closeStream(ctx, 2) != 0)
-        failed = 1;
+    if (g_host->closeStream(ctx, 2) != 0) failed = 1;
     freeText(file);
     return failed;
 }

@@ -30,32 +30,25 @@ bool parseNumber(const unsigned char *p, int dsep, double *out) {
         ++p;
     }
     bool atSep = dsep != 0 && *p == (unsigned char)dsep;
-    if (!isDigit(*p) && !atSep)
-        return false;
-    if (p[0] == '0' && isDigit(p[1]))
-        return false; // leading zeros: a code, not a number
+    if (!isDigit(*p) && !atSep) return false;
+    if (p[0] == '0' && isDigit(p[1])) return false; // leading zeros: a code, not a number
     double value = 0.0;
     int digits = 0;
-    for (; isDigit(*p); ++p, ++digits)
-        value = value * 10.0 + (*p - '0');
+    for (; isDigit(*p); ++p, ++digits) value = value * 10.0 + (*p - '0');
     bool fraction = false, exponent = false;
     if (dsep != 0 && *p == (unsigned char)dsep) {
         fraction = true;
         ++p;
         if (!isDigit(*p)) {
             // "12." is a number only at the end of the text.
-            if (digits == 0)
-                return false;
-            while (isBlank(*p))
-                ++p;
-            if (*p)
-                return false;
+            if (digits == 0) return false;
+            while (isBlank(*p)) ++p;
+            if (*p) return false;
             *out = negative ? -value : value;
             return true;
         }
         double divisor = 10.0;
-        for (; isDigit(*p); ++p, divisor *= 10.0)
-            value += (*p - '0') / divisor;
+        for (; isDigit(*p); ++p, divisor *= 10.0) value += (*p - '0') / divisor;
     }
     if (*p == 'e' || *p == 'E') {
         ++p;
@@ -64,21 +57,16 @@ bool parseNumber(const unsigned char *p, int dsep, double *out) {
             negExp = *p == '-';
             ++p;
         }
-        if (!isDigit(*p))
-            return false;
+        if (!isDigit(*p)) return false;
         int e = 0;
         for (; isDigit(*p); ++p)
-            if (e < 100000)
-                e = e * 10 + (*p - '0');
+            if (e < 100000) e = e * 10 + (*p - '0');
         value *= pow(10.0, negExp ? -e : e);
         exponent = true;
     }
-    if (!fraction && !exponent && value >= kExactIntegerLimit)
-        return false;
-    while (isBlank(*p))
-        ++p;
-    if (*p)
-        return false;
+    if (!fraction && !exponent && value >= kExactIntegerLimit) return false;
+    while (isBlank(*p)) ++p;
+    if (*p) return false;
     *out = negative ? -value : value;
     return true;
 }
@@ -86,15 +74,9 @@ bool parseNumber(const unsigned char *p, int dsep, double *out) {
 void storeField(TextSheet *s, int row, int col, const char *text) {
     double number = 0.0;
     switch (classifyField(s, text, &number)) {
-    case CELL_NUMBER:
-        setNumber(s, row, col, number);
-        break;
-    case CELL_BOOL:
-        setBool(s, row, col, number != 0.0);
-        break;
-    default:
-        setText(s, row, col, text);
-        break;
+    case CELL_NUMBER: setNumber(s, row, col, number); break;
+    case CELL_BOOL: setBool(s, row, col, number != 0.0); break;
+    default: setText(s, row, col, text); break;
     }
 }
 
@@ -123,14 +105,11 @@ struct StoreSink {
     int row, col;
 
     void field(const char *text, size_t length) {
-        if (length > 0)
-            storeField(s, row, col, text);
-        if (col < INT_MAX)
-            ++col;
+        if (length > 0) storeField(s, row, col, text);
+        if (col < INT_MAX) ++col;
     }
     void record(long) {
-        if (row < INT_MAX - 1)
-            ++row;
+        if (row < INT_MAX - 1) ++row;
         col = 0;
     }
 };
@@ -151,19 +130,15 @@ int readTextStream(TextSheet *s) {
     CsvFields::Status status = CsvFields::Ok;
     for (;;) {
         long n = g_host->read(s->context, block, kReadBlock);
-        if (n < 0)
-            break;
+        if (n < 0) break;
         if (n == 0) {
             status = reader.finish(sink);
-            if (status == CsvFields::Ok)
-                result = 0;
+            if (status == CsvFields::Ok) result = 0;
             break;
         }
-        if (n > kReadBlock)
-            n = kReadBlock;
+        if (n > kReadBlock) n = kReadBlock;
         status = reader.feed(block, (size_t)n, sink);
-        if (status != CsvFields::Ok)
-            break;
+        if (status != CsvFields::Ok) break;
     }
     free(block);
     if (status != CsvFields::Ok) {

@@ -18,18 +18,17 @@ void outOfMemory(TextSheet *s) {
 
 // Makes rows[row] exist.  Answers false when memory runs out.
 bool growRows(TextSheet *s, int row) {
-    if (row < s->rowCapacity)
-        return true;
+    if (row < s->rowCapacity) return true;
     long long cap;
     if (row == s->rowCapacity)
-        cap = row == 0 ? kFirstCapacity : row < kDoublingLimit ? 2LL * row : (long long)row + kDoublingLimit;
+        cap = row == 0               ? kFirstCapacity
+              : row < kDoublingLimit ? 2LL * row
+                                     : (long long)row + kDoublingLimit;
     else
         cap = ((long long)row + 256) & ~255LL;
-    if (cap > INT_MAX)
-        cap = INT_MAX;
+    if (cap > INT_MAX) cap = INT_MAX;
     TextRow *rows = static_cast<TextRow *>(realloc(s->rows, (size_t)cap * sizeof(TextRow)));
-    if (!rows)
-        return false;
+    if (!rows) return false;
     for (long long r = s->rowCapacity; r < cap; ++r) {
         rows[r].firstCol = TEXT_NO_COLUMN;
         rows[r].lastCol = 0;
@@ -44,11 +43,9 @@ bool growRows(TextSheet *s, int row) {
 // p, or the last page passed (the neighbour next to p's place).
 TextPage *walkTo(TextPage *cur, int p) {
     if (p < cur->pageNumber) {
-        while (cur->lower && cur->lower->pageNumber >= p)
-            cur = cur->lower;
+        while (cur->lower && cur->lower->pageNumber >= p) cur = cur->lower;
     } else {
-        while (cur->higher && cur->higher->pageNumber <= p)
-            cur = cur->higher;
+        while (cur->higher && cur->higher->pageNumber <= p) cur = cur->higher;
     }
     return cur;
 }
@@ -56,15 +53,12 @@ TextPage *walkTo(TextPage *cur, int p) {
 // The existing page of (row, col), moving the cursor; NULL outside the
 // extents or without a page.
 TextPage *findCell(TextSheet *s, int row, int col) {
-    if (row < s->firstRow || row > s->lastRow || row >= s->rowCapacity || row < 0)
-        return nullptr;
+    if (row < s->firstRow || row > s->lastRow || row >= s->rowCapacity || row < 0) return nullptr;
     TextRow *r = &s->rows[row];
-    if (col < r->firstCol || col > r->lastCol || !r->cursor)
-        return nullptr;
+    if (col < r->firstCol || col > r->lastCol || !r->cursor) return nullptr;
     int p = col >> TEXT_PAGE_SHIFT;
     TextPage *page = walkTo(r->cursor, p);
-    if (page->pageNumber != p)
-        return nullptr;
+    if (page->pageNumber != p) return nullptr;
     r->cursor = page;
     return page;
 }
@@ -88,8 +82,7 @@ void resetStore(TextSheet *s) {
 }
 
 TextPage *cellSlot(TextSheet *s, int row, int col, int *index) {
-    if (row < 0 || col < 0 || row >= TEXT_NO_COLUMN || col >= TEXT_NO_COLUMN ||
-        !growRows(s, row)) {
+    if (row < 0 || col < 0 || row >= TEXT_NO_COLUMN || col >= TEXT_NO_COLUMN || !growRows(s, row)) {
         outOfMemory(s);
         return nullptr;
     }
@@ -117,33 +110,27 @@ TextPage *cellSlot(TextSheet *s, int row, int col, int *index) {
             if (p < near->pageNumber) { // between near->lower and near
                 page->lower = near->lower;
                 page->higher = near;
-                if (near->lower)
-                    near->lower->higher = page;
+                if (near->lower) near->lower->higher = page;
                 near->lower = page;
             } else { // between near and near->higher
                 page->higher = near->higher;
                 page->lower = near;
-                if (near->higher)
-                    near->higher->lower = page;
+                if (near->higher) near->higher->lower = page;
                 near->higher = page;
             }
         }
     }
     r->cursor = page;
 
-    if (row < s->firstRow)
-        s->firstRow = row;
-    if (row > s->lastRow)
-        s->lastRow = row;
+    if (row < s->firstRow) s->firstRow = row;
+    if (row > s->lastRow) s->lastRow = row;
     if (col < r->firstCol) {
         r->firstCol = col;
-        if (col < s->firstCol)
-            s->firstCol = col;
+        if (col < s->firstCol) s->firstCol = col;
     }
     if (col > r->lastCol) {
         r->lastCol = col;
-        if (col > s->lastCol)
-            s->lastCol = col;
+        if (col > s->lastCol) s->lastCol = col;
     }
     *index = col & (TEXT_PAGE_COLUMNS - 1);
     return page;
@@ -152,8 +139,7 @@ TextPage *cellSlot(TextSheet *s, int row, int col, int *index) {
 int setText(TextSheet *s, int row, int col, const char *text) {
     int i;
     TextPage *page = cellSlot(s, row, col, &i);
-    if (!page)
-        return 1;
+    if (!page) return 1;
     freeOldText(page, i);
     if (!text || !*text) {
         page->kinds[i] = CELL_EMPTY;
@@ -173,8 +159,7 @@ int setText(TextSheet *s, int row, int col, const char *text) {
 int setNumber(TextSheet *s, int row, int col, double value) {
     int i;
     TextPage *page = cellSlot(s, row, col, &i);
-    if (!page)
-        return 1;
+    if (!page) return 1;
     freeOldText(page, i);
     page->kinds[i] = CELL_NUMBER;
     page->values[i].number = value;
@@ -184,8 +169,7 @@ int setNumber(TextSheet *s, int row, int col, double value) {
 int setBool(TextSheet *s, int row, int col, int value) {
     int i;
     TextPage *page = cellSlot(s, row, col, &i);
-    if (!page)
-        return 1;
+    if (!page) return 1;
     freeOldText(page, i);
     page->kinds[i] = CELL_BOOL;
     page->values[i].boolean = value;
@@ -201,35 +185,29 @@ int cellKind(TextSheet *s, int row, int col) {
 // by 1 or 0; other kinds read as 0.
 int cellBool(TextSheet *s, int row, int col) {
     TextPage *p = findCell(s, row, col);
-    if (!p)
-        return 0;
+    if (!p) return 0;
     int i = col & (TEXT_PAGE_COLUMNS - 1);
-    if (p->kinds[i] == CELL_BOOL)
-        return p->values[i].boolean;
+    if (p->kinds[i] == CELL_BOOL) return p->values[i].boolean;
     return p->kinds[i] == CELL_NUMBER && p->values[i].number != 0.0;
 }
 
 const char *cellBoolText(TextSheet *s, int row, int col) {
     TextPage *p = findCell(s, row, col);
-    if (!p)
-        return nullptr;
+    if (!p) return nullptr;
     return cellBool(s, row, col) > 0 ? s->trueText : s->falseText;
 }
 
 double cellNumber(TextSheet *s, int row, int col) {
     TextPage *p = findCell(s, row, col);
-    if (!p)
-        return 0.0;
+    if (!p) return 0.0;
     int i = col & (TEXT_PAGE_COLUMNS - 1);
-    if (p->kinds[i] == CELL_NUMBER)
-        return p->values[i].number;
+    if (p->kinds[i] == CELL_NUMBER) return p->values[i].number;
     return p->kinds[i] == CELL_BOOL ? (double)p->values[i].boolean : 0.0;
 }
 
 const char *cellText(TextSheet *s, int row, int col) {
     TextPage *p = findCell(s, row, col);
-    if (!p)
-        return "";
+    if (!p) return "";
     int i = col & (TEXT_PAGE_COLUMNS - 1);
     return p->kinds[i] == CELL_STRING && p->values[i].text ? p->values[i].text : "";
 }
@@ -237,8 +215,7 @@ const char *cellText(TextSheet *s, int row, int col) {
 namespace {
 void freePage(TextPage *p) {
     for (int i = 0; i < TEXT_PAGE_COLUMNS; ++i)
-        if (p->kinds[i] == CELL_STRING)
-            free(p->values[i].text);
+        if (p->kinds[i] == CELL_STRING) free(p->values[i].text);
     free(p);
 }
 } // namespace
@@ -246,8 +223,7 @@ void freePage(TextPage *p) {
 void clearStore(TextSheet *s) {
     for (int row = 0; row < s->rowCapacity; ++row) {
         TextPage *cur = s->rows[row].cursor;
-        if (!cur)
-            continue;
+        if (!cur) continue;
         TextPage *down = cur->lower;
         while (cur) {
             TextPage *next = cur->higher;

@@ -16,7 +16,7 @@ union TextValue {
 };
 
 struct TextPage {
-    int pageNumber; // column >> 6
+    int pageNumber;                         // column >> 6
     unsigned char kinds[TEXT_PAGE_COLUMNS]; // CELL_* for each column
     TextValue values[TEXT_PAGE_COLUMNS];
     TextPage *lower;  // neighbour with the next smaller page number

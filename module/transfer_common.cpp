@@ -105,7 +105,8 @@ int listLeaves(qd_context *ctx, qd_type type, const int *description, qd_type *o
 }
 
 bool cellIsEmpty(const RangeSpec *spec, int rowOffset, int colOffset) {
-    int kind = spec->ops.cellType(spec->sheet, spec->firstRow + rowOffset, spec->firstCol + colOffset);
+    int kind =
+        spec->ops.cellType(spec->sheet, spec->firstRow + rowOffset, spec->firstCol + colOffset);
     return kind == CELL_EMPTY || kind == 4;
 }
 
@@ -189,7 +190,8 @@ int checkArrayList(qd_context *ctx, void *list, int *count, void ***arrays) {
             if (status) break;
         }
         qd_type element = g_host->arrayElementType(array);
-        if (!isBasicType(element) && (isRecordType(ctx, element) || !hasTextConversion(ctx, element))) {
+        if (!isBasicType(element) &&
+            (isRecordType(ctx, element) || !hasTextConversion(ctx, element))) {
             g_host->dispatchError(ctx, tr("SHEET: Wrong array type for a worksheet.\n"));
             status = 1;
             break;
@@ -210,7 +212,8 @@ void sheetMessage(qd_context *ctx, const char *message) { g_host->dispatchError(
 
 void sheetMessageAt(qd_context *ctx, const char *message, const RangeSpec *spec, int rowOffset,
                     int colOffset) {
-    g_host->dispatchError(ctx, tr(message), messageRow(spec, rowOffset), messageCol(spec, colOffset));
+    g_host->dispatchError(ctx, tr(message), messageRow(spec, rowOffset),
+                          messageCol(spec, colOffset));
 }
 
 void sheetMessageColumns(qd_context *ctx, int required, int found) {
@@ -225,7 +228,8 @@ int runTransfer(qd_context *ctx, void *handle, int count, const char **labels, c
     int done = 0;
     for (int i = 0; i < count; i++) {
         const char *label = labels && labels[i] ? labels[i] : "";
-        unsigned flags = parseOptions(file->flags, &label, nullptr, nullptr, nullptr, nullptr, nullptr);
+        unsigned flags =
+            parseOptions(file->flags, &label, nullptr, nullptr, nullptr, nullptr, nullptr);
         RangeSpec spec;
         if (resolveRange(ctx, flags, file, &spec, label) != 0) {
             free(spec.columnMap);

@@ -11,13 +11,11 @@ namespace {
 // dimensions; more are refused as a wrong data type.
 const int kMaxDims = 64;
 
-
-
-
 // Reads the cell at map position `position` of row `rowOffset` into an
 // external object of `type` (made with newObject).  Answers the object or
 // NULL after printing.
-void *externalFromCell(qd_context *ctx, RangeSpec *spec, qd_type type, int rowOffset, int position) {
+void *externalFromCell(qd_context *ctx, RangeSpec *spec, qd_type type, int rowOffset,
+                       int position) {
     int col = spec->columnMap[position];
     qd_value v;
     if (readCell(ctx, spec, type, &v, rowOffset, col) < 0) {
@@ -55,7 +53,8 @@ void readRecord(qd_context *ctx, RangeSpec *spec, int rowOffset, int *position, 
         unsigned nested = QD_FIELD_NESTED(entry);
         if (isRecordType(ctx, base)) {
             void *sub = nullptr;
-            const int *subDescription = nested ? description + i + nested : recordDescription(ctx, base);
+            const int *subDescription =
+                nested ? description + i + nested : recordDescription(ctx, base);
             if (g_host->recordField(ctx, type, record, field, &sub) == 0 && sub) {
                 readRecord(ctx, spec, rowOffset, position, sub, base, subDescription, depth + 1);
             } else {
@@ -163,7 +162,8 @@ int readIndices(qd_context *ctx, RangeSpec *spec, const ArrayInfo *info, int cou
         qd_value v;
         int kind = readCell(ctx, spec, info->indexTypes[k], &v, rowOffset, col);
         if (kind == CELL_EMPTY) {
-            sheetMessageAt(ctx, "SHEET: An index cannot be an empty cell ([R%dC%d]).\n", spec, rowOffset, col);
+            sheetMessageAt(ctx, "SHEET: An index cannot be an empty cell ([R%dC%d]).\n", spec,
+                           rowOffset, col);
             return 1;
         }
         if (kind < 0 || g_host->setAdd(ctx, info->sets[k], &v, &idx[k]) != 0) {
@@ -300,9 +300,12 @@ int readArray(qd_context *ctx, RangeSpec *spec, void *array, int *counter) {
     if (describeArray(ctx, array, &info)) return 1;
     if (g_host->arrayBeginLoad(ctx, array) != 0) return 1;
     int status;
-    if (spec->flags & OPT_NOINDEX) status = readNoIndex(ctx, spec, &info, counter);
-    else if (spec->flags & OPT_PARTNDX) status = readPartIndex(ctx, spec, &info, counter);
-    else status = readIndexed(ctx, spec, &info, counter);
+    if (spec->flags & OPT_NOINDEX)
+        status = readNoIndex(ctx, spec, &info, counter);
+    else if (spec->flags & OPT_PARTNDX)
+        status = readPartIndex(ctx, spec, &info, counter);
+    else
+        status = readIndexed(ctx, spec, &info, counter);
     return g_host->arrayEndLoad(ctx, array, status) != 0 ? 1 : status;
 }
 
@@ -328,8 +331,10 @@ int readArrayList(qd_context *ctx, RangeSpec *spec, void *list, int *counter) {
     }
     int opened = 0;
     while (status == 0 && opened < m) {
-        if (g_host->arrayBeginLoad(ctx, arrays[opened]) != 0) status = 1;
-        else opened++;
+        if (g_host->arrayBeginLoad(ctx, arrays[opened]) != 0)
+            status = 1;
+        else
+            opened++;
     }
     if (status == 0) {
         int idx[kMaxDims];
@@ -397,7 +402,8 @@ int readList(qd_context *ctx, RangeSpec *spec, qd_type type, void *list, int *co
                 int status = g_host->listAppend(ctx, list, base, &v);
                 g_host->deleteObject(ctx, base, object);
                 if (status != 0) {
-                    sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r, spec->columnMap[g]);
+                    sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, r,
+                                   spec->columnMap[g]);
                     return 1;
                 }
                 ++*counter;

@@ -13,7 +13,6 @@ namespace {
 // description cannot recurse without end.
 const int kMaxNesting = 32;
 
-
 int writeFields(qd_context *ctx, RangeSpec *spec, int rowOffset, int *position, void *record,
                 qd_type type, const int *description, int depth) {
     if (!description) description = recordDescription(ctx, type);
@@ -42,7 +41,8 @@ int writeFields(qd_context *ctx, RangeSpec *spec, int rowOffset, int *position, 
             value.p = object;
         }
         if (got != 0) return 1;
-        if (writeCell(ctx, spec, base, rowOffset, spec->columnMap[*position], &value) != 0) return 1;
+        if (writeCell(ctx, spec, base, rowOffset, spec->columnMap[*position], &value) != 0)
+            return 1;
         (*position)++;
     }
     return 0;
@@ -62,8 +62,10 @@ int writeScalar(qd_context *ctx, RangeSpec *spec, qd_type type, void *value) {
         return writeRecord(ctx, spec, 0, &position, value, base, nullptr);
     }
     qd_value v;
-    if (isBasicType(base)) v = *(const qd_value *)value;
-    else v.p = value;
+    if (isBasicType(base))
+        v = *(const qd_value *)value;
+    else
+        v.p = value;
     // A cell the sheet refuses (past the format's last row or column, a
     // text too long) is reported, as it is in a set or an array.
     if (writeCell(ctx, spec, base, 0, 0, &v) != 0) {
@@ -112,7 +114,7 @@ int writeSet(qd_context *ctx, RangeSpec *spec, void *set) {
         if (g_host->setElement(ctx, set, first + k, &value) != 0 ||
             writeElement(ctx, spec, element, record, row, &position, &value) != 0) {
             sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, row,
-                       spec->columnMap[position]);
+                           spec->columnMap[position]);
             return 1;
         }
     }
@@ -147,8 +149,10 @@ int writeList(qd_context *ctx, RangeSpec *spec, void *list) {
         while ((at = g_host->listNext(list, at, &type, &value)) != nullptr) {
             if (notAValue(ctx, type)) return writeArrayList(ctx, spec, list);
             int n = countColumns(ctx, type & QD_BASE_MASK, nullptr);
-            if (need == 0) need = n;
-            else if (n != need) mixed = true;
+            if (need == 0)
+                need = n;
+            else if (n != need)
+                mixed = true;
         }
         if (need == 0) return 0; // an empty untyped list writes nothing
         if (mixed) {
@@ -179,7 +183,7 @@ int writeList(qd_context *ctx, RangeSpec *spec, void *list) {
         int position = (k % perRow) * need;
         if (writeElement(ctx, spec, element, record, row, &position, &value) != 0) {
             sheetMessageAt(ctx, "SHEET: Wrong result value at [R%dC%d].\n", spec, row,
-                       spec->columnMap[position]);
+                           spec->columnMap[position]);
             return 1;
         }
     }
@@ -189,23 +193,15 @@ int writeList(qd_context *ctx, RangeSpec *spec, void *list) {
 int writeItem(qd_context *ctx, RangeSpec *spec, qd_type type, void *value, int *) {
     switch (type & QD_STRUCT_MASK) {
     case QD_VALUE:
-    case QD_REF:
-        return writeScalar(ctx, spec, type, value);
-    case QD_SET:
-        return writeSet(ctx, spec, value);
-    case QD_LIST:
-        return writeList(ctx, spec, value);
-    case QD_ARRAY:
-        return writeArray(ctx, spec, value);
-    default:
-        sheetMessage(ctx, "SHEET: Wrong column type.\n");
-        return 1;
+    case QD_REF: return writeScalar(ctx, spec, type, value);
+    case QD_SET: return writeSet(ctx, spec, value);
+    case QD_LIST: return writeList(ctx, spec, value);
+    case QD_ARRAY: return writeArray(ctx, spec, value);
+    default: sheetMessage(ctx, "SHEET: Wrong column type.\n"); return 1;
     }
 }
 
 } // namespace
-
-
 
 int rangeRows(const RangeSpec *spec) {
     long long rows = (long long)spec->lastRow - spec->firstRow + 1;
@@ -227,19 +223,15 @@ int writeCell(qd_context *ctx, RangeSpec *spec, qd_type leafType, int rowOffset,
     int row = spec->firstRow + rowOffset;
     int col = spec->firstCol + colOffset;
     switch (leafType & QD_BASE_MASK) {
-    case QD_INT:
-        return spec->ops.writeNum(spec->sheet, row, col, (double)value->i) == 0;
-    case QD_REAL:
-        return spec->ops.writeNum(spec->sheet, row, col, value->r) == 0;
-    case QD_STRING:
-        return spec->ops.writeStr(spec->sheet, row, col, value->s ? value->s : "") == 0;
-    case QD_BOOL:
-        return spec->ops.writeBool(spec->sheet, row, col, value->b != 0) == 0;
-    default:
-        break;
+    case QD_INT: return spec->ops.writeNum(spec->sheet, row, col, (double)value->i) == 0;
+    case QD_REAL: return spec->ops.writeNum(spec->sheet, row, col, value->r) == 0;
+    case QD_STRING: return spec->ops.writeStr(spec->sheet, row, col, value->s ? value->s : "") == 0;
+    case QD_BOOL: return spec->ops.writeBool(spec->sheet, row, col, value->b != 0) == 0;
+    default: break;
     }
     if (!value->p) return 0; // no object: the cell stays as it is
-    int length = g_host->toText(ctx, leafType & QD_BASE_MASK, value->p, spec->buffer, spec->bufferSize);
+    int length =
+        g_host->toText(ctx, leafType & QD_BASE_MASK, value->p, spec->buffer, spec->bufferSize);
     if (length < 0 || length >= spec->bufferSize) {
         sheetMessage(ctx, "SHEET: Buffer overflow.\n");
         return 1;
@@ -261,7 +253,7 @@ int writeElement(qd_context *ctx, RangeSpec *spec, qd_type type, bool record, in
     return 0;
 }
 
-int transferOut(qd_context *ctx, void *file, int count, const char **labels,
-                const qd_type *types, void **values) {
+int transferOut(qd_context *ctx, void *file, int count, const char **labels, const qd_type *types,
+                void **values) {
     return runTransfer(ctx, file, count, labels, types, values, nullptr, writeItem);
 }

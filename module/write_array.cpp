@@ -12,7 +12,6 @@
 
 namespace {
 
-
 struct ArrayShape {
     void *array;
     int dims;
@@ -69,7 +68,7 @@ int writeValue(qd_context *ctx, RangeSpec *spec, const ArrayShape &a, int row, i
     int got = g_host->arrayGet(a.array, at, &value);
     if (got != 0 || writeElement(ctx, spec, a.element, a.record, row, &position, &value) != 0) {
         sheetMessageAt(ctx, "SHEET: Wrong data value for [R%dC%d].\n", spec, row,
-                   spec->columnMap[position]);
+                       spec->columnMap[position]);
         return 1;
     }
     return 0;
@@ -89,7 +88,8 @@ int writeDefault(qd_context *ctx, RangeSpec *spec, const ArrayShape &a) {
     int status = 0;
     bool more = g_host->arrayFirstEntry(a.array, at) == 0;
     for (int row = 0; more && row < rows; row++) {
-        if (writeIndices(ctx, spec, a, d, row, at) != 0 || writeValue(ctx, spec, a, row, d, at) != 0) {
+        if (writeIndices(ctx, spec, a, d, row, at) != 0 ||
+            writeValue(ctx, spec, a, row, d, at) != 0) {
             status = 1;
             break;
         }
@@ -212,7 +212,8 @@ int writeArray(qd_context *ctx, RangeSpec *spec, void *array) {
     }
     a.record = isRecordType(ctx, a.element);
     g_host->arrayIndexSets(array, a.sets);
-    for (int k = 0; k < a.dims; k++) a.indexTypes[k] = g_host->setElementType(a.sets[k]) & QD_BASE_MASK;
+    for (int k = 0; k < a.dims; k++)
+        a.indexTypes[k] = g_host->setElementType(a.sets[k]) & QD_BASE_MASK;
     if (spec->flags & OPT_NOINDEX) return writeNoIndex(ctx, spec, a);
     if (spec->flags & OPT_PARTNDX) return writePartIndex(ctx, spec, a);
     return writeDefault(ctx, spec, a);

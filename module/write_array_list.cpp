@@ -14,11 +14,11 @@ struct Merge {
     int count; // arrays
     int dims;
     void **arrays;
-    int *tuples;     // count × dims, the current entry of each array
-    int *left;       // entries not yet written
-    bool *finished;  // entry walk over
-    qd_type *types;  // element base types
-    int active;      // arrays not finished
+    int *tuples;    // count × dims, the current entry of each array
+    int *left;      // entries not yet written
+    bool *finished; // entry walk over
+    qd_type *types; // element base types
+    int active;     // arrays not finished
 };
 
 int *tupleOf(Merge &m, int j) { return m.tuples + (size_t)j * m.dims; }
@@ -29,9 +29,8 @@ int smallest(const Merge &m) {
     int best = -1;
     for (int j = 0; j < m.count; j++) {
         if (m.finished[j]) continue;
-        if (best < 0 ||
-            g_host->compareIndices(m.dims, m.tuples + (size_t)j * m.dims,
-                                   m.tuples + (size_t)best * m.dims) < 0)
+        if (best < 0 || g_host->compareIndices(m.dims, m.tuples + (size_t)j * m.dims,
+                                               m.tuples + (size_t)best * m.dims) < 0)
             best = j;
     }
     return best;
@@ -76,7 +75,8 @@ int writeRow(qd_context *ctx, RangeSpec *spec, Merge &m, void *const *sets,
     return 0;
 }
 
-int merge(qd_context *ctx, RangeSpec *spec, Merge &m, void *const *sets, const qd_type *indexTypes) {
+int merge(qd_context *ctx, RangeSpec *spec, Merge &m, void *const *sets,
+          const qd_type *indexTypes) {
     int current[WRITE_MAX_DIMS];
     bool grow = (spec->flags & OPT_GROW) != 0;
     while (m.active > 0) {

@@ -40,8 +40,7 @@ XMLBookProxy<C>::XMLBookProxy(XMLBookFactory<C> &factory)
     : _factory(factory), _impl(factory.create(false)) {}
 
 template <class C> XMLBookProxy<C>::~XMLBookProxy() {
-    if (_impl)
-        _impl->release();
+    if (_impl) _impl->release();
 }
 
 // The old implementation goes, with whatever it held.
@@ -50,8 +49,7 @@ template <class C> void XMLBookProxy<C>::switchTo(bool strict) {
     if (fresh != _impl) {
         IBookT<C> *old = _impl;
         _impl = fresh;
-        if (old)
-            old->release();
+        if (old) old->release();
     }
 }
 
@@ -59,8 +57,7 @@ template <class C> void XMLBookProxy<C>::switchTo(bool strict) {
 // the form of the second attempt, so errorMessage tells why that one failed.
 template <class C> bool XMLBookProxy<C>::load(const C *filename) {
     try {
-        if (_impl->load(filename))
-            return true;
+        if (_impl->load(filename)) return true;
         if (isNormalMode())
             switchToStrictMode();
         else

@@ -37,7 +37,7 @@ public:
     IBookT<C> *impl() { return _impl; }
 
     bool load(const C *filename) override;
-#define TABRIX_PROXY_FORWARD(R, name, params, args, neutral) \
+#define TABRIX_PROXY_FORWARD(R, name, params, args, neutral)                                       \
     R name params override { return _impl->name args; }
 #define TABRIX_PROXY_OWN(R, name, params, args, neutral)
     TABRIX_BOOK_OPERATIONS(TABRIX_PROXY_FORWARD, TABRIX_PROXY_OWN)

@@ -58,11 +58,12 @@ public:
     // Extracts a member whole into `out` (resized to the member's size);
     // with `rewind` its position goes back to 0. False for a bad index or an
     // unknown method.
-    bool ExtractFile(size_t index, CZipMemFile &out, bool rewind = true, size_t bufferSize = 0x10000);
+    bool ExtractFile(size_t index, CZipMemFile &out, bool rewind = true,
+                     size_t bufferSize = 0x10000);
     // Adds a member from memory: below 5 bytes or when deflate doesn't pay
     // it is stored, else deflated at `level` (-1 the default).
-    void AddNewFile(const unsigned char *bytes, size_t size, const std::string &name, int level = -1,
-                    int smartLevel = 7, size_t bufferSize = 0x10000);
+    void AddNewFile(const unsigned char *bytes, size_t size, const std::string &name,
+                    int level = -1, int smartLevel = 7, size_t bufferSize = 0x10000);
     // Writes the central directory (when creating) and releases the stream.
     void Close(int afterException = 0, bool updateTime = false);
 

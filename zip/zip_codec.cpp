@@ -18,11 +18,10 @@ struct DecompressorFree {
 
 } // namespace
 
-bool zipDeflate(const unsigned char *in, size_t n, int level, std::vector<unsigned char> &out)
-{
-    std::unique_ptr<libdeflate_compressor, CompressorFree> c(libdeflate_alloc_compressor(level < 0 ? 6 : level));
-    if (!c)
-        throw CZipException(CZipException::noMemory);
+bool zipDeflate(const unsigned char *in, size_t n, int level, std::vector<unsigned char> &out) {
+    std::unique_ptr<libdeflate_compressor, CompressorFree> c(
+        libdeflate_alloc_compressor(level < 0 ? 6 : level));
+    if (!c) throw CZipException(CZipException::noMemory);
     // The compressor wants its bound as room; only a result smaller than
     // the input is worth keeping.
     out.resize(libdeflate_deflate_compress_bound(c.get(), n));
@@ -31,25 +30,19 @@ bool zipDeflate(const unsigned char *in, size_t n, int level, std::vector<unsign
     return got != 0 && got < n;
 }
 
-void zipInflate(const unsigned char *in, size_t n, unsigned char *out, size_t outSize)
-{
+void zipInflate(const unsigned char *in, size_t n, unsigned char *out, size_t outSize) {
     std::unique_ptr<libdeflate_decompressor, DecompressorFree> d(libdeflate_alloc_decompressor());
-    if (!d)
-        throw CZipException(CZipException::noMemory);
+    if (!d) throw CZipException(CZipException::noMemory);
     size_t got = 0;
     // The output area is exactly the declared size: more or less is damage.
     libdeflate_result r = libdeflate_deflate_decompress(d.get(), in, n, out, outSize, &got);
-    if (r == LIBDEFLATE_INSUFFICIENT_SPACE)
-        throw CZipException(CZipException::zlibBuffer);
-    if (r != LIBDEFLATE_SUCCESS || got != outSize)
-        throw CZipException(504);
+    if (r == LIBDEFLATE_INSUFFICIENT_SPACE) throw CZipException(CZipException::zlibBuffer);
+    if (r != LIBDEFLATE_SUCCESS || got != outSize) throw CZipException(504);
 }
 
-void zipBunzip(const unsigned char *in, size_t n, unsigned char *out, size_t outSize)
-{
+void zipBunzip(const unsigned char *in, size_t n, unsigned char *out, size_t outSize) {
     bz_stream s{};
-    if (BZ2_bzDecompressInit(&s, 0, 0) != BZ_OK)
-        throw CZipException(602);
+    if (BZ2_bzDecompressInit(&s, 0, 0) != BZ_OK) throw CZipException(602);
     s.next_in = const_cast<char *>(reinterpret_cast<const char *>(in));
     s.avail_in = 0;
     s.next_out = reinterpret_cast<char *>(out);
@@ -69,8 +62,7 @@ void zipBunzip(const unsigned char *in, size_t n, unsigned char *out, size_t out
                 s.next_out = &probe;
                 s.avail_out = 1;
                 r = BZ2_bzDecompress(&s);
-                if (r != BZ_STREAM_END || s.avail_out == 0)
-                    r = BZ_OUTBUFF_FULL;
+                if (r != BZ_STREAM_END || s.avail_out == 0) r = BZ_OUTBUFF_FULL;
                 break;
             }
             s.avail_out = static_cast<unsigned>(std::min<size_t>(outLeft, 1u << 30));
@@ -78,20 +70,15 @@ void zipBunzip(const unsigned char *in, size_t n, unsigned char *out, size_t out
         }
         unsigned before = s.avail_in + s.avail_out;
         r = BZ2_bzDecompress(&s);
-        if (r == BZ_OK && s.avail_in + s.avail_out == before && !inLeft)
-            r = BZ_UNEXPECTED_EOF;
+        if (r == BZ_OK && s.avail_in + s.avail_out == before && !inLeft) r = BZ_UNEXPECTED_EOF;
     }
     bool whole = r == BZ_STREAM_END && s.avail_out == 0 && outLeft == 0;
     BZ2_bzDecompressEnd(&s);
-    if (whole)
-        return;
+    if (whole) return;
     // bzip2's codes -1 to -9 are the archive's 600 to 608; a short member is data damage.
     throw CZipException(r < 0 && r >= -9 ? 599 - r : CZipException::bzData);
 }
 
-uint32_t zipCrc32(const unsigned char *p, size_t n)
-{
-    return libdeflate_crc32(0, p, n);
-}
+uint32_t zipCrc32(const unsigned char *p, size_t n) { return libdeflate_crc32(0, p, n); }
 
 } // namespace tabrix

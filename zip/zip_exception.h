@@ -10,10 +10,23 @@ namespace tabrix {
 class CZipException : public std::exception {
 public:
     enum {
-        badZipFile = 201, badCrc = 202, tooManyFiles = 210, tooLongData = 211, tooBigSize = 212,
-        badPassword = 213, internalError = 215, cdirNotFound = 221, noZip64 = 222, bytesBeforeZip64 = 223,
-        zlibBuffer = 506, noMemory = 505, zipBomb = 230,
-        bzSequence = 600, bzData = 603, bzMagic = 604, bzEof = 606,
+        badZipFile = 201,
+        badCrc = 202,
+        tooManyFiles = 210,
+        tooLongData = 211,
+        tooBigSize = 212,
+        badPassword = 213,
+        internalError = 215,
+        cdirNotFound = 221,
+        noZip64 = 222,
+        bytesBeforeZip64 = 223,
+        zlibBuffer = 506,
+        noMemory = 505,
+        zipBomb = 230,
+        bzSequence = 600,
+        bzData = 603,
+        bzMagic = 604,
+        bzEof = 606,
     };
     explicit CZipException(int code, std::string fileName = std::string());
     int code() const { return _code; }

@@ -11,22 +11,19 @@ namespace tabrix {
 
 using namespace zipfmt;
 
-CZipArchive::~CZipArchive()
-{
+CZipArchive::~CZipArchive() {
     try {
         Close(1);
-    } catch (...) {
-    }
+    } catch (...) {}
 }
 
-void CZipArchive::fail(int code) const
-{
+void CZipArchive::fail(int code) const {
     throw CZipException(code, _file && _file->HasFilePath() ? _file->GetFilePath() : std::string());
 }
 
-bool CZipArchive::Open(CZipAbstractFile &file, int mode, bool autoClose)
-{
-    if (_file || (mode != zipOpen && mode != zipOpenReadOnly && mode != zipCreate && mode != zipCreateAppend))
+bool CZipArchive::Open(CZipAbstractFile &file, int mode, bool autoClose) {
+    if (_file || (mode != zipOpen && mode != zipOpenReadOnly && mode != zipCreate &&
+                  mode != zipCreateAppend))
         return false;
     _file = &file;
     _autoClose = autoClose;
@@ -54,10 +51,8 @@ bool CZipArchive::Open(CZipAbstractFile &file, int mode, bool autoClose)
     return true;
 }
 
-bool CZipArchive::Open(const std::string &path, int mode, int)
-{
-    if (_file)
-        return false;
+bool CZipArchive::Open(const std::string &path, int mode, int) {
+    if (_file) return false;
     auto f = std::make_unique<CZipFile>();
     f->Open(path, mode == zipCreate);
     CZipFile &ref = *f;
@@ -66,14 +61,11 @@ bool CZipArchive::Open(const std::string &path, int mode, int)
     return Open(ref, mode == zipCreateAppend ? zipCreateAppend : mode, true);
 }
 
-void CZipArchive::readExact(void *buf, size_t n, int code)
-{
-    if (_file->Read(buf, n) != n)
-        fail(code);
+void CZipArchive::readExact(void *buf, size_t n, int code) {
+    if (_file->Read(buf, n) != n) fail(code);
 }
 
-void CZipArchive::readCentralDir()
-{
+void CZipArchive::readCentralDir() {
     const uint64_t length = _file->GetLength();
     // The end record is searched backwards within the window of the record
     // plus the longest comment.
@@ -83,10 +75,8 @@ void CZipArchive::readCentralDir()
     readExact(tail.data(), window, CZipException::cdirNotFound);
     size_t at = window < kEndSize ? 0 : window - kEndSize + 1;
     bool found = false;
-    while (at > 0 && !found)
-        found = get32(&tail[--at]) == kEndSig;
-    if (!found)
-        fail(CZipException::cdirNotFound);
+    while (at > 0 && !found) found = get32(&tail[--at]) == kEndSig;
+    if (!found) fail(CZipException::cdirNotFound);
     const unsigned char *e = &tail[at];
     const uint64_t eocdPos = length - window + at;
     uint16_t thisDisk = get16(e + 4), cdDisk = get16(e + 6);
@@ -94,48 +84,40 @@ void CZipArchive::readCentralDir()
     uint64_t cdSize = get32(e + 12), cdOffset = get32(e + 16);
     size_t commentLen = std::min<size_t>(get16(e + 20), window - at - kEndSize);
     _comment.assign(reinterpret_cast<const char *>(e + kEndSize), commentLen);
-    if (thisDisk != cdDisk || diskEntries != total)
-        fail(CZipException::badZipFile);
+    if (thisDisk != cdDisk || diskEntries != total) fail(CZipException::badZipFile);
 
     if (thisDisk == 0xFFFF || total == 0xFFFF || cdSize == 0xFFFFFFFF || cdOffset == 0xFFFFFFFF) {
         // Zip64: the locator stands right before the end record.
-        if (eocdPos < kLocator64Size)
-            fail(CZipException::noZip64);
+        if (eocdPos < kLocator64Size) fail(CZipException::noZip64);
         unsigned char loc[kLocator64Size];
         _file->Seek(eocdPos - kLocator64Size);
         readExact(loc, sizeof loc, CZipException::noZip64);
-        if (get32(loc) != kLocator64Sig)
-            fail(CZipException::noZip64);
+        if (get32(loc) != kLocator64Sig) fail(CZipException::noZip64);
         uint64_t end64 = get64(loc + 8);
         if (end64 + kEnd64Size + kLocator64Size > eocdPos)
             fail(end64 + kEnd64Size + kLocator64Size < eocdPos ? CZipException::bytesBeforeZip64
-                                                              : CZipException::noZip64);
+                                                               : CZipException::noZip64);
         unsigned char rec[kEnd64Size];
         _file->Seek(end64);
         readExact(rec, sizeof rec, CZipException::noZip64);
-        if (get32(rec) != kEnd64Sig)
-            fail(CZipException::noZip64);
+        if (get32(rec) != kEnd64Sig) fail(CZipException::noZip64);
         // Bytes before a Zip64 archive would shift every offset it holds.
         if (end64 + get64(rec + 4) + 12 + kLocator64Size != eocdPos)
             fail(CZipException::bytesBeforeZip64);
         total = get64(rec + 32);
         cdSize = get64(rec + 40);
         cdOffset = get64(rec + 48);
-        if (get64(rec + 24) != total || cdOffset + cdSize > end64)
-            fail(CZipException::badZipFile);
+        if (get64(rec + 24) != total || cdOffset + cdSize > end64) fail(CZipException::badZipFile);
     } else {
         // Bytes glued before the archive (a self-extractor stub) shift every offset.
-        if (cdOffset + cdSize > eocdPos)
-            fail(CZipException::badZipFile);
+        if (cdOffset + cdSize > eocdPos) fail(CZipException::badZipFile);
         _bytesBefore = eocdPos - cdOffset - cdSize;
     }
     readHeaders(cdOffset + _bytesBefore, cdSize, total);
 }
 
-void CZipArchive::readHeaders(uint64_t offset, uint64_t size, uint64_t count)
-{
-    if (count > size / kCentralSize)
-        fail(CZipException::badZipFile);
+void CZipArchive::readHeaders(uint64_t offset, uint64_t size, uint64_t count) {
+    if (count > size / kCentralSize) fail(CZipException::badZipFile);
     std::vector<unsigned char> dir(static_cast<size_t>(size));
     _file->Seek(offset);
     readExact(dir.data(), dir.size(), CZipException::badZipFile);
@@ -174,15 +156,12 @@ void CZipArchive::readHeaders(uint64_t offset, uint64_t size, uint64_t count)
         for (size_t x = 0; x + 4 <= h.extra.size();) {
             const unsigned char *f = reinterpret_cast<const unsigned char *>(h.extra.data()) + x;
             size_t len = get16(f + 2);
-            if (x + 4 + len > h.extra.size())
-                break;
+            if (x + 4 + len > h.extra.size()) break;
             if (get16(f) == kZip64Extra) {
                 size_t q = 4;
                 auto take = [&](uint64_t &field) {
-                    if (field != 0xFFFFFFFF)
-                        return;
-                    if (q + 8 > len + 4)
-                        fail(CZipException::badZipFile);
+                    if (field != 0xFFFFFFFF) return;
+                    if (q + 8 > len + 4) fail(CZipException::badZipFile);
                     field = get64(f + q);
                     q += 8;
                 };
@@ -195,35 +174,30 @@ void CZipArchive::readHeaders(uint64_t offset, uint64_t size, uint64_t count)
         // Bounded inflation: no member, and not all members together, may
         // claim more than a fixed multiple of the archive's size.
         if (h.uncompressedSize != 0xFFFFFFFF) {
-            if (h.uncompressedSize > h.compressedSize * kMaxRatio + (1u << 16) || h.uncompressedSize > cap)
+            if (h.uncompressedSize > h.compressedSize * kMaxRatio + (1u << 16) ||
+                h.uncompressedSize > cap)
                 fail(CZipException::zipBomb);
             total += h.uncompressedSize;
-            if (total > cap)
-                fail(CZipException::zipBomb);
+            if (total > cap) fail(CZipException::zipBomb);
         }
         _entries.push_back(std::move(h));
     }
 }
 
-const CZipFileHeader *CZipArchive::GetFileInfo(size_t index) const
-{
+const CZipFileHeader *CZipArchive::GetFileInfo(size_t index) const {
     return index < _entries.size() ? &_entries[index] : nullptr;
 }
 
-bool CZipArchive::ExtractFile(size_t index, CZipMemFile &out, bool rewind, size_t)
-{
-    if (!_file || _writing || index >= _entries.size())
-        return false;
+bool CZipArchive::ExtractFile(size_t index, CZipMemFile &out, bool rewind, size_t) {
+    if (!_file || _writing || index >= _entries.size()) return false;
     const CZipFileHeader &h = _entries[index];
-    if (h.method != 0 && h.method != 8 && h.method != 12)
-        return false;
+    if (h.method != 0 && h.method != 8 && h.method != 12) return false;
     // The local header must agree with the central entry in name, method and
     // flags; its sizes may be zero (data descriptor) or in a Zip64 extra.
     unsigned char loc[kLocalSize];
     const uint64_t length = _file->GetLength();
     const uint64_t at = h.localOffset + _bytesBefore;
-    if (at > length)
-        fail(CZipException::badZipFile);
+    if (at > length) fail(CZipException::badZipFile);
     _file->Seek(at);
     readExact(loc, sizeof loc, CZipException::badZipFile);
     size_t nameLen = get16(loc + 26), extraLen = get16(loc + 28);
@@ -232,18 +206,13 @@ bool CZipArchive::ExtractFile(size_t index, CZipMemFile &out, bool rewind, size_
         fail(CZipException::badZipFile);
     std::string name(nameLen, '\0');
     readExact(&name[0], nameLen, CZipException::badZipFile);
-    if (name != h.name)
-        fail(CZipException::badZipFile);
-    if (h.IsEncrypted())
-        fail(CZipException::badPassword);
+    if (name != h.name) fail(CZipException::badZipFile);
+    if (h.IsEncrypted()) fail(CZipException::badPassword);
     const uint64_t dataAt = at + kLocalSize + nameLen + extraLen;
-    if (dataAt > length || h.compressedSize > length - dataAt)
-        fail(CZipException::badZipFile);
-    if (h.method == 0 && h.compressedSize != h.uncompressedSize)
-        fail(CZipException::badZipFile);
+    if (dataAt > length || h.compressedSize > length - dataAt) fail(CZipException::badZipFile);
+    if (h.method == 0 && h.compressedSize != h.uncompressedSize) fail(CZipException::badZipFile);
     _inflatedTotal += h.uncompressedSize;
-    if (_inflatedTotal > length * kMaxRatio + (1u << 20))
-        fail(CZipException::zipBomb);
+    if (_inflatedTotal > length * kMaxRatio + (1u << 20)) fail(CZipException::zipBomb);
 
     std::vector<unsigned char> packed;
     out.SetLength(h.uncompressedSize);

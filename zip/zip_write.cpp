@@ -14,34 +14,28 @@ namespace {
 
 constexpr uint64_t k32 = 0xFFFFFFFF;
 
-void dosTime(uint16_t &time, uint16_t &date)
-{
+void dosTime(uint16_t &time, uint16_t &date) {
     std::time_t now = std::time(nullptr);
     std::tm t{};
     localtime_r(&now, &t);
     time = static_cast<uint16_t>(t.tm_hour << 11 | t.tm_min << 5 | t.tm_sec / 2);
-    date = static_cast<uint16_t>((t.tm_year < 80 ? 0 : t.tm_year - 80) << 9 | (t.tm_mon + 1) << 5 | t.tm_mday);
+    date = static_cast<uint16_t>((t.tm_year < 80 ? 0 : t.tm_year - 80) << 9 | (t.tm_mon + 1) << 5 |
+                                 t.tm_mday);
 }
 
-bool nonAscii(const std::string &s)
-{
+bool nonAscii(const std::string &s) {
     for (unsigned char c : s)
-        if (c >= 0x80)
-            return true;
+        if (c >= 0x80) return true;
     return false;
 }
 
 } // namespace
 
-void CZipArchive::AddNewFile(const unsigned char *bytes, size_t size, const std::string &name, int level, int smartLevel,
-                             size_t)
-{
-    if (!_file || !_writing)
-        fail(CZipException::internalError);
-    if (name.size() > 0xFFFF)
-        fail(CZipException::tooLongData);
-    if (_entries.size() >= k32)
-        fail(CZipException::tooManyFiles);
+void CZipArchive::AddNewFile(const unsigned char *bytes, size_t size, const std::string &name,
+                             int level, int smartLevel, size_t) {
+    if (!_file || !_writing) fail(CZipException::internalError);
+    if (name.size() > 0xFFFF) fail(CZipException::tooLongData);
+    if (_entries.size() >= k32) fail(CZipException::tooManyFiles);
     CZipFileHeader h;
     h.name = name;
     dosTime(h.modTime, h.modDate);
@@ -52,7 +46,8 @@ void CZipArchive::AddNewFile(const unsigned char *bytes, size_t size, const std:
     h.uncompressedSize = size;
     // Tiny members are stored: compression can't pay below 5 bytes.
     std::vector<unsigned char> packed;
-    bool deflated = level != 0 && !((smartLevel & 4) && size < 5) && zipDeflate(bytes, size, level, packed);
+    bool deflated =
+        level != 0 && !((smartLevel & 4) && size < 5) && zipDeflate(bytes, size, level, packed);
     h.method = deflated ? 8 : 0;
     h.compressedSize = deflated ? packed.size() : size;
     const bool big = h.uncompressedSize >= k32 || h.compressedSize >= k32;
@@ -83,18 +78,14 @@ void CZipArchive::AddNewFile(const unsigned char *bytes, size_t size, const std:
     _entries.push_back(std::move(h));
 }
 
-void CZipArchive::writeCentralDir()
-{
+void CZipArchive::writeCentralDir() {
     const uint64_t start = _file->GetPosition() - _bytesBefore;
     std::string out;
     for (const CZipFileHeader &h : _entries) {
         std::string extra;
-        if (h.uncompressedSize >= k32)
-            put64(extra, h.uncompressedSize);
-        if (h.compressedSize >= k32)
-            put64(extra, h.compressedSize);
-        if (h.localOffset >= k32)
-            put64(extra, h.localOffset);
+        if (h.uncompressedSize >= k32) put64(extra, h.uncompressedSize);
+        if (h.compressedSize >= k32) put64(extra, h.compressedSize);
+        if (h.localOffset >= k32) put64(extra, h.localOffset);
         if (!extra.empty()) {
             std::string head;
             put16(head, kZip64Extra);
@@ -155,10 +146,8 @@ void CZipArchive::writeCentralDir()
     _file->Write(out.data(), out.size());
 }
 
-void CZipArchive::Close(int afterException, bool)
-{
-    if (!_file)
-        return;
+void CZipArchive::Close(int afterException, bool) {
+    if (!_file) return;
     CZipAbstractFile *file = _file;
     _file = nullptr;
     std::unique_ptr<CZipFile> own = std::move(_ownFile);
@@ -175,8 +164,7 @@ void CZipArchive::Close(int afterException, bool)
     }
     _entries.clear();
     _writing = false;
-    if (_autoClose && !afterException)
-        file->Close();
+    if (_autoClose && !afterException) file->Close();
 }
 
 } // namespace tabrix

@@ -36,8 +36,8 @@ void BookExt::write(XlsRecords &xls) const {
 void BookExt::dumpTo(std::wostream &os) const {
     os << L" rt=" << rt << L" grbitFrt=" << grbitFrt << L" reserved=(";
     for (size_t i = 0; i < sizeof reserved; ++i) os << (i ? L" " : L"") << unsigned(reserved[i]);
-    os << L") cb=" << cb << L" flags=" << flags << L" grbit1=" << unsigned(grbit1)
-       << L" grbit2=" << unsigned(grbit2);
+    os << L") cb=" << cb << L" flags=" << flags << L" grbit1=" << unsigned(grbit1) << L" grbit2="
+       << unsigned(grbit2);
 }
 
 } // namespace tabrix

@@ -22,6 +22,7 @@ void BoolErr::write(XlsRecords &xls) const {
 }
 
 void BoolErr::dumpTo(std::wostream &os) const {
-    os << L" row=" << row << L" col=" << col << L" xf=" << xf << L" value=" << int(value) << L" isError=" << int(isError);
+    os << L" row=" << row << L" col=" << col << L" xf=" << xf << L" value=" << int(value)
+       << L" isError=" << int(isError);
 }
 } // namespace tabrix

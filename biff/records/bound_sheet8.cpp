@@ -10,7 +10,8 @@ void BoundSheet8::read(XlsRecords &xls, uint16_t size, MemPool &pool, bool noFla
     reset();
     std::vector<uint8_t> b(size, 0);
     xls.read(b.data(), size);
-    lbPlyPos = uint32_t(b[0]) | (uint32_t(b[1]) << 8) | (uint32_t(b[2]) << 16) | (uint32_t(b[3]) << 24);
+    lbPlyPos =
+        uint32_t(b[0]) | (uint32_t(b[1]) << 8) | (uint32_t(b[2]) << 16) | (uint32_t(b[3]) << 24);
     hsState = b[4];
     dt = b[5];
     std::deque<unsigned char> q(b.begin() + 6, b.end());

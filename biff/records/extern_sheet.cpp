@@ -70,8 +70,8 @@ void ExternSheet::write(XlsRecords &xls) const {
 void ExternSheet::dumpTo(std::wostream &os) const {
     os << L" cXTI=" << rgXTI.size() << L" rgXTI=(";
     for (const XTI &x : rgXTI)
-        os << L"{iSupBook=" << x.iSupBook << L" itabFirst=" << x.itabFirst << L" itabLast=" << x.itabLast
-           << L"}";
+        os << L"{iSupBook=" << x.iSupBook << L" itabFirst=" << x.itabFirst << L" itabLast="
+           << x.itabLast << L"}";
     os << L")";
 }
 

@@ -11,33 +11,33 @@ const unsigned kTextRoom = XlsRecords::kMaxRecordData - 3;
 } // namespace
 
 template <class D> void PageText<D>::rebind(MemPool &pool) {
-    pool_ = &pool;
+    _pool = &pool;
     if (text.text) text.text = poolCopy(text.text, text.cch, pool);
 }
 
 template <class D> void PageText<D>::setString(const char *s, bool utf8) {
     if (!s) return;
-    text.setString(s, *pool_, utf8);
-    bare_ = text.cch == 0;
+    text.setString(s, *_pool, utf8);
+    _bare = text.cch == 0;
 }
 
 template <class D> void PageText<D>::setString(const wchar_t *s) {
     if (!s) return;
-    text.setString(s, *pool_);
-    bare_ = text.cch == 0;
+    text.setString(s, *_pool);
+    _bare = text.cch == 0;
 }
 
 template <class D> void PageText<D>::read(XlsRecords &xls, uint16_t size, bool old) {
     reset();
     if (size == 0) return;
     unsigned short remaining = size;
-    text.read(xls, old, old, *pool_, remaining);
+    text.read(xls, old, old, *_pool, remaining);
     // Written back in the current form: 16-bit count, flags, and one byte a
     // character while every character fits in one.
     text.noFlags = false;
     text.shortCount = false;
     text.flags = old ? 0 : uint8_t(text.flags & 1);
-    bare_ = false;
+    _bare = false;
     uint8_t skip[64];
     while (remaining > 0) {
         size_t n = std::min<size_t>(remaining, sizeof skip);
@@ -47,7 +47,7 @@ template <class D> void PageText<D>::read(XlsRecords &xls, uint16_t size, bool o
 }
 
 template <class D> void PageText<D>::write(XlsRecords &xls) const {
-    if (bare_ && text.cch == 0) {
+    if (_bare && text.cch == 0) {
         xls.write(D::kId, 0);
         return;
     }

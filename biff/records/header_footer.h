@@ -16,8 +16,11 @@ template <class Derived> class PageText : public Record<Derived> {
 public:
     XLUnicodeString text;
 
-    explicit PageText(MemPool &pool) : pool_(&pool) {}
-    void reset() { text = XLUnicodeString(); bare_ = true; }
+    explicit PageText(MemPool &pool) : _pool(&pool) {}
+    void reset() {
+        text = XLUnicodeString();
+        _bare = true;
+    }
     // Moves the text into `pool`, which the record uses from now on.
     void rebind(MemPool &pool);
 
@@ -36,8 +39,8 @@ public:
     using Record<Derived>::read;
 
 private:
-    MemPool *pool_;
-    bool bare_ = true; // written as size 0 while the text is empty
+    MemPool *_pool;
+    bool _bare = true; // written as size 0 while the text is empty
 };
 
 class Header : public PageText<Header> {

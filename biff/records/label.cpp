@@ -9,14 +9,13 @@ void Label::read(XlsRecords &xls, uint16_t size, bool old, unsigned codePage) {
     // A record too short for its text keeps the record's own message.
     bool whole = false;
     try {
-        whole = text.read(xls, old, false, *pool_, remaining);
-    } catch (const tberror &) {
-    }
+        whole = text.read(xls, old, false, *_pool, remaining);
+    } catch (const tberror &) {}
     if (!whole) sizeError();
     // Some producers pad the record behind the text.
     uint8_t pad = 0;
     while (remaining > 0) xls.readWithContinueRecords(&pad, 1, remaining);
-    if (old) text.fromCodePage(codePage, *pool_);
+    if (old) text.fromCodePage(codePage, *_pool);
 }
 
 void Label::write(XlsRecords &xls) const {
@@ -28,6 +27,7 @@ void Label::write(XlsRecords &xls) const {
 }
 
 void Label::dumpTo(std::wostream &os) const {
-    os << L" row=" << row << L" col=" << col << L" xf=" << xf << L" text=" << (text.text ? text.text : L"");
+    os << L" row=" << row << L" col=" << col << L" xf=" << xf << L" text="
+       << (text.text ? text.text : L"");
 }
 } // namespace tabrix

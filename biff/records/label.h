@@ -16,8 +16,8 @@ public:
     static constexpr const char *kName = "Label";
     uint16_t row = 0, col = 0, xf = 0;
     XLUnicodeString text;
-    explicit Label(MemPool &pool) : pool_(&pool) {}
-    void reset() { *this = Label(*pool_); }
+    explicit Label(MemPool &pool) : _pool(&pool) {}
+    void reset() { *this = Label(*_pool); }
     // The record must hold the cell and its whole string; bytes behind the
     // string are skipped.  `old`: the older format's string, without a flags
     // byte, in the book's `codePage`.
@@ -27,7 +27,7 @@ public:
     using Record<Label>::read;
 
 private:
-    MemPool *pool_;
+    MemPool *_pool;
 };
 } // namespace tabrix
 #endif

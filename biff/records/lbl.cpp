@@ -125,8 +125,8 @@ void Lbl::read(XlsRecords &xls, uint16_t size, MemPool &pool, bool old) {
 
 void Lbl::write(XlsRecords &xls) const {
     const uint32_t total = size();
-    unsigned short remaining = static_cast<unsigned short>(
-        std::min<uint32_t>(total, XlsRecords::kMaxRecordData));
+    unsigned short remaining =
+        static_cast<unsigned short>(std::min<uint32_t>(total, XlsRecords::kMaxRecordData));
     bool continued = false;
     xls.write(kId, remaining);
     xls.writeInt16(flags);
@@ -148,8 +148,9 @@ void Lbl::write(XlsRecords &xls) const {
 }
 
 void Lbl::dumpTo(std::wostream &os) const {
-    os << L" flags=" << flags << L" chKey=" << unsigned(chKey) << L" cch=" << unsigned(cch) << L" cce=" << cce
-       << L" reserved=" << reserved << L" itab=" << itab << L" name=" << nameText() << L" rgce=(";
+    os << L" flags=" << flags << L" chKey=" << unsigned(chKey) << L" cch=" << unsigned(cch)
+       << L" cce=" << cce << L" reserved=" << reserved << L" itab=" << itab << L" name="
+       << nameText() << L" rgce=(";
     for (size_t i = 0; i < rgce.size(); ++i) os << (i ? L" " : L"") << unsigned(rgce[i]);
     os << L")";
     if (!extra.empty()) os << L" extra=" << extra.size();

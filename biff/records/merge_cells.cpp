@@ -14,8 +14,7 @@ void MergeCells::add(int rowFirst, int rowLast, int colFirst, int colLast) {
 }
 
 void MergeCells::eraseDeleted() {
-    areas.erase(std::remove_if(areas.begin(), areas.end(),
-                               [](const Area &a) { return a.deleted; }),
+    areas.erase(std::remove_if(areas.begin(), areas.end(), [](const Area &a) { return a.deleted; }),
                 areas.end());
     count = uint16_t(areas.size());
 }

@@ -18,8 +18,7 @@ struct PageBreak {
 template <uint16_t Id> class PageBreaks : public Record<PageBreaks<Id>> {
 public:
     static constexpr uint16_t kId = Id;
-    static constexpr const char *kName =
-        Id == 27 ? "HorizontalPageBreaks" : "VerticalPageBreaks";
+    static constexpr const char *kName = Id == 27 ? "HorizontalPageBreaks" : "VerticalPageBreaks";
     // Breaks in one direction at most.
     static constexpr size_t kMaxBreaks = 1026;
 

@@ -4,11 +4,10 @@ namespace tabrix {
 
 PageSetup::PageSetup(const PageSetup &src, MemPool &pool)
     : hasLeftMargin(src.hasLeftMargin), hasRightMargin(src.hasRightMargin),
-      hasTopMargin(src.hasTopMargin), hasBottomMargin(src.hasBottomMargin),
-      hasPls(src.hasPls), header(src.header), footer(src.footer), hCenter(src.hCenter),
-      vCenter(src.vCenter), leftMargin(src.leftMargin), rightMargin(src.rightMargin),
-      topMargin(src.topMargin), bottomMargin(src.bottomMargin), pls(src.pls),
-      setup(src.setup) {
+      hasTopMargin(src.hasTopMargin), hasBottomMargin(src.hasBottomMargin), hasPls(src.hasPls),
+      header(src.header), footer(src.footer), hCenter(src.hCenter), vCenter(src.vCenter),
+      leftMargin(src.leftMargin), rightMargin(src.rightMargin), topMargin(src.topMargin),
+      bottomMargin(src.bottomMargin), pls(src.pls), setup(src.setup) {
     header.rebind(pool);
     footer.rebind(pool);
 }
@@ -29,11 +28,17 @@ void PageSetup::reset() {
 
 bool PageSetup::checkBegin(uint16_t id) {
     switch (id) {
-    case Header::kId: case Footer::kId: case HCenter::kId: case VCenter::kId:
-    case 38: case 39: case 40: case 41: case Pls::kId: case SetupBIFF::kId:
-        return true;
-    default:
-        return false;
+    case Header::kId:
+    case Footer::kId:
+    case HCenter::kId:
+    case VCenter::kId:
+    case 38:
+    case 39:
+    case 40:
+    case 41:
+    case Pls::kId:
+    case SetupBIFF::kId: return true;
+    default: return false;
     }
 }
 
@@ -43,11 +48,26 @@ void PageSetup::readOne(XlsRecords &xls, uint16_t id, uint16_t size, bool old) {
     case Footer::kId: footer.read(xls, size, old); break;
     case HCenter::kId: hCenter.read(xls, size); break;
     case VCenter::kId: vCenter.read(xls, size); break;
-    case 38: leftMargin.read(xls, size); hasLeftMargin = true; break;
-    case 39: rightMargin.read(xls, size); hasRightMargin = true; break;
-    case 40: topMargin.read(xls, size); hasTopMargin = true; break;
-    case 41: bottomMargin.read(xls, size); hasBottomMargin = true; break;
-    case Pls::kId: pls.read(xls, size); hasPls = true; break;
+    case 38:
+        leftMargin.read(xls, size);
+        hasLeftMargin = true;
+        break;
+    case 39:
+        rightMargin.read(xls, size);
+        hasRightMargin = true;
+        break;
+    case 40:
+        topMargin.read(xls, size);
+        hasTopMargin = true;
+        break;
+    case 41:
+        bottomMargin.read(xls, size);
+        hasBottomMargin = true;
+        break;
+    case Pls::kId:
+        pls.read(xls, size);
+        hasPls = true;
+        break;
     default: setup.read(xls, size); break;
     }
 }

@@ -45,7 +45,8 @@ void PhoneticInfo::write(XlsRecords &xls) const {
 void PhoneticInfo::dumpTo(std::wostream &os) const {
     os << L" ifnt=" << ifnt << L" phs=" << phs << L" rgref=(";
     for (const Ref8 &r : ranges)
-        os << L"{" << r.rwFirst << L" " << r.rwLast << L" " << r.colFirst << L" " << r.colLast << L"}";
+        os << L"{" << r.rwFirst << L" " << r.rwLast << L" " << r.colFirst << L" " << r.colLast
+           << L"}";
     os << L")";
 }
 

@@ -50,8 +50,6 @@ void Pls::write(XlsRecords &xls) const {
     }
 }
 
-void Pls::dumpTo(std::wostream &os) const {
-    os << L" word=" << word << L" bytes=" << bytes.size();
-}
+void Pls::dumpTo(std::wostream &os) const { os << L" word=" << word << L" bytes=" << bytes.size(); }
 
 } // namespace tabrix

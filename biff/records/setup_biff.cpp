@@ -22,9 +22,9 @@ void SetupBIFF::write(XlsRecords &xls) const {
 
 void SetupBIFF::dumpTo(std::wostream &os) const {
     os << L" paperSize=" << paperSize << L" scale=" << scale << L" pageStart=" << pageStart
-       << L" printFitWidth=" << printFitWidth << L" printFitHeight=" << printFitHeight
-       << L" flags=" << flags << L" resolution=" << resolution
-       << L" verticalResolution=" << verticalResolution << L" headerMargin=" << headerMargin
-       << L" footerMargin=" << footerMargin << L" copies=" << copies;
+       << L" printFitWidth=" << printFitWidth << L" printFitHeight=" << printFitHeight << L" flags="
+       << flags << L" resolution=" << resolution << L" verticalResolution=" << verticalResolution
+       << L" headerMargin=" << headerMargin << L" footerMargin=" << footerMargin << L" copies="
+       << copies;
 }
 } // namespace tabrix

@@ -15,10 +15,22 @@ void SheetProtection::read(XlsRecords &xls, uint16_t id, uint16_t size) {
         total += 4u + size;
         if (total > xls.fileSize()) throw tberror("SheetProtection: file is corrupt");
         switch (id) {
-        case Protect::kId: protectRecord.read(xls, size); hasProtect = true; break;
-        case ScenarioProtect::kId: scenarioProtect.read(xls, size); hasScenarioProtect = true; break;
-        case ObjProtect::kId: objProtect.read(xls, size); hasObjProtect = true; break;
-        default: password.read(xls, size); hasPassword = true; break;
+        case Protect::kId:
+            protectRecord.read(xls, size);
+            hasProtect = true;
+            break;
+        case ScenarioProtect::kId:
+            scenarioProtect.read(xls, size);
+            hasScenarioProtect = true;
+            break;
+        case ObjProtect::kId:
+            objProtect.read(xls, size);
+            hasObjProtect = true;
+            break;
+        default:
+            password.read(xls, size);
+            hasPassword = true;
+            break;
         }
         xls.setCheckPoint(0);
         xls.readInt16(id);

@@ -16,15 +16,15 @@ public:
     int32_t cstTotal = 0;
     int32_t cstUnique = 0;
 
-    explicit SST(MemPool &pool) : pool_(pool) {}
+    explicit SST(MemPool &pool) : _pool(pool) {}
 
     // Index of `text`; without `force` an equal string already present is
     // reused.
     unsigned insert(const wchar_t *text, bool force);
     void insert(unsigned index, const wchar_t *text);
     const wchar_t *extract(unsigned index) const;
-    const StrMap &strings() const { return map_; }
-    StrMap &strings() { return map_; }
+    const StrMap &strings() const { return _map; }
+    StrMap &strings() { return _map; }
     void reset();
 
     using Record<SST>::read;
@@ -35,8 +35,8 @@ public:
     void dumpTo(std::wostream &os) const;
 
 private:
-    MemPool &pool_;
-    StrMap map_;
+    MemPool &_pool;
+    StrMap _map;
 };
 
 } // namespace tabrix

@@ -48,9 +48,7 @@ void StyleExt::read(XlsRecords &xls) {
     if (size && xls.read(data.data(), size) != size) throw tberror("StyleExt: unexpected record");
 }
 
-void StyleExt::write(XlsRecords &xls) const {
-    xls.write(kId, data.data(), uint16_t(data.size()));
-}
+void StyleExt::write(XlsRecords &xls) const { xls.write(kId, data.data(), uint16_t(data.size())); }
 
 void StyleBlock::read(XlsRecords &xls, uint16_t size, bool oldFormat, MemPool &pool) {
     style.read(xls, size, oldFormat, pool);

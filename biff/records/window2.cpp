@@ -12,16 +12,16 @@ void Window2::read(XlsRecords &xls, uint16_t size, bool old) {
         return;
     }
     if (size != 10 && size != 18) sizeError();
-    short_ = size == 10;
+    _short = size == 10;
     for (uint16_t *w : {&flags, &rwTop, &colLeft, &icvHdr, &reserved1}) xls.readInt16(*w);
-    if (short_) return;
+    if (_short) return;
     for (uint16_t *w : {&wScaleSLV, &wScaleNormal, &reserved2, &reserved3}) xls.readInt16(*w);
 }
 
 void Window2::write(XlsRecords &xls) const {
-    xls.write(kId, short_ ? 10 : 18);
+    xls.write(kId, _short ? 10 : 18);
     for (uint16_t w : {flags, rwTop, colLeft, icvHdr, reserved1}) xls.writeInt16(w);
-    if (short_) return;
+    if (_short) return;
     for (uint16_t w : {wScaleSLV, wScaleNormal, reserved2, reserved3}) xls.writeInt16(w);
 }
 

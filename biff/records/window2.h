@@ -51,7 +51,7 @@ public:
     using Record<Window2>::read;
 
 private:
-    bool short_ = false;
+    bool _short = false;
 };
 } // namespace tabrix
 #endif

@@ -11,8 +11,7 @@
 
 namespace tabrix {
 
-template <class Derived>
-class WordRecord : public Record<Derived> {
+template <class Derived> class WordRecord : public Record<Derived> {
 public:
     static constexpr uint16_t kSize = 2;
 

@@ -26,9 +26,7 @@ void WriteAccess::read(XlsRecords &xls, uint16_t size) {
     }
 }
 
-void WriteAccess::write(XlsRecords &xls) const {
-    xls.write(kId, block, kSize);
-}
+void WriteAccess::write(XlsRecords &xls) const { xls.write(kId, block, kSize); }
 
 void WriteAccess::dumpTo(std::wostream &os) const {
     // The user name: a 16-bit count, a flags byte, then 8-bit or 16-bit

@@ -15,20 +15,20 @@ namespace tabrix {
 
 class SegmentReader {
 public:
-    SegmentReader(XlsRecords &xls, uint32_t &remaining) : xls_(xls), remaining_(remaining) {}
+    SegmentReader(XlsRecords &xls, uint32_t &remaining) : _xls(xls), _remaining(remaining) {}
 
-    bool ok() const { return ok_; }
+    bool ok() const { return _ok; }
 
     // Enters the next CONTINUE record.
     bool next() {
-        while (ok_) {
-            if (xls_.eof() || xls_.peekInt16() != XlsRecords::kContinueId) return fail();
+        while (_ok) {
+            if (_xls.eof() || _xls.peekInt16() != XlsRecords::kContinueId) return fail();
             uint16_t id = 0, size = 0;
-            xls_.readInt16(id);
-            xls_.readInt16(size);
-            if (xls_.eof()) return fail();
+            _xls.readInt16(id);
+            _xls.readInt16(size);
+            if (_xls.eof()) return fail();
             if (size) {
-                remaining_ = size;
+                _remaining = size;
                 return true;
             }
         }
@@ -39,20 +39,20 @@ public:
         uint8_t *out = static_cast<uint8_t *>(buffer);
         std::memset(out, 0, n);
         while (n > 0) {
-            if (remaining_ == 0 && !next()) return false;
-            size_t k = n < remaining_ ? n : remaining_;
-            size_t got = xls_.read(out, k);
-            remaining_ -= uint32_t(k);
+            if (_remaining == 0 && !next()) return false;
+            size_t k = n < _remaining ? n : _remaining;
+            size_t got = _xls.read(out, k);
+            _remaining -= uint32_t(k);
             if (got < k) return fail();
             out += k;
             n -= k;
         }
-        return ok_;
+        return _ok;
     }
 
     void skip(size_t n) {
         uint8_t buf[256];
-        while (n > 0 && ok_) {
+        while (n > 0 && _ok) {
             size_t k = n < sizeof buf ? n : sizeof buf;
             bytes(buf, k);
             n -= k;
@@ -78,13 +78,13 @@ public:
 
 private:
     bool fail() {
-        ok_ = false;
+        _ok = false;
         return false;
     }
 
-    XlsRecords &xls_;
-    uint32_t &remaining_;
-    bool ok_ = true;
+    XlsRecords &_xls;
+    uint32_t &_remaining;
+    bool _ok = true;
 };
 
 } // namespace tabrix

@@ -24,8 +24,8 @@ void ShortXLUnicodeString::decode(const uint8_t *b, MemPool &pool) {
     text = t;
 }
 
-void ShortXLUnicodeString::read(XlsRecords &xls, bool noFlags_, MemPool &pool) {
-    noFlags = noFlags_;
+void ShortXLUnicodeString::read(XlsRecords &xls, bool _noFlags, MemPool &pool) {
+    noFlags = _noFlags;
     uint8_t head[2] = {0, 0};
     xls.read(head, noFlags ? 1 : 2);
     cch = head[0];
@@ -35,8 +35,8 @@ void ShortXLUnicodeString::read(XlsRecords &xls, bool noFlags_, MemPool &pool) {
     decode(b.data(), pool);
 }
 
-void ShortXLUnicodeString::read(std::deque<unsigned char> &q, bool noFlags_, MemPool &pool) {
-    noFlags = noFlags_;
+void ShortXLUnicodeString::read(std::deque<unsigned char> &q, bool _noFlags, MemPool &pool) {
+    noFlags = _noFlags;
     auto pop = [&q]() -> uint8_t {
         if (q.empty()) throw tberror("ShortXLUnicodeString: string is truncated");
         uint8_t c = q.front();

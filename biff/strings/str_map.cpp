@@ -32,8 +32,7 @@ bool EqStr::equal(const ExtString &a, const ExtString &b) {
     if (isDeleted(a) || isDeleted(b)) return isDeleted(a) && isDeleted(b);
     const wchar_t *x = a.text ? a.text : L"";
     const wchar_t *y = b.text ? b.text : L"";
-    for (; *x && *x == *y; ++x, ++y) {
-    }
+    for (; *x && *x == *y; ++x, ++y) {}
     if (*x != *y) return false;
     const uint8_t bits = ExtString::kPhonetic | ExtString::kRichText;
     if ((a.flags & bits) != (b.flags & bits)) return false;
@@ -49,21 +48,21 @@ bool EqStr::equal(const ExtString &a, const ExtString &b) {
     return true;
 }
 
-StrMap::StrMap() { map_.set_deleted_key(deletedKey()); }
+StrMap::StrMap() { _map.set_deleted_key(deletedKey()); }
 
 void StrMap::sync() {
-    for (; mapped_ < strings_.size(); ++mapped_) {
-        ExtString &s = strings_[mapped_];
+    for (; _mapped < _strings.size(); ++_mapped) {
+        ExtString &s = _strings[_mapped];
         if (!s.hash) s.hash = HashFnv::of(s.text);
-        map_[s] = unsigned(mapped_);
+        _map[s] = unsigned(_mapped);
     }
 }
 
 void StrMap::filterAll() {
-    for (; filtered_ < strings_.size(); ++filtered_) {
-        ExtString &s = strings_[filtered_];
+    for (; _filtered < _strings.size(); ++_filtered) {
+        ExtString &s = _strings[_filtered];
         if (!s.hash) s.hash = HashFnv::of(s.text);
-        filter_.put(s.hash);
+        _filter.put(s.hash);
     }
 }
 
@@ -71,10 +70,10 @@ void StrMap::filterAll() {
 // rest.  `key` carries its hash.
 int64_t StrMap::lookUp(const ExtString &key) {
     filterAll();
-    if (!filter_.mayHold(key.hash)) return -1;
+    if (!_filter.mayHold(key.hash)) return -1;
     sync();
-    auto it = map_.find(key);
-    return it == map_.end() ? -1 : int64_t(it->second);
+    auto it = _map.find(key);
+    return it == _map.end() ? -1 : int64_t(it->second);
 }
 
 int64_t StrMap::find(const wchar_t *text, uint64_t hash) {
@@ -85,10 +84,10 @@ int64_t StrMap::find(const wchar_t *text, uint64_t hash) {
 }
 
 unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
-    unsigned index = unsigned(strings_.size());
+    unsigned index = unsigned(_strings.size());
     if (force) {
         // Appended without a look-up; the hash table takes it at the next one.
-        strings_.push_back(s);
+        _strings.push_back(s);
         inserted = true;
         return index;
     }
@@ -102,36 +101,36 @@ unsigned StrMap::insert(const ExtString &s, bool force, bool &inserted) {
 // The hash table takes the string at the next look-up that needs it.
 unsigned StrMap::add(const ExtString &s) {
     filterAll();
-    const unsigned index = unsigned(strings_.size());
+    const unsigned index = unsigned(_strings.size());
     ExtString key = s;
     if (!key.hash) key.hash = HashFnv::of(key.text);
-    strings_.push_back(key);
-    filter_.put(key.hash);
-    filtered_ = strings_.size();
+    _strings.push_back(key);
+    _filter.put(key.hash);
+    _filtered = _strings.size();
     return index;
 }
 
 void StrMap::insert(unsigned index, const ExtString &s) {
-    if (index >= strings_.size()) return;
+    if (index >= _strings.size()) return;
     sync();
-    for (auto it = map_.begin(); it != map_.end(); ++it)
+    for (auto it = _map.begin(); it != _map.end(); ++it)
         if (it->second == index) {
-            map_.erase(it);
+            _map.erase(it);
             break;
         }
     ExtString key = s;
     key.hash = HashFnv::of(key.text);
-    strings_[index] = key;
-    map_[key] = index;
-    filter_.put(key.hash);
+    _strings[index] = key;
+    _map[key] = index;
+    _filter.put(key.hash);
 }
 
 void StrMap::reset() {
-    strings_.clear();
-    map_.clear();
-    mapped_ = 0;
-    filter_.clear();
-    filtered_ = 0;
+    _strings.clear();
+    _map.clear();
+    _mapped = 0;
+    _filter.clear();
+    _filtered = 0;
 }
 
 } // namespace tabrix

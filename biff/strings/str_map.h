@@ -49,9 +49,9 @@ public:
     unsigned add(const ExtString &s);
     // Replaces the string at `index` (an index outside the table is ignored).
     void insert(unsigned index, const ExtString &s);
-    const ExtString &extract(unsigned index) const { return strings_.at(index); }
-    unsigned count() const { return unsigned(strings_.size()); }
-    void reserve(size_t n) { strings_.reserve(n); }
+    const ExtString &extract(unsigned index) const { return _strings.at(index); }
+    unsigned count() const { return unsigned(_strings.size()); }
+    void reserve(size_t n) { _strings.reserve(n); }
     void reset();
 
 private:
@@ -63,11 +63,11 @@ private:
     void filterAll();
     int64_t lookUp(const ExtString &key);
 
-    PodVector<ExtString> strings_;
-    size_t mapped_ = 0;
-    HashFilter filter_;
-    size_t filtered_ = 0;
-    google::sparse_hash_map<ExtString, unsigned, HashFnv, EqStr> map_;
+    PodVector<ExtString> _strings;
+    size_t _mapped = 0;
+    HashFilter _filter;
+    size_t _filtered = 0;
+    google::sparse_hash_map<ExtString, unsigned, HashFnv, EqStr> _map;
 };
 
 } // namespace tabrix

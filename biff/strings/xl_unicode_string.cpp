@@ -46,10 +46,10 @@ unsigned XLUnicodeString::size() const {
     return (shortCount ? 1u : 2u) + (noFlags ? 0u : 1u) + ((flags & 1) ? 2u : 1u) * cch;
 }
 
-bool XLUnicodeString::read(XlsRecords &xls, bool noFlags_, bool shortCount_, MemPool &pool,
+bool XLUnicodeString::read(XlsRecords &xls, bool _noFlags, bool _shortCount, MemPool &pool,
                            unsigned short &remaining) {
-    noFlags = noFlags_;
-    shortCount = shortCount_;
+    noFlags = _noFlags;
+    shortCount = _shortCount;
     if (shortCount) {
         uint8_t c = 0;
         xls.readWithContinueRecords(&c, 1, remaining);

@@ -17,9 +17,9 @@ void XLUnicodeStringNoCch::setString(const wchar_t *s, MemPool &pool) {
     text = poolCopy(s, n, pool);
 }
 
-void XLUnicodeStringNoCch::read(XlsRecords &xls, uint32_t count, MemPool &pool, bool noFlags_,
+void XLUnicodeStringNoCch::read(XlsRecords &xls, uint32_t count, MemPool &pool, bool _noFlags,
                                 unsigned short &remaining) {
-    noFlags = noFlags_;
+    noFlags = _noFlags;
     cch = count;
     // No more characters than the stream can hold.
     if (cch > xls.size()) throw tberror("error in XLUnicodeString record #1");
@@ -74,7 +74,8 @@ void XLUnicodeStringNoCch::write(XlsRecords &xls, unsigned short &remaining) con
             size_t chunk = std::min<size_t>(b.size() - done, noFlags ? 8223 : 8222);
             // Keeps 2-byte characters whole.
             if (wide && (chunk & 1) && chunk > 1) --chunk;
-            if (wide && chunk > 2 && done + chunk < b.size() && splitsPair(text, (done + chunk) / 2))
+            if (wide && chunk > 2 && done + chunk < b.size() &&
+                splitsPair(text, (done + chunk) / 2))
                 chunk -= 2;
             xls.write(XlsRecords::kContinueId, uint16_t(noFlags ? chunk : chunk + 1));
             if (!noFlags) xls.write(&flags, 1);

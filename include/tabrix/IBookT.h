@@ -46,8 +46,7 @@ public:
     // The number of fonts of the book.
     virtual int fontSize() = 0;
     // The serial number of a date and time in the book's date system (1900 or 1904).
-    virtual double datePack(int year, int month, int day, int hour, int min, int sec,
-                            int msec) = 0;
+    virtual double datePack(int year, int month, int day, int hour, int min, int sec, int msec) = 0;
     // Splits a serial number into date and time; the time outputs may be null; false out of range.
     virtual bool dateUnpack(double value, int *year, int *month, int *day, int *hour, int *min,
                             int *sec, int *msec) = 0;

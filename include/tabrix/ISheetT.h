@@ -79,8 +79,8 @@ public:
     virtual void setPicture(int row, int col, int pictureId, double scale, int offsetX,
                             int offsetY) = 0;
     // Places a book picture at a width and height in pixels; -1 sizes it to the cells.
-    virtual void setPicture2(int row, int col, int pictureId, int width, int height,
-                             int offsetX, int offsetY) = 0;
+    virtual void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
+                             int offsetY) = 0;
     // The row of horizontal page break index, from 0.
     virtual int getHorPageBreak(int index) = 0;
     // The number of horizontal page breaks.
@@ -209,15 +209,15 @@ public:
     virtual bool getNamedRange(const C *name, int *rowFirst, int *rowLast, int *colFirst,
                                int *colLast, int scopeId, bool *hidden) = 0;
     // Makes the name refer to the cells; scopeId -1 the book, -2 this sheet, or a sheet index.
-    virtual bool setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst,
-                               int colLast, int scopeId) = 0;
+    virtual bool setNamedRange(const C *name, int rowFirst, int rowLast, int colFirst, int colLast,
+                               int scopeId) = 0;
     // Deletes the name of scope scopeId (as for setNamedRange); false when there is none.
     virtual bool delNamedRange(const C *name, int scopeId) = 0;
     // The number of names that refer to cells of this sheet.
     virtual int namedRangeSize() = 0;
     // Name index, from 0: its text, its cells and scope into the outputs; null outside.
-    virtual const C *namedRange(int index, int *rowFirst, int *rowLast, int *colFirst,
-                                int *colLast, int *scopeId, bool *hidden) = 0;
+    virtual const C *namedRange(int index, int *rowFirst, int *rowLast, int *colFirst, int *colLast,
+                                int *scopeId, bool *hidden) = 0;
     // The sheet's name.
     virtual const C *name() = 0;
     // Renames the sheet; a longer name is cut to 31 characters, with a warning.

@@ -75,9 +75,9 @@ enum BorderDiagonal {
 enum FillPattern {
     FILLPATTERN_NONE = 0,
     FILLPATTERN_SOLID = 1,
-    FILLPATTERN_GRAY50 = 2,   // "mediumGray"
-    FILLPATTERN_GRAY75 = 3,   // "darkGray"
-    FILLPATTERN_GRAY25 = 4,   // "lightGray"
+    FILLPATTERN_GRAY50 = 2, // "mediumGray"
+    FILLPATTERN_GRAY75 = 3, // "darkGray"
+    FILLPATTERN_GRAY25 = 4, // "lightGray"
     FILLPATTERN_HORSTRIPE = 5,
     FILLPATTERN_VERSTRIPE = 6,
     FILLPATTERN_REVDIAGSTRIPE = 7,

@@ -67,16 +67,14 @@ const char *const mc_user_description[] = {
 
 const char *get_error_description(int code) {
     const int n = int(sizeof mc_error_description / sizeof *mc_error_description);
-    if (code >= 0 && code < n)
-        return mc_error_description[code];
+    if (code >= 0 && code < n) return mc_error_description[code];
     if (code >= ELMX_USER_DEFINED_1 && code <= ELMX_USER_DEFINED_9)
         return mc_user_description[code - ELMX_USER_DEFINED_1];
     return "";
 }
 
 void s_debug_error::capture(elmx_error c, std::string n, const char *f, int line, int in_line) {
-    if (c == ELMX_UNEXPECTED_EOM && code != ELMX_OK)
-        return;
+    if (c == ELMX_UNEXPECTED_EOM && code != ELMX_OK) return;
     code = c;
     name = std::move(n);
     file = f ? f : "";
@@ -86,12 +84,9 @@ void s_debug_error::capture(elmx_error c, std::string n, const char *f, int line
 
 std::string get_error_message(const s_debug_error &e) {
     std::string m = get_error_description(e.code);
-    if (!e.name.empty())
-        m += " (" + e.name + ")";
-    if (e.input_line > 0)
-        m += " at line " + std::to_string(e.input_line);
-    if (!e.file.empty())
-        m += " [" + e.file + ":" + std::to_string(e.source_line) + "]";
+    if (!e.name.empty()) m += " (" + e.name + ")";
+    if (e.input_line > 0) m += " at line " + std::to_string(e.input_line);
+    if (!e.file.empty()) m += " [" + e.file + ":" + std::to_string(e.source_line) + "]";
     return m;
 }
 

@@ -12,23 +12,22 @@ namespace {
 
 bool iequals(std::string_view a, const char *b) {
     size_t n = std::strlen(b);
-    if (a.size() != n)
-        return false;
+    if (a.size() != n) return false;
     for (size_t i = 0; i < n; ++i) {
         char x = a[i], y = b[i];
-        if (x >= 'a' && x <= 'z')
-            x = char(x - 32);
-        if (y >= 'a' && y <= 'z')
-            y = char(y - 32);
-        if (x != y)
-            return false;
+        if (x >= 'a' && x <= 'z') x = char(x - 32);
+        if (y >= 'a' && y <= 'z') y = char(y - 32);
+        if (x != y) return false;
     }
     return true;
 }
 
-bool is_ascii_ws_or_lt(unsigned char c) { return c == '<' || c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool is_ascii_ws_or_lt(unsigned char c) {
+    return c == '<' || c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
 
-elmx_error utf16_to_utf8(const unsigned char *p, size_t n, bool big, std::string &out, std::string &detail) {
+elmx_error utf16_to_utf8(const unsigned char *p, size_t n, bool big, std::string &out,
+                         std::string &detail) {
     if (n % 2) {
         detail = "Unrecognised character encoding";
         return ELMX_BAD_CHAR_ENCODING;
@@ -42,7 +41,8 @@ elmx_error utf16_to_utf8(const unsigned char *p, size_t n, bool big, std::string
                 detail = "Unrecognised character encoding";
                 return ELMX_BAD_CHAR_ENCODING;
             }
-            uint32_t l = big ? (uint32_t(p[i + 2]) << 8 | p[i + 3]) : (uint32_t(p[i + 3]) << 8 | p[i + 2]);
+            uint32_t l =
+                big ? (uint32_t(p[i + 2]) << 8 | p[i + 3]) : (uint32_t(p[i + 3]) << 8 | p[i + 2]);
             if (l < 0xDC00 || l > 0xDFFF) {
                 detail = "Unrecognised character encoding";
                 return ELMX_BAD_CHAR_ENCODING;
@@ -84,12 +84,10 @@ size_t valid_utf8_prefix(std::string_view s) {
         while (i + 8 <= n) {
             uint64_t w;
             std::memcpy(&w, p + i, 8);
-            if (w & 0x8080808080808080ull)
-                break;
+            if (w & 0x8080808080808080ull) break;
             i += 8;
         }
-        if (i >= n)
-            break;
+        if (i >= n) break;
         unsigned char c = p[i];
         if (c < 0x80) {
             ++i;
@@ -109,14 +107,13 @@ size_t valid_utf8_prefix(std::string_view s) {
         } else {
             return i;
         }
-        if (i + len > n)
-            return i;
+        if (i + len > n) return i;
         for (size_t k = 1; k < len; ++k) {
-            if ((p[i + k] & 0xC0) != 0x80)
-                return i;
+            if ((p[i + k] & 0xC0) != 0x80) return i;
             cp = cp << 6 | (p[i + k] & 0x3F);
         }
-        if ((len == 3 && (cp < 0x800 || (cp >= 0xD800 && cp <= 0xDFFF))) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)))
+        if ((len == 3 && (cp < 0x800 || (cp >= 0xD800 && cp <= 0xDFFF))) ||
+            (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)))
             return i;
         i += len;
     }
@@ -125,8 +122,7 @@ size_t valid_utf8_prefix(std::string_view s) {
 
 elmx_error parse_xml_decl(std::string_view t, s_xml_decl &decl, std::string &detail) {
     decl = s_xml_decl();
-    if (t.size() < 6 || t.compare(0, 5, "<?xml") != 0 || !chars::is_space(t[5]))
-        return ELMX_OK;
+    if (t.size() < 6 || t.compare(0, 5, "<?xml") != 0 || !chars::is_space(t[5])) return ELMX_OK;
     decl.present = true;
     size_t end = t.find("?>", 5);
     if (end == std::string_view::npos) {
@@ -138,35 +134,29 @@ elmx_error parse_xml_decl(std::string_view t, s_xml_decl &decl, std::string &det
     int index = 0;
     while (true) {
         size_t ws = i;
-        while (i < end && chars::is_space(t[i]))
-            ++i;
-        if (i == end)
-            break;
+        while (i < end && chars::is_space(t[i])) ++i;
+        if (i == end) break;
         if (i == ws) {
             detail = "Missing white space in XML Decl";
             return ELMX_BAD_XML_DECL;
         }
         size_t name = i;
-        while (i < end && (chars::is(t[i], chars::NAME)))
-            ++i;
+        while (i < end && (chars::is(t[i], chars::NAME))) ++i;
         std::string_view key = t.substr(name, i - name);
-        while (i < end && chars::is_space(t[i]))
-            ++i;
+        while (i < end && chars::is_space(t[i])) ++i;
         if (i >= end || t[i] != '=') {
             detail = "Missing = in XML Decl";
             return ELMX_BAD_XML_DECL;
         }
         ++i;
-        while (i < end && chars::is_space(t[i]))
-            ++i;
+        while (i < end && chars::is_space(t[i])) ++i;
         if (i >= end || (t[i] != '"' && t[i] != '\'')) {
             detail = "Missing quote in XML Decl";
             return ELMX_BAD_XML_DECL;
         }
         char q = t[i++];
         size_t v = i;
-        while (i < end && t[i] != q)
-            ++i;
+        while (i < end && t[i] != q) ++i;
         if (i >= end) {
             detail = "Unterminated value in XML Decl";
             return ELMX_BAD_XML_DECL;
@@ -208,8 +198,8 @@ elmx_error parse_xml_decl(std::string_view t, s_xml_decl &decl, std::string &det
     return ELMX_OK;
 }
 
-elmx_error document_to_utf8(const char *data, size_t size, std::string &storage, std::string_view &text,
-                            s_xml_decl &decl, std::string &detail) {
+elmx_error document_to_utf8(const char *data, size_t size, std::string &storage,
+                            std::string_view &text, s_xml_decl &decl, std::string &detail) {
     const unsigned char *b = reinterpret_cast<const unsigned char *>(data);
     if (size == 0 || !data) {
         detail = "Empty document";
@@ -237,19 +227,17 @@ elmx_error document_to_utf8(const char *data, size_t size, std::string &storage,
 
     if (form != BF_UTF8) {
         elmx_error e = utf16_to_utf8(b + skip, size - skip, form == BF_UTF16_BE, storage, detail);
-        if (e)
-            return e;
+        if (e) return e;
         text = storage;
     } else {
         text = std::string_view(data + skip, size - skip);
     }
     elmx_error e = parse_xml_decl(text, decl, detail);
-    if (e)
-        return e;
+    if (e) return e;
 
     const std::string_view enc = decl.encoding;
-    const bool single = iequals(enc, "ISO-8859-1") || iequals(enc, "Windows-1252") || iequals(enc, "cp-1252") ||
-                        iequals(enc, "US-ASCII");
+    const bool single = iequals(enc, "ISO-8859-1") || iequals(enc, "Windows-1252") ||
+                        iequals(enc, "cp-1252") || iequals(enc, "US-ASCII");
     const bool utf8 = enc.empty() || iequals(enc, "UTF-8");
     const bool utf16 = iequals(enc, "UTF-16");
     if (!single && !utf8 && !utf16) {

@@ -25,8 +25,8 @@ elmx_error parse_xml_decl(std::string_view text, s_xml_decl &decl, std::string &
 
 // Turns a whole document into UTF-8 text: `text` views either the input
 // (after any byte order mark) or `storage`; `decl` is its declaration.
-elmx_error document_to_utf8(const char *data, size_t size, std::string &storage, std::string_view &text,
-                            s_xml_decl &decl, std::string &detail);
+elmx_error document_to_utf8(const char *data, size_t size, std::string &storage,
+                            std::string_view &text, s_xml_decl &decl, std::string &detail);
 
 // The length of the valid UTF-8 prefix of `s` (equal to its size when all is valid).
 size_t valid_utf8_prefix(std::string_view s);

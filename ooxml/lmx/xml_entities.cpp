@@ -17,17 +17,17 @@ struct s_predefined {
     const char *name;
     char ch;
 };
-const s_predefined k_predefined[] = {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
+const s_predefined k_predefined[] = {
+    {"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
 
 } // namespace
 
-bool c_xml_reader::decode_reference(const char *&p, const char *end, std::string &out, bool attribute,
-                                    size_t nesting) {
+bool c_xml_reader::decode_reference(const char *&p, const char *end, std::string &out,
+                                    bool attribute, size_t nesting) {
     if (p < end && *p == '#') {
         ++p;
         const bool hex = p < end && *p == 'x';
-        if (hex)
-            ++p;
+        if (hex) ++p;
         uint32_t cp = 0;
         const char *digits = p;
         for (; p < end; ++p) {
@@ -42,8 +42,7 @@ bool c_xml_reader::decode_reference(const char *&p, const char *end, std::string
             else
                 break;
             cp = cp * (hex ? 16 : 10) + d;
-            if (cp > 0x10FFFF)
-                cp = 0x110000; // stays out of range without overflowing
+            if (cp > 0x10FFFF) cp = 0x110000; // stays out of range without overflowing
         }
         if (p == digits || p >= end || *p != ';') {
             fail(ELMX_BADLY_FORMED, "Bad character reference");
@@ -51,19 +50,18 @@ bool c_xml_reader::decode_reference(const char *&p, const char *end, std::string
         }
         ++p;
         const bool control = cp < 0x20 && cp != 9 && cp != 10 && cp != 13 && _decl.version != "1.1";
-        if (cp == 0 || cp > 1048576 || (cp >= 0xD800 && cp <= 0xDFFF) || cp == 0xFFFE || cp == 0xFFFF || control) {
+        if (cp == 0 || cp > 1048576 || (cp >= 0xD800 && cp <= 0xDFFF) || cp == 0xFFFE ||
+            cp == 0xFFFF || control) {
             fail(ELMX_BADLY_FORMED, "Character reference out of range");
             return false;
         }
-        if (cp == 8232 || cp == 133)
-            cp = '\n';
+        if (cp == 8232 || cp == 133) cp = '\n';
         append_utf8(out, cp);
         return true;
     }
     const char *name = p;
     if (p < end && is(*p, chars::NAME_START))
-        for (++p; p < end && is(*p, chars::NAME);)
-            ++p;
+        for (++p; p < end && is(*p, chars::NAME);) ++p;
     if (p == name || p >= end || *p != ';') {
         fail(ELMX_BADLY_FORMED, "Bad entity reference");
         return false;
@@ -76,8 +74,7 @@ bool c_xml_reader::decode_reference(const char *&p, const char *end, std::string
             return true;
         }
     for (s_entity &e : _entities)
-        if (!e.parameter && e.name == n)
-            return expand_entity(e, out, attribute, nesting + 1);
+        if (!e.parameter && e.name == n) return expand_entity(e, out, attribute, nesting + 1);
     fail(ELMX_ENTITY_NOT_FOUND, "&" + std::string(n) + ";");
     return false;
 }
@@ -109,21 +106,18 @@ bool c_xml_reader::expand_entity(s_entity &ent, std::string &out, bool attribute
         const char c = *p;
         if (c == '&') {
             ++p;
-            if (!decode_reference(p, end, out, attribute, nesting))
-                return false;
+            if (!decode_reference(p, end, out, attribute, nesting)) return false;
         } else if (c == '<') {
             fail(ELMX_UNEXPECTED_ENTITY, "Markup inside entity &" + std::string(ent.name) + ";");
             return false;
         } else {
             const char *r = p;
-            while (p < end && *p != '&' && *p != '<')
-                ++p;
+            while (p < end && *p != '&' && *p != '<') ++p;
             const size_t at = out.size();
             out.append(r, size_t(p - r));
             if (attribute)
                 for (size_t i = at; i < out.size(); ++i)
-                    if (out[i] == '\t' || out[i] == '\n' || out[i] == '\r')
-                        out[i] = ' ';
+                    if (out[i] == '\t' || out[i] == '\n' || out[i] == '\r') out[i] = ' ';
         }
         _entity_bytes += out.size() - before;
         if (_entity_bytes > _limits.max_entity_bytes) {
@@ -144,35 +138,28 @@ struct s_dtd_cursor {
 
     bool space() {
         const char *s = p;
-        while (p < end && is_space(*p))
-            ++p;
+        while (p < end && is_space(*p)) ++p;
         return p != s;
     }
     bool literal(const char *lit) {
         size_t n = std::strlen(lit);
-        if (size_t(end - p) < n || std::memcmp(p, lit, n) != 0)
-            return false;
+        if (size_t(end - p) < n || std::memcmp(p, lit, n) != 0) return false;
         p += n;
         return true;
     }
     bool name(std::string_view &out) {
         const char *s = p;
-        if (p >= end || !is(*p, chars::NAME_START))
-            return false;
-        for (++p; p < end && is(*p, chars::NAME);)
-            ++p;
+        if (p >= end || !is(*p, chars::NAME_START)) return false;
+        for (++p; p < end && is(*p, chars::NAME);) ++p;
         out = std::string_view(s, size_t(p - s));
         return true;
     }
     bool quoted(std::string_view &out) {
-        if (p >= end || (*p != '"' && *p != '\''))
-            return false;
+        if (p >= end || (*p != '"' && *p != '\'')) return false;
         const char q = *p++;
         const char *s = p;
-        while (p < end && *p != q)
-            ++p;
-        if (p >= end)
-            return false;
+        while (p < end && *p != q) ++p;
+        if (p >= end) return false;
         out = std::string_view(s, size_t(p - s));
         ++p;
         return true;
@@ -230,19 +217,15 @@ bool c_xml_reader::parse_doctype() {
             }
             _p = c.p;
             if (c.literal("<!--")) {
-                if (!skip_comment())
-                    return false;
+                if (!skip_comment()) return false;
             } else if (c.literal("<?")) {
-                if (!skip_pi())
-                    return false;
+                if (!skip_pi()) return false;
             } else if (c.literal("<!ENTITY")) {
                 _p = c.p;
-                if (!parse_entity_decl())
-                    return false;
+                if (!parse_entity_decl()) return false;
             } else if (c.literal("<!")) {
                 _p = c.p;
-                if (!skip_markup_decl())
-                    return false;
+                if (!skip_markup_decl()) return false;
             } else {
                 ok = false;
                 break;
@@ -307,10 +290,8 @@ bool c_xml_reader::skip_markup_decl() {
     while (p < _end && *p != '>') {
         if (*p == '"' || *p == '\'') {
             const char q = *p++;
-            while (p < _end && *p != q)
-                ++p;
-            if (p >= _end)
-                break;
+            while (p < _end && *p != q) ++p;
+            if (p >= _end) break;
         }
         ++p;
     }

@@ -14,14 +14,10 @@ int tokenise(const s_event_map *map, int ns, std::string_view local) {
                 return m->event;
     }
     if (ns == NS_XSI) {
-        if (local == "type")
-            return EV_XSI_TYPE;
-        if (local == "nil")
-            return EV_XSI_NIL;
-        if (local == "schemaLocation")
-            return EV_XSI_SCHEMA_LOCATION;
-        if (local == "noNamespaceSchemaLocation")
-            return EV_XSI_NO_NS_SCHEMA_LOCATION;
+        if (local == "type") return EV_XSI_TYPE;
+        if (local == "nil") return EV_XSI_NIL;
+        if (local == "schemaLocation") return EV_XSI_SCHEMA_LOCATION;
+        if (local == "noNamespaceSchemaLocation") return EV_XSI_NO_NS_SCHEMA_LOCATION;
     }
     return EV_UNKNOWN;
 }

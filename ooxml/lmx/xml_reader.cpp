@@ -24,7 +24,8 @@ const char *find(const char *p, const char *end, std::string_view pat) {
 
 } // namespace
 
-c_xml_reader::c_xml_reader(const char *data, size_t size, const s_ns_map *map, const s_reader_limits &limits)
+c_xml_reader::c_xml_reader(const char *data, size_t size, const s_ns_map *map,
+                           const s_reader_limits &limits)
     : _limits(limits), _map(map) {
     std::string detail;
     elmx_error e = document_to_utf8(data, size, _storage, _doc, _decl, detail);
@@ -43,12 +44,12 @@ c_xml_reader::c_xml_reader(const char *data, size_t size, const s_ns_map *map, c
 c_xml_reader::~c_xml_reader() = default;
 
 int c_xml_reader::fail(elmx_error code, std::string detail) {
-    if (!_debug.code)
-        _debug.capture(code, std::move(detail), "lmx/lmxparse", 0, line());
+    if (!_debug.code) _debug.capture(code, std::move(detail), "lmx/lmxparse", 0, line());
     return _event = EV_ERROR;
 }
 
-elmx_error c_xml_reader::capture_error(elmx_error code, std::string_view name, const char *file, int line_no) {
+elmx_error c_xml_reader::capture_error(elmx_error code, std::string_view name, const char *file,
+                                       int line_no) {
     _debug.capture(code, std::string(name), file, line_no, line());
     _event = EV_ERROR;
     return _debug.code;
@@ -60,8 +61,7 @@ int c_xml_reader::line() const {
     int n = 1;
     while (p && p < stop) {
         const void *nl = std::memchr(p, '\n', size_t(stop - p));
-        if (!nl)
-            break;
+        if (!nl) break;
         ++n;
         p = static_cast<const char *>(nl) + 1;
     }
@@ -69,35 +69,26 @@ int c_xml_reader::line() const {
 }
 
 std::string_view c_xml_reader::namespace_uri(int id) const {
-    if (id == NS_XML)
-        return k_uri_xml;
-    if (id == NS_XSI)
-        return k_uri_xsi;
+    if (id == NS_XML) return k_uri_xml;
+    if (id == NS_XSI) return k_uri_xsi;
     if (id >= NS_FIRST_DYNAMIC && size_t(id - NS_FIRST_DYNAMIC) < _dynamic_uris.size())
         return _dynamic_uris[size_t(id - NS_FIRST_DYNAMIC)];
     if (_map)
         for (const s_ns_map *m = _map; m->uri; ++m)
-            if (m->id == id)
-                return m->uri;
+            if (m->id == id) return m->uri;
     return {};
 }
 
 int c_xml_reader::ns_of_uri(std::string_view uri) {
-    if (uri.empty())
-        return NS_NONE;
+    if (uri.empty()) return NS_NONE;
     if (_map)
         for (const s_ns_map *m = _map; m->uri; ++m)
-            if (uri == m->uri)
-                return m->id;
-    if (uri == k_uri_xsi)
-        return NS_XSI;
-    if (uri == k_uri_xml)
-        return NS_XML;
+            if (uri == m->uri) return m->id;
+    if (uri == k_uri_xsi) return NS_XSI;
+    if (uri == k_uri_xml) return NS_XML;
     for (size_t i = 0; i < _dynamic_uris.size(); ++i)
-        if (_dynamic_uris[i] == uri)
-            return NS_FIRST_DYNAMIC + int(i);
-    if (_dynamic_uris.size() >= _limits.max_namespaces)
-        return -1;
+        if (_dynamic_uris[i] == uri) return NS_FIRST_DYNAMIC + int(i);
+    if (_dynamic_uris.size() >= _limits.max_namespaces) return -1;
     _dynamic_uris.push_back(uri);
     return NS_FIRST_DYNAMIC + int(_dynamic_uris.size() - 1);
 }
@@ -109,8 +100,7 @@ int c_xml_reader::lookup_prefix(std::string_view prefix, int &binding) const {
             return _bindings[i].id;
         }
     binding = -1;
-    if (prefix == "xml")
-        return NS_XML;
+    if (prefix == "xml") return NS_XML;
     return -1;
 }
 
@@ -121,35 +111,30 @@ s_namespace_decl c_xml_reader::declaration(size_t i) const {
 
 const s_attribute *c_xml_reader::find_attribute(int ns, std::string_view local) const {
     for (const s_attribute &a : _attrs)
-        if (a.ns == ns && a.local == local)
-            return &a;
+        if (a.ns == ns && a.local == local) return &a;
     return nullptr;
 }
 
 elmx_error c_xml_reader::decode_attribute(const s_attribute &a, std::string_view &out) {
-    if (_debug.code)
-        return _debug.code;
+    if (_debug.code) return _debug.code;
     if (a.plain) {
         out = a.raw_value;
         return ELMX_OK;
     }
     _value_buf.clear();
-    if (!decode(a.raw_value, _value_buf, true))
-        return _debug.code;
+    if (!decode(a.raw_value, _value_buf, true)) return _debug.code;
     out = _value_buf;
     return ELMX_OK;
 }
 
 bool c_xml_reader::text_is_space() const {
     for (char c : _text)
-        if (!is_space(c))
-            return false;
+        if (!is_space(c)) return false;
     return true;
 }
 
 int c_xml_reader::next() {
-    if (_debug.code)
-        return _event = EV_ERROR;
+    if (_debug.code) return _event = EV_ERROR;
     _decl_count = 0;
     if (_pending_end) {
         // The end of an empty-element tag, reported after its start.
@@ -162,35 +147,26 @@ int c_xml_reader::next() {
         _default_binding = f.saved_default;
         _frames.pop_back();
         _attrs.clear();
-        if (_frames.empty())
-            _root_done = true;
+        if (_frames.empty()) _root_done = true;
         return _event = EV_END;
     }
-    if (_frames.empty())
-        return misc_outside_root();
+    if (_frames.empty()) return misc_outside_root();
     for (;;) {
-        if (_p >= _end)
-            return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
-        if (*_p != '<')
-            return text_run();
-        if (_end - _p < 2)
-            return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
+        if (_p >= _end) return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
+        if (*_p != '<') return text_run();
+        if (_end - _p < 2) return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
         const char c = _p[1];
-        if (c == '/')
-            return end_tag();
+        if (c == '/') return end_tag();
         if (c == '!') {
             if (starts(_p, _end, "<!--", 4)) {
-                if (!skip_comment())
-                    return EV_ERROR;
+                if (!skip_comment()) return EV_ERROR;
                 continue;
             }
-            if (starts(_p, _end, "<![CDATA[", 9))
-                return text_run();
+            if (starts(_p, _end, "<![CDATA[", 9)) return text_run();
             return fail(ELMX_NOT_WELL_FORMED, "Unexpected <!");
         }
         if (c == '?') {
-            if (!skip_pi())
-                return EV_ERROR;
+            if (!skip_pi()) return EV_ERROR;
             continue;
         }
         return start_tag();
@@ -199,41 +175,32 @@ int c_xml_reader::next() {
 
 int c_xml_reader::misc_outside_root() {
     for (;;) {
-        while (_p < _end && is_space(*_p))
-            ++_p;
+        while (_p < _end && is_space(*_p)) ++_p;
         if (_p >= _end) {
-            if (!_root_done)
-                return fail(ELMX_UNEXPECTED_EOM, "No root element");
+            if (!_root_done) return fail(ELMX_UNEXPECTED_EOM, "No root element");
             return _event = EV_END_OF_INPUT;
         }
-        if (*_p != '<')
-            return fail(ELMX_NOT_WELL_FORMED, "Text outside the root element");
-        if (_end - _p < 2)
-            return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
+        if (*_p != '<') return fail(ELMX_NOT_WELL_FORMED, "Text outside the root element");
+        if (_end - _p < 2) return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
         const char c = _p[1];
         if (c == '?') {
-            if (!skip_pi())
-                return EV_ERROR;
+            if (!skip_pi()) return EV_ERROR;
             continue;
         }
         if (c == '!') {
             if (starts(_p, _end, "<!--", 4)) {
-                if (!skip_comment())
-                    return EV_ERROR;
+                if (!skip_comment()) return EV_ERROR;
                 continue;
             }
             if (!_root_seen && !_doctype_seen && starts(_p, _end, "<!DOCTYPE", 9)) {
                 _doctype_seen = true;
-                if (!parse_doctype())
-                    return EV_ERROR;
+                if (!parse_doctype()) return EV_ERROR;
                 continue;
             }
             return fail(ELMX_NOT_WELL_FORMED, "Unexpected <! outside the root element");
         }
-        if (_root_done)
-            return fail(ELMX_NOT_WELL_FORMED, "Content after the root element");
-        if (c == '/')
-            return fail(ELMX_BAD_END_TAG_SYNTAX, "End tag without a start tag");
+        if (_root_done) return fail(ELMX_NOT_WELL_FORMED, "Content after the root element");
+        if (c == '/') return fail(ELMX_BAD_END_TAG_SYNTAX, "End tag without a start tag");
         return start_tag();
     }
 }
@@ -259,9 +226,9 @@ bool c_xml_reader::skip_pi() {
         fail(ELMX_BADLY_FORMED, "Bad processing instruction");
         return false;
     }
-    while (p < _end && is(*p, chars::NAME))
-        ++p;
-    if (p - name == 3 && (name[0] | 0x20) == 'x' && (name[1] | 0x20) == 'm' && (name[2] | 0x20) == 'l') {
+    while (p < _end && is(*p, chars::NAME)) ++p;
+    if (p - name == 3 && (name[0] | 0x20) == 'x' && (name[1] | 0x20) == 'm' &&
+        (name[2] | 0x20) == 'l') {
         fail(ELMX_BAD_XML_DECL, "XML Decl not at the start of the document");
         return false;
     }
@@ -282,8 +249,7 @@ int c_xml_reader::start_tag() {
         return fail(ELMX_NOT_WELL_FORMED, "Bad element name");
     const char *name = p;
     uint8_t seen = 0;
-    for (uint8_t k; p < end && ((k = chars::cls(*p)) & chars::NAME); ++p)
-        seen |= k;
+    for (uint8_t k; p < end && ((k = chars::cls(*p)) & chars::NAME); ++p) seen |= k;
     const std::string_view qname(name, size_t(p - name));
     bool prefixed = seen & chars::COLON;
 
@@ -295,8 +261,7 @@ int c_xml_reader::start_tag() {
     bool empty;
     for (;;) {
         const char *ws = p;
-        while (p < end && is_space(*p))
-            ++p;
+        while (p < end && is_space(*p)) ++p;
         if (p >= end) {
             _p = p;
             return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
@@ -322,18 +287,15 @@ int c_xml_reader::start_tag() {
         }
         const char *an = p;
         uint8_t aseen = 0;
-        for (uint8_t k; p < end && ((k = chars::cls(*p)) & chars::NAME); ++p)
-            aseen |= k;
+        for (uint8_t k; p < end && ((k = chars::cls(*p)) & chars::NAME); ++p) aseen |= k;
         const std::string_view aname(an, size_t(p - an));
-        while (p < end && is_space(*p))
-            ++p;
+        while (p < end && is_space(*p)) ++p;
         if (p >= end || *p != '=') {
             _p = p;
             return fail(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, "@" + std::string(aname));
         }
         ++p;
-        while (p < end && is_space(*p))
-            ++p;
+        while (p < end && is_space(*p)) ++p;
         if (p >= end || (*p != '"' && *p != '\'')) {
             _p = p;
             return fail(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, "@" + std::string(aname));
@@ -342,21 +304,18 @@ int c_xml_reader::start_tag() {
         const char *v = p;
         bool plain = true;
         for (;;) {
-            while (p < end && !is(*p, chars::ATTR_STOP))
-                ++p;
+            while (p < end && !is(*p, chars::ATTR_STOP)) ++p;
             if (p >= end) {
                 _p = p;
                 return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
             }
             const char d = *p;
-            if (d == q)
-                break;
+            if (d == q) break;
             if (d == '<') {
                 _p = p;
                 return fail(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, "@" + std::string(aname));
             }
-            if (d != '"' && d != '\'')
-                plain = false;
+            if (d != '"' && d != '\'') plain = false;
             ++p;
         }
         const std::string_view value(v, size_t(p - v));
@@ -365,26 +324,26 @@ int c_xml_reader::start_tag() {
         if (aname.size() >= 5 && std::memcmp(aname.data(), "xmlns", 5) == 0 &&
             (aname.size() == 5 || aname[5] == ':')) {
             _p = p;
-            const std::string_view prefix = aname.size() == 5 ? std::string_view() : aname.substr(6);
+            const std::string_view prefix =
+                aname.size() == 5 ? std::string_view() : aname.substr(6);
             for (size_t i = mark; i < _bindings.size(); ++i)
                 if (_bindings[i].prefix == prefix)
                     return fail(ELMX_ATTRIBUTE_ALREADY_READ, "@" + std::string(aname));
             std::string_view uri = value;
             if (!plain) {
                 _decoded_uris.push_back(std::make_unique<std::string>());
-                if (!decode(value, *_decoded_uris.back(), true))
-                    return EV_ERROR;
+                if (!decode(value, *_decoded_uris.back(), true)) return EV_ERROR;
                 uri = *_decoded_uris.back();
             }
-            if (prefix == "xmlns" || (prefix == "xml") != (uri == k_uri_xml) || (!prefix.empty() && uri.empty()))
-                return fail(ELMX_NOT_WELL_FORMED, "Bad namespace declaration " + std::string(aname));
+            if (prefix == "xmlns" || (prefix == "xml") != (uri == k_uri_xml) ||
+                (!prefix.empty() && uri.empty()))
+                return fail(ELMX_NOT_WELL_FORMED,
+                            "Bad namespace declaration " + std::string(aname));
             if (_bindings.size() >= _limits.max_namespaces)
                 return fail(ELMX_NOT_WELL_FORMED, "Too many namespace declarations");
             const int id = ns_of_uri(uri);
-            if (id < 0)
-                return fail(ELMX_NOT_WELL_FORMED, "Too many namespaces");
-            if (prefix.empty())
-                _default_binding = int32_t(_bindings.size());
+            if (id < 0) return fail(ELMX_NOT_WELL_FORMED, "Too many namespaces");
+            if (prefix.empty()) _default_binding = int32_t(_bindings.size());
             _bindings.push_back({prefix, uri, id});
             ++_decl_count;
             continue;
@@ -410,14 +369,14 @@ int c_xml_reader::start_tag() {
     }
     _p = p;
     if (_frames.size() >= _limits.max_depth)
-        return fail(ELMX_NOT_WELL_FORMED, "Elements nested deeper than " + std::to_string(_limits.max_depth));
+        return fail(ELMX_NOT_WELL_FORMED,
+                    "Elements nested deeper than " + std::to_string(_limits.max_depth));
     std::string_view local = qname;
     int ns = _default_binding >= 0 ? _bindings[size_t(_default_binding)].id : NS_NONE;
     if (prefixed) { // copies, so the fast path's values stay in registers
         std::string_view l = local;
         int n = ns;
-        if (!resolve_names(qname, l, n))
-            return EV_ERROR;
+        if (!resolve_names(qname, l, n)) return EV_ERROR;
         local = l;
         ns = n;
     }
@@ -450,8 +409,7 @@ bool c_xml_reader::resolve_names(std::string_view qname, std::string_view &local
         }
     }
     for (s_attribute &a : _attrs) {
-        if (a.ns != -1)
-            continue;
+        if (a.ns != -1) continue;
         const size_t c = a.qname.find(':');
         a.local = a.qname.substr(c + 1);
         a.ns = lookup_prefix(a.qname.substr(0, c), binding);
@@ -466,8 +424,7 @@ bool c_xml_reader::resolve_names(std::string_view qname, std::string_view &local
 int c_xml_reader::end_tag() {
     const char *p = _p + 2;
     const char *const end = _end;
-    if (_frames.empty())
-        return fail(ELMX_BAD_END_TAG_SYNTAX, "End tag without a start tag");
+    if (_frames.empty()) return fail(ELMX_BAD_END_TAG_SYNTAX, "End tag without a start tag");
     {
         // The usual case: the open element's name, then ">".
         const s_frame &f = _frames.back();
@@ -481,26 +438,22 @@ int c_xml_reader::end_tag() {
             _default_binding = f.saved_default;
             _frames.pop_back();
             _attrs.clear();
-            if (_frames.empty())
-                _root_done = true;
+            if (_frames.empty()) _root_done = true;
             return _event = EV_END;
         }
     }
     if (p >= end || !is(*p, chars::NAME_START))
         return fail(ELMX_BAD_END_TAG_SYNTAX, "Bad end tag name");
     const char *name = p++;
-    while (p < end && is(*p, chars::NAME))
-        ++p;
+    while (p < end && is(*p, chars::NAME)) ++p;
     const std::string_view qname(name, size_t(p - name));
-    while (p < end && is_space(*p))
-        ++p;
-    if (p >= end)
-        return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
-    if (*p != '>')
-        return fail(ELMX_BAD_END_TAG_SYNTAX, "</" + std::string(qname));
+    while (p < end && is_space(*p)) ++p;
+    if (p >= end) return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
+    if (*p != '>') return fail(ELMX_BAD_END_TAG_SYNTAX, "</" + std::string(qname));
     const s_frame &f = _frames.back();
     if (!chars::same(f.qname.data(), f.qname.size(), qname.data(), qname.size()))
-        return fail(ELMX_BAD_END_OF_ELEMENT, "</" + std::string(qname) + "> closes <" + std::string(f.qname) + ">");
+        return fail(ELMX_BAD_END_OF_ELEMENT,
+                    "</" + std::string(qname) + "> closes <" + std::string(f.qname) + ">");
     _p = p + 1;
     _qname = f.qname;
     _local = f.local;
@@ -509,8 +462,7 @@ int c_xml_reader::end_tag() {
     _default_binding = f.saved_default;
     _frames.pop_back();
     _attrs.clear();
-    if (_frames.empty())
-        _root_done = true;
+    if (_frames.empty()) _root_done = true;
     return _event = EV_END;
 }
 
@@ -520,8 +472,7 @@ int c_xml_reader::text_run() {
     const char *p = start;
     bool plain = true;
     for (;;) {
-        while (p < end && !is(*p, chars::TEXT_STOP))
-            ++p;
+        while (p < end && !is(*p, chars::TEXT_STOP)) ++p;
         if (p >= end) {
             _p = p;
             return fail(ELMX_UNEXPECTED_EOM, "Premature end of file encountered");
@@ -530,8 +481,7 @@ int c_xml_reader::text_run() {
         if (c == '<') {
             if (starts(p, end, "<!--", 4)) {
                 _p = p;
-                if (!skip_comment())
-                    return EV_ERROR;
+                if (!skip_comment()) return EV_ERROR;
                 p = _p;
             } else if (starts(p, end, "<![CDATA[", 9)) {
                 const char *q = find(p + 9, end, "]]>");
@@ -542,8 +492,7 @@ int c_xml_reader::text_run() {
                 p = q + 3;
             } else if (p + 1 < end && p[1] == '?') {
                 _p = p;
-                if (!skip_pi())
-                    return EV_ERROR;
+                if (!skip_pi()) return EV_ERROR;
                 p = _p;
             } else {
                 break;
@@ -568,11 +517,9 @@ int c_xml_reader::text_run() {
         _text = raw;
     } else {
         _text_buf.clear();
-        if (!decode(raw, _text_buf, false))
-            return EV_ERROR;
+        if (!decode(raw, _text_buf, false)) return EV_ERROR;
         _text = _text_buf;
-        if (_text.empty())
-            return next();
+        if (_text.empty()) return next();
     }
     return _event = EV_TEXT;
 }
@@ -584,15 +531,13 @@ bool c_xml_reader::decode(std::string_view raw, std::string &out, bool attribute
         const char c = *p;
         if (c == '&') {
             ++p;
-            if (!decode_reference(p, end, out, attribute, 0))
-                return false;
+            if (!decode_reference(p, end, out, attribute, 0)) return false;
             continue;
         }
         if (c == '\r') {
             out += attribute ? ' ' : '\n';
             ++p;
-            if (p < end && *p == '\n')
-                ++p;
+            if (p < end && *p == '\n') ++p;
             continue;
         }
         if (attribute && (c == '\t' || c == '\n')) {
@@ -611,8 +556,7 @@ bool c_xml_reader::decode(std::string_view raw, std::string &out, bool attribute
                 for (const char *s = p + 9; s < q; ++s) {
                     if (*s == '\r') {
                         out += '\n';
-                        if (s + 1 < q && s[1] == '\n')
-                            ++s;
+                        if (s + 1 < q && s[1] == '\n') ++s;
                     } else {
                         out += *s;
                     }
@@ -622,7 +566,8 @@ bool c_xml_reader::decode(std::string_view raw, std::string &out, bool attribute
             continue;
         }
         const char *r = p;
-        while (p < end && *p != '&' && *p != '\r' && *p != '<' && !(attribute && (*p == '\t' || *p == '\n')))
+        while (p < end && *p != '&' && *p != '\r' && *p != '<' &&
+               !(attribute && (*p == '\t' || *p == '\n')))
             ++p;
         out.append(r, size_t(p - r));
     }

@@ -105,7 +105,8 @@ public:
     elmx_error expect_root(int ns, std::string_view local);
     // At EV_START: passes over the element and all it holds; the next event follows its end.
     elmx_error skip_element();
-    // At EV_START: takes the element whole, as it stands, into `out`; the next event follows its end.
+    // At EV_START: takes the element whole, as it stands, into `out`; the next event follows its
+    // end.
     elmx_error capture_element(c_any_info &out);
 
     // Input line (from 1) of the reader's position.
@@ -146,7 +147,8 @@ private:
     int ns_of_uri(std::string_view uri);
     int lookup_prefix(std::string_view prefix, int &binding) const;
     bool decode(std::string_view raw, std::string &out, bool attribute);
-    bool decode_reference(const char *&p, const char *end, std::string &out, bool attribute, size_t nesting);
+    bool decode_reference(const char *&p, const char *end, std::string &out, bool attribute,
+                          size_t nesting);
     bool expand_entity(s_entity &ent, std::string &out, bool attribute, size_t nesting);
     void note_used_binding(int binding, c_any_info &out) const;
 

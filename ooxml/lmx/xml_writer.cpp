@@ -20,19 +20,16 @@ void output_convert_to_xml(std::string &out, std::string_view text, bool attribu
         case '"': rep = "&quot;"; break;
         case '\'': rep = "&apos;"; break;
         case '>':
-            if (p == text.data() || p[-1] != ']')
-                continue;
+            if (p == text.data() || p[-1] != ']') continue;
             rep = "&gt;";
             break;
         case '\r': rep = "&#13;"; break;
         case '\n':
-            if (!attribute)
-                continue;
+            if (!attribute) continue;
             rep = "&#10;";
             break;
         case '\t':
-            if (!attribute)
-                continue;
+            if (!attribute) continue;
             rep = "&#9;";
             break;
         default: continue;
@@ -56,8 +53,7 @@ void output_convert_to_xml(std::string &out, double v) {
     char buf[40];
     const int n = std::snprintf(buf, sizeof buf, "%.14g", v);
     for (int i = 0; i < n; ++i)
-        if (buf[i] >= 'A' && buf[i] <= 'Z')
-            buf[i] = char(buf[i] + 32);
+        if (buf[i] >= 'A' && buf[i] <= 'Z') buf[i] = char(buf[i] + 32);
     out.append(buf, size_t(n));
 }
 
@@ -69,38 +65,30 @@ c_xml_writer::c_xml_writer(std::string &out, const s_ns_map *map) : _out(out) {
     _out += "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
     _ns.push_back({NS_XML, "xml", std::string(k_uri_xml)});
     if (map)
-        for (const s_ns_map *m = map; m->uri; ++m)
-            _ns.push_back({m->id, m->prefix, m->uri});
+        for (const s_ns_map *m = map; m->uri; ++m) _ns.push_back({m->id, m->prefix, m->uri});
 }
 
 const c_xml_writer::s_ns *c_xml_writer::find_id(int id) const {
     for (const s_ns &n : _ns)
-        if (n.id == id)
-            return &n;
+        if (n.id == id) return &n;
     return nullptr;
 }
 
 int c_xml_writer::add_namespace(std::string_view prefix, std::string_view uri) {
-    if (uri.empty())
-        return NS_NONE;
+    if (uri.empty()) return NS_NONE;
     const s_ns *known = nullptr;
     bool prefix_free = true;
     for (const s_ns &n : _ns) {
-        if (n.uri == uri && n.prefix == prefix)
-            return n.id;
-        if (n.uri == uri && !known)
-            known = &n;
+        if (n.uri == uri && n.prefix == prefix) return n.id;
+        if (n.uri == uri && !known) known = &n;
         prefix_free = prefix_free && n.prefix != prefix;
     }
-    if (known && !prefix_free)
-        return known->id;
+    if (known && !prefix_free) return known->id;
     std::string p(prefix);
     for (int k = 1;; ++k) {
         bool taken = false;
-        for (const s_ns &n : _ns)
-            taken = taken || n.prefix == p;
-        if (!taken)
-            break;
+        for (const s_ns &n : _ns) taken = taken || n.prefix == p;
+        if (!taken) break;
         p = "ns" + std::to_string(k);
     }
     const int id = uri == k_uri_xsi ? NS_XSI : _next_id++;
@@ -127,11 +115,9 @@ void c_xml_writer::put_name(int ns, std::string_view local) {
 }
 
 void c_xml_writer::start_element(int ns, std::string_view local) {
-    if (_open.empty() && _root_written)
-        _misuse = true; // a second root
+    if (_open.empty() && _root_written) _misuse = true; // a second root
     close_tag();
-    if (!_open.empty())
-        _open.back().content = true;
+    if (!_open.empty()) _open.back().content = true;
     _out += '<';
     const size_t at = _out.size();
     put_name(ns, local);
@@ -184,21 +170,18 @@ void c_xml_writer::attribute(int ns, std::string_view local, uint64_t value) {
 }
 
 void c_xml_writer::text(std::string_view value) {
-    if (value.empty())
-        return;
+    if (value.empty()) return;
     if (_open.empty()) {
         _misuse = true;
         return;
     }
     close_tag();
-    if (!_open.empty())
-        _open.back().content = true;
+    if (!_open.empty()) _open.back().content = true;
     output_convert_to_xml(_out, value, false);
 }
 
 void c_xml_writer::end_element() {
-    if (_open.empty())
-        return;
+    if (_open.empty()) return;
     const s_open o = _open.back();
     _open.pop_back();
     if (_tag_open) {
@@ -218,8 +201,7 @@ void c_xml_writer::write_any_info(const c_any_info &info) {
         return;
     }
     close_tag();
-    if (!_open.empty())
-        _open.back().content = true;
+    if (!_open.empty()) _open.back().content = true;
     // Bindings whose prefix the document already uses for another URI are
     // declared on the element's own tag, so its names keep their meaning.
     std::string local_decls;
@@ -233,8 +215,7 @@ void c_xml_writer::write_any_info(const c_any_info &info) {
                 else
                     clash = true;
             }
-        if (same)
-            continue;
+        if (same) continue;
         if (clash) {
             local_decls += pu.first.empty() ? " xmlns=\"" : " xmlns:" + pu.first + "=\"";
             output_convert_to_xml(local_decls, pu.second, true);
@@ -258,16 +239,12 @@ void c_xml_writer::write_any_info(const c_any_info &info) {
 }
 
 elmx_error c_xml_writer::finish() {
-    if (!_root_written)
-        return ELMX_TYPE_NOT_SET;
-    if (!_open.empty())
-        return ELMX_OCCURS_ON_MARSHAL;
-    if (_misuse)
-        return ELMX_UNDEFINED_ERROR;
+    if (!_root_written) return ELMX_TYPE_NOT_SET;
+    if (!_open.empty()) return ELMX_OCCURS_ON_MARSHAL;
+    if (_misuse) return ELMX_UNDEFINED_ERROR;
     std::string decls;
     for (const s_ns &n : _ns) {
-        if (n.id == NS_XML)
-            continue;
+        if (n.id == NS_XML) continue;
         decls += n.prefix.empty() ? " xmlns=\"" : " xmlns:" + n.prefix + "=\"";
         output_convert_to_xml(decls, n.uri, true);
         decls += '"';

@@ -6,26 +6,18 @@ namespace lmx {
 namespace {
 
 int hex_value(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
     return -1;
 }
 
 int b64_value(char c) {
-    if (c >= 'A' && c <= 'Z')
-        return c - 'A';
-    if (c >= 'a' && c <= 'z')
-        return c - 'a' + 26;
-    if (c >= '0' && c <= '9')
-        return c - '0' + 52;
-    if (c == '+')
-        return 62;
-    if (c == '/')
-        return 63;
+    if (c >= 'A' && c <= 'Z') return c - 'A';
+    if (c >= 'a' && c <= 'z') return c - 'a' + 26;
+    if (c >= '0' && c <= '9') return c - '0' + 52;
+    if (c == '+') return 62;
+    if (c == '/') return 63;
     return -1;
 }
 
@@ -33,38 +25,31 @@ int b64_value(char c) {
 bool decode_base64(std::string_view text, std::vector<uint8_t> *out) {
     std::string s;
     for (char c : text)
-        if (c != ' ' && c != '\t' && c != '\n' && c != '\r')
-            s += c;
-    if (s.size() % 4)
-        return false;
+        if (c != ' ' && c != '\t' && c != '\n' && c != '\r') s += c;
+    if (s.size() % 4) return false;
     for (size_t i = 0; i < s.size(); i += 4) {
         const bool last = i + 4 == s.size();
         int v[4];
         int pad = 0;
         for (int k = 0; k < 4; ++k) {
             if (s[i + k] == '=') {
-                if (!last || k < 2)
-                    return false;
+                if (!last || k < 2) return false;
                 ++pad;
                 v[k] = 0;
                 continue;
             }
-            if (pad)
-                return false;
+            if (pad) return false;
             v[k] = b64_value(s[i + k]);
-            if (v[k] < 0)
-                return false;
+            if (v[k] < 0) return false;
         }
         // The bits after the last byte must be zero.
-        if ((pad == 1 && (v[2] & 3)) || (pad == 2 && (v[1] & 15)))
-            return false;
-        const uint32_t w = uint32_t(v[0]) << 18 | uint32_t(v[1]) << 12 | uint32_t(v[2]) << 6 | uint32_t(v[3]);
+        if ((pad == 1 && (v[2] & 3)) || (pad == 2 && (v[1] & 15))) return false;
+        const uint32_t w =
+            uint32_t(v[0]) << 18 | uint32_t(v[1]) << 12 | uint32_t(v[2]) << 6 | uint32_t(v[3]);
         if (out) {
             out->push_back(uint8_t(w >> 16));
-            if (pad < 2)
-                out->push_back(uint8_t(w >> 8));
-            if (pad < 1)
-                out->push_back(uint8_t(w));
+            if (pad < 2) out->push_back(uint8_t(w >> 8));
+            if (pad < 1) out->push_back(uint8_t(w));
         }
     }
     return true;
@@ -73,11 +58,9 @@ bool decode_base64(std::string_view text, std::vector<uint8_t> *out) {
 } // namespace
 
 bool c_binary::is_valid_hex(std::string_view text) {
-    if (text.size() % 2)
-        return false;
+    if (text.size() % 2) return false;
     for (char c : text)
-        if (hex_value(c) < 0)
-            return false;
+        if (hex_value(c) < 0) return false;
     return true;
 }
 
@@ -85,8 +68,7 @@ bool c_binary::is_valid_base64(std::string_view text) { return decode_base64(tex
 
 bool c_binary::from_hex(std::string_view text) {
     _bytes.clear();
-    if (!is_valid_hex(text))
-        return false;
+    if (!is_valid_hex(text)) return false;
     for (size_t i = 0; i < text.size(); i += 2)
         _bytes.push_back(uint8_t(hex_value(text[i]) << 4 | hex_value(text[i + 1])));
     return true;
@@ -94,8 +76,7 @@ bool c_binary::from_hex(std::string_view text) {
 
 bool c_binary::from_base64(std::string_view text) {
     _bytes.clear();
-    if (decode_base64(text, &_bytes))
-        return true;
+    if (decode_base64(text, &_bytes)) return true;
     _bytes.clear();
     return false;
 }

@@ -6,7 +6,16 @@
 
 namespace lmx {
 
-enum e_datetime_form { DT_DATETIME, DT_DATE, DT_TIME, DT_GYEAR, DT_GYEARMONTH, DT_GMONTH, DT_GMONTHDAY, DT_GDAY };
+enum e_datetime_form {
+    DT_DATETIME,
+    DT_DATE,
+    DT_TIME,
+    DT_GYEAR,
+    DT_GYEARMONTH,
+    DT_GMONTH,
+    DT_GMONTHDAY,
+    DT_GDAY
+};
 
 // One value of the date/time family; fields a form lacks stay at zero.
 struct c_datetime_base {

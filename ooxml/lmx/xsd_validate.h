@@ -62,7 +62,7 @@ struct s_validation_spec {
     const char *const *enumeration = nullptr; // ends with null
     const c_regex *const *patterns = nullptr; // ends with null; one must match
     const char *fixed = nullptr;
-    const s_validation_spec *item = nullptr;            // XSD_LIST
+    const s_validation_spec *item = nullptr;           // XSD_LIST
     const s_validation_spec *const *members = nullptr; // XSD_UNION, ends with null
 };
 
@@ -71,7 +71,8 @@ void apply_whitespace(std::string &s, e_whitespace mode);
 // Checks `text` against `spec` (after its white-space mode): ELMX_OK, or
 // 35 lexical form, 36/37 bounds, 18/27 digits, 19/20 length, 22 pattern,
 // 38 enumeration, 43 fixed.  `normalised`, when given, gets the processed text.
-elmx_error validate(std::string_view text, const s_validation_spec &spec, std::string *normalised = nullptr);
+elmx_error validate(std::string_view text, const s_validation_spec &spec,
+                    std::string *normalised = nullptr);
 
 // Whether the text is an xs:boolean ("true", "false", "1", "0").
 bool is_valid_bool(std::string_view s);

@@ -7,24 +7,22 @@
 
 namespace tabrix {
 
-ContentTypes::ContentTypes(const char *bytes, size_t size)
-{
+ContentTypes::ContentTypes(const char *bytes, size_t size) {
     readFlatPart(bytes, size, pkg::kNsContentTypes, "Types", [this](lmx::c_xml_reader &r) {
         const bool isDefault = r.local() == "Default";
-        if (r.ns() != kFlatNs || (!isDefault && r.local() != "Override"))
-            return lmx::ELMX_OK;
+        if (r.ns() != kFlatNs || (!isDefault && r.local() != "Override")) return lmx::ELMX_OK;
         Entry e{isDefault, {}, {}};
-        if (!flatAttribute(r, isDefault ? "Extension" : "PartName", e.key) || !flatAttribute(r, "ContentType", e.type))
-            return r.capture_error(lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING, isDefault ? "CT_Default" : "CT_Override",
-                                   __FILE__, __LINE__);
+        if (!flatAttribute(r, isDefault ? "Extension" : "PartName", e.key) ||
+            !flatAttribute(r, "ContentType", e.type))
+            return r.capture_error(lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING,
+                                   isDefault ? "CT_Default" : "CT_Override", __FILE__, __LINE__);
         _list.push_back(std::move(e));
         return lmx::ELMX_OK;
     });
     fillMaps();
 }
 
-void ContentTypes::save(std::string &out)
-{
+void ContentTypes::save(std::string &out) {
     out.clear();
     const lmx::s_ns_map map[] = {{kFlatNs, "", pkg::kNsContentTypes}, {0, nullptr, nullptr}};
     lmx::c_xml_writer w(out, map);
@@ -39,18 +37,15 @@ void ContentTypes::save(std::string &out)
     throwXmlError(w.finish());
 }
 
-std::wstring ContentTypes::contentType(std::wstring partName) const
-{
+std::wstring ContentTypes::contentType(std::wstring partName) const {
     FileUtil::normalize(partName);
     auto o = _overrides.find(partName);
-    if (o != _overrides.end())
-        return _list[o->second].type;
+    if (o != _overrides.end()) return _list[o->second].type;
     auto d = _defaults.find(FileUtil::getExtension(partName));
     return d == _defaults.end() ? std::wstring() : _list[d->second].type;
 }
 
-void ContentTypes::add(bool isDefault, const std::wstring &key, const std::wstring &type)
-{
+void ContentTypes::add(bool isDefault, const std::wstring &key, const std::wstring &type) {
     auto &map = isDefault ? _defaults : _overrides;
     auto it = map.find(key);
     if (it != map.end()) {
@@ -61,12 +56,15 @@ void ContentTypes::add(bool isDefault, const std::wstring &key, const std::wstri
     _list.push_back({isDefault, key, type});
 }
 
-void ContentTypes::addOverride(const std::wstring &partName, const std::wstring &type) { add(false, partName, type); }
+void ContentTypes::addOverride(const std::wstring &partName, const std::wstring &type) {
+    add(false, partName, type);
+}
 
-void ContentTypes::addDefault(const std::wstring &extension, const std::wstring &type) { add(true, extension, type); }
+void ContentTypes::addDefault(const std::wstring &extension, const std::wstring &type) {
+    add(true, extension, type);
+}
 
-void ContentTypes::delOverride(const std::wstring &partName)
-{
+void ContentTypes::delOverride(const std::wstring &partName) {
     for (size_t i = 0; i < _list.size(); ++i)
         if (!_list[i].isDefault && _list[i].key == partName) {
             _list.erase(_list.begin() + static_cast<std::ptrdiff_t>(i));
@@ -75,8 +73,7 @@ void ContentTypes::delOverride(const std::wstring &partName)
         }
 }
 
-void ContentTypes::fillMaps()
-{
+void ContentTypes::fillMaps() {
     _defaults.clear();
     _overrides.clear();
     for (size_t i = 0; i < _list.size(); ++i)

@@ -10,14 +10,14 @@
 
 namespace tabrix {
 
-Relationships::Relationships(const char *bytes, size_t size)
-{
+Relationships::Relationships(const char *bytes, size_t size) {
     readFlatPart(bytes, size, pkg::kNsRelationships, "Relationships", [this](lmx::c_xml_reader &r) {
-        if (r.ns() != kFlatNs || r.local() != "Relationship")
-            return lmx::ELMX_OK;
+        if (r.ns() != kFlatNs || r.local() != "Relationship") return lmx::ELMX_OK;
         Entry e;
-        if (!flatAttribute(r, "Target", e.target) || !flatAttribute(r, "Type", e.type) || !flatAttribute(r, "Id", e.id))
-            return r.capture_error(lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING, "CT_Relationship", __FILE__, __LINE__);
+        if (!flatAttribute(r, "Target", e.target) || !flatAttribute(r, "Type", e.type) ||
+            !flatAttribute(r, "Id", e.id))
+            return r.capture_error(lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING, "CT_Relationship",
+                                   __FILE__, __LINE__);
         flatAttribute(r, "TargetMode", e.targetMode);
         _list.push_back(std::move(e));
         return lmx::ELMX_OK;
@@ -25,8 +25,7 @@ Relationships::Relationships(const char *bytes, size_t size)
     fillMap();
 }
 
-void Relationships::save(std::string &out)
-{
+void Relationships::save(std::string &out) {
     out.clear();
     const lmx::s_ns_map map[] = {{kFlatNs, "", pkg::kNsRelationships}, {0, nullptr, nullptr}};
     lmx::c_xml_writer w(out, map);
@@ -44,23 +43,19 @@ void Relationships::save(std::string &out)
     throwXmlError(w.finish());
 }
 
-std::wstring Relationships::makeId() const
-{
+std::wstring Relationships::makeId() const {
     long long highest = 0;
     for (const Entry &e : _list) {
-        if (e.id.size() <= 3)
-            continue;
+        if (e.id.size() <= 3) continue;
         const wchar_t *digits = e.id.c_str() + 3;
         wchar_t *end = nullptr;
         long long n = std::wcstoll(digits, &end, 10);
-        if (end != digits && n > highest && n < (1LL << 62))
-            highest = n;
+        if (end != digits && n > highest && n < (1LL << 62)) highest = n;
     }
     return L"rId" + std::to_wstring(highest + 1);
 }
 
-std::wstring Relationships::addRelation(const std::wstring &type, const std::wstring &target)
-{
+std::wstring Relationships::addRelation(const std::wstring &type, const std::wstring &target) {
     std::wstring id = makeId();
     _list.push_back({id, type, target, {}});
     _targets[id] = target;
@@ -68,27 +63,22 @@ std::wstring Relationships::addRelation(const std::wstring &type, const std::wst
     return id;
 }
 
-std::wstring Relationships::target(const std::wstring &id) const
-{
+std::wstring Relationships::target(const std::wstring &id) const {
     auto it = _targets.find(id);
     return it == _targets.end() ? std::wstring() : it->second;
 }
 
-std::wstring Relationships::firstTargetByType(const std::wstring &type)
-{
+std::wstring Relationships::firstTargetByType(const std::wstring &type) {
     std::tie(_cursor, _cursorEnd) = _byType.equal_range(type);
     return nextTarget();
 }
 
-std::wstring Relationships::nextTarget()
-{
-    if (_cursor == _cursorEnd)
-        return std::wstring();
+std::wstring Relationships::nextTarget() {
+    if (_cursor == _cursorEnd) return std::wstring();
     return (_cursor++)->second;
 }
 
-void Relationships::delRelation(const std::wstring &id)
-{
+void Relationships::delRelation(const std::wstring &id) {
     for (auto it = _list.begin(); it != _list.end(); ++it)
         if (it->id == id) {
             _list.erase(it);
@@ -97,8 +87,7 @@ void Relationships::delRelation(const std::wstring &id)
     fillMap();
 }
 
-void Relationships::delRelationByTarget(const std::wstring &target)
-{
+void Relationships::delRelationByTarget(const std::wstring &target) {
     for (auto it = _list.begin(); it != _list.end(); ++it)
         if (it->target == target) {
             _list.erase(it);
@@ -107,8 +96,7 @@ void Relationships::delRelationByTarget(const std::wstring &target)
     fillMap();
 }
 
-void Relationships::fillMap()
-{
+void Relationships::fillMap() {
     _targets.clear();
     _byType.clear();
     for (const Entry &e : _list) {

@@ -12,8 +12,8 @@
 #include <sstream>
 
 using namespace tabrix;
-using cfbtest::Built;
 using cfbtest::buildCfb;
+using cfbtest::Built;
 using cfbtest::pattern;
 
 namespace {
@@ -82,7 +82,7 @@ TEST(CfbRead, FindsWorkbookStreamAndReadsIt) {
 TEST(CfbRead, ReadsIntegersAndPeeksWithoutMoving) {
     std::vector<uint8_t> wb(5000, 0);
     const uint8_t head[] = {0x09, 0x08, 0x10, 0x00, 0x78, 0x56, 0x34, 0x12,
-                            0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
+                            0,    0,    0,    0,    0,    0,    0xF0, 0x3F};
     std::copy(head, head + sizeof head, wb.begin());
     Opened o;
     ASSERT_EQ(openText(buildCfb({{"Workbook", wb}}).str(), o), "");
@@ -156,7 +156,11 @@ TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
         {"empty file", [](Built &b) { b.file.clear(); },
          "readHeader: file is corrupt (size < 512 bytes)"},
         {"bad signature", [](Built &b) { b.file[7] = 0; }, "invalid file format"},
-        {"bad signature, header only", [](Built &b) { b.file.resize(512); b.file[0] = 'P'; },
+        {"bad signature, header only",
+         [](Built &b) {
+             b.file.resize(512);
+             b.file[0] = 'P';
+         },
          "invalid file format"},
         {"fat count mismatch", [](Built &b) { b.put32(44, 2); },
          "Xls::loadFat(): extract fat sectors (1) not equal _header.numFatSectors (2)"},
@@ -169,7 +173,8 @@ TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
         {"difat count beyond file", [](Built &b) { b.put32(72, 0x7FFFFFFF); },
          "loadDifat: file is corrupt [1]"},
         {"directory sector points to itself",
-         [](Built &b) { b.put32(b.fatEntry(b.firstDir), b.firstDir); }, "loadDir: error in fat [1]"},
+         [](Built &b) { b.put32(b.fatEntry(b.firstDir), b.firstDir); },
+         "loadDir: error in fat [1]"},
         {"directory cycle over two sectors",
          [](Built &b) {
              b.put32(b.fatEntry(b.firstDir), b.starts[0] + 1);
@@ -190,16 +195,16 @@ TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
          "Xls::read(): workbook stream is empty"},
         {"workbook start beyond file", [](Built &b) { b.put32(b.dirEntry(1) + 116, 70000); },
          "Xls: sector #70000 is out of the file"},
-        {"sector shift zero", [](Built &b) { b.file[30] = 0; }, "readHeader: unsupported sector size"},
-        {"kept stream larger than file",
-         [](Built &b) { b.put32(b.dirEntry(2) + 120, 0x7FFFFFFF); },
+        {"sector shift zero", [](Built &b) { b.file[30] = 0; },
+         "readHeader: unsupported sector size"},
+        {"kept stream larger than file", [](Built &b) { b.put32(b.dirEntry(2) + 120, 0x7FFFFFFF); },
          "Xls::readSections(): streams are larger than the file", true},
-        {"kept stream chain cut short",
-         [E](Built &b) { b.put32(b.fatEntry(b.starts[1]), E); },
+        {"kept stream chain cut short", [E](Built &b) { b.put32(b.fatEntry(b.starts[1]), E); },
          "Xls::readSections(): stream is shorter than its size", true},
     };
     for (const Case &c : cases) {
-        Built b = buildCfb({{"Workbook", pattern(5000, 1)}, {"Other", pattern(6000, 2)},
+        Built b = buildCfb({{"Workbook", pattern(5000, 1)},
+                            {"Other", pattern(6000, 2)},
                             {"Tiny", pattern(100, 3)}});
         c.mutate(b);
         Opened o;

@@ -41,7 +41,7 @@ std::string saveAgain(Xls<char> &x, const std::vector<uint8_t> &wb) {
 } // namespace
 
 TEST(CfbWrite, FatLayoutIsExact) {
-    const uint64_t sizes[] = {0,    1,    126,  127,  128,   129,   254,    255,   256,
+    const uint64_t sizes[] = {0,     1,     126,   127,   128,   129,   254,     255,    256,
                               13950, 13951, 13952, 13953, 13960, 30000, 1000000, 8388000};
     for (uint64_t n : sizes)
         for (uint64_t d : {1u, 2u, 3u}) {
@@ -61,8 +61,8 @@ TEST(CfbWrite, RoundTripsThroughOurReader) {
         size_t size;
         uint32_t expectSize;
     };
-    const Case cases[] = {{1, 4096},     {100, 4096},     {4095, 4096},
-                          {4096, 4096},  {4097, 4097},    {70001, 70001},
+    const Case cases[] = {{1, 4096},          {100, 4096},         {4095, 4096},
+                          {4096, 4096},       {4097, 4097},        {70001, 70001},
                           {3 << 20, 3 << 20}, {8u << 20, 8u << 20}}; // the last needs DIFAT
     for (const Case &c : cases) {
         auto wb = pattern(c.size, uint32_t(c.size));
@@ -74,8 +74,8 @@ TEST(CfbWrite, RoundTripsThroughOurReader) {
         auto back = readWorkbook(x);
         ASSERT_EQ(back.size(), c.expectSize);
         EXPECT_TRUE(std::equal(wb.begin(), wb.end(), back.begin())) << c.size;
-        EXPECT_TRUE(std::all_of(back.begin() + wb.size(), back.end(),
-                                [](uint8_t v) { return v == 0; }));
+        EXPECT_TRUE(
+            std::all_of(back.begin() + wb.size(), back.end(), [](uint8_t v) { return v == 0; }));
         // Every sector of the file has a FAT entry, none more than needed.
         uint32_t sectors = uint32_t(file.size() / 512 - 1);
         EXPECT_GE(x.fat().size(), sectors);
@@ -111,8 +111,9 @@ TEST(CfbWrite, NewFileLayout) {
     EXPECT_EQ(x.fat()[8], 0xFFFFFFFDu);
     EXPECT_EQ(x.fat()[9], 0xFFFFFFFEu);
     std::string d = x.dump();
-    for (const char *label : {"[Difat]\n0: 8\n", "[Fat]\n0: 1\n", "[Dir]\n[DirEntry]\nname=Root Entry\n",
-                              "name=Workbook\nlength=18\ntype=2\n", "startingSectorLocation=0\nstreamSize=4096\n"})
+    for (const char *label :
+         {"[Difat]\n0: 8\n", "[Fat]\n0: 1\n", "[Dir]\n[DirEntry]\nname=Root Entry\n",
+          "name=Workbook\nlength=18\ntype=2\n", "startingSectorLocation=0\nstreamSize=4096\n"})
         EXPECT_NE(d.find(label), std::string::npos) << label;
 }
 
@@ -237,7 +238,8 @@ TEST(CfbWrite, TailAndFailureTexts) {
     y.setStreamPtr(&bad);
     y.writeHeader();
     y.write("abc", 3);
-    EXPECT_EQ(bifftest::errorOf([&] { y.close(); }), "stream error, perhaps it's too small writing buffer");
+    EXPECT_EQ(bifftest::errorOf([&] { y.close(); }),
+              "stream error, perhaps it's too small writing buffer");
 
     struct Case {
         std::function<void()> run;
@@ -247,9 +249,21 @@ TEST(CfbWrite, TailAndFailureTexts) {
     const Case cases[] = {
         {[] { DirEntry e(std::wstring(32, L'x'), 2, 0); },
          "DirEntry::DirEntry(): newName is too big (length must be less 32)"},
-        {[] { Xls<char> y; y.writeHeader(); }, "stream error"},
-        {[] { Xls<char> y; y.write("a", 1); }, "stream error, perhaps it's too small writing buffer"},
-        {[] { Xls<char> y; y.writePos(); }, "can't get the current write position"},
+        {[] {
+             Xls<char> y;
+             y.writeHeader();
+         },
+         "stream error"},
+        {[] {
+             Xls<char> y;
+             y.write("a", 1);
+         },
+         "stream error, perhaps it's too small writing buffer"},
+        {[] {
+             Xls<char> y;
+             y.writePos();
+         },
+         "can't get the current write position"},
     };
     for (const Case &c : cases) {
         EXPECT_EQ(bifftest::errorOf(c.run), c.message);

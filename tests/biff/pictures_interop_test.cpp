@@ -6,6 +6,7 @@
 // drawing group byte for byte through a save.
 #include "biff/book_impl.h"
 #include "support/interop_tools.h"
+#include "support/oracle.h"
 #include "support/test_images.h"
 
 #include <gtest/gtest.h>
@@ -97,7 +98,7 @@ bool made(const std::string &path, const std::string &command) {
 } // namespace
 
 TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
-    if (!pythonHas("olefile")) GTEST_SKIP() << "python3-olefile missing";
+    if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile missing";
     const Bytes images[] = {pngImage(64, 32), jpegImage(0xE0, 10, 20), jpegImage(0xE1, 30, 40),
                             bmpImage(7, 8),   dibImage(9, 10),         wmfImage(),
                             emfImage(100, 50)};
@@ -119,7 +120,7 @@ TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
 }
 
 TEST(PicturesInterop, OtherWritersPicturesAndGroupKept) {
-    if (!pythonHas("olefile")) GTEST_SKIP() << "python3-olefile missing";
+    if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile missing";
     std::vector<std::string> files;
     for (const std::string &f : corpusXlsFiles())
         if (f.find("picture") != std::string::npos) files.push_back(f);

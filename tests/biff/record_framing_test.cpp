@@ -50,9 +50,18 @@ TEST(RecordFraming, MissingContinueIsReported) {
     record(wb, 0x1234, {1});
     record(wb, 0x0A, {2, 3, 4, 5});
     const std::function<void(Xls<char> &, unsigned short &)> ops[] = {
-        [](Xls<char> &x, unsigned short &r) { uint16_t v; x.readInt16(v, r); },
-        [](Xls<char> &x, unsigned short &r) { uint32_t v; x.readInt32(v, r); },
-        [](Xls<char> &x, unsigned short &r) { uint8_t b[3]; x.readWithContinueRecords(b, 3, r); },
+        [](Xls<char> &x, unsigned short &r) {
+            uint16_t v;
+            x.readInt16(v, r);
+        },
+        [](Xls<char> &x, unsigned short &r) {
+            uint32_t v;
+            x.readInt32(v, r);
+        },
+        [](Xls<char> &x, unsigned short &r) {
+            uint8_t b[3];
+            x.readWithContinueRecords(b, 3, r);
+        },
     };
     const char *messages[] = {"readInt16: CONTINUE record not found",
                               "readInt32: CONTINUE record not found",
@@ -96,10 +105,7 @@ TEST(RecordFraming, WriterClosesRecordsAtTheBoundary) {
     };
     const Case cases[] = {
         {1, false, {8224, 1}}, // low byte ends the record, high byte opens the CONTINUE
-        {2, false, {8224}},
-        {3, true, {8224, 1}},
-        {1, true, {8224, 3}},
-        {0, true, {8224, 4}},
+        {2, false, {8224}},    {3, true, {8224, 1}}, {1, true, {8224, 3}}, {0, true, {8224, 4}},
     };
     for (const Case &c : cases) {
         std::string file = writeBook([&](Xls<char> &x) {
@@ -236,9 +242,8 @@ TEST(RecordFraming, SmallRecordsRoundTripAndDump) {
     EXPECT_EQ(pi2.dumpText(), pi.dumpText());
     EXPECT_EQ(es2.dumpText(), es.dumpText());
     EXPECT_EQ(pi2.dumpText(), L"[PhoneticInfo ifnt=3 phs=55 rgref=({1 2 3 4}{5 6 7 8})]\n");
-    EXPECT_EQ(es2.dumpText(),
-              L"[ExtSST dsst=8 rgISSTInf=({ib=12 cbOffset=12 reserved=0}"
-              L"{ib=8240 cbOffset=4 reserved=0})]\n");
+    EXPECT_EQ(es2.dumpText(), L"[ExtSST dsst=8 rgISSTInf=({ib=12 cbOffset=12 reserved=0}"
+                              L"{ib=8240 cbOffset=4 reserved=0})]\n");
 }
 
 TEST(RecordFraming, ByteHelpers) {

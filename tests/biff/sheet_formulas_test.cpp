@@ -73,7 +73,8 @@ TEST(SheetFormulas, WrittenFormulasSurviveSaveAndLoad) {
         {"IF(A1>=2,\"big, \"\"yes\"\"\",\"no\")", "IF(A1>=2;\"big, \"\"yes\"\"\";\"no\")"},
     };
     int row = 10;
-    for (const auto &c : cases) ASSERT_TRUE(s1->writeFormula(row++, 3, c.first, nullptr)) << b->errorMessage();
+    for (const auto &c : cases)
+        ASSERT_TRUE(s1->writeFormula(row++, 3, c.first, nullptr)) << b->errorMessage();
     // A failure leaves the cell as it was.
     s1->writeNum(20, 0, 5, nullptr);
     EXPECT_FALSE(s1->writeFormula(20, 0, "SUM(", nullptr));
@@ -108,7 +109,8 @@ TEST(SheetFormulas, SharedAndArrayFormulasPrintFromEachCell) {
     // B1:B3 share "A1*2" relative to each cell (row offset 0, column -1);
     // D1 is an array formula whose tokens stay in its ARRAY record.
     const Bytes refN = {0x4C, 0, 0, 0xFF, 0xFF, 0x1E, 2, 0, 0x05};
-    const Bytes shared = cat(cat(words({0, 2}), Bytes{1, 1, 0, 3}), cat(words({uint16_t(refN.size())}), refN));
+    const Bytes shared =
+        cat(cat(words({0, 2}), Bytes{1, 1, 0, 3}), cat(words({uint16_t(refN.size())}), refN));
     const Bytes array = cat(words({0, 0}), Bytes{3, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
     Bytes stream;
     record(stream, 2057, cat(words({0x0600, 16, 8346, 1997}), words({0, 0, 0, 0})));
@@ -137,8 +139,9 @@ TEST(SheetFormulas, SharedAndArrayFormulasPrintFromEachCell) {
         if (r.first == 6 || r.first == 1212 || r.first == 545) saved = cat(saved, r.second);
     // Cells come out in row order.
     const Bytes e1 = formula(0, 4, {0x1E, 7, 0, 0x19, 0x40, 0, 0, 0x1E, 1, 0, 0x03});
-    const Bytes expected = cat(cat(cat(formula(0, 1, exp(0, 1)), shared), cat(formula(0, 3, exp(0, 3)), array)),
-                               cat(e1, cat(formula(1, 1, exp(0, 1)), formula(2, 1, exp(0, 1)))));
+    const Bytes expected =
+        cat(cat(cat(formula(0, 1, exp(0, 1)), shared), cat(formula(0, 3, exp(0, 3)), array)),
+            cat(e1, cat(formula(1, 1, exp(0, 1)), formula(2, 1, exp(0, 1)))));
     ASSERT_EQ(saved.size(), expected.size());
     for (size_t i = 0; i < saved.size(); ++i) ASSERT_EQ(saved[i], expected[i]) << i;
 

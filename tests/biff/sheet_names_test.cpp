@@ -105,9 +105,12 @@ TEST(SheetNamesTest, PrintAreaMakesTheSelfReferenceOnce) {
     EXPECT_EQ(errorOf([&] { get(s, L"Print_Area", -2); }), "named range is not found");
     EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 65536, 0, 1); }), "row must be in range 0-65535");
     EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 1, 0, 256); }), "col must be in range 0-255");
-    EXPECT_EQ(errorOf([&] { s.setPrintArea(5, 4, 0, 1); }), "rowLast must be greater than or equal to rowFirst");
-    EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 1, 3, 2); }), "colLast must be greater than or equal to colFirst");
-    EXPECT_EQ(errorOf([&] { s.setPrintRepeatCols(3, 2); }), "colLast must be greater than or equal to colFirst");
+    EXPECT_EQ(errorOf([&] { s.setPrintArea(5, 4, 0, 1); }),
+              "rowLast must be greater than or equal to rowFirst");
+    EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 1, 3, 2); }),
+              "colLast must be greater than or equal to colFirst");
+    EXPECT_EQ(errorOf([&] { s.setPrintRepeatCols(3, 2); }),
+              "colLast must be greater than or equal to colFirst");
     EXPECT_EQ(errorOf([&] { s.setNamedRange(L"back", 9, 8, 0, 0, 0); }),
               "rowLast must be greater than or equal to rowFirst");
 }
@@ -137,8 +140,10 @@ TEST(SheetNamesTest, PrintTitles) {
         Book b;
         SheetNames s = b.sheet(0);
         for (const Step &st : c.steps) {
-            if (st.rows) s.setPrintRepeatRows(st.first, st.last);
-            else s.setPrintRepeatCols(st.first, st.last);
+            if (st.rows)
+                s.setPrintRepeatRows(st.first, st.last);
+            else
+                s.setPrintRepeatCols(st.first, st.last);
         }
         ASSERT_EQ(b.names.size(), 1u);
         EXPECT_EQ(b.names[0].rgce, c.want);
@@ -252,10 +257,12 @@ TEST(SheetNamesTest, ListAndDeleteBySheet) {
     EXPECT_EQ(scope, -1);
     EXPECT_EQ(s1.namedRange(1, nullptr, nullptr, nullptr, nullptr, &scope, &hidden), L"C");
     EXPECT_TRUE(hidden);
-    EXPECT_EQ(errorOf([&] { s1.namedRange(2, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
-              "index is out of range");
-    EXPECT_EQ(errorOf([&] { s1.namedRange(-1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
-              "index is out of range");
+    EXPECT_EQ(
+        errorOf([&] { s1.namedRange(2, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
+        "index is out of range");
+    EXPECT_EQ(
+        errorOf([&] { s1.namedRange(-1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
+        "index is out of range");
     // Names of another sheet are not found from this one.
     EXPECT_EQ(errorOf([&] { get(s0, L"C", -2); }), "named range is not found");
 
@@ -266,7 +273,7 @@ TEST(SheetNamesTest, ListAndDeleteBySheet) {
         const char *error;
     };
     const Del dels[] = {
-        {&s0, L"b", 0, "named range is not found"}, // B is the book's
+        {&s0, L"b", 0, "named range is not found"},  // B is the book's
         {&s0, L"c", -2, "named range is not found"}, // C points at sheet 1
         {&s1, L"c", -2, ""},
         {&s0, L"b", -1, ""},

@@ -99,12 +99,12 @@ TEST(Sst, StringsOfEverySizeClassRoundTrip) {
         uint8_t width;
     };
     const Case cases[] = {
-        {0, 0, 0, 0, 1},        {0, 1, 0, 0, 0},         {0, 8000, 0, 0, 0},
-        {0, 8213, 0, 0, 0},     {0, 8214, 0, 0, 0},      {0, 20000, 0, 0, 1},
-        {0, 32767, 0, 0, 1},    {0, 32767, 0, 0, 0},     {0, 65535, 0, 0, 1},
-        {4100, 2100, 0, 0, 1},  {4101, 2100, 0, 0, 1},   {8190, 100, 0, 0, 1},
-        {8190, 100, 0, 0, 0},   {8195, 40, 0, 0, 1},     {8196, 40, 0, 0, 1},
-        {8000, 50, 200, 0, 1},  {8100, 10, 3000, 0, 0},  {8150, 10, 0, 20000, 1},
+        {0, 0, 0, 0, 1},         {0, 1, 0, 0, 0},        {0, 8000, 0, 0, 0},
+        {0, 8213, 0, 0, 0},      {0, 8214, 0, 0, 0},     {0, 20000, 0, 0, 1},
+        {0, 32767, 0, 0, 1},     {0, 32767, 0, 0, 0},    {0, 65535, 0, 0, 1},
+        {4100, 2100, 0, 0, 1},   {4101, 2100, 0, 0, 1},  {8190, 100, 0, 0, 1},
+        {8190, 100, 0, 0, 0},    {8195, 40, 0, 0, 1},    {8196, 40, 0, 0, 1},
+        {8000, 50, 200, 0, 1},   {8100, 10, 3000, 0, 0}, {8150, 10, 0, 20000, 1},
         {8100, 30, 50, 9000, 1}, {8198, 0, 0, 7, 0},     {100, 9000, 4000, 17000, 1},
     };
     for (const Case &c : cases) {
@@ -141,11 +141,11 @@ TEST(Sst, StringsOfEverySizeClassRoundTrip) {
 
 TEST(Sst, SplitsFallWhereTheWriterPromises) {
     struct Case {
-        size_t free;                         // bytes left in the record for the string
-        size_t length;                       // 2-byte characters
-        std::vector<size_t> sizes;           // SST and CONTINUE record sizes
-        int continueFlagAt;                  // record whose first byte is a repeated flag
-        bool pairAtSplit = false;            // units 7 and 8 are a surrogate pair
+        size_t free;               // bytes left in the record for the string
+        size_t length;             // 2-byte characters
+        std::vector<size_t> sizes; // SST and CONTINUE record sizes
+        int continueFlagAt;        // record whose first byte is a repeated flag
+        bool pairAtSplit = false;  // units 7 and 8 are a surrogate pair
     };
     // 8216 bytes follow the counts; a 1-byte filler of n characters takes
     // 3 + n of them.
@@ -208,7 +208,8 @@ TEST(Sst, ReadsWhatOtherProducersWrite) {
     };
     const std::vector<uint8_t> abc = {3, 0, 0, 'a', 'b', 'c'};
     const Case cases[] = {
-        {"width changes", {cat(head(1, 1), {4, 0, 0, 'x', 'y'}), {1, 0x3A, 0x30, 0x3B, 0x30}},
+        {"width changes",
+         {cat(head(1, 1), {4, 0, 0, 'x', 'y'}), {1, 0x3A, 0x30, 0x3B, 0x30}},
          {L"xy\x303A\x303B"}},
         {"empty continue", {cat(head(2, 2), {2, 0, 0, 'p'}), {}, {0, 'q'}, abc}, {L"pq", L"abc"}},
         {"flags before characters", {cat(head(1, 1), {2, 0, 0}), {1, 0x41, 0, 0x42, 0}}, {L"AB"}},
@@ -221,8 +222,7 @@ TEST(Sst, ReadsWhatOtherProducersWrite) {
     };
     for (const Case &c : cases) {
         std::vector<uint8_t> wb;
-        for (size_t i = 0; i < c.records.size(); ++i)
-            record(wb, i ? 60 : 252, c.records[i]);
+        for (size_t i = 0; i < c.records.size(); ++i) record(wb, i ? 60 : 252, c.records[i]);
         record(wb, 0x0A, {});
         Opened o(rawBook(wb));
         MemPool pool;
@@ -282,7 +282,8 @@ TEST(Sst, DeduplicationAndReplacement) {
     // its index, also after a forced duplicate and a replacement.
     SST big(pool);
     const int n = 20000;
-    for (int i = 0; i < n; ++i) EXPECT_EQ(big.insert(std::to_wstring(i).c_str(), false), unsigned(i));
+    for (int i = 0; i < n; ++i)
+        EXPECT_EQ(big.insert(std::to_wstring(i).c_str(), false), unsigned(i));
     EXPECT_EQ(big.insert(L"7", true), unsigned(n));
     big.insert(3u, L"three");
     for (int i = n - 1; i >= 0; --i) {
@@ -299,7 +300,7 @@ TEST(Sst, DeduplicationAndReplacement) {
         bool equal;
     };
     const Case cases[] = {
-        {0, 0, 0, 0, 1, 0, true}, {2, 2, 0, 0, 1, 1, true}, {2, 3, 0, 0, 1, 1, false},
+        {0, 0, 0, 0, 1, 0, true},  {2, 2, 0, 0, 1, 1, true},  {2, 3, 0, 0, 1, 1, false},
         {0, 2, 0, 0, 1, 1, false}, {0, 0, 4, 4, 1, 1, false},
     };
     for (const Case &c : cases) {

@@ -89,12 +89,15 @@ TEST(StylesTest, EveryFormatAttributeSurvivesItsRecord) {
          [](XF &f) { return int(f.patternForegroundColor()); }, 40},
         {"background", [](XF &f) { f.setPatternBackgroundColor(Color(41)); },
          [](XF &f) { return int(f.patternBackgroundColor()); }, 41},
-        {"locked off", [](XF &f) { f.setLocked(false); }, [](XF &f) { return int(f.locked()); },
-         0},
+        {"locked off", [](XF &f) { f.setLocked(false); }, [](XF &f) { return int(f.locked()); }, 0},
         {"hidden", [](XF &f) { f.setHidden(true); }, [](XF &f) { return int(f.hidden()); }, 1},
         {"style", [](XF &f) { f.setStyle(true); }, [](XF &f) { return int(f.style()); }, 1},
         {"readOrder", [](XF &f) { f.setReadOrder(2); }, [](XF &f) { return f.readOrder(); }, 2},
-        {"readOrder only adds", [](XF &f) { f.setReadOrder(2); f.setReadOrder(1); },
+        {"readOrder only adds",
+         [](XF &f) {
+             f.setReadOrder(2);
+             f.setReadOrder(1);
+         },
          [](XF &f) { return f.readOrder(); }, 3},
         {"colour spills into the next field",
          [](XF &f) { f.setPatternForegroundColor(Color(0x80 | 5)); },
@@ -135,12 +138,20 @@ TEST(StylesTest, EveryFontAttributeSurvivesItsRecord) {
         {"italic", [](Font &f) { f.setItalic(true); }, [](Font &f) { return int(f.italic()); }, 1},
         {"strikeOut", [](Font &f) { f.setStrikeOut(true); },
          [](Font &f) { return int(f.strikeOut()); }, 1},
-        {"strikeOut keeps italic", [](Font &f) { f.setItalic(true); f.setStrikeOut(true); },
+        {"strikeOut keeps italic",
+         [](Font &f) {
+             f.setItalic(true);
+             f.setStrikeOut(true);
+         },
          [](Font &f) { return int(f.grbit); }, 0x0A},
         {"color", [](Font &f) { f.setColor(COLOR_RED); }, [](Font &f) { return int(f.color()); },
          COLOR_RED},
         {"bold", [](Font &f) { f.setBold(true); }, [](Font &f) { return int(f.bls); }, 700},
-        {"bold off", [](Font &f) { f.setBold(true); f.setBold(false); },
+        {"bold off",
+         [](Font &f) {
+             f.setBold(true);
+             f.setBold(false);
+         },
          [](Font &f) { return int(f.bold()); }, 0},
         {"script super", [](Font &f) { f.setScript(SCRIPT_SUPER); },
          [](Font &f) { return int(f.script()); }, SCRIPT_SUPER},
@@ -162,10 +173,9 @@ TEST(StylesTest, EveryFontAttributeSurvivesItsRecord) {
         Font *f = newFont(t);
         c.set(*f);
         Font back(&t);
-        uint16_t next = styleReadBack([&](Xls<char> &x) { f->write(x); },
-                                      [&](Xls<char> &x, uint16_t size) {
-                                          back.read(x, size, false);
-                                      });
+        uint16_t next =
+            styleReadBack([&](Xls<char> &x) { f->write(x); },
+                          [&](Xls<char> &x, uint16_t size) { back.read(x, size, false); });
         EXPECT_EQ(next, 0x0A);
         EXPECT_EQ(c.get(back), c.expected);
     }
@@ -182,9 +192,9 @@ TEST(StylesTest, FontNameTooLongIsRefused) {
 
 TEST(StylesTest, Biff5FormatLayoutIsTranslated) {
     std::vector<uint8_t> d;
-    put16(d, 3);      // ifnt
-    put16(d, 14);     // ifmt
-    put16(d, 0x0001); // flags
+    put16(d, 3);                               // ifnt
+    put16(d, 14);                              // ifmt
+    put16(d, 0x0001);                          // flags
     d.push_back(uint8_t(3 | 0x08 | (1 << 4))); // right, wrap, centre
     d.push_back(2);                            // rotation code 2: 90
     put32(d, 10u | (11u << 7) | (1u << 16) | (2u << 22) | (1u << 31));
@@ -192,24 +202,31 @@ TEST(StylesTest, Biff5FormatLayoutIsTranslated) {
     Table t;
     t.init();
     XF f(&t);
-    std::string err = styleReadError({{224, d}}, [&](Xls<char> &x, uint16_t size) {
-        f.read(x, size, true);
-    });
+    std::string err =
+        styleReadError({{224, d}}, [&](Xls<char> &x, uint16_t size) { f.read(x, size, true); });
     EXPECT_EQ(err, "");
-    const std::map<std::string, int> got = {
-        {"ifnt", f.ifnt}, {"ifmt", f.numFormat()}, {"alignH", f.alignH()},
-        {"wrap", f.wrap()}, {"alignV", f.alignV()}, {"rotation", f.rotation()},
-        {"fg", f.patternForegroundColor()}, {"bg", f.patternBackgroundColor()},
-        {"pattern", f.fillPattern()}, {"bottom", f.borderBottom()},
-        {"bottomColor", f.borderBottomColor()}, {"top", f.borderTop()},
-        {"left", f.borderLeft()}, {"right", f.borderRight()},
-        {"topColor", f.borderTopColor()}, {"leftColor", f.borderLeftColor()},
-        {"rightColor", f.borderRightColor()}};
+    const std::map<std::string, int> got = {{"ifnt", f.ifnt},
+                                            {"ifmt", f.numFormat()},
+                                            {"alignH", f.alignH()},
+                                            {"wrap", f.wrap()},
+                                            {"alignV", f.alignV()},
+                                            {"rotation", f.rotation()},
+                                            {"fg", f.patternForegroundColor()},
+                                            {"bg", f.patternBackgroundColor()},
+                                            {"pattern", f.fillPattern()},
+                                            {"bottom", f.borderBottom()},
+                                            {"bottomColor", f.borderBottomColor()},
+                                            {"top", f.borderTop()},
+                                            {"left", f.borderLeft()},
+                                            {"right", f.borderRight()},
+                                            {"topColor", f.borderTopColor()},
+                                            {"leftColor", f.borderLeftColor()},
+                                            {"rightColor", f.borderRightColor()}};
     const std::map<std::string, int> want = {
-        {"ifnt", 3}, {"ifmt", 14}, {"alignH", 3}, {"wrap", 1}, {"alignV", 1},
-        {"rotation", 90}, {"fg", 10}, {"bg", 11}, {"pattern", 1}, {"bottom", 2},
-        {"bottomColor", 1}, {"top", 1}, {"left", 5}, {"right", 6}, {"topColor", 20},
-        {"leftColor", 21}, {"rightColor", 22}};
+        {"ifnt", 3},        {"ifmt", 14},      {"alignH", 3}, {"wrap", 1},    {"alignV", 1},
+        {"rotation", 90},   {"fg", 10},        {"bg", 11},    {"pattern", 1}, {"bottom", 2},
+        {"bottomColor", 1}, {"top", 1},        {"left", 5},   {"right", 6},   {"topColor", 20},
+        {"leftColor", 21},  {"rightColor", 22}};
     EXPECT_EQ(got, want);
 }
 
@@ -234,26 +251,42 @@ TEST(StylesTest, BadRecordsFailWithTheirMessage) {
         std::string message;
     };
     const Case cases[] = {
-        {"font too short", {{49, std::vector<uint8_t>(13, 0)}},
-         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "Font size is incorrect"},
-        {"font name missing", {{49, font}},
-         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "error in Font record"},
-        {"font name too long", {{49, fontLongName}},
-         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "error in Font record"},
-        {"xf cut in a field", {{224, std::vector<uint8_t>(7, 0)}},
-         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); }, "XF size is incorrect"},
-        {"xf ends at a field", {{224, std::vector<uint8_t>(10, 0)}},
-         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); }, ""},
-        {"format too short", {{1054, {1, 0}}},
+        {"font too short",
+         {{49, std::vector<uint8_t>(13, 0)}},
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); },
+         "Font size is incorrect"},
+        {"font name missing",
+         {{49, font}},
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); },
+         "error in Font record"},
+        {"font name too long",
+         {{49, fontLongName}},
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); },
+         "error in Font record"},
+        {"xf cut in a field",
+         {{224, std::vector<uint8_t>(7, 0)}},
+         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); },
+         "XF size is incorrect"},
+        {"xf ends at a field",
+         {{224, std::vector<uint8_t>(10, 0)}},
+         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); },
+         ""},
+        {"format too short",
+         {{1054, {1, 0}}},
          [&](Xls<char> &x, uint16_t s) { Format().read(x, s, false, pool); },
          "Format size is incorrect"},
-        {"style too long", {{659, styleExtra}},
+        {"style too long",
+         {{659, styleExtra}},
          [&](Xls<char> &x, uint16_t s) { Style().read(x, s, false, pool); },
          "Style size is incorrect"},
-        {"style one spare byte", {{659, {0x00, 0x80, 0, 0xFF, 0}}},
-         [&](Xls<char> &x, uint16_t s) { Style().read(x, s, false, pool); }, ""},
-        {"palette count mismatch", {{146, palette}},
-         [&](Xls<char> &x, uint16_t s) { Palette().read(x, s); }, "Palette size is incorrect"},
+        {"style one spare byte",
+         {{659, {0x00, 0x80, 0, 0xFF, 0}}},
+         [&](Xls<char> &x, uint16_t s) { Style().read(x, s, false, pool); },
+         ""},
+        {"palette count mismatch",
+         {{146, palette}},
+         [&](Xls<char> &x, uint16_t s) { Palette().read(x, s); },
+         "Palette size is incorrect"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
@@ -304,8 +337,10 @@ TEST(StylesTest, StylesAndOldFontsReadBack) {
                       });
         EXPECT_EQ(back.ixfe, c.ixfe);
         EXPECT_EQ(back.builtIn(), c.name == nullptr);
-        if (c.name) EXPECT_EQ(std::wstring(back.name.text), c.name);
-        else EXPECT_EQ(back.level, 0xFF);
+        if (c.name)
+            EXPECT_EQ(std::wstring(back.name.text), c.name);
+        else
+            EXPECT_EQ(back.level, 0xFF);
     }
     // An old font: no flags byte before the name, and trailing bytes skipped.
     std::vector<uint8_t> d;
@@ -314,8 +349,7 @@ TEST(StylesTest, StylesAndOldFontsReadBack) {
     Table t;
     t.init();
     Font f(&t);
-    EXPECT_EQ(styleReadError({{49, d}}, [&](Xls<char> &x, uint16_t s) { f.read(x, s, true); }),
-              "");
+    EXPECT_EQ(styleReadError({{49, d}}, [&](Xls<char> &x, uint16_t s) { f.read(x, s, true); }), "");
     EXPECT_EQ(f.wideName(), L"Taho");
     EXPECT_EQ(f.size(), 12);
     EXPECT_TRUE(f.italic());
@@ -466,10 +500,14 @@ TEST(StylesTest, InitialTable) {
         int index;
         uint16_t ifnt, ifmt, flags;
         uint32_t alignment;
-    } rows[] = {{0, 0, 0, 0xFFF5, 0x20},       {1, 1, 0, 0xFFF5, 0xFC000020},
-                {4, 2, 0, 0xFFF5, 0xFC000020}, {14, 0, 0, 0xFFF5, 0xFC000020},
-                {15, 0, 0, 1, 0x20},           {16, 1, 44, 0xFFF5, 0xF8000020},
-                {19, 1, 43, 0xFFF5, 0xF8000020}, {20, 1, 41, 0xFFF5, 0}};
+    } rows[] = {{0, 0, 0, 0xFFF5, 0x20},
+                {1, 1, 0, 0xFFF5, 0xFC000020},
+                {4, 2, 0, 0xFFF5, 0xFC000020},
+                {14, 0, 0, 0xFFF5, 0xFC000020},
+                {15, 0, 0, 1, 0x20},
+                {16, 1, 44, 0xFFF5, 0xF8000020},
+                {19, 1, 43, 0xFFF5, 0xF8000020},
+                {20, 1, 41, 0xFFF5, 0}};
     for (const auto &r : rows) {
         SCOPED_TRACE(r.index);
         XF *f = t.formats()[size_t(r.index)];
@@ -565,13 +603,29 @@ TEST(StylesTest, DateFormats) {
         const wchar_t *code;
         bool date;
     } cases[] = {
-        {0, nullptr, false},  {13, nullptr, false}, {14, nullptr, true},  {22, nullptr, true},
-        {37, nullptr, false}, {44, nullptr, false}, {45, nullptr, true},  {47, nullptr, true},
-        {48, nullptr, false}, {49, nullptr, false}, {164, L"[Red]0.00", false},
-        {164, L"yyyy-mm-dd", true}, {164, L"h:mm", true}, {164, L"\"d\"0", false},
-        {164, L"0\\d", false}, {164, L"[h]:mm", true}, {164, L"#,##0_);[Red](#,##0)", false},
-        {164, L"General", false}, {164, L"0.00E+00", false}, {164, L"DD/MM", true},
-        {164, L"*s0", false}, {164, L"\"unterminated", false}, {164, nullptr, false},
+        {0, nullptr, false},
+        {13, nullptr, false},
+        {14, nullptr, true},
+        {22, nullptr, true},
+        {37, nullptr, false},
+        {44, nullptr, false},
+        {45, nullptr, true},
+        {47, nullptr, true},
+        {48, nullptr, false},
+        {49, nullptr, false},
+        {164, L"[Red]0.00", false},
+        {164, L"yyyy-mm-dd", true},
+        {164, L"h:mm", true},
+        {164, L"\"d\"0", false},
+        {164, L"0\\d", false},
+        {164, L"[h]:mm", true},
+        {164, L"#,##0_);[Red](#,##0)", false},
+        {164, L"General", false},
+        {164, L"0.00E+00", false},
+        {164, L"DD/MM", true},
+        {164, L"*s0", false},
+        {164, L"\"unterminated", false},
+        {164, nullptr, false},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.id);

@@ -37,10 +37,8 @@ public:
     ~FakeBook() override { --_script.live; }
     bool load(const char *filename) override {
         _script.attempts.push_back(std::string(_strict ? "strict:" : "normal:") + filename);
-        if (_script.throwOnLoad)
-            throw tberror("thrown");
-        if (_strict ? _script.strictLoads : _script.normalLoads)
-            return true;
+        if (_script.throwOnLoad) throw tberror("thrown");
+        if (_strict ? _script.strictLoads : _script.normalLoads) return true;
         return PendingBookT<char>::load(filename);
     }
     bool loadRaw(const char *, unsigned) override {
@@ -93,8 +91,7 @@ TEST(XMLBookProxyTest, LoadTriesTheOtherFormOnceAndStaysInIt) {
         FakeFactory factory(script);
         auto *proxy = new XMLBookProxy<char>(factory);
         EXPECT_TRUE(proxy->isNormalMode());
-        if (c.startStrict)
-            proxy->switchToStrictMode();
+        if (c.startStrict) proxy->switchToStrictMode();
         script.attempts.clear();
         proxy->setLocale("UTF-8");
         EXPECT_EQ(proxy->load("f"), c.result);
@@ -148,8 +145,7 @@ TEST(XMLBookProxyTest, ForwardsToTheHeldImplementation) {
 
 // Every operation of the placeholder that needs the format answers its
 // neutral value with `message`.
-template <class C>
-void expectUnavailable(IBookT<C> *book, const std::basic_string<C> &message) {
+template <class C> void expectUnavailable(IBookT<C> *book, const std::basic_string<C> &message) {
     auto msg = [&] { return std::basic_string<C>(book->errorMessage()); };
     const char *bytes = nullptr;
     unsigned size = 7;

@@ -15,8 +15,8 @@ TEST(DateSerial, Pack) {
         double expect;
     };
     const Case cases[] = {
-        {false, 1900, 1, 1, 0, 0, 0, 0, 2.0},      // no historic leap day
-        {false, 0, 0, 0, 12, 0, 0, 0, 0.5},        // pure time
+        {false, 1900, 1, 1, 0, 0, 0, 0, 2.0}, // no historic leap day
+        {false, 0, 0, 0, 12, 0, 0, 0, 0.5},   // pure time
         {false, 1899, 12, 31, 0, 0, 0, 0, 1.0},
         {false, 1900, 3, 1, 0, 0, 0, 0, 61.0},
         {false, 2000, 1, 1, 0, 0, 0, 0, 36526.0},
@@ -50,7 +50,8 @@ TEST(DateSerial, Unpack) {
         {true, 0.75, true, 0, 0, 0, 18, 0, 0, 0},
         {true, 1.0, true, 1904, 1, 2, 0, 0, 0, 0},
         {true, 36526.0 - 1462, true, 2000, 1, 1, 0, 0, 0, 0},
-        {false, 36526.0 + (13 * 3600 + 14 * 60 + 15.25) / 86400.0, true, 2000, 1, 1, 13, 14, 15, 250},
+        {false, 36526.0 + (13 * 3600 + 14 * 60 + 15.25) / 86400.0, true, 2000, 1, 1, 13, 14, 15,
+         250},
         {false, 36526.99999999, true, 2000, 1, 1, 23, 59, 59, 999},
     };
     for (const Case &c : cases) {
@@ -82,9 +83,8 @@ TEST(DateSerial, RoundTripBothSystems) {
                     EXPECT_EQ(yy * 10000 + mm * 100 + dd, y * 10000 + mo * 100 + d);
                     EXPECT_EQ(h * 3600000 + mi * 60000 + s * 1000 + ms, 63930125);
                 }
-    EXPECT_DOUBLE_EQ(datePack(false, 2010, 5, 5, 0, 0, 0, 0) -
-                         datePack(true, 2010, 5, 5, 0, 0, 0, 0),
-                     1462.0);
+    EXPECT_DOUBLE_EQ(
+        datePack(false, 2010, 5, 5, 0, 0, 0, 0) - datePack(true, 2010, 5, 5, 0, 0, 0, 0), 1462.0);
 }
 
 TEST(DateSerial, NullTimeOutputsAndNaN) {
@@ -112,7 +112,8 @@ TEST(Units, Conversions) {
         double chars;
         int px;
     };
-    for (const Px &p : {Px{8.43, 64}, Px{1.0, 12}, Px{0.5, 6}, Px{0.0, 0}, Px{10.0, 75}, Px{2.0, 19}})
+    for (const Px &p :
+         {Px{8.43, 64}, Px{1.0, 12}, Px{0.5, 6}, Px{0.0, 0}, Px{10.0, 75}, Px{2.0, 19}})
         EXPECT_EQ(ExcelUnitsConverter::numCharsToPx(p.chars, 7), p.px) << p.chars;
     for (const Px &p : {Px{8.43, 64}, Px{1.0, 12}, Px{0.5, 6}, Px{0.0, 0}, Px{10.0, 75}})
         EXPECT_DOUBLE_EQ(ExcelUnitsConverter::pxToNumChars(p.px, 7), p.chars) << p.px;
@@ -122,6 +123,7 @@ TEST(Units, Conversions) {
     EXPECT_EQ(ExcelUnitsConverter::xmlWidthToPx(0.0, 7), 0);
     // Every whole pixel width survives chars and back.
     for (int px = 0; px < 300; ++px)
-        EXPECT_EQ(ExcelUnitsConverter::numCharsToPx(ExcelUnitsConverter::pxToNumChars(px, 7), 7), px)
+        EXPECT_EQ(ExcelUnitsConverter::numCharsToPx(ExcelUnitsConverter::pxToNumChars(px, 7), 7),
+                  px)
             << px;
 }

@@ -13,12 +13,18 @@ TEST(ExcelUtil, RowColToAddr) {
         const wchar_t *expect;
     };
     const Case cases[] = {
-        {0, 0, true, true, L"A1"},          {0, 0, false, false, L"$A$1"},
-        {9, 26, true, true, L"AA10"},       {1, 1, false, true, L"B$2"},
-        {1, 1, true, false, L"$B2"},        {0, 25, true, true, L"Z1"},
-        {0, 701, true, true, L"ZZ1"},       {0, 702, true, true, L"AAA1"},
-        {65535, 255, true, true, L"IV65536"}, {1048575, 16383, false, false, L"$XFD$1048576"},
-        {-1, 0, true, false, L"$A"},        {-1, 2, false, true, L"C"},
+        {0, 0, true, true, L"A1"},
+        {0, 0, false, false, L"$A$1"},
+        {9, 26, true, true, L"AA10"},
+        {1, 1, false, true, L"B$2"},
+        {1, 1, true, false, L"$B2"},
+        {0, 25, true, true, L"Z1"},
+        {0, 701, true, true, L"ZZ1"},
+        {0, 702, true, true, L"AAA1"},
+        {65535, 255, true, true, L"IV65536"},
+        {1048575, 16383, false, false, L"$XFD$1048576"},
+        {-1, 0, true, false, L"$A"},
+        {-1, 2, false, true, L"C"},
     };
     for (const Case &c : cases)
         EXPECT_EQ(ExcelUtil::rowColToAddr(c.row, c.col, c.rowRel, c.colRel), c.expect)
@@ -54,12 +60,18 @@ TEST(ExcelUtil, AddrToRowCol) {
         bool rowRel, colRel;
     };
     const Case cases[] = {
-        {L"A1", 0, 0, true, true},         {L"AA10", 9, 26, true, true},
-        {L"$B$2", 1, 1, false, false},     {L"B$2", 1, 1, false, true},
-        {L"$B2", 1, 1, true, false},       {L"XFD1048576", 1048575, 16383, true, true},
-        {L"IV65536", 65535, 255, true, true}, {L"$A", -1, 0, true, false},
-        {L"C", -1, 2, true, true},         {L"", -1, -1, true, true},
-        {L"12", 11, -1, true, true},       {L"A01", 0, 9, true, true}, // "A0" is read as column text
+        {L"A1", 0, 0, true, true},
+        {L"AA10", 9, 26, true, true},
+        {L"$B$2", 1, 1, false, false},
+        {L"B$2", 1, 1, false, true},
+        {L"$B2", 1, 1, true, false},
+        {L"XFD1048576", 1048575, 16383, true, true},
+        {L"IV65536", 65535, 255, true, true},
+        {L"$A", -1, 0, true, false},
+        {L"C", -1, 2, true, true},
+        {L"", -1, -1, true, true},
+        {L"12", 11, -1, true, true},
+        {L"A01", 0, 9, true, true}, // "A0" is read as column text
     };
     for (const Case &c : cases) {
         int row = 99, col = 99;

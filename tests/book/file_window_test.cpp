@@ -24,8 +24,9 @@ TEST(FileWindow, ReadsAndSeeksAcrossTheWindow) {
         size_t at, length;
     };
     // In the first window, across its end, backwards, far ahead, the tail.
-    const Case cases[] = {{0, 100},   {w - 10, 40}, {5, 512},          {2 * w + 900, 100},
-                          {w, 1},     {w - 1, 2},   {bytes.size() - 1, 1}, {100, 2 * w}};
+    const Case cases[] = {
+        {0, 100},   {w - 10, 40},          {5, 512},    {2 * w + 900, 100}, {w, 1},
+        {w - 1, 2}, {bytes.size() - 1, 1}, {100, 2 * w}};
     for (const Case &c : cases) {
         SCOPED_TRACE(c.at);
         f.clear();

@@ -30,7 +30,8 @@ template <class V> void fillNumbers(V &v, size_t n) {
 template <class V> bool holdsNumbers(const V &v, size_t n) {
     if (v.size() != n) return false;
     for (size_t i = 0; i < n; ++i)
-        if (v[i].row != uint16_t(i) || v[i].col != uint16_t(i >> 16) || v[i].value != double(i) * 0.5)
+        if (v[i].row != uint16_t(i) || v[i].col != uint16_t(i >> 16) ||
+            v[i].value != double(i) * 0.5)
             return false;
     return true;
 }

@@ -19,13 +19,10 @@ TEST(StrUtilTest, Replace) {
         bool replaced;
     };
     const Case cases[] = {
-        {L"", L"a", L"b", L"", false},
-        {L"abc", L"", L"x", L"abc", false},
-        {L"abc", L"d", L"x", L"abc", false},
-        {L"abcabc", L"b", L"xx", L"axxcaxxc", true},
+        {L"", L"a", L"b", L"", false},          {L"abc", L"", L"x", L"abc", false},
+        {L"abc", L"d", L"x", L"abc", false},    {L"abcabc", L"b", L"xx", L"axxcaxxc", true},
         {L"aaa", L"a", L"aa", L"aaaaaa", true}, // `to` holding `from` doesn't loop
-        {L"it''s", L"''", L"'", L"it's", true},
-        {L"abab", L"ab", L"", L"", true},
+        {L"it''s", L"''", L"'", L"it's", true}, {L"abab", L"ab", L"", L"", true},
     };
     for (const Case &c : cases) {
         std::wstring t = c.text;
@@ -64,10 +61,8 @@ TEST(StrUtilTest, QuoteAndUnquote) {
         std::wstring plain, quoted;
     };
     const Case cases[] = {
-        {L"Sheet1", L"Sheet1"},
-        {L"My Sheet", L"'My Sheet'"},
-        {L"a-b", L"'a-b'"},
-        {L"O'Neil data", L"'O''Neil data'"},
+        {L"Sheet1", L"Sheet1"}, {L"My Sheet", L"'My Sheet'"},
+        {L"a-b", L"'a-b'"},     {L"O'Neil data", L"'O''Neil data'"},
         {L"x.y+z", L"x.y+z"}, // no other character forces quoting
     };
     for (const Case &c : cases) {
@@ -78,14 +73,10 @@ TEST(StrUtilTest, QuoteAndUnquote) {
         std::wstring in, out;
     };
     const Raw raws[] = {
-        {L"''", L"'"},      // too short to strip: only undoubled
-        {L"'a'", L"a"},
-        {L"it''s", L"it's"},
-        {L"'a", L"'a"},
-        {L"''''", L"'"},
+        {L"''", L"'"}, // too short to strip: only undoubled
+        {L"'a'", L"a"}, {L"it''s", L"it's"}, {L"'a", L"'a"}, {L"''''", L"'"},
     };
-    for (const Raw &r : raws)
-        EXPECT_EQ(StrUtil::unquote(r.in), r.out) << r.in.size();
+    for (const Raw &r : raws) EXPECT_EQ(StrUtil::unquote(r.in), r.out) << r.in.size();
 }
 
 TEST(StrUtilTest, XmlEscapes) {
@@ -98,7 +89,8 @@ TEST(StrUtilTest, XmlEscapes) {
         {L"a\tb\nc\rd", L"a\tb\nc\rd"},
         {std::wstring{L'x', wchar_t(0x1F), L'y'}, L"x_x001F_y"},
         {std::wstring{wchar_t(0xD83D), wchar_t(0xDE00)}, L"_xD83D__xDE00_"},
-        {std::wstring{wchar_t(0xFFFE), wchar_t(0xFFFD)}, std::wstring(L"_xFFFE_") + wchar_t(0xFFFD)},
+        {std::wstring{wchar_t(0xFFFE), wchar_t(0xFFFD)},
+         std::wstring(L"_xFFFE_") + wchar_t(0xFFFD)},
         {L"", L""},
     };
     for (const Case &c : cases) {
@@ -109,15 +101,13 @@ TEST(StrUtilTest, XmlEscapes) {
         std::wstring in, out;
     };
     const Raw raws[] = {
-        {L"_x0041_", L"A"},
-        {L"_x00e9_x", std::wstring(1, wchar_t(0xE9)) + L"x"},
-        {L"_x004_", L"_x004_"},     // too few digits
-        {L"_x00G1_", L"_x00G1_"},   // not hexadecimal
-        {L"_x0041", L"_x0041"},     // no closing underscore
+        {L"_x0041_", L"A"},       {L"_x00e9_x", std::wstring(1, wchar_t(0xE9)) + L"x"},
+        {L"_x004_", L"_x004_"},   // too few digits
+        {L"_x00G1_", L"_x00G1_"}, // not hexadecimal
+        {L"_x0041", L"_x0041"},   // no closing underscore
         {L"__x0041_", L"_A"},
     };
-    for (const Raw &r : raws)
-        EXPECT_EQ(StrUtil::xmlUnEsc(r.in), r.out);
+    for (const Raw &r : raws) EXPECT_EQ(StrUtil::xmlUnEsc(r.in), r.out);
 }
 
 TEST(Compare, CaseInsensitive) {

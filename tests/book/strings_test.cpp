@@ -92,7 +92,7 @@ TEST(Utf8, InvalidInputIsReportedThroughTheFrame) {
     const Case cases[] = {
         {"\xFF", "Invalid UTF-8"},
         {"ab\x80", "Invalid UTF-8"},
-        {"\xC0\xAF", "Invalid UTF-8"},         // overlong
+        {"\xC0\xAF", "Invalid UTF-8"},          // overlong
         {"\xED\xA0\x80", "Invalid code point"}, // an encoded surrogate
         {"\xC3", "Not enough space"},           // cut short
         {"\xF0\x9F\x98", "Not enough space"},
@@ -183,7 +183,8 @@ TEST(Buffers, InlineUpTo999ThenHeapWithDoubling) {
         bool heap;
         size_t capacity;
     };
-    const Case cases[] = {{0, false, 999}, {999, false, 999}, {1000, true, 1998}, {5000, true, 5000}};
+    const Case cases[] = {
+        {0, false, 999}, {999, false, 999}, {1000, true, 1998}, {5000, true, 5000}};
     for (const Case &c : cases) {
         CharBuffer<wchar_t> b;
         std::wstring text(c.length, L'x');

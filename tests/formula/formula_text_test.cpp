@@ -79,7 +79,8 @@ std::string printed(const std::vector<uint8_t> &tokens, bool relative = false, i
     FakeBook book;
     book.refs = {{0, 0}, {1, 2}, {-1, -1}};
     try {
-        return narrow(FormulaPrinter().print(tokens.data(), tokens.size(), &book, relative, row, col));
+        return narrow(
+            FormulaPrinter().print(tokens.data(), tokens.size(), &book, relative, row, col));
     } catch (const tberror &e) {
         return std::string("! ") + e.what();
     }
@@ -90,7 +91,7 @@ std::string printed(const std::vector<uint8_t> &tokens, bool relative = false, i
 TEST(FormulaText, RoundTripsAndMessages) {
     struct Case {
         const wchar_t *text;
-        const char *back; // text printed, or "! message"
+        const char *back;  // text printed, or "! message"
         const char *bytes; // token bytes, when they matter
     };
     const Case cases[] = {
@@ -108,7 +109,8 @@ TEST(FormulaText, RoundTripsAndMessages) {
         {L"65535+65536", "65535+65536", nullptr},
         {L"\"a, b\"&\"say \"\"hi\"\"\"", "\"a, b\"&\"say \"\"hi\"\"\"", nullptr},
         {L"\"it's\"&A1", "\"it's\"&A1", nullptr},
-        {L"SUM(A1:B2, $C$3)", "SUM(A1:B2;$C$3)", "25 00 00 01 00 00 C0 01 C0 24 02 00 02 00 42 02 04 00"},
+        {L"SUM(A1:B2, $C$3)", "SUM(A1:B2;$C$3)",
+         "25 00 00 01 00 00 C0 01 C0 24 02 00 02 00 42 02 04 00"},
         {L"$A$1+A$1+$A1", "$A$1+A$1+$A1", nullptr},
         {L"IF(A1>0;\"pos\";\"neg\")", "IF(A1>0;\"pos\";\"neg\")", nullptr},
         {L"TODAY()", "TODAY()", "19 01 00 00 41 DD 00"},
@@ -157,7 +159,8 @@ TEST(FormulaText, RoundTripsAndMessages) {
     std::wstring sum = L"1";
     for (int i = 0; i < 1400; ++i) sum += L"+1.5";
     EXPECT_EQ(roundTrip(sum), "! formula is too long for a record");
-    EXPECT_EQ(roundTrip(std::wstring(8193, L'1')), "! formula is too long: more than 8192 characters");
+    EXPECT_EQ(roundTrip(std::wstring(8193, L'1')),
+              "! formula is too long: more than 8192 characters");
 }
 
 TEST(FormulaText, PrinterOfStoredTokens) {
@@ -217,7 +220,7 @@ TEST(FormulaText, FunctionTableAndArgumentCounts) {
     EXPECT_EQ(m.codeRef(L"SUMIF"), (uint64_t(5) << 32) | 345);
     EXPECT_EQ(m.codeRef(L"CHOOSE") >> 32, FuncMap::kAllButFirst);
     const std::pair<const wchar_t *, int> counts[] = {
-        {L"(1,2)", 2}, {L"()", 0}, {L"(1,)", 2}, {L"(,1)", 1}, {L"(,)", 1},
+        {L"(1,2)", 2},     {L"()", 0},        {L"(1,)", 2},       {L"(,1)", 1}, {L"(,)", 1},
         {L"((1,2),3)", 2}, {L"(\"a,b\")", 1}, {L"('x,y'!A1)", 1}, {L" (1)", 1}};
     for (const auto &c : counts) EXPECT_EQ(getFuncParamCount(c.first), c.second) << narrow(c.first);
     EXPECT_THROW(getFuncParamCount(L"x(1)"), tberror);

@@ -36,12 +36,9 @@ TEST(XmlFormula, ConvertsBothWaysWithEachFormatsWrap) {
         const wchar_t *in, *out;
         bool biff;
     } toA1[] = {
-        {L"r[1]c[1] + 1", L"B2+1", true},
-        {L"R[-1]C", L"A65536", true},
-        {L"R[-1]C", L"A1048576", false},
-        {L"RC[-1]", L"IV1", true},
-        {L"RC[-1]", L"XFD1", false},
-        {L"\"R1C1\"", L"\"$A$1\"", true},
+        {L"r[1]c[1] + 1", L"B2+1", true},     {L"R[-1]C", L"A65536", true},
+        {L"R[-1]C", L"A1048576", false},      {L"RC[-1]", L"IV1", true},
+        {L"RC[-1]", L"XFD1", false},          {L"\"R1C1\"", L"\"$A$1\"", true},
         {L"ROUND(1,2)", L"ROUND(1,2)", true},
     };
     for (const auto &c : toA1) {
@@ -70,8 +67,11 @@ TEST(XmlFormula, PartFactoryDispatchesOnContentType) {
     // Kinds without their maker yet are kept as bytes.
     EXPECT_EQ(*gen.create("x", 1, ct + "sharedStrings+xml", false), "bytes:x");
     EXPECT_EQ(gen.create("x", 1, ct + "sheet.main+xml", false), nullptr);
-    EXPECT_EQ(gen.create("x", 1, "application/vnd.ms-excel.sheet.macroEnabled.main+xml", false), nullptr);
-    EXPECT_EQ(partKind("application/vnd.openxmlformats-package.relationships+xml"), PartKind::Relationships);
-    EXPECT_EQ(partKind("application/vnd.openxmlformats-officedocument.drawing+xml"), PartKind::Drawing);
+    EXPECT_EQ(gen.create("x", 1, "application/vnd.ms-excel.sheet.macroEnabled.main+xml", false),
+              nullptr);
+    EXPECT_EQ(partKind("application/vnd.openxmlformats-package.relationships+xml"),
+              PartKind::Relationships);
+    EXPECT_EQ(partKind("application/vnd.openxmlformats-officedocument.drawing+xml"),
+              PartKind::Drawing);
     EXPECT_EQ(partKind(ct + "chartsheet+xml"), PartKind::ChartSheet);
 }

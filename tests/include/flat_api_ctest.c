@@ -10,29 +10,29 @@
 
 static int failures = 0;
 
-#define CHECK(cond) \
-    do { \
-        if (!(cond)) { \
-            fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #cond); \
-            ++failures; \
-        } \
+#define CHECK(cond)                                                                                \
+    do {                                                                                           \
+        if (!(cond)) {                                                                             \
+            fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #cond);               \
+            ++failures;                                                                            \
+        }                                                                                          \
     } while (0)
 
-#define CHECK_MESSAGE(book, text) \
-    do { \
-        const char *m_ = tbBookErrorMessageA(book); \
-        if (!m_ || strcmp(m_, text) != 0) { \
-            fprintf(stderr, "%s:%d: message \"%s\", expected \"%s\"\n", __FILE__, __LINE__, \
-                    m_ ? m_ : "(null)", text); \
-            ++failures; \
-        } \
+#define CHECK_MESSAGE(book, text)                                                                  \
+    do {                                                                                           \
+        const char *m_ = tbBookErrorMessageA(book);                                                \
+        if (!m_ || strcmp(m_, text) != 0) {                                                        \
+            fprintf(stderr, "%s:%d: message \"%s\", expected \"%s\"\n", __FILE__, __LINE__,        \
+                    m_ ? m_ : "(null)", text);                                                     \
+            ++failures;                                                                            \
+        }                                                                                          \
     } while (0)
 
 /* `cond` holds and the book `b` states `message`. */
-#define CHECK_FAILS(cond) \
-    do { \
-        CHECK(cond); \
-        CHECK_MESSAGE(b, message); \
+#define CHECK_FAILS(cond)                                                                          \
+    do {                                                                                           \
+        CHECK(cond);                                                                               \
+        CHECK_MESSAGE(b, message);                                                                 \
     } while (0)
 
 static const char *const kXML = "Open XML workbooks are not available yet";
@@ -124,8 +124,7 @@ static void checkBinaryRoundTrip(TBBook b, TBBook c) {
 
     s = tbBookAddSheetA(b, "Data \xc3\xa9t\xc3\xa9", 0);
     CHECK(s != 0);
-    if (!s)
-        return;
+    if (!s) return;
     for (r = 0; r < 100; ++r) {
         CHECK(tbSheetWriteNumA(s, r, 0, r * 1.5, 0) == 1);
         CHECK(tbSheetWriteStrA(s, r, 1, r % 2 ? "odd" : "even", 0) == 1);
@@ -136,16 +135,14 @@ static void checkBinaryRoundTrip(TBBook b, TBBook c) {
     CHECK(tbBookSaveRawA(b, &data, &size) == 1);
     CHECK_MESSAGE(b, "ok");
     CHECK(data != 0 && size > 512);
-    if (!data)
-        return;
+    if (!data) return;
 
     CHECK(tbBookLoadRawA(c, data, size) == 1);
     CHECK_MESSAGE(c, "ok");
     CHECK(tbBookSheetCountA(c) == 1);
     t = tbBookGetSheetA(c, 0);
     CHECK(t != 0);
-    if (!t)
-        return;
+    if (!t) return;
     CHECK(strcmp(tbSheetNameA(t), "Data \xc3\xa9t\xc3\xa9") == 0);
     CHECK(tbSheetFirstRowA(t) == 0 && tbSheetLastRowA(t) == 65536);
     CHECK(tbSheetFirstColA(t) == 0 && tbSheetLastColA(t) == 256);
@@ -165,9 +162,9 @@ static void checkBinaryRoundTrip(TBBook b, TBBook c) {
 
 /* Every sheet entry point is declared and exported. */
 #define TB_SHEET_ADDRESS(ret, Name, op, params, args) (void (*)(void)) tbSheet##Name##A,
-static void (*const sheetEntries[])(void) = {
-    TB_SHEET_ENTRIES(TB_SHEET_ADDRESS)(void (*)(void)) tbSheetAddrToRowColA,
-    (void (*)(void))tbSheetRowColToAddrA};
+static void (*const sheetEntries[])(void) = {TB_SHEET_ENTRIES(TB_SHEET_ADDRESS)(void (*)(void))
+                                                 tbSheetAddrToRowColA,
+                                             (void (*)(void))tbSheetRowColToAddrA};
 
 int main(void) {
     size_t i;
@@ -177,8 +174,7 @@ int main(void) {
     TBBook xc = tbCreateXMLBookCA();
 
     CHECK(b != 0 && c != 0 && x != 0 && xc != 0);
-    if (!b || !c || !x || !xc)
-        return 1;
+    if (!b || !c || !x || !xc) return 1;
 
     checkSettings(b, 21, 5);
     checkBinaryRoundTrip(b, c);
@@ -194,7 +190,6 @@ int main(void) {
     tbBookReleaseA(c);
     tbBookReleaseA(x);
     tbBookReleaseA(xc);
-    if (failures)
-        fprintf(stderr, "%d checks failed\n", failures);
+    if (failures) fprintf(stderr, "%d checks failed\n", failures);
     return failures ? 1 : 0;
 }

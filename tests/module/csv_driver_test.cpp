@@ -25,7 +25,9 @@ std::string scratchDir() {
 
 std::string pathOf(const std::string &name) { return scratchDir() + "/" + name; }
 
-void writeFile(const std::string &name, const std::string &content) { tout::spit(pathOf(name), content); }
+void writeFile(const std::string &name, const std::string &content) {
+    tout::spit(pathOf(name), content);
+}
 std::string readFile(const std::string &name) { return tout::slurp(pathOf(name)); }
 
 bool exists(const std::string &name) {
@@ -40,15 +42,13 @@ SheetFile *fileOf(void *p) { return static_cast<SheetFile *>(p); }
 std::string dumpCells(void *handle) {
     SheetFile *f = fileOf(handle);
     const SheetOps *ops = f->ops;
-    if (ops->sheetCount(f->handle) == 0)
-        return "<none>";
+    if (ops->sheetCount(f->handle) == 0) return "<none>";
     void *sheet = ops->getSheet(f->handle, 0);
     std::string out;
     for (int r = ops->firstRow(sheet); r <= ops->lastRow(sheet); ++r)
         for (int c = ops->firstCol(sheet); c <= ops->lastCol(sheet); ++c) {
             int kind = ops->cellType(sheet, r, c);
-            if (kind == CELL_EMPTY)
-                continue;
+            if (kind == CELL_EMPTY) continue;
             char buf[64];
             std::string value;
             if (kind == CELL_NUMBER) {
@@ -88,8 +88,7 @@ TEST(CsvRead, FieldsIntoTheStore) {
         {"dsep=,;", "\"1,5\",2\n", "0,0=N1.5 0,1=N2"},
         {"fsep=\t;", "a b\t-3e2\n", "0,0=Sa b 0,1=N-300"},
         {"", "007,1e,+.5e,12a,+.5,1e3", "0,0=S007 0,1=S1e 0,2=S+.5e 0,3=S12a 0,4=N0.5 0,5=N1000"},
-        {"", "9007199254740992,9007199254740991",
-         "0,0=S9007199254740992 0,1=N9007199254740991"},
+        {"", "9007199254740992,9007199254740991", "0,0=S9007199254740992 0,1=N9007199254740991"},
         {"", std::string(70, ',') + "far\n", "0,70=Sfar"},
         {"", "\n\n\nz", "3,0=Sz"},
         {"", "", "<none>"},
@@ -273,7 +272,8 @@ TEST(CsvOpen, SharingRules) {
         EXPECT_EQ(host().open(ctx, "csv", "shared.csv", true, &mode), nullptr);
         EXPECT_EQ(mode & QD_MODE_PENDING, 0);
         ASSERT_EQ(ctx.reports.size(), 1u);
-        EXPECT_EQ(ctx.reports[0], std::make_pair(std::string("file already open for reading only"), 2));
+        EXPECT_EQ(ctx.reports[0],
+                  std::make_pair(std::string("file already open for reading only"), 2));
         EXPECT_EQ(host().close(ctx, "csv", a), 0);
     }
     {
@@ -357,8 +357,7 @@ TEST(CsvTransfer, WholeSheetOfANewFile) {
         Context ctx(scratchDir());
         remove(pathOf("whole.csv").c_str());
         Set *names = ctx.newSet(QD_STRING);
-        for (const char *t : {"a", "b,c", "d"})
-            names->add(qdStr(t));
+        for (const char *t : {"a", "b,c", "d"}) names->add(qdStr(t));
         qd_value half = qdReal(2.5);
         int rc = c.set ? host().writeItem(ctx, "csv", "whole.csv", c.label, names->type(), names)
                        : host().writeItem(ctx, "csv", "whole.csv", c.label, QD_REAL, &half);

@@ -21,8 +21,7 @@ std::string split(const CsvRules &rules, const std::string &text, size_t limit =
     CsvFields::Status status = CsvFields::Ok;
     for (size_t i = 0; i < text.size() && status == CsvFields::Ok; ++i)
         status = reader.feed(reinterpret_cast<const unsigned char *>(&text[i]), 1, sink);
-    if (status == CsvFields::Ok)
-        status = reader.finish(sink);
+    if (status == CsvFields::Ok) status = reader.finish(sink);
     static const char *const kNames[] = {"", "too long", "open quote"};
     return sink.out + kNames[status];
 }
@@ -52,8 +51,7 @@ TEST(CsvFields, EachCallersRules) {
         {&tsv, "a\\tb\t\\q\\\\\"c\\", "[a\tb][\\q\\\"c\\]@1 "},
         {&tsv, "x\\n\r\n\r\ny", "[x\n]@1 []@2 [y]@3 "},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(split(*c.rules, c.text), c.expect) << c.text;
+    for (const Case &c : cases) EXPECT_EQ(split(*c.rules, c.text), c.expect) << c.text;
     // A field may hold limit - 1 bytes; one more is too long, also at the end.
     EXPECT_EQ(split(csv, "abc,de", 4), "[abc][de]@1 ");
     EXPECT_EQ(split(csv, "abcd", 4), "too long");

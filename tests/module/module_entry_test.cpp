@@ -39,14 +39,14 @@ TEST(ModuleEntry, VersionServices) {
     const struct {
         int version;
         bool refused;
-    } checks[] = {{999999, true}, {1000000, false}, {1002000, false},
-                  {1004000, false}, {1004001, true}, {0, true}};
+    } checks[] = {{999999, true},   {1000000, false}, {1002000, false},
+                  {1004000, false}, {1004001, true},  {0, true}};
     for (const auto &c : checks)
         EXPECT_EQ(host().checkVersion(c.version) != 0, c.refused) << c.version;
 
     const struct {
         int flag, before, after;
-    } adjusts[] = {{0, 999999, 1000000}, {0, 5, 1000000}, {0, 1000000, 1000000},
+    } adjusts[] = {{0, 999999, 1000000},  {0, 5, 1000000},     {0, 1000000, 1000000},
                    {0, 1004000, 1004000}, {1, 999999, 999999}, {2, 5, 5}};
     for (const auto &a : adjusts) {
         int v = a.before;

@@ -37,7 +37,8 @@ TEST(Nls, PathConversion) {
     for (const Case &c : cases) {
         if (!std::setlocale(LC_ALL, c.locale)) continue;
         char out[64];
-        EXPECT_EQ(QDNLSconvstrto(QDNLS_ENC_SYSTEM, c.in, out, c.size), c.result) << c.locale << " " << c.in;
+        EXPECT_EQ(QDNLSconvstrto(QDNLS_ENC_SYSTEM, c.in, out, c.size), c.result)
+            << c.locale << " " << c.in;
         EXPECT_EQ(std::string(out), c.out) << c.locale << " " << c.in;
     }
     std::setlocale(LC_ALL, saved.c_str());

@@ -86,9 +86,25 @@ TEST(ClassifyField, Table) {
 
 TEST(FormatReal, SameTextAsPrintf) {
     const char *formats[] = {"%.15g", "%.17g", "%.1g", "%.6g", "%g", "%.3f", "%.15G", "%e"};
-    std::vector<double> values = {0.0, -0.0, 1.0, -1.5, 0.1, 2.5, 1e15, 1e16, 123456789012345678.0,
-                                  1e-5, 1e-4, 0.0001234, 1e300, -1e-300, 5e-324,
-                                  1.0 / 3.0, 9007199254740993.0, 1e21, 999999999999999.9};
+    std::vector<double> values = {0.0,
+                                  -0.0,
+                                  1.0,
+                                  -1.5,
+                                  0.1,
+                                  2.5,
+                                  1e15,
+                                  1e16,
+                                  123456789012345678.0,
+                                  1e-5,
+                                  1e-4,
+                                  0.0001234,
+                                  1e300,
+                                  -1e-300,
+                                  5e-324,
+                                  1.0 / 3.0,
+                                  9007199254740993.0,
+                                  1e21,
+                                  999999999999999.9};
     std::mt19937_64 rng(11);
     for (int i = 0; i < 2000; ++i) {
         uint64_t bits = rng();
@@ -121,8 +137,7 @@ TEST(TextStore, PagesInAnyOrder) {
     const int rows[] = {0, 1, 255, 256, 257, 9000, 20000};
     for (int r : rows) {
         std::shuffle(cols.begin(), cols.end(), rng);
-        for (int c : cols)
-            ASSERT_EQ(setNumber(&s, r, c, r * 100000.0 + c), 0);
+        for (int c : cols) ASSERT_EQ(setNumber(&s, r, c, r * 100000.0 + c), 0);
     }
     EXPECT_EQ(s.firstRow, 0);
     EXPECT_EQ(s.lastRow, 20000);
@@ -137,8 +152,7 @@ TEST(TextStore, PagesInAnyOrder) {
         }
         // Pages are linked in order from the lowest.
         TextPage *p = s.rows[r].cursor;
-        while (p->lower)
-            p = p->lower;
+        while (p->lower) p = p->lower;
         int pages = 0, last = -1;
         for (; p; p = p->higher, ++pages) {
             EXPECT_GT(p->pageNumber, last);
@@ -178,8 +192,7 @@ TEST(TextStore, RowTableGrowth) {
     };
     for (const auto &c : cases) {
         TextSheet s = makeStore();
-        for (int r : c.rows)
-            ASSERT_EQ(setBool(&s, r, 0, 1), 0);
+        for (int r : c.rows) ASSERT_EQ(setBool(&s, r, 0, 1), 0);
         EXPECT_EQ(s.rowCapacity, c.capacity);
         EXPECT_EQ(s.rows[s.rowCapacity - 1].firstCol, TEXT_NO_COLUMN);
         clearStore(&s);

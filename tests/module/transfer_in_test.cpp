@@ -39,14 +39,14 @@ qd_type codeType() {
 }
 
 class TransferIn : public ::testing::Test {
-  protected:
+protected:
     TransferIn() : ctx(TABRIX_TEST_TMP) {}
     void SetUp() override { ASSERT_TRUE(host.loaded()) << host.loadError(); }
 
     // Writes `content` as a csv file and reads one item from it.
     int read(const std::string &content, const std::string &label, qd_type type, void *value,
              int *counter = nullptr) {
-        std::string name = "tin_" + std::to_string(++files_) + ".csv";
+        std::string name = "tin_" + std::to_string(++_files) + ".csv";
         std::ofstream(std::string(TABRIX_TEST_TMP) + "/" + name) << content;
         return host.readItem(ctx, "csv", name, label, type, value, counter);
     }
@@ -54,8 +54,8 @@ class TransferIn : public ::testing::Test {
     Host host;
     Context ctx;
 
-  private:
-    int files_ = 0;
+private:
+    int _files = 0;
 };
 
 // ---- labels through the csv store --------------------------------------------
@@ -124,12 +124,12 @@ TEST_F(TransferIn, ScalarConversions) {
         qd_type type;
         const char *text;
     } cases[] = {
-        {"2.9", QD_INT, "2"},         {"-2.9", QD_INT, "-2"},       {"abc", QD_REAL, "0"},
-        {"1e3", QD_REAL, "1000"},     {"TRUE", QD_BOOL, "true"},    {"true", QD_BOOL, "true"},
-        {"FALSE", QD_BOOL, "false"},  {"yes", QD_BOOL, "false"},    {"0.5", QD_BOOL, "true"},
-        {"007", QD_STRING, "007"},    {"2.5", QD_STRING, "2.5"},    {"TRUE", QD_STRING, "TRUE"},
-        {"TRUE", QD_INT, "1"},        {"FALSE", QD_REAL, "0"},      {"\"a,b\"", QD_STRING, "a,b"},
-        {"", QD_INT, "0"},            {"", QD_STRING, ""},
+        {"2.9", QD_INT, "2"},        {"-2.9", QD_INT, "-2"},    {"abc", QD_REAL, "0"},
+        {"1e3", QD_REAL, "1000"},    {"TRUE", QD_BOOL, "true"}, {"true", QD_BOOL, "true"},
+        {"FALSE", QD_BOOL, "false"}, {"yes", QD_BOOL, "false"}, {"0.5", QD_BOOL, "true"},
+        {"007", QD_STRING, "007"},   {"2.5", QD_STRING, "2.5"}, {"TRUE", QD_STRING, "TRUE"},
+        {"TRUE", QD_INT, "1"},       {"FALSE", QD_REAL, "0"},   {"\"a,b\"", QD_STRING, "a,b"},
+        {"", QD_INT, "0"},           {"", QD_STRING, ""},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(std::string(c.cell) + " as type " + std::to_string(c.type));
@@ -205,7 +205,9 @@ TEST_F(TransferIn, SetFailures) {
         qd_type type;
         const char *message;
     } cases[] = {
-        {[](Context &c) { return (void *)c.newSet(QD_INT, SetOptions{false, false, 0}); },
+        {[](Context &c) {
+             return (void *)c.newSet(QD_INT, SetOptions{false, false, 0});
+         },
          QD_INT | QD_SET, "SHEET: Non dynamic set for a `write'.\n"},
         {[](Context &) { return (void *)nullptr; }, QD_INT | QD_SET | QD_DYNAMIC,
          "SHEET: Trying to access an uninitialized set.\n"},
@@ -268,55 +270,170 @@ struct ArrayCase {
     const char *what;
     const char *csv;
     const char *label;
-    int dims;          // 1: index set of strings; 2: strings x ints
-    bool record;       // point elements instead of reals
-    int counter;       // -1: the read fails with `result`
-    Entries entries;   // expected entries
+    int dims;           // 1: index set of strings; 2: strings x ints
+    bool record;        // point elements instead of reals
+    int counter;        // -1: the read fails with `result`
+    Entries entries;    // expected entries
     const char *result; // message on failure
 };
 
 const ArrayCase kArrays[] = {
-    {"default 1-dim, empty rows skipped", "a,1.5\n,\nb,2\n\nc,\n", "[]", 1, false, 2,
-     {{{"a"}, "1.5"}, {{"b"}, "2"}}, ""},
-    {"default 2-dim sparse", "a,1,10\nb,2,20\na,3,30\n", "[]", 2, false, 3,
-     {{{"a", "1"}, "10"}, {{"b", "2"}, "20"}, {{"a", "3"}, "30"}}, ""},
-    {"default with reordered columns", "10,a\n20,b\n", "[](2,1)", 1, false, 2,
-     {{{"a"}, "10"}, {{"b"}, "20"}}, ""},
-    {"default with a header", "key,value\na,1\n", "skiph;[](key,value)", 1, false, 1,
-     {{{"a"}, "1"}}, ""},
-    {"default records", "a,1,2\nb,,4\nc,,\n", "[]", 1, true, 2,
-     {{{"a"}, "{1,2}"}, {{"b"}, "{0,4}"}}, ""},
-    {"empty index cell", "x\nq,r,s\na,1\n,2\n", "[A3:B4]", 1, false, -1, {{{"a"}, "1"}},
+    {"default 1-dim, empty rows skipped",
+     "a,1.5\n,\nb,2\n\nc,\n",
+     "[]",
+     1,
+     false,
+     2,
+     {{{"a"}, "1.5"}, {{"b"}, "2"}},
+     ""},
+    {"default 2-dim sparse",
+     "a,1,10\nb,2,20\na,3,30\n",
+     "[]",
+     2,
+     false,
+     3,
+     {{{"a", "1"}, "10"}, {{"b", "2"}, "20"}, {{"a", "3"}, "30"}},
+     ""},
+    {"default with reordered columns",
+     "10,a\n20,b\n",
+     "[](2,1)",
+     1,
+     false,
+     2,
+     {{{"a"}, "10"}, {{"b"}, "20"}},
+     ""},
+    {"default with a header",
+     "key,value\na,1\n",
+     "skiph;[](key,value)",
+     1,
+     false,
+     1,
+     {{{"a"}, "1"}},
+     ""},
+    {"default records",
+     "a,1,2\nb,,4\nc,,\n",
+     "[]",
+     1,
+     true,
+     2,
+     {{{"a"}, "{1,2}"}, {{"b"}, "{0,4}"}},
+     ""},
+    {"empty index cell",
+     "x\nq,r,s\na,1\n,2\n",
+     "[A3:B4]",
+     1,
+     false,
+     -1,
+     {{{"a"}, "1"}},
      "SHEET: An index cannot be an empty cell ([R4C1]).\n"},
-    {"empty index cell, shifted range", "x\nq,r,s\nq,r,a,1\nq,r,b,\nq,r,,2\n", "[C3:D5]", 1,
-     false, -1, {{{"a"}, "1"}}, "SHEET: An index cannot be an empty cell ([R5C3]).\n"},
-    {"wrong column count", "a,1,2\n", "[]", 1, false, -1, {},
+    {"empty index cell, shifted range",
+     "x\nq,r,s\nq,r,a,1\nq,r,b,\nq,r,,2\n",
+     "[C3:D5]",
+     1,
+     false,
+     -1,
+     {{{"a"}, "1"}},
+     "SHEET: An index cannot be an empty cell ([R5C3]).\n"},
+    {"wrong column count",
+     "a,1,2\n",
+     "[]",
+     1,
+     false,
+     -1,
+     {},
      "SHEET: Wrong number of columns (req:2 found:3).\n"},
-    {"wrong record column count", "a,1\n", "[]", 1, true, -1, {},
+    {"wrong record column count",
+     "a,1\n",
+     "[]",
+     1,
+     true,
+     -1,
+     {},
      "SHEET: Wrong number of columns (req:3 found:2).\n"},
-    {"noindex 2-dim", "1,2,3\n4,,6\n", "noindex;[]", 2, false, 5,
-     {{{"a", "1"}, "1"}, {{"a", "2"}, "2"}, {{"a", "3"}, "3"}, {{"b", "1"}, "4"},
+    {"noindex 2-dim",
+     "1,2,3\n4,,6\n",
+     "noindex;[]",
+     2,
+     false,
+     5,
+     {{{"a", "1"}, "1"},
+      {{"a", "2"}, "2"},
+      {{"a", "3"}, "3"},
+      {{"b", "1"}, "4"},
       {{"b", "3"}, "6"}},
      ""},
-    {"noindex 2-dim, short rows skip the rest", "1,2\n4,5\n", "noindex;[]", 2, false, 4,
-     {{{"a", "1"}, "1"}, {{"a", "2"}, "2"}, {{"b", "1"}, "4"}, {{"b", "2"}, "5"}}, ""},
-    {"noindex 2-dim, long rows end at the wrap", "1,2,3,9\n4,5,6,9\n", "noindex;[]", 2, false, 6,
-     {{{"a", "1"}, "1"}, {{"a", "2"}, "2"}, {{"a", "3"}, "3"}, {{"b", "1"}, "4"},
-      {{"b", "2"}, "5"}, {{"b", "3"}, "6"}},
+    {"noindex 2-dim, short rows skip the rest",
+     "1,2\n4,5\n",
+     "noindex;[]",
+     2,
+     false,
+     4,
+     {{{"a", "1"}, "1"}, {{"a", "2"}, "2"}, {{"b", "1"}, "4"}, {{"b", "2"}, "5"}},
      ""},
-    {"noindex 1-dim runs across rows", "1,2\n3\n", "noindex;[]", 1, false, 3,
-     {{{"a"}, "1"}, {{"b"}, "2"}, {{"c"}, "3"}}, ""},
-    {"noindex records 2-dim", "1,2,3,4,5,6\n", "noindex;[]", 2, true, 3,
-     {{{"a", "1"}, "{1,2}"}, {{"a", "2"}, "{3,4}"}, {{"a", "3"}, "{5,6}"}}, ""},
-    {"noindex records, wrong width", "1,2,3,4\n", "noindex;[]", 2, true, -1, {},
+    {"noindex 2-dim, long rows end at the wrap",
+     "1,2,3,9\n4,5,6,9\n",
+     "noindex;[]",
+     2,
+     false,
+     6,
+     {{{"a", "1"}, "1"},
+      {{"a", "2"}, "2"},
+      {{"a", "3"}, "3"},
+      {{"b", "1"}, "4"},
+      {{"b", "2"}, "5"},
+      {{"b", "3"}, "6"}},
+     ""},
+    {"noindex 1-dim runs across rows",
+     "1,2\n3\n",
+     "noindex;[]",
+     1,
+     false,
+     3,
+     {{{"a"}, "1"}, {{"b"}, "2"}, {{"c"}, "3"}},
+     ""},
+    {"noindex records 2-dim",
+     "1,2,3,4,5,6\n",
+     "noindex;[]",
+     2,
+     true,
+     3,
+     {{{"a", "1"}, "{1,2}"}, {{"a", "2"}, "{3,4}"}, {{"a", "3"}, "{5,6}"}},
+     ""},
+    {"noindex records, wrong width",
+     "1,2,3,4\n",
+     "noindex;[]",
+     2,
+     true,
+     -1,
+     {},
      "SHEET: Wrong number of columns (req:6 found:4).\n"},
-    {"partndx", "a,1,,3\n,,,\nb,4,5,6\n", "partndx;[]", 2, false, 5,
-     {{{"a", "1"}, "1"}, {{"a", "3"}, "3"}, {{"b", "1"}, "4"}, {{"b", "2"}, "5"},
+    {"partndx",
+     "a,1,,3\n,,,\nb,4,5,6\n",
+     "partndx;[]",
+     2,
+     false,
+     5,
+     {{{"a", "1"}, "1"},
+      {{"a", "3"}, "3"},
+      {{"b", "1"}, "4"},
+      {{"b", "2"}, "5"},
       {{"b", "3"}, "6"}},
      ""},
-    {"partndx, too few columns", "a,1,2\n", "partndx;[]", 2, false, -1, {},
+    {"partndx, too few columns",
+     "a,1,2\n",
+     "partndx;[]",
+     2,
+     false,
+     -1,
+     {},
      "SHEET: Wrong number of columns (req:4 found:3).\n"},
-    {"partndx, one dimension", "a,1\n", "partndx;[]", 1, false, -1, {},
+    {"partndx, one dimension",
+     "a,1\n",
+     "partndx;[]",
+     1,
+     false,
+     -1,
+     {},
      "SHEET: Wrong number of columns (req:3 found:2).\n"},
 };
 
@@ -412,22 +529,42 @@ TEST_F(TransferIn, ListOfArraysFailures) {
         const char *message;
         const char *label = "[]";
     } cases[] = {
-        {"anonymous sets mix", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonB})},
-         false, "1,2,3\n", "", "[A5:C5]"},
+        {"anonymous sets mix",
+         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonB})},
+         false,
+         "1,2,3\n",
+         "",
+         "[A5:C5]"},
         {"declared sets differ",
-         {ctx.newArray(QD_INT, {declaredA}), ctx.newArray(QD_INT, {declaredB})}, false, "1,2,3\n",
+         {ctx.newArray(QD_INT, {declaredA}), ctx.newArray(QD_INT, {declaredB})},
+         false,
+         "1,2,3\n",
          "SHEET: Inconsistent array list.\n"},
         {"dimensions differ",
-         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA, words})}, false, "1,2,3\n",
+         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA, words})},
+         false,
+         "1,2,3\n",
          "SHEET: Inconsistent array list.\n"},
-        {"record element", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(pointType(), {anonA})},
-         false, "1,2,3\n", "SHEET: Wrong array type for a worksheet.\n"},
-        {"a value in the list", {ctx.newArray(QD_INT, {anonA})}, true, "1,2\n",
+        {"record element",
+         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(pointType(), {anonA})},
+         false,
+         "1,2,3\n",
+         "SHEET: Wrong array type for a worksheet.\n"},
+        {"a value in the list",
+         {ctx.newArray(QD_INT, {anonA})},
+         true,
+         "1,2\n",
          "SHEET: Wrong list type for a worksheet.\n"},
-        {"column count", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})}, false,
-         "1,2\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
-        {"empty index", {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})}, false,
-         "1,2,3\n,4,5\n", "SHEET: An index cannot be an empty cell ([R2C1]).\n"},
+        {"column count",
+         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})},
+         false,
+         "1,2\n",
+         "SHEET: Wrong number of columns (req:3 found:2).\n"},
+        {"empty index",
+         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})},
+         false,
+         "1,2,3\n,4,5\n",
+         "SHEET: An index cannot be an empty cell ([R2C1]).\n"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);

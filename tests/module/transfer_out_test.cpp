@@ -82,7 +82,8 @@ Outcome writeItems(Context &ctx, const std::string &fileOptions, std::vector<Ite
         types.push_back(item.type);
         values.push_back(item.value);
     }
-    out.status = transferOut(&ctx, file, (int)items.size(), labels.data(), types.data(), values.data());
+    out.status =
+        transferOut(&ctx, file, (int)items.size(), labels.data(), types.data(), values.data());
     EXPECT_EQ(closeText(&ctx, file), 0);
     out.text = tout::slurp(path);
     out.errors = ctx.allErrors();
@@ -127,7 +128,9 @@ Array *intVector(Context &ctx, Set *index, const std::vector<qd_int> &values) {
 Item item(const std::string &label, Object *object) { return Item{label, object->type(), object}; }
 // A list item as a model declares it: the structure is the list's, whatever
 // its elements are.
-Item listItem(const std::string &label, List *list) { return Item{label, QD_LIST | QD_DYNAMIC, list}; }
+Item listItem(const std::string &label, List *list) {
+    return Item{label, QD_LIST | QD_DYNAMIC, list};
+}
 
 struct WriteCase {
     const char *name;
@@ -142,204 +145,261 @@ struct WriteCase {
 TEST(TransferOut, WritesEachKindAndLayout) {
     static qd_value answer = qdInt(42), half = qdReal(2.5), yes = qdBool(true);
     static qd_value commaText;
-    const WriteCase cases[] = {
-        {"integer scalar", "", "[B2]", [](Context &, const char *l) { return Item{l, QD_INT, &answer}; },
-         0, "\n,42\n", ""},
-        {"real scalar", "", "[A1]", [](Context &, const char *l) { return Item{l, QD_REAL, &half}; }, 0,
-         "2.5\n", ""},
-        {"text with separator", "", "[A1]",
-         [](Context &ctx, const char *l) {
-             commaText = qdStr(ctx.intern("a,b"));
-             return Item{l, QD_STRING, &commaText};
-         },
-         0, "\"a,b\"\n", ""},
-        {"boolean scalar", "", "[A1]", [](Context &, const char *l) { return Item{l, QD_BOOL, &yes}; }, 0,
-         "TRUE\n", ""},
-        {"record scalar", "", "[A1:B1]", [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); },
-         0, "1,2\n", ""},
-        {"record scalar cut to first row", "", "[A1:B3]",
-         [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0, "1,2\n", ""},
-        {"nested record", "", "[B1:D1]",
-         [](Context &ctx, const char *l) {
-             Record *r = ctx.newRecord(legType());
-             r->set("id", qdInt(7));
-             r->nested("at")->set("x", qdReal(1.5));
-             r->nested("at")->set("y", qdReal(-2));
-             return item(l, r);
-         },
-         0, ",7,1.5,-2\n", ""},
-        {"record reordered by selection", "", "[A1:B1](#2,#1)",
-         [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0, "2,1\n", ""},
-        {"record scalar too narrow", "", "[A1]", [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); },
-         1, "\n", ""},
-        {"external scalar", "", "[A1]", [](Context &ctx, const char *l) { return item(l, ctx.newExternal(codeType(), "X-1")); },
-         0, "X-1\n", ""},
-        {"external without text", "", "[A1]",
-         [](Context &ctx, const char *l) { return item(l, ctx.newExternal(opaqueType())); }, 1, "\n",
-         "SHEET: Wrong data type.\n"},
-        {"set cut without grow", "", "[A1:B1]",
-         [](Context &ctx, const char *l) { return item(l, tout::intSet(ctx, {3, 1, 2})); }, 0, "3,1\n", ""},
-        {"set grows", "grow;", "[A1:B1]",
-         [](Context &ctx, const char *l) { return item(l, tout::intSet(ctx, {3, 1, 2})); }, 0, "3,1\n2\n", ""},
-        {"ten elements in two columns grow to five rows", "", "grow;[A1:B1]",
-         [](Context &ctx, const char *l) { return item(l, tout::intSet(ctx, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10})); },
-         0, "1,2\n3,4\n5,6\n7,8\n9,10\n", ""},
-        {"set on a base above zero", "", "[A1:A3]",
-         [](Context &ctx, const char *l) { return item(l, tout::textSet(ctx, {"x", "y"}, SetOptions{true, false, 5})); },
-         0, "x\ny\n", ""},
-        {"records list", "grow;", "[A1:D1]",
-         [](Context &ctx, const char *l) {
-             List *list = ctx.newList(shipmentType());
-             list->append(shipmentType(), qdPtr(shipment(ctx, "p1", "m1", 10, true)));
-             list->append(shipmentType(), qdPtr(shipment(ctx, "p2", "m2", 5, false)));
-             return item(l, list);
-         },
-         0, "p1,m1,10,TRUE\np2,m2,5,FALSE\n", ""},
-        {"two records a row", "grow;", "[A1:D1]",
-         [](Context &ctx, const char *l) {
-             List *list = ctx.newList(pointType());
-             for (int i = 0; i < 3; i++) list->append(pointType(), qdPtr(point(ctx, i, -i)));
-             return item(l, list);
-         },
-         0, "0,0,1,-1\n2,-2\n", ""},
-        {"records list in too few columns", "", "[A1:C1]",
-         [](Context &ctx, const char *l) {
-             List *list = ctx.newList(shipmentType());
-             list->append(shipmentType(), qdPtr(shipment(ctx, "p1", "m1", 10, true)));
-             return item(l, list);
-         },
-         1, "\n", "SHEET: Wrong number of columns (req:4 found:3).\n"},
-        {"untyped list of values", "", "[A1:C1]",
-         [](Context &ctx, const char *l) {
-             List *list = ctx.newList();
-             list->append(QD_INT, qdInt(1));
-             list->append(QD_STRING, qdStr("a"));
-             list->append(QD_REAL, qdReal(2.5));
-             return item(l, list);
-         },
-         0, "1,a,2.5\n", ""},
-        {"sparse array", "", "[A1:C3]",
-         [](Context &ctx, const char *l) { return item(l, costs(ctx, {{{0, 1}, 1.5}, {{2, 0}, 2}})); }, 0,
-         "p1,m2,1.5\np3,m1,2\n", ""},
-        {"array of records", "", "[A1:C1]",
-         [](Context &ctx, const char *l) {
-             Set *k = tout::textSet(ctx, {"a", "b"});
-             Array *a = ctx.newArray(pointType(), {k});
-             Record *r = a->record({1});
-             r->set("x", qdReal(3));
-             r->set("y", qdReal(4));
-             return item(l, a);
-         },
-         0, "b,3,4\n", ""},
-        {"array without entries", "", "[A1:C1]",
-         [](Context &ctx, const char *l) { return item(l, costs(ctx, {})); }, 0, "\n", ""},
-        {"one row without grow", "", "[A1:C1]",
-         [](Context &ctx, const char *l) { return item(l, costs(ctx, {{{0, 0}, 1}, {{1, 1}, 2}, {{2, 1}, 3}})); },
-         0, "p1,m1,1\n", ""},
-        {"one row with grow", "grow;", "[A1:C1]",
-         [](Context &ctx, const char *l) { return item(l, costs(ctx, {{{0, 0}, 1}, {{1, 1}, 2}, {{2, 1}, 3}})); },
-         0, "p1,m1,1\np2,m2,2\np3,m2,3\n", ""},
-        {"array in too few columns", "", "[A1:B4]",
-         [](Context &ctx, const char *l) { return item(l, costs(ctx, {{{0, 0}, 1}})); }, 1, "\n",
-         "SHEET: Wrong number of columns (req:3 found:2).\n"},
-        {"noindex 3 by 4 writes zeros", "", "noindex;[A1:D3]",
-         [](Context &ctx, const char *l) {
-             Set *rows = tout::intSet(ctx, {1, 2, 3});
-             Set *cols = tout::intSet(ctx, {1, 2, 3, 4});
-             Array *a = ctx.newArray(QD_INT, {rows, cols});
-             a->set({0, 1}, qdInt(5));
-             a->set({2, 3}, qdInt(9));
-             return item(l, a);
-         },
-         0, "0,5,0,0\n0,0,0,0\n0,0,0,9\n", ""},
-        {"noindex needs the last set's width", "", "noindex;[A1:C3]",
-         [](Context &ctx, const char *l) {
-             Array *a = ctx.newArray(QD_INT, {tout::intSet(ctx, {1, 2, 3}), tout::intSet(ctx, {1, 2, 3, 4})});
-             return item(l, a);
-         },
-         1, "\n", "SHEET: Wrong number of columns (req:4 found:3).\n"},
-        {"noindex one dimension grows", "grow;noindex;", "[A1:B1]",
-         [](Context &ctx, const char *l) { return item(l, intVector(ctx, tout::intSet(ctx, {1, 2, 3, 4, 5}), {1, 2, 3, 4, 5})); },
-         0, "1,2\n3,4\n5\n", ""},
-        {"partndx rows for stored combinations", "partndx;", "[A1:C5]",
-         [](Context &ctx, const char *l) { return item(l, costs(ctx, {{{0, 1}, 5}, {{2, 0}, 6}, {{2, 1}, 7}})); },
-         0, "p1,0,5\np3,6,7\n", ""},
-        {"partindex spelling grows", "", "partindex;grow;[B2:D2]",
-         [](Context &ctx, const char *l) { return item(l, costs(ctx, {{{0, 1}, 5}, {{1, 0}, 6}})); }, 0,
-         "\n,p1,0,5\n,p2,6,0\n", ""},
-        {"partndx on one dimension", "partndx;", "[A1:B1]",
-         [](Context &ctx, const char *l) { return item(l, intVector(ctx, tout::intSet(ctx, {1, 2, 3}), {1, 2, 3})); },
-         1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
-        {"list of arrays merged by tuple", "", "[A1:C3]",
-         [](Context &ctx, const char *l) {
-             Set *k = tout::intSet(ctx, {1, 2, 3});
-             Array *a = ctx.newArray(QD_STRING, {k});
-             a->set({0}, qdStr("a"));
-             a->set({1}, qdStr("b"));
-             Array *b = ctx.newArray(QD_STRING, {k});
-             b->set({1}, qdStr("c"));
-             b->set({2}, qdStr("d"));
-             List *list = ctx.newList(QD_STRING | QD_ARRAY);
-             list->append(a->type(), qdPtr(a));
-             list->append(b->type(), qdPtr(b));
-             return listItem(l, list);
-         },
-         0, "1,a\n2,b,c\n3,,d\n", ""},
-        {"untyped list of arrays grows", "grow;", "[A1:C1]",
-         [](Context &ctx, const char *l) {
-             Set *k = tout::intSet(ctx, {1, 2, 3});
-             Array *a = intVector(ctx, k, {10, 20});
-             Array *b = ctx.newArray(QD_INT, {k});
-             b->set({2}, qdInt(30));
-             List *list = ctx.newList();
-             list->append(a->type(), qdPtr(a));
-             list->append(b->type(), qdPtr(b));
-             return listItem(l, list);
-         },
-         0, "1,10\n2,20\n3,,30\n", ""},
-        {"list of arrays in too few columns", "", "[A1:B3]",
-         [](Context &ctx, const char *l) {
-             Set *k = tout::intSet(ctx, {1});
-             List *list = ctx.newList(QD_INT | QD_ARRAY);
-             Array *a = intVector(ctx, k, {1});
-             list->append(a->type(), qdPtr(a));
-             list->append(a->type(), qdPtr(a));
-             return listItem(l, list);
-         },
-         1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
-        {"arrays of different dimensions", "", "[A1:C3]",
-         [](Context &ctx, const char *l) {
-             Set *k = tout::intSet(ctx, {1});
-             List *list = ctx.newList(QD_INT | QD_ARRAY);
-             Array *a = intVector(ctx, k, {1});
-             Array *b = ctx.newArray(QD_INT, {k, k});
-             list->append(a->type(), qdPtr(a));
-             list->append(b->type(), qdPtr(b));
-             return listItem(l, list);
-         },
-         1, "\n", "SHEET: Inconsistent array list.\n"},
-        {"header created from the selection", "", "skiph+;grow;[A1:C1](key,value)",
-         [](Context &ctx, const char *l) { return item(l, intVector(ctx, tout::textSet(ctx, {"a", "b"}), {1, 2})); },
-         0, "key,value\na,1\nb,2\n", ""},
-        {"uninitialised set", "", "[A1]", [](Context &, const char *l) { return Item{l, QD_INT | QD_SET, nullptr}; },
-         1, "\n", "SHEET: Trying to access an uninitialized set.\n"},
-        {"uninitialised list", "", "[A1]", [](Context &, const char *l) { return Item{l, QD_INT | QD_LIST, nullptr}; },
-         1, "\n", "SHEET: Trying to access an uninitialized list.\n"},
-        {"uninitialised array", "", "[A1]",
-         [](Context &, const char *l) { return Item{l, QD_INT | QD_ARRAY, nullptr}; }, 1, "\n",
-         "SHEET: Trying to access an uninitialized array.\n"},
-        {"unknown structure", "", "[A1]", [](Context &, const char *l) { return Item{l, QD_INT | 0x5000, &answer}; },
-         1, "\n", "SHEET: Wrong column type.\n"},
-        {"bad range", "", "[$A1]", [](Context &, const char *l) { return Item{l, QD_INT, &answer}; }, 1, "\n",
-         "SHEET: Invalid range.\nSHEET: Invalid range or name not found.\n"},
-        {"external text beyond the buffer", "bufsize=1;", "[A1:B2]",
-         [](Context &ctx, const char *l) {
-             Array *a = ctx.newArray(codeType(), {tout::intSet(ctx, {1})});
-             a->setObject({0}, *ctx.newExternal(codeType(), std::string(1024, 'x')));
-             return item(l, a);
-         },
-         1, "1\n", "SHEET: Buffer overflow.\nSHEET: Wrong data value for [R1C2].\n"},
-    };
+    const WriteCase
+        cases
+            [] =
+                {
+                    {"integer scalar", "", "[B2]",
+                     [](Context &, const char *l) {
+                         return Item{l, QD_INT, &answer};
+                     },
+                     0, "\n,42\n", ""},
+                    {"real scalar", "", "[A1]",
+                     [](Context &, const char *l) {
+                         return Item{l, QD_REAL, &half};
+                     },
+                     0, "2.5\n", ""},
+                    {"text with separator", "", "[A1]",
+                     [](Context &ctx, const char *l) {
+                         commaText = qdStr(ctx.intern("a,b"));
+                         return Item{l, QD_STRING, &commaText};
+                     },
+                     0, "\"a,b\"\n", ""},
+                    {"boolean scalar", "", "[A1]",
+                     [](Context &, const char *l) {
+                         return Item{l, QD_BOOL, &yes};
+                     },
+                     0, "TRUE\n", ""},
+                    {"record scalar", "", "[A1:B1]",
+                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0,
+                     "1,2\n", ""},
+                    {"record scalar cut to first row", "", "[A1:B3]",
+                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0,
+                     "1,2\n", ""},
+                    {"nested record", "", "[B1:D1]",
+                     [](Context &ctx, const char *l) {
+                         Record *r = ctx.newRecord(legType());
+                         r->set("id", qdInt(7));
+                         r->nested("at")->set("x", qdReal(1.5));
+                         r->nested("at")->set("y", qdReal(-2));
+                         return item(l, r);
+                     },
+                     0, ",7,1.5,-2\n", ""},
+                    {"record reordered by selection", "", "[A1:B1](#2,#1)",
+                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0,
+                     "2,1\n", ""},
+                    {"record scalar too narrow", "", "[A1]",
+                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 1, "\n",
+                     ""},
+                    {"external scalar", "", "[A1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, ctx.newExternal(codeType(), "X-1"));
+                     },
+                     0, "X-1\n", ""},
+                    {"external without text", "", "[A1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, ctx.newExternal(opaqueType()));
+                     },
+                     1, "\n", "SHEET: Wrong data type.\n"},
+                    {"set cut without grow", "", "[A1:B1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, tout::intSet(ctx, {3, 1, 2}));
+                     },
+                     0, "3,1\n", ""},
+                    {"set grows", "grow;", "[A1:B1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, tout::intSet(ctx, {3, 1, 2}));
+                     },
+                     0, "3,1\n2\n", ""},
+                    {"ten elements in two columns grow to five rows", "", "grow;[A1:B1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, tout::intSet(ctx, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
+                     },
+                     0, "1,2\n3,4\n5,6\n7,8\n9,10\n", ""},
+                    {"set on a base above zero", "", "[A1:A3]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, tout::textSet(ctx, {"x", "y"}, SetOptions{true, false, 5}));
+                     },
+                     0, "x\ny\n", ""},
+                    {"records list", "grow;", "[A1:D1]",
+                     [](Context &ctx, const char *l) {
+                         List *list = ctx.newList(shipmentType());
+                         list->append(shipmentType(), qdPtr(shipment(ctx, "p1", "m1", 10, true)));
+                         list->append(shipmentType(), qdPtr(shipment(ctx, "p2", "m2", 5, false)));
+                         return item(l, list);
+                     },
+                     0, "p1,m1,10,TRUE\np2,m2,5,FALSE\n", ""},
+                    {"two records a row", "grow;", "[A1:D1]",
+                     [](Context &ctx, const char *l) {
+                         List *list = ctx.newList(pointType());
+                         for (int i = 0; i < 3; i++)
+                             list->append(pointType(), qdPtr(point(ctx, i, -i)));
+                         return item(l, list);
+                     },
+                     0, "0,0,1,-1\n2,-2\n", ""},
+                    {"records list in too few columns", "", "[A1:C1]",
+                     [](Context &ctx, const char *l) {
+                         List *list = ctx.newList(shipmentType());
+                         list->append(shipmentType(), qdPtr(shipment(ctx, "p1", "m1", 10, true)));
+                         return item(l, list);
+                     },
+                     1, "\n", "SHEET: Wrong number of columns (req:4 found:3).\n"},
+                    {"untyped list of values", "", "[A1:C1]",
+                     [](Context &ctx, const char *l) {
+                         List *list = ctx.newList();
+                         list->append(QD_INT, qdInt(1));
+                         list->append(QD_STRING, qdStr("a"));
+                         list->append(QD_REAL, qdReal(2.5));
+                         return item(l, list);
+                     },
+                     0, "1,a,2.5\n", ""},
+                    {"sparse array", "", "[A1:C3]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, costs(ctx, {{{0, 1}, 1.5}, {{2, 0}, 2}}));
+                     },
+                     0, "p1,m2,1.5\np3,m1,2\n", ""},
+                    {"array of records", "", "[A1:C1]",
+                     [](Context &ctx, const char *l) {
+                         Set *k = tout::textSet(ctx, {"a", "b"});
+                         Array *a = ctx.newArray(pointType(), {k});
+                         Record *r = a->record({1});
+                         r->set("x", qdReal(3));
+                         r->set("y", qdReal(4));
+                         return item(l, a);
+                     },
+                     0, "b,3,4\n", ""},
+                    {"array without entries", "", "[A1:C1]",
+                     [](Context &ctx, const char *l) { return item(l, costs(ctx, {})); }, 0, "\n",
+                     ""},
+                    {"one row without grow", "", "[A1:C1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, costs(ctx, {{{0, 0}, 1}, {{1, 1}, 2}, {{2, 1}, 3}}));
+                     },
+                     0, "p1,m1,1\n", ""},
+                    {"one row with grow", "grow;", "[A1:C1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, costs(ctx, {{{0, 0}, 1}, {{1, 1}, 2}, {{2, 1}, 3}}));
+                     },
+                     0, "p1,m1,1\np2,m2,2\np3,m2,3\n", ""},
+                    {"array in too few columns", "", "[A1:B4]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, costs(ctx, {{{0, 0}, 1}}));
+                     },
+                     1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
+                    {"noindex 3 by 4 writes zeros", "", "noindex;[A1:D3]",
+                     [](Context &ctx, const char *l) {
+                         Set *rows = tout::intSet(ctx, {1, 2, 3});
+                         Set *cols = tout::intSet(ctx, {1, 2, 3, 4});
+                         Array *a = ctx.newArray(QD_INT, {rows, cols});
+                         a->set({0, 1}, qdInt(5));
+                         a->set({2, 3}, qdInt(9));
+                         return item(l, a);
+                     },
+                     0, "0,5,0,0\n0,0,0,0\n0,0,0,9\n", ""},
+                    {"noindex needs the last set's width", "", "noindex;[A1:C3]",
+                     [](Context &ctx, const char *l) {
+                         Array *a = ctx.newArray(QD_INT, {tout::intSet(ctx, {1, 2, 3}),
+                                                          tout::intSet(ctx, {1, 2, 3, 4})});
+                         return item(l, a);
+                     },
+                     1, "\n", "SHEET: Wrong number of columns (req:4 found:3).\n"},
+                    {"noindex one dimension grows", "grow;noindex;", "[A1:B1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, intVector(ctx, tout::intSet(ctx, {1, 2, 3, 4, 5}),
+                                                  {1, 2, 3, 4, 5}));
+                     },
+                     0, "1,2\n3,4\n5\n", ""},
+                    {"partndx rows for stored combinations", "partndx;", "[A1:C5]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, costs(ctx, {{{0, 1}, 5}, {{2, 0}, 6}, {{2, 1}, 7}}));
+                     },
+                     0, "p1,0,5\np3,6,7\n", ""},
+                    {"partindex spelling grows", "", "partindex;grow;[B2:D2]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, costs(ctx, {{{0, 1}, 5}, {{1, 0}, 6}}));
+                     },
+                     0, "\n,p1,0,5\n,p2,6,0\n", ""},
+                    {"partndx on one dimension", "partndx;", "[A1:B1]",
+                     [](Context &ctx, const char *l) {
+                         return item(l, intVector(ctx, tout::intSet(ctx, {1, 2, 3}), {1, 2, 3}));
+                     },
+                     1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
+                    {"list of arrays merged by tuple", "", "[A1:C3]",
+                     [](Context &ctx, const char *l) {
+                         Set *k = tout::intSet(ctx, {1, 2, 3});
+                         Array *a = ctx.newArray(QD_STRING, {k});
+                         a->set({0}, qdStr("a"));
+                         a->set({1}, qdStr("b"));
+                         Array *b = ctx.newArray(QD_STRING, {k});
+                         b->set({1}, qdStr("c"));
+                         b->set({2}, qdStr("d"));
+                         List *list = ctx.newList(QD_STRING | QD_ARRAY);
+                         list->append(a->type(), qdPtr(a));
+                         list->append(b->type(), qdPtr(b));
+                         return listItem(l, list);
+                     },
+                     0, "1,a\n2,b,c\n3,,d\n", ""},
+                    {"untyped list of arrays grows", "grow;", "[A1:C1]",
+                     [](Context &ctx, const char *l) {
+                         Set *k = tout::intSet(ctx, {1, 2, 3});
+                         Array *a = intVector(ctx, k, {10, 20});
+                         Array *b = ctx.newArray(QD_INT, {k});
+                         b->set({2}, qdInt(30));
+                         List *list = ctx.newList();
+                         list->append(a->type(), qdPtr(a));
+                         list->append(b->type(), qdPtr(b));
+                         return listItem(l, list);
+                     },
+                     0, "1,10\n2,20\n3,,30\n", ""},
+                    {"list of arrays in too few columns", "", "[A1:B3]",
+                     [](Context &ctx, const char *l) {
+                         Set *k = tout::intSet(ctx, {1});
+                         List *list = ctx.newList(QD_INT | QD_ARRAY);
+                         Array *a = intVector(ctx, k, {1});
+                         list->append(a->type(), qdPtr(a));
+                         list->append(a->type(), qdPtr(a));
+                         return listItem(l, list);
+                     },
+                     1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
+                    {"arrays of different dimensions", "", "[A1:C3]",
+                     [](Context &ctx, const char *l) {
+                         Set *k = tout::intSet(ctx, {1});
+                         List *list = ctx.newList(QD_INT | QD_ARRAY);
+                         Array *a = intVector(ctx, k, {1});
+                         Array *b = ctx.newArray(QD_INT, {k, k});
+                         list->append(a->type(), qdPtr(a));
+                         list->append(b->type(), qdPtr(b));
+                         return listItem(l, list);
+                     },
+                     1, "\n", "SHEET: Inconsistent array list.\n"},
+                    {"header created from the selection", "", "skiph+;grow;[A1:C1](key,value)",
+                     [](Context &ctx, const char *l) {
+                         return item(l, intVector(ctx, tout::textSet(ctx, {"a", "b"}), {1, 2}));
+                     },
+                     0, "key,value\na,1\nb,2\n", ""},
+                    {"uninitialised set", "", "[A1]",
+                     [](Context &, const char *l) { return Item{l, QD_INT | QD_SET, nullptr}; }, 1,
+                     "\n", "SHEET: Trying to access an uninitialized set.\n"},
+                    {"uninitialised list", "", "[A1]",
+                     [](Context &, const char *l) { return Item{l, QD_INT | QD_LIST, nullptr}; }, 1,
+                     "\n", "SHEET: Trying to access an uninitialized list.\n"},
+                    {"uninitialised array", "", "[A1]",
+                     [](Context &, const char *l) { return Item{l, QD_INT | QD_ARRAY, nullptr}; },
+                     1, "\n", "SHEET: Trying to access an uninitialized array.\n"},
+                    {"unknown structure", "", "[A1]",
+                     [](Context &, const char *l) { return Item{l, QD_INT | 0x5000, &answer}; }, 1,
+                     "\n", "SHEET: Wrong column type.\n"},
+                    {"bad range", "", "[$A1]",
+                     [](Context &, const char *l) { return Item{l, QD_INT, &answer}; }, 1, "\n",
+                     "SHEET: Invalid range.\nSHEET: Invalid range or name not found.\n"},
+                    {"external text beyond the buffer", "bufsize=1;", "[A1:B2]",
+                     [](Context &ctx, const char *l) {
+                         Array *a = ctx.newArray(codeType(), {tout::intSet(ctx, {1})});
+                         a->setObject({0}, *ctx.newExternal(codeType(), std::string(1024, 'x')));
+                         return item(l, a);
+                     },
+                     1, "1\n", "SHEET: Buffer overflow.\nSHEET: Wrong data value for [R1C2].\n"},
+                };
     for (const WriteCase &c : cases) {
         SCOPED_TRACE(c.name);
         Context ctx;
@@ -357,15 +417,15 @@ TEST(TransferOut, FailuresReportTheirCell) {
     struct Case {
         const char *name;
         const char *label;
-        bool failIndex;  // else the value read fails
-        int failAt;      // index position, or the n-th value read
-        bool set;        // a set instead of an array
+        bool failIndex; // else the value read fails
+        int failAt;     // index position, or the n-th value read
+        bool set;       // a set instead of an array
         const char *text;
         const char *errors;
     };
     const Case cases[] = {
-        {"index in row 7 from A1", "[A1:B10]", true, 6, false, "1,10\n2,20\n3,30\n4,40\n5,50\n6,60\n",
-         "SHEET: Wrong data value for [R7C1].\n"},
+        {"index in row 7 from A1", "[A1:B10]", true, 6, false,
+         "1,10\n2,20\n3,30\n4,40\n5,50\n6,60\n", "SHEET: Wrong data value for [R7C1].\n"},
         {"value of the third entry from C5", "[C5:D20]", false, 3, false,
          "\n\n\n\n,,1,10\n,,2,20\n,,3\n", "SHEET: Wrong data value for [R7C4].\n"},
         {"set element four from B2", "[B2:C9]", true, 3, true, "\n,1,2\n,3\n",

@@ -24,7 +24,8 @@ std::string wrap(const std::string &root, const std::string &body, const std::st
 
 TEST(Binding, CraftedPartsGiveTheirCodes) {
     const std::string sheets = "<sheets><sheet name=\"a\" sheetId=\"1\" r:id=\"rId1\"/></sheets>";
-    const std::string r_ns = " xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\"";
+    const std::string r_ns =
+        " xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\"";
     const struct {
         e_part part;
         std::string doc;
@@ -32,53 +33,68 @@ TEST(Binding, CraftedPartsGiveTheirCodes) {
         const char *name; // the detail's name
     } cases[] = {
         {PART_WORKBOOK, wrap("workbook", sheets, r_ns), lmx::ELMX_OK, ""},
-        {PART_WORKBOOK, wrap("workbook", "<bookViews><workbookView/></bookViews>"), lmx::ELMX_MANDATORY_ELEMENT_MISSING,
-         "workbook"},
-        {PART_WORKBOOK, wrap("workbook", "<sheets/>"), lmx::ELMX_MANDATORY_ELEMENT_MISSING, "sheets"},
-        {PART_WORKBOOK, wrap("workbook", sheets + "<workbookPr/>", r_ns), lmx::ELMX_BAD_END_OF_ELEMENT, "workbookPr"},
+        {PART_WORKBOOK, wrap("workbook", "<bookViews><workbookView/></bookViews>"),
+         lmx::ELMX_MANDATORY_ELEMENT_MISSING, "workbook"},
+        {PART_WORKBOOK, wrap("workbook", "<sheets/>"), lmx::ELMX_MANDATORY_ELEMENT_MISSING,
+         "sheets"},
+        {PART_WORKBOOK, wrap("workbook", sheets + "<workbookPr/>", r_ns),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "workbookPr"},
         {PART_WORKBOOK, wrap("workbook", "<sheets><sheet name=\"a\" r:id=\"x\"/></sheets>", r_ns),
          lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING, "sheetId"},
-        {PART_WORKBOOK, wrap("worksheet", "<sheetData/>"), lmx::ELMX_ELEMENT_NOT_FOUND, "worksheet"},
+        {PART_WORKBOOK, wrap("worksheet", "<sheetData/>"), lmx::ELMX_ELEMENT_NOT_FOUND,
+         "worksheet"},
         {PART_WORKSHEET, wrap("worksheet", ""), lmx::ELMX_MANDATORY_ELEMENT_MISSING, "worksheet"},
         {PART_WORKSHEET, wrap("worksheet", "<sheetData><row><c t=\"q\"/></row></sheetData>"),
          lmx::ELMX_VALUE_NOT_ENUMERATED, "t"},
-        {PART_WORKSHEET, wrap("worksheet", "<sheetData><row r=\"x\"/></sheetData>"), lmx::ELMX_VALUE_BAD_FORMAT, "r"},
+        {PART_WORKSHEET, wrap("worksheet", "<sheetData><row r=\"x\"/></sheetData>"),
+         lmx::ELMX_VALUE_BAD_FORMAT, "r"},
         {PART_WORKSHEET, wrap("worksheet", "<sheetData><row outlineLevel=\"300\"/></sheetData>"),
          lmx::ELMX_VALUE_EXCEEDS_MAX, "outlineLevel"},
         // A row without r loads; unknown elements of a worksheet are skipped.
-        {PART_WORKSHEET, wrap("worksheet", "<sheetData><row/><bogus><x/></bogus></sheetData><bogus/>"), lmx::ELMX_OK, ""},
+        {PART_WORKSHEET,
+         wrap("worksheet", "<sheetData><row/><bogus><x/></bogus></sheetData><bogus/>"),
+         lmx::ELMX_OK, ""},
         {PART_STYLESHEET, wrap("styleSheet", "<bogus/>"), lmx::ELMX_BAD_END_OF_ELEMENT, "bogus"},
         {PART_STYLESHEET, wrap("styleSheet", "<fonts><font><b val=\"maybe\"/></font></fonts>"),
          lmx::ELMX_VALUE_BAD_FORMAT, "val"},
-        {PART_STYLESHEET, wrap("styleSheet", "<cellXfs><xf/></cellXfs><fonts/>"), lmx::ELMX_BAD_END_OF_ELEMENT, "fonts"},
+        {PART_STYLESHEET, wrap("styleSheet", "<cellXfs><xf/></cellXfs><fonts/>"),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "fonts"},
         {PART_STYLESHEET, wrap("styleSheet", "<fonts><font><color rgb=\"FF00\"/></font></fonts>"),
          lmx::ELMX_LENGTH_TOO_SHORT, "rgb"},
-        {PART_SST, wrap("sst", "<si><t>a</t></si><si><t>b</t><t>c</t></si>"), lmx::ELMX_BAD_END_OF_ELEMENT, "t"},
-        {PART_SST, "<sst xmlns=\"http://purl.oclc.org/ooxml/spreadsheetml/main\"/>", lmx::ELMX_ELEMENT_NOT_FOUND, "sst"},
+        {PART_SST, wrap("sst", "<si><t>a</t></si><si><t>b</t><t>c</t></si>"),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "t"},
+        {PART_SST, "<sst xmlns=\"http://purl.oclc.org/ooxml/spreadsheetml/main\"/>",
+         lmx::ELMX_ELEMENT_NOT_FOUND, "sst"},
         {PART_RELATIONSHIPS,
          "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">"
          "<Relationship Id=\"r1\" Target=\"a\"/></Relationships>",
          lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING, "Type"},
         {PART_CONTENT_TYPES,
          "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
-         "<Override PartName=\"/a\" ContentType=\"x/y\"/><Default Extension=\"xml\" ContentType=\"text/xml\"/></Types>",
+         "<Override PartName=\"/a\" ContentType=\"x/y\"/><Default Extension=\"xml\" "
+         "ContentType=\"text/xml\"/></Types>",
          lmx::ELMX_OK, ""},
         {PART_CONTENT_TYPES,
          "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
          "<Default Extension=\"xml\" ContentType=\"no type\"/></Types>",
          lmx::ELMX_NO_PATTERN_MATCHED, "ContentType"},
-        {PART_DRAWING, "<xdr:wsDr xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing\">"
-                       "<xdr:absoluteAnchor/></xdr:wsDr>",
+        {PART_DRAWING,
+         "<xdr:wsDr "
+         "xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing\">"
+         "<xdr:absoluteAnchor/></xdr:wsDr>",
          lmx::ELMX_MANDATORY_ELEMENT_MISSING, "absoluteAnchor"},
-        {PART_DRAWING, "<xdr:wsDr xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing\">"
-                       "<xdr:oneCellAnchor><xdr:from><xdr:col/>",
+        {PART_DRAWING,
+         "<xdr:wsDr "
+         "xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing\">"
+         "<xdr:oneCellAnchor><xdr:from><xdr:col/>",
          lmx::ELMX_UNEXPECTED_EMPTY_ELEMENT, "col"},
         {PART_WORKSHEET, wrap("worksheet", "<sheetData><row>"), lmx::ELMX_BAD_END_OF_ELEMENT, ""},
     };
     for (const auto &c : cases) {
         c_document d;
         lmx::s_debug_error dbg;
-        const lmx::elmx_error e = d.unmarshal(c.doc.data(), c.doc.size(), TRANSITIONAL, c.part, &dbg);
+        const lmx::elmx_error e =
+            d.unmarshal(c.doc.data(), c.doc.size(), TRANSITIONAL, c.part, &dbg);
         EXPECT_EQ(e, c.code) << c.doc << ": " << lmx::get_error_message(dbg);
         if (e && e == c.code && *c.name) {
             EXPECT_EQ(dbg.name, c.name) << c.doc;
@@ -92,9 +108,11 @@ TEST(Binding, ForeignContentSurvivesAndUnknownUnqualifiedIsDropped) {
         "\" xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\" "
         "xmlns:x14ac=\"urn:x14ac\" xmlns:xr=\"urn:xr\" mc:Ignorable=\"x14ac xr\" xr:uid=\"{1}\">"
         "<sheetFormatPr defaultRowHeight=\"15\" x14ac:dyDescent=\"0.25\"/>"
-        "<sheetData><row r=\"1\" spans=\"1:2\" x14ac:dyDescent=\"0.25\" odd=\"1\"><c r=\"A1\"><v>1</v></c></row>"
+        "<sheetData><row r=\"1\" spans=\"1:2\" x14ac:dyDescent=\"0.25\" odd=\"1\"><c "
+        "r=\"A1\"><v>1</v></c></row>"
         "</sheetData><x14ac:note a=\"1\"><x14ac:deep/></x14ac:note>"
-        "<mc:AlternateContent><mc:Choice Requires=\"x14ac\"><x14ac:y/></mc:Choice></mc:AlternateContent>"
+        "<mc:AlternateContent><mc:Choice "
+        "Requires=\"x14ac\"><x14ac:y/></mc:Choice></mc:AlternateContent>"
         "<extLst><ext uri=\"{X}\"><xr:z q=\"1\"/></ext></extLst></worksheet>";
     c_document d;
     ASSERT_EQ(d.unmarshal(doc.data(), doc.size(), TRANSITIONAL, PART_WORKSHEET), lmx::ELMX_OK);
@@ -106,17 +124,19 @@ TEST(Binding, ForeignContentSurvivesAndUnknownUnqualifiedIsDropped) {
     EXPECT_EQ(out, "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n" + want);
     // In Strict the same tags are refused: no tolerance there.
     std::string strict = doc;
-    strict.replace(strict.find(k_main), k_main.size(), "http://purl.oclc.org/ooxml/spreadsheetml/main");
+    strict.replace(strict.find(k_main), k_main.size(),
+                   "http://purl.oclc.org/ooxml/spreadsheetml/main");
     strict.replace(strict.find("<x14ac:note"), 0, "<bogus/>");
-    EXPECT_EQ(d.unmarshal(strict.data(), strict.size(), STRICT, PART_WORKSHEET), lmx::ELMX_BAD_END_OF_ELEMENT);
+    EXPECT_EQ(d.unmarshal(strict.data(), strict.size(), STRICT, PART_WORKSHEET),
+              lmx::ELMX_BAD_END_OF_ELEMENT);
 }
 
 TEST(Binding, RegeneratedTablesAreTheCommittedOnes) {
     const std::string dir = std::string(TABRIX_SOURCE_DIR) + "/ooxml/binding";
     const std::string out = std::string(TABRIX_TEST_TMP) + "/tables_regenerated.cpp";
     for (const char *edition : {"transitional", "strict"}) {
-        const std::string cmd = "python3 " + dir + "/schema_compiler.py " + edition + " " + out + " " + dir +
-                                "/schemas/" + edition + " " + dir + "/schemas/opc";
+        const std::string cmd = "python3 " + dir + "/schema_compiler.py " + edition + " " + out +
+                                " " + dir + "/schemas/" + edition + " " + dir + "/schemas/opc";
         ASSERT_EQ(std::system(cmd.c_str()), 0);
         std::ifstream a(out), b(dir + "/tables/tables_" + edition + ".cpp");
         std::stringstream sa, sb;

@@ -21,9 +21,11 @@ std::string reread(const c_document &d, e_part part, c_document &again) {
     std::string out;
     EXPECT_EQ(d.marshal(out), lmx::ELMX_OK);
     lmx::s_debug_error dbg;
-    EXPECT_EQ(again.unmarshal(out.data(), out.size(), d.set() == &k_strict ? STRICT : TRANSITIONAL, part, &dbg),
+    EXPECT_EQ(again.unmarshal(out.data(), out.size(), d.set() == &k_strict ? STRICT : TRANSITIONAL,
+                              part, &dbg),
               lmx::ELMX_OK)
-        << out << "\n" << lmx::get_error_message(dbg);
+        << out << "\n"
+        << lmx::get_error_message(dbg);
     return out;
 }
 
@@ -52,10 +54,12 @@ TEST(BindingFacades, PartsBuiltInAnyOrderPrintInSchemaOrder) {
         ws.get_sheetViews().append_sheetView().set_workbookViewId(0);
         c_document again;
         const std::string out = reread(d, PART_WORKSHEET, again);
-        EXPECT_NE(out.find("<cols><col min=\"1\" max=\"2\" width=\"9.5\"/></cols><sheetData><row r=\"3\" ht=\"14.25\"><c/><c/>"
-                           "<c r=\"C3\" s=\"7\" t=\"s\"><f>SUM(A1:B1)</f><v>12</v></c></row></sheetData>"
-                           "<mergeCells><mergeCell ref=\"A1:B2\"/></mergeCells>"),
-                  std::string::npos)
+        EXPECT_NE(
+            out.find("<cols><col min=\"1\" max=\"2\" width=\"9.5\"/></cols><sheetData><row r=\"3\" "
+                     "ht=\"14.25\"><c/><c/>"
+                     "<c r=\"C3\" s=\"7\" t=\"s\"><f>SUM(A1:B1)</f><v>12</v></c></row></sheetData>"
+                     "<mergeCells><mergeCell ref=\"A1:B2\"/></mergeCells>"),
+            std::string::npos)
             << out;
         c_row back = c_worksheet(&again.root()).get_sheetData().get_row(0);
         ASSERT_EQ(back.size_c(), 3u);
@@ -81,8 +85,10 @@ TEST(BindingFacades, PartsBuiltInAnyOrderPrintInSchemaOrder) {
     ss.get_fills().append_fill().get_patternFill().set_patternType("none");
     c_document st2;
     const std::string styles = reread(st, PART_STYLESHEET, st2);
-    EXPECT_NE(styles.find("<numFmts><numFmt numFmtId=\"164\" formatCode=\"0.0%\"/></numFmts><fonts><font><b/><sz val=\"11\"/></font>"),
-              std::string::npos)
+    EXPECT_NE(
+        styles.find("<numFmts><numFmt numFmtId=\"164\" "
+                    "formatCode=\"0.0%\"/></numFmts><fonts><font><b/><sz val=\"11\"/></font>"),
+        std::string::npos)
         << styles;
 
     c_document wb;

@@ -40,16 +40,13 @@ std::string canonical(const std::string &doc) {
     std::string out, pending;
     std::vector<bool> had_child;
     for (int e; (e = r.next()) != lmx::EV_END_OF_INPUT;) {
-        if (e == lmx::EV_ERROR)
-            return "";
+        if (e == lmx::EV_ERROR) return "";
         if (e == lmx::EV_TEXT) {
             pending += r.text();
         } else if (e == lmx::EV_START) {
-            if (pending.find_first_not_of(" \t\r\n") != std::string::npos)
-                out += pending;
+            if (pending.find_first_not_of(" \t\r\n") != std::string::npos) out += pending;
             pending.clear();
-            if (!had_child.empty())
-                had_child.back() = true;
+            if (!had_child.empty()) had_child.back() = true;
             had_child.push_back(false);
             std::vector<std::string> attrs;
             for (size_t i = 0; i < r.attribute_count(); ++i) {
@@ -60,8 +57,7 @@ std::string canonical(const std::string &doc) {
             }
             std::sort(attrs.begin(), attrs.end());
             out += "<{" + std::string(r.namespace_uri(r.ns())) + "}" + std::string(r.local());
-            for (const std::string &a : attrs)
-                out += " " + a;
+            for (const std::string &a : attrs) out += " " + a;
             out += ">";
         } else if (e == lmx::EV_END) {
             if (!had_child.back() || pending.find_first_not_of(" \t\r\n") != std::string::npos)
@@ -76,8 +72,7 @@ std::string canonical(const std::string &doc) {
 
 std::string root_of(const std::string &doc) {
     lmx::c_xml_reader r(doc.data(), doc.size());
-    while (r.next() == lmx::EV_TEXT) {
-    }
+    while (r.next() == lmx::EV_TEXT) {}
     return std::string(r.local());
 }
 
@@ -89,13 +84,12 @@ const struct {
     {"calamine/rph.xlsx", "sst", lmx::ELMX_BAD_END_OF_ELEMENT},              // r inside rPh
     {"calamine/date_iso.xlsx", "worksheet", lmx::ELMX_VALUE_NOT_ENUMERATED}, // t="d", Strict only
     {"calamine/empty_s_attribute.xlsx", "worksheet", lmx::ELMX_VALUE_BAD_FORMAT}, // s=""
-    {"calamine/minimal_package.xlsx", "styleSheet", lmx::ELMX_LENGTH_TOO_SHORT},   // rgb of 3 bytes
+    {"calamine/minimal_package.xlsx", "styleSheet", lmx::ELMX_LENGTH_TOO_SHORT},  // rgb of 3 bytes
 };
 
 bool refused_as_expected(const std::string &origin, const std::string &root, lmx::elmx_error e) {
     for (const auto &r : k_refused)
-        if (origin.find(r.book) != std::string::npos && root == r.root && e == r.code)
-            return true;
+        if (origin.find(r.book) != std::string::npos && root == r.root && e == r.code) return true;
     return false;
 }
 
@@ -117,36 +111,46 @@ void unpack(const fs::path &tmp, const std::vector<std::string> &roots) {
         "            p.parent.mkdir(parents=True, exist_ok=True); p.write_bytes(data)\n"
         "    (d / 'origin.txt').write_text(str(f))\n";
     std::ofstream(tmp / "unpack.py") << script;
-    std::string cmd = "python3 '" + (tmp / "unpack.py").string() + "' '" + (tmp / "parts").string() + "'";
-    for (const std::string &r : roots)
-        cmd += " '" + r + "'";
+    std::string cmd =
+        "python3 '" + (tmp / "unpack.py").string() + "' '" + (tmp / "parts").string() + "'";
+    for (const std::string &r : roots) cmd += " '" + r + "'";
     ASSERT_EQ(std::system(cmd.c_str()), 0);
 }
 
 // Workbooks of the independent producers installed here.
 void generate(const fs::path &gen) {
     fs::create_directories(gen);
-    std::ofstream(gen / "data.csv") << "name,value,note\n\"caf\xC3\xA9\",1.5,\"a<b & c>d\"\ntotal,=B2+B2,\n";
+    std::ofstream(gen / "data.csv")
+        << "name,value,note\n\"caf\xC3\xA9\",1.5,\"a<b & c>d\"\ntotal,=B2+B2,\n";
     const std::string g = gen.string();
     std::system(("ssconvert --export-type=Gnumeric_Excel:xlsx2 '" + g + "/data.csv' '" + g +
-                 "/gnumeric.xlsx' >/dev/null 2>&1").c_str());
-    std::system(("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" + g +
-                 "/lo_profile --convert-to xlsx --outdir '" + g + "/lo' data.csv >/dev/null 2>&1").c_str());
+                 "/gnumeric.xlsx' >/dev/null 2>&1")
+                    .c_str());
+    std::system(("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" +
+                 g + "/lo_profile --convert-to xlsx --outdir '" + g +
+                 "/lo' data.csv >/dev/null 2>&1")
+                    .c_str());
     std::system(("python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
-                 "s.append(['x', 1.5]); s['A3'] = '=SUM(B1:B2)'; s.merge_cells('C1:D2'); b.save(sys.argv[1])\" '" +
-                 g + "/openpyxl.xlsx' >/dev/null 2>&1").c_str());
-    std::system(("python3 -c \"import xlsxwriter, sys; b = xlsxwriter.Workbook(sys.argv[1]); s = b.add_worksheet(); "
+                 "s.append(['x', 1.5]); s['A3'] = '=SUM(B1:B2)'; s.merge_cells('C1:D2'); "
+                 "b.save(sys.argv[1])\" '" +
+                 g + "/openpyxl.xlsx' >/dev/null 2>&1")
+                    .c_str());
+    std::system(("python3 -c \"import xlsxwriter, sys; b = xlsxwriter.Workbook(sys.argv[1]); s = "
+                 "b.add_worksheet(); "
                  "s.write(0, 0, 'x', b.add_format({'bold': 1})); s.write_formula(1, 0, '=1+2'); "
                  "s.insert_image(2, 2, '/dev/null') if False else None; b.close()\" '" +
-                 g + "/xlsxwriter.xlsx' >/dev/null 2>&1").c_str());
+                 g + "/xlsxwriter.xlsx' >/dev/null 2>&1")
+                    .c_str());
     fs::remove_all(gen / "lo_profile");
 }
 
 const std::pair<const char *, const char *> k_strict_uris[] = {
-    {"http://schemas.openxmlformats.org/spreadsheetml/2006/main", "http://purl.oclc.org/ooxml/spreadsheetml/main"},
+    {"http://schemas.openxmlformats.org/spreadsheetml/2006/main",
+     "http://purl.oclc.org/ooxml/spreadsheetml/main"},
     {"http://schemas.openxmlformats.org/officeDocument/2006/relationships",
      "http://purl.oclc.org/ooxml/officeDocument/relationships"},
-    {"http://schemas.openxmlformats.org/drawingml/2006/main", "http://purl.oclc.org/ooxml/drawingml/main"},
+    {"http://schemas.openxmlformats.org/drawingml/2006/main",
+     "http://purl.oclc.org/ooxml/drawingml/main"},
     {"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing",
      "http://purl.oclc.org/ooxml/drawingml/spreadsheetDrawing"},
 };
@@ -162,25 +166,23 @@ std::string to_strict(std::string doc) {
 
 TEST(BindingInterop, CorpusPartsBindAndPrintBackCanonicallyEqual) {
     const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
-    if (!fs::exists(corpus))
-        GTEST_SKIP() << "no corpus";
+    if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
     const fs::path tmp = fs::path(TABRIX_TEST_TMP) / "binding_interop";
     fs::remove_all(tmp);
     fs::create_directories(tmp);
     generate(tmp / "generated");
     unpack(tmp, {(tmp / "generated").string(), corpus.string()});
 
-    size_t bound = 0, strict = 0, unbound = 0, with_drops = 0, strict_made = 0, strict_loaded = 0, refused = 0;
+    size_t bound = 0, strict = 0, unbound = 0, with_drops = 0, strict_made = 0, strict_loaded = 0,
+           refused = 0;
     std::map<std::string, size_t> unbound_roots;
     std::vector<std::string> failures;
     for (const auto &dir : fs::directory_iterator(tmp / "parts")) {
         const std::string origin = slurp(dir.path() / "origin.txt");
         for (const auto &f : fs::recursive_directory_iterator(dir.path())) {
-            if (!f.is_regular_file() || f.path().filename() == "origin.txt")
-                continue;
+            if (!f.is_regular_file() || f.path().filename() == "origin.txt") continue;
             const std::string doc = slurp(f.path());
-            if (doc.find_first_not_of(" \t\r\n") == std::string::npos)
-                continue;
+            if (doc.find_first_not_of(" \t\r\n") == std::string::npos) continue;
             const std::string where = f.path().string() + " from " + origin;
             c_document d;
             lmx::s_debug_error dbg;
@@ -216,17 +218,19 @@ TEST(BindingInterop, CorpusPartsBindAndPrintBackCanonicallyEqual) {
             }
             // A second read of the output binds the same.
             c_document again;
-            ASSERT_EQ(again.unmarshal(out.data(), out.size(), d.set() == &k_strict ? STRICT : TRANSITIONAL,
-                                      PART_ANY),
+            ASSERT_EQ(again.unmarshal(out.data(), out.size(),
+                                      d.set() == &k_strict ? STRICT : TRANSITIONAL, PART_ANY),
                       lmx::ELMX_OK)
                 << where;
-            // The main parts, rewritten to the Strict namespaces, load as Strict and fail as Transitional.
+            // The main parts, rewritten to the Strict namespaces, load as Strict and fail as
+            // Transitional.
             const std::string_view root = d.root_name();
             if (d.set() == &k_transitional && (root == "worksheet" || root == "sst") &&
                 strict_made < 200) {
                 const std::string s = to_strict(doc);
                 c_document st;
-                ASSERT_EQ(st.unmarshal(s.data(), s.size(), TRANSITIONAL, PART_ANY), lmx::ELMX_ELEMENT_NOT_FOUND)
+                ASSERT_EQ(st.unmarshal(s.data(), s.size(), TRANSITIONAL, PART_ANY),
+                          lmx::ELMX_ELEMENT_NOT_FOUND)
                     << where;
                 // Features the Strict edition left out (legacy drawings, ...) fail there.
                 strict_loaded += st.unmarshal(s.data(), s.size(), STRICT, PART_ANY) == lmx::ELMX_OK;
@@ -235,14 +239,13 @@ TEST(BindingInterop, CorpusPartsBindAndPrintBackCanonicallyEqual) {
         }
     }
     std::string roots;
-    for (const auto &r : unbound_roots)
-        roots += " " + r.first + ":" + std::to_string(r.second);
-    std::printf("bound %zu parts (%zu Strict, %zu with drops), %zu of %zu Strict-rewritten loaded; outside the schemas %zu:%s\n",
+    for (const auto &r : unbound_roots) roots += " " + r.first + ":" + std::to_string(r.second);
+    std::printf("bound %zu parts (%zu Strict, %zu with drops), %zu of %zu Strict-rewritten loaded; "
+                "outside the schemas %zu:%s\n",
                 bound, strict, with_drops, strict_loaded, strict_made, unbound, roots.c_str());
     EXPECT_GT(bound, 5000u);
     EXPECT_EQ(refused, sizeof k_refused / sizeof *k_refused);
     EXPECT_GT(strict_loaded, strict_made / 2);
-    for (size_t i = 0; i < failures.size() && i < 20; ++i)
-        ADD_FAILURE() << failures[i];
+    for (size_t i = 0; i < failures.size() && i < 20; ++i) ADD_FAILURE() << failures[i];
     EXPECT_EQ(failures.size(), 0u);
 }

@@ -39,8 +39,7 @@ elmx_error copy_document(const std::string &doc, std::string &out) {
         return c == std::string_view::npos ? std::string_view() : q.substr(0, c);
     };
     for (int e; (e = r.next()) != EV_END_OF_INPUT;) {
-        if (e == EV_ERROR)
-            return r.error();
+        if (e == EV_ERROR) return r.error();
         if (e == EV_TEXT) {
             w.text(r.text());
         } else if (e == EV_END) {
@@ -48,12 +47,12 @@ elmx_error copy_document(const std::string &doc, std::string &out) {
         } else {
             for (size_t i = 0; i < r.declaration_count(); ++i)
                 w.add_namespace(r.declaration(i).prefix, r.declaration(i).uri);
-            w.start_element(w.add_namespace(prefix_of(r.qname()), r.namespace_uri(r.ns())), r.local());
+            w.start_element(w.add_namespace(prefix_of(r.qname()), r.namespace_uri(r.ns())),
+                            r.local());
             for (size_t i = 0; i < r.attribute_count(); ++i) {
                 const s_attribute &a = r.attribute(i);
                 std::string_view v;
-                if (elmx_error err = r.attribute_value(a, v))
-                    return err;
+                if (elmx_error err = r.attribute_value(a, v)) return err;
                 w.attribute(w.add_namespace(prefix_of(a.qname), r.namespace_uri(a.ns)), a.local, v);
             }
         }
@@ -69,16 +68,15 @@ std::string canonical_form(const fs::path &file) {
     std::string s;
     if (FILE *f = popen(cmd.c_str(), "r")) {
         char buf[65536];
-        for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;)
-            s.append(buf, n);
+        for (size_t n; (n = fread(buf, 1, sizeof buf, f)) > 0;) s.append(buf, n);
         pclose(f);
     }
-    std::vector<std::vector<std::pair<std::string, std::string>>> scopes(1, {{"xml", std::string(k_uri_xml)}});
+    std::vector<std::vector<std::pair<std::string, std::string>>> scopes(
+        1, {{"xml", std::string(k_uri_xml)}});
     auto expand = [&](const std::string &q, bool attribute) {
         const size_t c = q.find(':');
         const std::string prefix = c == std::string::npos ? "" : q.substr(0, c);
-        if (c == std::string::npos && attribute)
-            return q;
+        if (c == std::string::npos && attribute) return q;
         for (size_t i = scopes.size(); i-- > 0;)
             for (const auto &b : scopes[i])
                 if (b.first == prefix)
@@ -104,7 +102,8 @@ std::string canonical_form(const fs::path &file) {
             scopes.emplace_back();
             while (s[j] == ' ') {
                 const size_t eq = s.find('=', j), close = s.find('"', eq + 2);
-                const std::string an = s.substr(j + 1, eq - j - 1), av = s.substr(eq + 2, close - eq - 2);
+                const std::string an = s.substr(j + 1, eq - j - 1),
+                                  av = s.substr(eq + 2, close - eq - 2);
                 if (an == "xmlns" || an.compare(0, 6, "xmlns:") == 0)
                     scopes.back().emplace_back(an.size() > 5 ? an.substr(6) : "", av);
                 else
@@ -114,16 +113,13 @@ std::string canonical_form(const fs::path &file) {
             i = j + 1;
             open.push_back(expand(name, false));
             out += "<" + open.back();
-            for (auto &a : attrs)
-                a.first = expand(a.first, true);
+            for (auto &a : attrs) a.first = expand(a.first, true);
             std::sort(attrs.begin(), attrs.end());
-            for (const auto &a : attrs)
-                out += " " + a.first + "=\"" + a.second + "\"";
+            for (const auto &a : attrs) out += " " + a.first + "=\"" + a.second + "\"";
             out += ">";
         } else {
             const size_t j = std::min(s.find('<', i), s.size());
-            if (!open.empty())
-                out.append(s, i, j - i);
+            if (!open.empty()) out.append(s, i, j - i);
             i = j;
         }
     }
@@ -132,10 +128,8 @@ std::string canonical_form(const fs::path &file) {
 
 TEST(LmxInterop, CorpusPartsReadAndCanonicaliseAfterACopy) {
     const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
-    if (!fs::exists(corpus))
-        GTEST_SKIP() << "no corpus";
-    if (std::system("xmllint --version > /dev/null 2>&1") != 0)
-        GTEST_SKIP() << "xmllint missing";
+    if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
+    if (std::system("xmllint --version > /dev/null 2>&1") != 0) GTEST_SKIP() << "xmllint missing";
     const fs::path tmp = fs::path(TABRIX_TEST_TMP) / "lmx_interop";
     fs::remove_all(tmp);
     fs::create_directories(tmp);
@@ -163,15 +157,20 @@ TEST(LmxInterop, CorpusPartsReadAndCanonicaliseAfterACopy) {
                                        "\"quote \"\"x\"\"\",-2e10,]]>\ntotal,=B2+B3,\n";
     const std::string g = gen.string();
     std::system(("ssconvert --export-type=Gnumeric_Excel:xlsx2 '" + g + "/data.csv' '" + g +
-                 "/gnumeric.xlsx' >/dev/null 2>&1").c_str());
-    std::system(("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" + g +
-                 "/lo_profile --convert-to xlsx --outdir '" + g + "/lo' data.csv >/dev/null 2>&1").c_str());
+                 "/gnumeric.xlsx' >/dev/null 2>&1")
+                    .c_str());
+    std::system(("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" +
+                 g + "/lo_profile --convert-to xlsx --outdir '" + g +
+                 "/lo' data.csv >/dev/null 2>&1")
+                    .c_str());
     std::system(("python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
-                 "s.append(['caf\xC3\xA9', 1.5, 'a<b & c>d']); s['A3'] = '=SUM(B1:B2)'; b.save(sys.argv[1])\" '" +
-                 g + "/openpyxl.xlsx' >/dev/null 2>&1").c_str());
+                 "s.append(['caf\xC3\xA9', 1.5, 'a<b & c>d']); s['A3'] = '=SUM(B1:B2)'; "
+                 "b.save(sys.argv[1])\" '" +
+                 g + "/openpyxl.xlsx' >/dev/null 2>&1")
+                    .c_str());
     fs::remove_all(gen / "lo_profile");
-    ASSERT_EQ(std::system(("python3 '" + (tmp / "unpack.py").string() + "' '" + (tmp / "parts").string() + "' '" +
-                           g + "' '" + corpus.string() + "'")
+    ASSERT_EQ(std::system(("python3 '" + (tmp / "unpack.py").string() + "' '" +
+                           (tmp / "parts").string() + "' '" + g + "' '" + corpus.string() + "'")
                               .c_str()),
               0);
 
@@ -184,31 +183,28 @@ TEST(LmxInterop, CorpusPartsReadAndCanonicaliseAfterACopy) {
                              origin.find("generated") != std::string::npos || book++ % 32 == 0;
         generated += origin.find("generated") != std::string::npos;
         for (const auto &f : fs::recursive_directory_iterator(dir.path())) {
-            if (!f.is_regular_file() || f.path().filename() == "origin.txt")
-                continue;
+            if (!f.is_regular_file() || f.path().filename() == "origin.txt") continue;
             const std::string doc = slurp(f.path());
             if (doc.find_first_not_of(" \t\r\n") == std::string::npos)
                 continue; // an empty member is not XML
             ++parts;
             std::string copy;
             ASSERT_EQ(copy_document(doc, copy), ELMX_OK) << f.path() << " from " << origin;
-            if (!compare)
-                continue;
+            if (!compare) continue;
             const fs::path out = f.path().string() + ".copy";
             std::ofstream(out, std::ios::binary) << copy;
             const std::string want = canonical_form(f.path());
-            if (want.empty())
-                continue; // libxml2 itself refuses the part
+            if (want.empty()) continue; // libxml2 itself refuses the part
             EXPECT_EQ(canonical_form(out), want) << f.path() << " from " << origin;
             ++compared;
         }
     }
-    std::printf("%zu parts read and copied, %zu canonicalised and compared, %zu generated workbooks\n", parts,
-                compared, generated);
+    std::printf(
+        "%zu parts read and copied, %zu canonicalised and compared, %zu generated workbooks\n",
+        parts, compared, generated);
     EXPECT_GT(parts, 1000u);
     EXPECT_GT(compared, 500u);
-    if (!HasFailure())
-        fs::remove_all(tmp);
+    if (!HasFailure()) fs::remove_all(tmp);
 }
 
 } // namespace

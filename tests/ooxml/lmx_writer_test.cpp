@@ -44,11 +44,11 @@ TEST(LmxWriter, ValuesComeOutInTheirXmlForm) {
 TEST(LmxWriter, NamespacesGoOnTheRootAndKeptElementsKeepTheirMeaning) {
     const s_ns_map map[] = {{1000, "", "urn:main"}, {1001, "r", "urn:rel"}, {0, nullptr, nullptr}};
     // A kept element read from another document, whose "r" means something else.
-    const std::string src = "<q xmlns:r=\"urn:odd\" xmlns:x=\"urn:x\"><x:e r:a=\"1\"><x:f/></x:e></q>";
+    const std::string src =
+        "<q xmlns:r=\"urn:odd\" xmlns:x=\"urn:x\"><x:e r:a=\"1\"><x:f/></x:e></q>";
     c_xml_reader r(src.data(), src.size());
     c_any_info kept;
-    while (r.next() == EV_START && r.local() != "e") {
-    }
+    while (r.next() == EV_START && r.local() != "e") {}
     ASSERT_EQ(r.capture_element(kept), ELMX_OK);
 
     std::string out;
@@ -70,7 +70,8 @@ TEST(LmxWriter, NamespacesGoOnTheRootAndKeptElementsKeepTheirMeaning) {
     w.end_element();
     EXPECT_EQ(w.finish(), ELMX_OK);
     EXPECT_EQ(out, std::string(k_decl) +
-                       "<worksheet xmlns=\"urn:main\" xmlns:r=\"urn:rel\" xmlns:x14ac=\"urn:ac\" xmlns:x=\"urn:x\">"
+                       "<worksheet xmlns=\"urn:main\" xmlns:r=\"urn:rel\" xmlns:x14ac=\"urn:ac\" "
+                       "xmlns:x=\"urn:x\">"
                        "<row r=\"3\" ht=\"15.75\" hidden=\"true\" x14ac:dyDescent=\"0.25\">"
                        "<c r:id=\"a&lt;b\">1]]&gt;2</c><c/></row>"
                        "<x:e xmlns:r=\"urn:odd\" r:a=\"1\"><x:f/></x:e></worksheet>");
@@ -80,7 +81,8 @@ TEST(LmxWriter, NamespacesGoOnTheRootAndKeptElementsKeepTheirMeaning) {
     for (int e; (e = back.next()) != EV_END_OF_INPUT;) {
         ASSERT_NE(e, EV_ERROR) << back.debug_error().name;
         if (e == EV_START)
-            names += std::string(back.namespace_uri(back.ns())) + " " + std::string(back.local()) + ";";
+            names +=
+                std::string(back.namespace_uri(back.ns())) + " " + std::string(back.local()) + ";";
     }
     EXPECT_EQ(names, "urn:main worksheet;urn:main row;urn:main c;urn:main c;urn:x e;urn:x f;");
 
@@ -96,12 +98,16 @@ TEST(LmxWriter, NamespacesGoOnTheRootAndKeptElementsKeepTheirMeaning) {
 }
 
 TEST(LmxErrors, TableEdges) {
-    const std::pair<int, const char *> texts[] = {
-        {0, "No Error"}, {17, "Reference to external entity"}, {24, "Recursive entity definition"},
-        {46, "min/max occurs error on marshaling"}, {1000, "User defined error 1"}, {1008, "User defined error 9"},
-        {47, ""}, {-1, ""}, {1009, ""}};
-    for (const auto &t : texts)
-        EXPECT_STREQ(get_error_description(t.first), t.second) << t.first;
+    const std::pair<int, const char *> texts[] = {{0, "No Error"},
+                                                  {17, "Reference to external entity"},
+                                                  {24, "Recursive entity definition"},
+                                                  {46, "min/max occurs error on marshaling"},
+                                                  {1000, "User defined error 1"},
+                                                  {1008, "User defined error 9"},
+                                                  {47, ""},
+                                                  {-1, ""},
+                                                  {1009, ""}};
+    for (const auto &t : texts) EXPECT_STREQ(get_error_description(t.first), t.second) << t.first;
 }
 
 } // namespace

@@ -25,8 +25,7 @@ namespace {
 
 using Parts = std::map<std::wstring, std::string, CaseInsensitiveLess>;
 
-Parts loadParts(ZipReader &zip)
-{
+Parts loadParts(ZipReader &zip) {
     Parts parts;
     for (size_t i = 0; i < zip.size(); ++i) {
         char *bytes = nullptr;
@@ -39,26 +38,22 @@ Parts loadParts(ZipReader &zip)
 }
 
 // Walks the relationships from the package root; answers the problems found.
-std::string walk(const Parts &parts)
-{
+std::string walk(const Parts &parts) {
     std::string problems;
     auto ct = parts.find(pkg::kContentTypesPart);
-    if (ct == parts.end())
-        return "no content types";
+    if (ct == parts.end()) return "no content types";
     ContentTypes types(ct->second.data(), ct->second.size());
     std::set<std::wstring, CaseInsensitiveLess> reached{pkg::kContentTypesPart}, todo{L"/"};
     while (!todo.empty()) {
         std::wstring source = *todo.begin();
         todo.erase(todo.begin());
         auto rels = parts.find(FileUtil::relsPartOf(source));
-        if (rels == parts.end())
-            continue;
+        if (rels == parts.end()) continue;
         reached.insert(rels->first);
         Relationships r(rels->second.data(), rels->second.size());
         for (const Relationships::Entry &e : r.entries()) {
             // External targets and locations inside the document aren't parts.
-            if (e.targetMode == L"External" || e.target.empty() || e.target[0] == L'#')
-                continue;
+            if (e.targetMode == L"External" || e.target.empty() || e.target[0] == L'#') continue;
             std::wstring part = FileUtil::resolveTarget(source, e.target);
             if (!parts.count(part))
                 problems += " missing " + packageNarrow(part);
@@ -74,20 +69,21 @@ std::string walk(const Parts &parts)
 
 } // namespace
 
-TEST(PackageInterop, CorpusPackagesOpen)
-{
+TEST(PackageInterop, CorpusPackagesOpen) {
     // Files that are damaged or carry orphan parts on purpose.
     const std::map<std::string, std::string> expected = {
-        {"issue252.xlsx", "Zlib library error (buffer error)."}, // a member inflates beyond its size
-        {"pass_protected.xlsx", "The central directory was not found in the archive (or you were trying to open "
-                                "not the last volume of a segmented archive)."}, // an encrypted compound file
+        {"issue252.xlsx",
+         "Zlib library error (buffer error)."}, // a member inflates beyond its size
+        {"pass_protected.xlsx",
+         "The central directory was not found in the archive (or you were trying to open "
+         "not the last volume of a segmented archive)."}, // an encrypted compound file
         {"empty_s_attribute.xlsx", " unreached /xl/.DS_Store"},
         {"non_monotonic_si.xlsx", " unreached /xl/worksheets/sheet1_formatted.xml"},
     };
     size_t opened = 0;
-    for (const auto &f : fs::recursive_directory_iterator(std::string(TABRIX_CORPUS_DIR) + "/public")) {
-        if (f.path().extension() != ".xlsx")
-            continue;
+    for (const auto &f :
+         fs::recursive_directory_iterator(std::string(TABRIX_CORPUS_DIR) + "/public")) {
+        if (f.path().extension() != ".xlsx") continue;
         std::string problem;
         try {
             ZipReader zip(packageWide(f.path().string()));
@@ -98,7 +94,8 @@ TEST(PackageInterop, CorpusPackagesOpen)
         auto known = expected.find(f.path().filename().string());
         if (known != expected.end())
             EXPECT_EQ(problem, known->second) << f.path();
-        else if (f.path().filename() == "issue_530.xlsx") // a trimmed file: charts and comments left behind
+        else if (f.path().filename() ==
+                 "issue_530.xlsx") // a trimmed file: charts and comments left behind
             EXPECT_EQ(problem.find(" missing"), std::string::npos) << f.path();
         else
             EXPECT_EQ(problem, "") << f.path();
@@ -107,8 +104,7 @@ TEST(PackageInterop, CorpusPackagesOpen)
     EXPECT_GT(opened, 0u);
 }
 
-TEST(PackageInterop, LibreOfficeOpensWrittenPackage)
-{
+TEST(PackageInterop, LibreOfficeOpensWrittenPackage) {
     if (std::system("command -v soffice >/dev/null 2>&1") != 0)
         GTEST_SKIP() << "LibreOffice is not installed";
     const std::string dir = std::string(TABRIX_TEST_TMP) + "/package_lo";
@@ -122,11 +118,14 @@ TEST(PackageInterop, LibreOfficeOpensWrittenPackage)
     root.addRelation(pkg::kRelOfficeDocument, pkg::kWorkbookTarget);
     book.addRelation(pkg::kRelWorksheet, L"worksheets/sheet1.xml");
     const std::string ns = "xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"";
-    const std::string workbook = "<workbook " + ns +
-                                 " xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
-                                 "<sheets><sheet name=\"Data\" sheetId=\"1\" r:id=\"rId1\"/></sheets></workbook>";
-    const std::string sheet = "<worksheet " + ns + "><sheetData><row r=\"1\"><c r=\"A1\"><v>42.5</v></c>"
-                              "<c r=\"B1\" t=\"inlineStr\"><is><t>zip ok</t></is></c></row></sheetData></worksheet>";
+    const std::string workbook =
+        "<workbook " + ns +
+        " xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
+        "<sheets><sheet name=\"Data\" sheetId=\"1\" r:id=\"rId1\"/></sheets></workbook>";
+    const std::string sheet =
+        "<worksheet " + ns +
+        "><sheetData><row r=\"1\"><c r=\"A1\"><v>42.5</v></c>"
+        "<c r=\"B1\" t=\"inlineStr\"><is><t>zip ok</t></is></c></row></sheetData></worksheet>";
     std::string ctText, rootText, bookText;
     types.save(ctText);
     root.save(rootText);
@@ -139,8 +138,9 @@ TEST(PackageInterop, LibreOfficeOpensWrittenPackage)
     w.add(L"/xl/worksheets/sheet1.xml", sheet.data(), sheet.size());
     w.close();
     std::remove((dir + "/written.csv").c_str());
-    const std::string cmd = "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
-                            "/profile --convert-to csv --outdir '" + dir + "' written.xlsx >/dev/null 2>&1";
+    const std::string cmd =
+        "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
+        "/profile --convert-to csv --outdir '" + dir + "' written.xlsx >/dev/null 2>&1";
     ASSERT_EQ(std::system(cmd.c_str()), 0);
     std::ifstream in(dir + "/written.csv");
     std::stringstream csv;

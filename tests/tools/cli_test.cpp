@@ -65,8 +65,7 @@ TestBook writeTestBook() {
     tabrix::IFormatT<char> *dateTime = book->addFormat(nullptr);
     dateTime->setNumFormat(22);
     const char *head[] = {"name", "amount", "flag", "when"};
-    for (int c = 0; c < 4; ++c)
-        s->writeStr(0, c, head[c], nullptr);
+    for (int c = 0; c < 4; ++c) s->writeStr(0, c, head[c], nullptr);
     s->writeStr(1, 0, "plain", nullptr);
     s->writeNum(1, 1, 1, nullptr);
     s->writeBool(1, 2, true, nullptr);
@@ -82,14 +81,16 @@ TestBook writeTestBook() {
     s->writeNum(4, 1, 1e300, nullptr);
     s->writeStr(4, 2, "tab\there", nullptr);
     s->writeStr(4, 3, "back\\slash", nullptr);
-    s->writeStr(5, 0, "Gr\xC3\xBC\xC3\x9F" "e \xE2\x9C\x93 \x01", nullptr);
+    s->writeStr(5, 0,
+                "Gr\xC3\xBC\xC3\x9F"
+                "e \xE2\x9C\x93 \x01",
+                nullptr);
     t.hasFormula = s->writeFormula(5, 1, "SUM(B2:B3)", nullptr);
     t.hasName = s->setNamedRange("Amounts", 1, 4, 1, 1, -1);
     ISheetT<char> *second = book->addSheet("Second", nullptr);
     second->writeStr(0, 0, "x", nullptr);
     second->writeNum(2, 2, 42, nullptr);
-    if (!book->save(t.path.c_str()))
-        t.pending = book->errorMessage();
+    if (!book->save(t.path.c_str())) t.pending = book->errorMessage();
     book->release();
     return t;
 }
@@ -109,8 +110,7 @@ std::map<std::string, std::string> cellsOf(const RunResult &dump, std::string *s
         cells["error"] = error;
         return cells;
     }
-    if (sheet)
-        *sheet = doc["sheet"].text;
+    if (sheet) *sheet = doc["sheet"].text;
     for (const JsonValue &c : doc["cells"].items) {
         const JsonValue &v = c["value"];
         char number[40];
@@ -146,8 +146,7 @@ struct Case {
 void runCases(const std::vector<Case> &cases) {
     for (const Case &c : cases) {
         std::string shown;
-        for (const std::string &a : c.args)
-            shown += " " + a;
+        for (const std::string &a : c.args) shown += " " + a;
         RunResult r = runTool(c.args);
         EXPECT_EQ(r.exitCode, c.exitCode) << "tabrix" << shown << "\nstderr: " << r.err;
         EXPECT_TRUE(contains(r.err, c.inErr)) << "tabrix" << shown << "\nstderr: " << r.err;
@@ -216,15 +215,20 @@ TEST(Cli, FilesThatAreNoWorkbook) {
     writeFile(biff, std::string("\x09\x08\x10\x00\x00\x06\x05\x00", 8));
     writeFile(csv, "a,b\n");
     // The compound file signature with nothing sensible behind it.
-    writeFile(corrupt, std::string("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8) + std::string(600, '\x5a'));
+    writeFile(corrupt,
+              std::string("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8) + std::string(600, '\x5a'));
     writeFile(zipJunk, std::string("PK\x03\x04", 4) + std::string(100, '\x11'));
     runCases({
-        {{"info", missing}, 1, "tabrix info: cannot open " + missing + ": No such file or directory", ""},
+        {{"info", missing},
+         1,
+         "tabrix info: cannot open " + missing + ": No such file or directory",
+         ""},
         {{"dump", missing}, 1, "cannot open " + missing, ""},
         {{"convert", missing, scratch("out.csv")}, 1, "cannot open " + missing, ""},
         {{"info", TABRIX_TEST_TMP}, 1, "it is a directory", ""},
         {{"info", empty}, 1, empty + " looks like an empty file", ""},
-        {{"info", noise}, 1,
+        {{"info", noise},
+         1,
          noise + " looks like a file of unknown kind, not a workbook: it has neither the "
                  "compound file nor the zip signature",
          ""},
@@ -258,14 +262,16 @@ TEST(Cli, InfoOfAWrittenBook) {
     NEED_BOOK(t);
     RunResult r = runTool({"info", t.path});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    for (const char *line : {"file:          ", "format:        binary workbook (compound file, BIFF8 0x0600)",
-                             "date system:   1900", "sheets:        2 (active: 1)",
-                             "  1  Data    sheet    visible      A1:D6\n",
-                             "  2  Second  sheet    visible      A1:C3\n", "pictures:      0"})
+    for (const char *line :
+         {"file:          ", "format:        binary workbook (compound file, BIFF8 0x0600)",
+          "date system:   1900", "sheets:        2 (active: 1)",
+          "  1  Data    sheet    visible      A1:D6\n",
+          "  2  Second  sheet    visible      A1:C3\n", "pictures:      0"})
         EXPECT_TRUE(contains(r.out, line)) << "missing '" << line << "' in\n" << r.out;
     // Names as the library has them.
     if (t.hasName) {
-        EXPECT_TRUE(contains(r.out, "named ranges:  1\n  Amounts  Data!B2:B5  (scope: book)\n")) << r.out;
+        EXPECT_TRUE(contains(r.out, "named ranges:  1\n  Amounts  Data!B2:B5  (scope: book)\n"))
+            << r.out;
     } else {
         EXPECT_TRUE(contains(r.out, "named ranges:  0\n")) << r.out;
     }
@@ -275,13 +281,17 @@ TEST(Cli, DumpCsvAndTsv) {
     TestBook t = writeTestBook();
     NEED_BOOK(t);
     runCases({
-        {{"dump", t.path, "--range", "A1:D5"}, 0, "",
+        {{"dump", t.path, "--range", "A1:D5"},
+         0,
+         "",
          "name,amount,flag,when\n"
          "plain,1,TRUE,2024-01-31\n"
          "\"comma, here\",-2.5,FALSE,2024-02-29 12:30:00\n"
          "\"quote \"\"q\"\"\",0.1,,\n"
          "\"line\nbreak\",1e+300,tab\there,back\\slash\n"},
-        {{"dump", t.path, "-r", "a1:d5", "-f", "tsv"}, 0, "",
+        {{"dump", t.path, "-r", "a1:d5", "-f", "tsv"},
+         0,
+         "",
          "name\tamount\tflag\twhen\n"
          "plain\t1\tTRUE\t2024-01-31\n"
          "comma, here\t-2.5\tFALSE\t2024-02-29 12:30:00\n"
@@ -299,8 +309,10 @@ TEST(Cli, DumpCsvAndTsv) {
         // Well-formed, but beyond what the binary format holds.
         {{"dump", t.path, "--range", "A1:IW1"}, 1, "range A1:IW1 reaches beyond IV65536", ""},
         {{"dump", t.path, "--range", "A65537"}, 1, "reaches beyond IV65536", ""},
-        {{"dump", t.path, "--sheet", "Nope"}, 1,
-         "tabrix dump: no sheet named 'Nope'; the sheets are 'Data', 'Second'", ""},
+        {{"dump", t.path, "--sheet", "Nope"},
+         1,
+         "tabrix dump: no sheet named 'Nope'; the sheets are 'Data', 'Second'",
+         ""},
         {{"dump", t.path, "--sheet", "3"}, 1, "no sheet number 3: the book has 2 sheets", ""},
     });
 }
@@ -342,11 +354,13 @@ TEST(Cli, DumpJsonParsesBack) {
         {"B5", "number", JsonValue::Number, 1e300, nullptr, 0},
         {"C5", "string", JsonValue::String, 0, "tab\there", 0},
         {"D5", "string", JsonValue::String, 0, "back\\slash", 0},
-        {"A6", "string", JsonValue::String, 0, "Gr\xC3\xBC\xC3\x9F" "e \xE2\x9C\x93 \x01", 0},
+        {"A6", "string", JsonValue::String, 0,
+         "Gr\xC3\xBC\xC3\x9F"
+         "e \xE2\x9C\x93 \x01",
+         0},
     };
     std::map<std::string, const JsonValue *> byRef;
-    for (const JsonValue &c : cells.items)
-        byRef[c["ref"].text] = &c;
+    for (const JsonValue &c : cells.items) byRef[c["ref"].text] = &c;
     // Every cell written and nothing else: 4 + 4 + 4 + 3 + 4 + 1 (+ formula).
     EXPECT_EQ(cells.items.size(), t.hasFormula ? 21u : 20u);
     for (const Expect &e : expected) {
@@ -429,9 +443,15 @@ TEST(Cli, ConvertRoundTrips) {
         {{"convert", tsv, back2}, 0, "", ""},
         {{"convert", t.path, one, "--sheet", "Second"}, 0, "", ""},
         {{"convert", t.path, cells, "--cells"}, 0, "", ""},
-        {{"convert", t.path, scratch("x.csv"), "--cells"}, 2, "--cells applies between two workbooks", ""},
+        {{"convert", t.path, scratch("x.csv"), "--cells"},
+         2,
+         "--cells applies between two workbooks",
+         ""},
         {{"convert", csv, scratch("again.csv")}, 2, "are text; one side must be a workbook", ""},
-        {{"convert", t.path, scratch("x.csv"), "--text"}, 2, "--text applies when the input is csv", ""},
+        {{"convert", t.path, scratch("x.csv"), "--text"},
+         2,
+         "--text applies when the input is csv",
+         ""},
     });
     RunResult original = runTool({"dump", t.path, "-f", "json", "-r", range});
     for (const std::string &copy : {back, back2}) {
@@ -443,12 +463,10 @@ TEST(Cli, ConvertRoundTrips) {
         ASSERT_TRUE(parseJson(again.out, b, error)) << error;
         EXPECT_EQ(b["sheet"].text, "round");
         std::map<std::string, const JsonValue *> copied;
-        for (const JsonValue &c : b["cells"].items)
-            copied[c["ref"].text] = &c;
+        for (const JsonValue &c : b["cells"].items) copied[c["ref"].text] = &c;
         for (const JsonValue &c : a["cells"].items) {
             std::string ref = c["ref"].text;
-            if (c["kind"].text == "blank")
-                continue; // text has no blank cells
+            if (c["kind"].text == "blank") continue; // text has no blank cells
             ASSERT_TRUE(copied.count(ref)) << copy << " " << ref;
             const JsonValue &d = *copied[ref];
             EXPECT_EQ(d["kind"].text, c["kind"].text) << copy << " " << ref;
@@ -474,7 +492,9 @@ TEST(Cli, ConvertRoundTrips) {
 // Text into a workbook: what each field becomes.
 TEST(Cli, ConvertTextFields) {
     std::string csv = scratch("fields.csv"), xls = scratch("fields.xls"), txt = scratch("text.xls");
-    writeFile(csv, "\xEF\xBB\xBF" "12,-3.5e2,007,true,FALSE,2024-03-01,2024-03-01T06:00:00,08:30:00,\"a,\"\"b\"\"\r\nc\",,x\r\n"
+    writeFile(csv, "\xEF\xBB\xBF"
+                   "12,-3.5e2,007,true,FALSE,2024-03-01,2024-03-01T06:00:00,08:30:00,\"a,"
+                   "\"\"b\"\"\r\nc\",,x\r\n"
                    "+1,1e999,.5,2024-13-01,0x10, 7\n");
     RunResult r = runTool({"convert", csv, xls, "--sheet", "Fields"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
@@ -493,14 +513,22 @@ TEST(Cli, ConvertTextFields) {
         got[c["ref"].text] = c["kind"].text + ":" + (c.has("date") ? c["date"].text : shown);
     }
     const std::map<std::string, std::string> expected = {
-        {"A1", "number:12.000000"},   {"B1", "number:-350.000000"},
-        {"C1", "string:007"},         {"D1", "boolean:true"},
-        {"E1", "boolean:false"},      {"F1", "number:2024-03-01"},
-        {"G1", "number:2024-03-01 06:00:00"}, {"H1", "number:08:30:00"},
-        {"I1", "string:a,\"b\"\r\nc"}, {"K1", "string:x"},
-        {"A2", "number:1.000000"},    {"B2", "string:1e999"},
-        {"C2", "number:0.500000"},    {"D2", "string:2024-13-01"},
-        {"E2", "string:0x10"},        {"F2", "string: 7"},
+        {"A1", "number:12.000000"},
+        {"B1", "number:-350.000000"},
+        {"C1", "string:007"},
+        {"D1", "boolean:true"},
+        {"E1", "boolean:false"},
+        {"F1", "number:2024-03-01"},
+        {"G1", "number:2024-03-01 06:00:00"},
+        {"H1", "number:08:30:00"},
+        {"I1", "string:a,\"b\"\r\nc"},
+        {"K1", "string:x"},
+        {"A2", "number:1.000000"},
+        {"B2", "string:1e999"},
+        {"C2", "number:0.500000"},
+        {"D2", "string:2024-13-01"},
+        {"E2", "string:0x10"},
+        {"F2", "string: 7"},
     };
     EXPECT_EQ(got, expected);
 
@@ -523,7 +551,8 @@ TEST(Cli, BrokenText) {
     EXPECT_TRUE(contains(r.err, open + " line 3: a quoted field is not closed")) << r.err;
     r = runTool({"convert", wide, scratch("wide.xls")});
     EXPECT_EQ(r.exitCode, 1);
-    EXPECT_TRUE(contains(r.err, "601 fields, more than the columns this workbook format holds (256)"))
+    EXPECT_TRUE(
+        contains(r.err, "601 fields, more than the columns this workbook format holds (256)"))
         << r.err;
 }
 
@@ -536,8 +565,7 @@ TEST(Cli, ProgressLineOnlyOnATerminal) {
     std::string rows;
     for (int r = 0; r < 65536; ++r) {
         std::string row = std::to_string(r * 1000003LL);
-        for (int c = 0; c < 7; ++c)
-            row += "," + std::to_string(r + c * 0.125);
+        for (int c = 0; c < 7; ++c) row += "," + std::to_string(r + c * 0.125);
         rows += row + "\n";
     }
     writeFile(csv, rows);
@@ -551,8 +579,8 @@ TEST(Cli, ProgressLineOnlyOnATerminal) {
     EXPECT_EQ(r.err, "") << "no progress line when stderr is a file";
 
     std::string typescript = scratch("typescript.txt");
-    std::string command = "/usr/bin/script -qec '" + toolPath() + " info " + xls + "' " + typescript +
-                          " > /dev/null 2>&1";
+    std::string command = "/usr/bin/script -qec '" + toolPath() + " info " + xls + "' " +
+                          typescript + " > /dev/null 2>&1";
     ASSERT_EQ(std::system(command.c_str()), 0);
     std::string seen = readFile(typescript);
     EXPECT_TRUE(contains(seen, "\rloading " + xls + " ...\x1b[K")) << seen;
@@ -580,14 +608,12 @@ TEST(Cli, OpenXmlAsTheLibraryHasIt) {
 // they must load.
 TEST(Cli, InfoAndDumpOfCorpusFiles) {
     std::string dir = std::string(TABRIX_CORPUS_DIR) + "/public";
-    if (!exists(dir))
-        GTEST_SKIP() << "no corpus at " << dir;
+    if (!exists(dir)) GTEST_SKIP() << "no corpus at " << dir;
     std::vector<std::string> files;
     for (const char *sub : {"calamine", "libxls", "xlrd"}) {
         std::string d = dir + "/" + sub;
         DIR *h = opendir(d.c_str());
-        if (!h)
-            continue;
+        if (!h) continue;
         while (dirent *e = readdir(h)) {
             std::string name = e->d_name;
             if (name.size() > 4 && name.compare(name.size() - 4, 4, ".xls") == 0)
@@ -609,8 +635,7 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
         EXPECT_TRUE(contains(info.out, "sheets:")) << f;
         RunResult dump = runTool({"dump", f, "-f", "json"});
         ASSERT_TRUE(dump.exitCode == 0 || dump.exitCode == 1) << f << ": " << dump.err;
-        if (dump.exitCode != 0)
-            continue;
+        if (dump.exitCode != 0) continue;
         JsonValue doc;
         std::string error;
         EXPECT_TRUE(parseJson(dump.out, doc, error)) << f << ": " << error;
@@ -626,12 +651,14 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
             for (auto &cell : was) {
                 if (cell.second.compare(0, 8, "formula ") != 0 || !now.count(cell.first)) continue;
                 std::string &copy = now[cell.first];
-                if (copy.compare(0, 8, "formula ") != 0 || cell.second.find('!') != std::string::npos)
+                if (copy.compare(0, 8, "formula ") != 0 ||
+                    cell.second.find('!') != std::string::npos)
                     copy = cell.second;
             }
             for (auto &cell : was)
                 if (now.count(cell.first) && now[cell.first] != cell.second)
-                    ADD_FAILURE() << f << " " << cell.first << ": " << now[cell.first] << " vs " << cell.second;
+                    ADD_FAILURE() << f << " " << cell.first << ": " << now[cell.first] << " vs "
+                                  << cell.second;
             EXPECT_EQ(now.size(), was.size()) << f;
         }
     }
@@ -649,7 +676,8 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
     if (exists(date)) {
         RunResult r = runTool({"info", date});
         EXPECT_EQ(r.exitCode, 0) << r.err;
-        EXPECT_TRUE(contains(r.out, "format:        binary workbook (compound file, BIFF8")) << r.out;
+        EXPECT_TRUE(contains(r.out, "format:        binary workbook (compound file, BIFF8"))
+            << r.out;
     }
 }
 

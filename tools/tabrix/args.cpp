@@ -10,22 +10,20 @@ namespace {
 
 const OptionSpec *findLong(const std::vector<OptionSpec> &options, const std::string &name) {
     for (const OptionSpec &o : options)
-        if (name == o.longName)
-            return &o;
+        if (name == o.longName) return &o;
     return nullptr;
 }
 
 const OptionSpec *findShort(const std::vector<OptionSpec> &options, char name) {
     for (const OptionSpec &o : options)
-        if (o.shortName != 0 && o.shortName == name)
-            return &o;
+        if (o.shortName != 0 && o.shortName == name) return &o;
     return nullptr;
 }
 
 } // namespace
 
-Args Args::parse(int argc, char **argv, const std::vector<OptionSpec> &options,
-                 int minPositional, int maxPositional) {
+Args Args::parse(int argc, char **argv, const std::vector<OptionSpec> &options, int minPositional,
+                 int maxPositional) {
     Args args;
     bool optionsEnded = false;
     for (int i = 0; i < argc; ++i) {
@@ -54,12 +52,10 @@ Args Args::parse(int argc, char **argv, const std::vector<OptionSpec> &options,
                 hasInlineValue = true;
             }
             spec = findLong(options, name);
-            if (!spec)
-                throw UsageError("unknown option '--" + name + "'");
+            if (!spec) throw UsageError("unknown option '--" + name + "'");
         } else {
             spec = findShort(options, arg[1]);
-            if (!spec)
-                throw UsageError(std::string("unknown option '-") + arg[1] + "'");
+            if (!spec) throw UsageError(std::string("unknown option '-") + arg[1] + "'");
             if (arg.size() > 2) {
                 value = arg.substr(2);
                 hasInlineValue = true;
@@ -79,8 +75,7 @@ Args Args::parse(int argc, char **argv, const std::vector<OptionSpec> &options,
             throw UsageError("option '" + shown + "' is given twice");
         args._values[spec->longName] = value;
     }
-    if (args._help)
-        return args;
+    if (args._help) return args;
     int count = int(args._positional.size());
     if (count < minPositional)
         throw UsageError(count == 0 ? "missing file argument" : "missing argument");

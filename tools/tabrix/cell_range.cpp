@@ -33,13 +33,10 @@ Corner parseCorner(const std::string &text, const std::string &part) {
                       " is beyond the last row 1048576");
     if (a.status != tabrix::CellAddress::Ok || a.end != part.size())
         bad(text, "'" + part + "' is not a cell address");
-    if (a.hasRow() && a.row == 0)
-        bad(text, "rows count from 1");
+    if (a.hasRow() && a.row == 0) bad(text, "rows count from 1");
     Corner corner;
-    if (a.hasColumn())
-        corner.col = int(a.column - 1);
-    if (a.hasRow())
-        corner.row = int(a.row - 1);
+    if (a.hasColumn()) corner.col = int(a.column - 1);
+    if (a.hasRow()) corner.row = int(a.row - 1);
     return corner;
 }
 
@@ -47,10 +44,8 @@ Corner parseCorner(const std::string &text, const std::string &part) {
 
 CellRange CellRange::clampTo(int usedLastRow, int usedLastCol) const {
     CellRange r = *this;
-    if (openRows)
-        r.lastRow = usedLastRow;
-    if (openCols)
-        r.lastCol = usedLastCol;
+    if (openRows) r.lastRow = usedLastRow;
+    if (openCols) r.lastCol = usedLastCol;
     return r;
 }
 
@@ -60,21 +55,18 @@ std::string cellName(int row, int col) { return columnName(col) + std::to_string
 
 std::string rangeName(int firstRow, int lastRow, int firstCol, int lastCol) {
     std::string first = cellName(firstRow, firstCol);
-    if (firstRow == lastRow && firstCol == lastCol)
-        return first;
+    if (firstRow == lastRow && firstCol == lastCol) return first;
     return first + ":" + cellName(lastRow, lastCol);
 }
 
 CellRange parseRange(const std::string &text) {
-    if (text.empty())
-        bad(text, "it is empty");
+    if (text.empty()) bad(text, "it is empty");
     size_t colon = text.find(':');
     if (colon != std::string::npos && text.find(':', colon + 1) != std::string::npos)
         bad(text, "a range has one ':' between its two corners");
     std::string firstText = text.substr(0, colon);
     std::string lastText = colon == std::string::npos ? firstText : text.substr(colon + 1);
-    if (firstText.empty() || lastText.empty())
-        bad(text, "a corner is missing");
+    if (firstText.empty() || lastText.empty()) bad(text, "a corner is missing");
     Corner a = parseCorner(text, firstText);
     Corner b = parseCorner(text, lastText);
     bool aCell = a.row >= 0 && a.col >= 0, bCell = b.row >= 0 && b.col >= 0;
@@ -90,10 +82,8 @@ CellRange parseRange(const std::string &text) {
     } else {
         bad(text, "use corners such as A1:D10, whole columns A:C or whole rows 2:5");
     }
-    if (r.firstRow > r.lastRow)
-        std::swap(r.firstRow, r.lastRow);
-    if (r.firstCol > r.lastCol)
-        std::swap(r.firstCol, r.lastCol);
+    if (r.firstRow > r.lastRow) std::swap(r.firstRow, r.lastRow);
+    if (r.firstCol > r.lastCol) std::swap(r.firstCol, r.lastCol);
     return r;
 }
 

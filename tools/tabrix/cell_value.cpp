@@ -31,16 +31,13 @@ const char *kindName(tabrix::CellType kind) {
 
 const char *errorText(int code) {
     for (const ErrorName &e : kErrors)
-        if (e.code == code)
-            return e.text;
+        if (e.code == code) return e.text;
     return "#ERR";
 }
 
 std::string numberText(double value) {
-    if (std::isnan(value))
-        return "nan";
-    if (std::isinf(value))
-        return value < 0 ? "-inf" : "inf";
+    if (std::isnan(value)) return "nan";
+    if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
     char buf[40];
     if (value == std::floor(value) && std::fabs(value) < 1e15) {
         std::snprintf(buf, sizeof buf, "%.0f", value);
@@ -48,15 +45,15 @@ std::string numberText(double value) {
     }
     for (int precision = 1; precision <= 17; ++precision) {
         std::snprintf(buf, sizeof buf, "%.*g", precision, value);
-        if (std::strtod(buf, nullptr) == value)
-            break;
+        if (std::strtod(buf, nullptr) == value) break;
     }
     return buf;
 }
 
 std::string dateText(Book *book, double serial) {
     int y = 0, mo = 0, d = 0, h = 0, mi = 0, s = 0, ms = 0;
-    if (!std::isfinite(serial) || serial < 0 || !book->dateUnpack(serial, &y, &mo, &d, &h, &mi, &s, &ms))
+    if (!std::isfinite(serial) || serial < 0 ||
+        !book->dateUnpack(serial, &y, &mo, &d, &h, &mi, &s, &ms))
         return "";
     char buf[64];
     bool hasTime = h != 0 || mi != 0 || s != 0 || ms != 0;
@@ -77,8 +74,7 @@ std::string dateText(Book *book, double serial) {
 CellValue readCell(Workbook &book, Sheet *sheet, int row, int col) {
     CellValue v;
     v.kind = sheet->cellType(row, col);
-    if (v.kind == tabrix::CELLTYPE_EMPTY)
-        return v;
+    if (v.kind == tabrix::CELLTYPE_EMPTY) return v;
     Format *format = nullptr;
     switch (v.kind) {
     case tabrix::CELLTYPE_NUMBER:
@@ -90,9 +86,7 @@ CellValue readCell(Workbook &book, Sheet *sheet, int row, int col) {
             v.text = numberText(v.number);
         }
         break;
-    case tabrix::CELLTYPE_STRING:
-        v.text = text(sheet->readStr(row, col, &format));
-        break;
+    case tabrix::CELLTYPE_STRING: v.text = text(sheet->readStr(row, col, &format)); break;
     case tabrix::CELLTYPE_BOOLEAN:
         v.flag = sheet->readBool(row, col, &format);
         v.text = v.flag ? "TRUE" : "FALSE";
@@ -102,24 +96,20 @@ CellValue readCell(Workbook &book, Sheet *sheet, int row, int col) {
         v.text = errorText(v.error);
         format = sheet->cellFormat(row, col);
         break;
-    default:
-        format = sheet->cellFormat(row, col);
-        break;
+    default: format = sheet->cellFormat(row, col); break;
     }
     if (sheet->isFormula(row, col)) {
         // A formula the library cannot print keeps an empty text.
         const char *f = sheet->readFormula(row, col, nullptr);
         v.hasFormula = true;
         v.formula = text(f);
-        if (!v.formula.empty() && v.formula[0] == '=')
-            v.formula.erase(0, 1);
+        if (!v.formula.empty() && v.formula[0] == '=') v.formula.erase(0, 1);
     }
     v.format = book.formatIndex(format);
     if (format) {
         v.numFormat = format->numFormat();
         // Built-in formats have only their identifier; the book's own have text.
-        if (v.numFormat >= 164)
-            v.numFormatText = text(book.book()->customNumFormat(v.numFormat));
+        if (v.numFormat >= 164) v.numFormatText = text(book.book()->customNumFormat(v.numFormat));
     }
     return v;
 }

@@ -14,11 +14,11 @@ struct CellValue {
     tabrix::CellType kind = tabrix::CELLTYPE_EMPTY;
     double number = 0.0;
     bool flag = false;
-    std::string text;    // the value as shown: "3.5", "abc", "TRUE", "#N/A", "2024-01-31"
-    bool isDate = false; // a number under a date or time format
-    int error = 0xFF;    // the error code of an error cell
-    int format = -1;     // the index of the cell's format in the book, -1 if none
-    int numFormat = -1;  // the number format identifier of that format
+    std::string text;          // the value as shown: "3.5", "abc", "TRUE", "#N/A", "2024-01-31"
+    bool isDate = false;       // a number under a date or time format
+    int error = 0xFF;          // the error code of an error cell
+    int format = -1;           // the index of the cell's format in the book, -1 if none
+    int numFormat = -1;        // the number format identifier of that format
     std::string numFormatText; // the text of a custom number format
     bool hasFormula = false;
     std::string formula; // the formula text, without "="

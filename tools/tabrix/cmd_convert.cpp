@@ -21,8 +21,7 @@ void workbookToText(Workbook &in, const std::string &sheetArg, FileKind outKind,
                     const std::string &outPath) {
     Sheet *sheet = in.sheet(in.findSheet(sheetArg));
     std::ofstream out(outPath, std::ios::binary | std::ios::trunc);
-    if (!out)
-        throw Failure("cannot write " + outPath + ": " + std::strerror(errno));
+    if (!out) throw Failure("cannot write " + outPath + ": " + std::strerror(errno));
     bool empty = false;
     CellRange range = resolveDumpRange(in, sheet, "", empty);
     DumpHeader header;
@@ -30,8 +29,7 @@ void workbookToText(Workbook &in, const std::string &sheetArg, FileKind outKind,
     auto writer = makeWriter(outKind == FileKind::Tsv ? TextForm::Tsv : TextForm::Csv, out);
     dumpRange(in, sheet, range, empty, header, *writer);
     out.close();
-    if (!out)
-        throw Failure("cannot write " + outPath + ": " + std::strerror(errno));
+    if (!out) throw Failure("cannot write " + outPath + ": " + std::strerror(errno));
 }
 
 // The same format: the book is loaded and saved whole, so everything the
@@ -73,11 +71,10 @@ void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
     out.save(outPath);
 }
 
-void textToWorkbook(const std::string &inPath, FileKind inKind, const Args &args,
-                    FileKind outKind, const std::string &outPath) {
+void textToWorkbook(const std::string &inPath, FileKind inKind, const Args &args, FileKind outKind,
+                    const std::string &outPath) {
     std::ifstream in(inPath, std::ios::binary);
-    if (!in)
-        throw Failure("cannot open " + inPath + ": " + std::strerror(errno));
+    if (!in) throw Failure("cannot open " + inPath + ": " + std::strerror(errno));
     Workbook out(outKind);
     std::string name = args.has("sheet") ? args.value("sheet") : sheetNameFor(inPath);
     Sheet *sheet = out.book()->addSheet(name.c_str(), nullptr);
@@ -106,8 +103,7 @@ int runConvert(const Args &args) {
         textToWorkbook(inPath, inKind, args, outKind, outPath);
         return EXIT_OK;
     }
-    if (args.has("text"))
-        throw UsageError("--text applies when the input is csv or tsv");
+    if (args.has("text")) throw UsageError("--text applies when the input is csv or tsv");
     Workbook in(inKind);
     in.load(inPath);
     std::string sheetArg = args.value("sheet");

@@ -14,8 +14,7 @@ int runDump(const Args &args) {
     // What the command line alone can get wrong is checked before the file.
     TextForm form = parseTextForm(args.value("format", "csv"));
     std::string rangeText = args.value("range");
-    if (args.has("range"))
-        parseRange(rangeText);
+    if (args.has("range")) parseRange(rangeText);
 
     FileKind kind = Workbook::sniff(path);
     if (!isWorkbook(kind))
@@ -34,8 +33,7 @@ int runDump(const Args &args) {
     header.formulas = args.has("formulas");
     auto writer = makeWriter(form, std::cout);
     dumpRange(wb, sheet, range, empty, header, *writer);
-    if (!std::cout)
-        throw Failure("cannot write the output");
+    if (!std::cout) throw Failure("cannot write the output");
     return EXIT_OK;
 }
 

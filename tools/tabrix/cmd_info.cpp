@@ -16,14 +16,15 @@ namespace {
 const char *const kSheetTypes[] = {"sheet", "chart", "unknown"};
 const char *const kSheetStates[] = {"visible", "hidden", "very hidden"};
 
-const char *sheetTypeName(int type) { return type >= 0 && type < 3 ? kSheetTypes[type] : "unknown"; }
+const char *sheetTypeName(int type) {
+    return type >= 0 && type < 3 ? kSheetTypes[type] : "unknown";
+}
 const char *sheetStateName(int state) {
     return state >= 0 && state < 3 ? kSheetStates[state] : "unknown";
 }
 
 std::string formatText(Workbook &wb) {
-    if (wb.kind() == FileKind::Zip)
-        return "Open XML workbook (zip package)";
+    if (wb.kind() == FileKind::Zip) return "Open XML workbook (zip package)";
     int biff = wb.book()->biffVersion();
     char hex[16];
     std::snprintf(hex, sizeof hex, "0x%04X", unsigned(biff) & 0xFFFF);
@@ -33,8 +34,7 @@ std::string formatText(Workbook &wb) {
 
 std::string usedRange(Sheet *s) {
     int fr = s->firstRow(), lr = s->lastRow(), fc = s->firstCol(), lc = s->lastCol();
-    if (lr <= fr || lc <= fc || fr < 0 || fc < 0)
-        return "empty";
+    if (lr <= fr || lc <= fc || fr < 0 || fc < 0) return "empty";
     // The last row and column the library answers are one past the last used.
     return rangeName(fr, lr - 1, fc, lc - 1);
 }
@@ -61,15 +61,13 @@ int runInfo(const Args &args) {
     out << "library:       " << versionText(book->version()) << "\n";
     out << "date system:   " << (book->isDate1904() ? "1904" : "1900") << "\n";
     out << "sheets:        " << count;
-    if (count > 0)
-        out << " (active: " << book->activeSheet() + 1 << ")";
+    if (count > 0) out << " (active: " << book->activeSheet() + 1 << ")";
     out << "\n";
 
     size_t nameWidth = 4;
     for (int i = 0; i < count; ++i) {
         Sheet *s = book->getSheet(i);
-        if (s && s->name())
-            nameWidth = std::max(nameWidth, std::string(s->name()).size());
+        if (s && s->name()) nameWidth = std::max(nameWidth, std::string(s->name()).size());
     }
     int namedRanges = 0, sheetPictures = 0;
     std::string namesText;
@@ -77,18 +75,18 @@ int runInfo(const Args &args) {
         Sheet *s = wb.sheet(i);
         std::string name = s->name() ? s->name() : "";
         out << "  " << padded(std::to_string(i + 1), 3) << padded(name, nameWidth + 2)
-            << padded(sheetTypeName(book->sheetType(i)), 9) << padded(sheetStateName(s->hidden()), 13)
-            << usedRange(s) << "\n";
+            << padded(sheetTypeName(book->sheetType(i)), 9)
+            << padded(sheetStateName(s->hidden()), 13) << usedRange(s) << "\n";
         sheetPictures += s->pictureSize();
         int names = s->namedRangeSize();
         for (int n = 0; n < names; ++n) {
             int rf = 0, rl = 0, cf = 0, cl = 0, scope = -1;
             bool hidden = false;
             const char *text = s->namedRange(n, &rf, &rl, &cf, &cl, &scope, &hidden);
-            if (!text)
-                continue;
+            if (!text) continue;
             ++namedRanges;
-            std::string area = rf < 0 || cf < 0 || rl < rf || cl < cf ? "?" : rangeName(rf, rl, cf, cl);
+            std::string area =
+                rf < 0 || cf < 0 || rl < rf || cl < cf ? "?" : rangeName(rf, rl, cf, cl);
             std::string where = scope < 0 ? "book" : "sheet " + std::to_string(scope + 1);
             namesText += "  " + std::string(text) + "  " + name + "!" + area +
                          "  (scope: " + where + ")" + (hidden ? " hidden" : "") + "\n";
@@ -96,8 +94,7 @@ int runInfo(const Args &args) {
     }
     out << "named ranges:  " << namedRanges << "\n" << namesText;
     out << "pictures:      " << book->pictureSize();
-    if (sheetPictures > 0)
-        out << " (placed on sheets: " << sheetPictures << ")";
+    if (sheetPictures > 0) out << " (placed on sheets: " << sheetPictures << ")";
     out << "\n";
     return EXIT_OK;
 }

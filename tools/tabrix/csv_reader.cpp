@@ -20,11 +20,9 @@ namespace {
 const size_t kMaxField = 1 << 20;
 
 bool isDigits(const std::string &s, size_t at, size_t count) {
-    if (at + count > s.size())
-        return false;
+    if (at + count > s.size()) return false;
     for (size_t i = at; i < at + count; ++i)
-        if (!std::isdigit(static_cast<unsigned char>(s[i])))
-            return false;
+        if (!std::isdigit(static_cast<unsigned char>(s[i]))) return false;
     return true;
 }
 
@@ -35,27 +33,20 @@ int number(const std::string &s, size_t at, size_t count) {
 // [+-]digits[.digits][(e|E)[+-]digits], or [+-].digits
 bool isDecimal(const std::string &s) {
     size_t i = 0, n = s.size();
-    if (i < n && (s[i] == '+' || s[i] == '-'))
-        ++i;
+    if (i < n && (s[i] == '+' || s[i] == '-')) ++i;
     size_t digits = 0;
-    while (i < n && std::isdigit(static_cast<unsigned char>(s[i])))
-        ++i, ++digits;
+    while (i < n && std::isdigit(static_cast<unsigned char>(s[i]))) ++i, ++digits;
     if (i < n && s[i] == '.') {
         ++i;
-        while (i < n && std::isdigit(static_cast<unsigned char>(s[i])))
-            ++i, ++digits;
+        while (i < n && std::isdigit(static_cast<unsigned char>(s[i]))) ++i, ++digits;
     }
-    if (digits == 0)
-        return false;
+    if (digits == 0) return false;
     if (i < n && (s[i] == 'e' || s[i] == 'E')) {
         ++i;
-        if (i < n && (s[i] == '+' || s[i] == '-'))
-            ++i;
+        if (i < n && (s[i] == '+' || s[i] == '-')) ++i;
         size_t exp = 0;
-        while (i < n && std::isdigit(static_cast<unsigned char>(s[i])))
-            ++i, ++exp;
-        if (exp == 0)
-            return false;
+        while (i < n && std::isdigit(static_cast<unsigned char>(s[i]))) ++i, ++exp;
+        if (exp == 0) return false;
     }
     return i == n;
 }
@@ -68,8 +59,7 @@ bool parseTime(const std::string &s, size_t at, FieldValue &v) {
     v.hour = number(s, at, 2), v.minute = number(s, at + 3, 2), v.second = number(s, at + 6, 2);
     size_t end = at + 8;
     if (end < s.size()) {
-        if (s[end] != '.' || !isDigits(s, end + 1, 3) || s.size() != end + 4)
-            return false;
+        if (s[end] != '.' || !isDigits(s, end + 1, 3) || s.size() != end + 4) return false;
         v.msec = number(s, end + 1, 3);
     }
     v.hasTime = true;
@@ -80,22 +70,18 @@ bool parseDate(const std::string &s, FieldValue &v) {
     if (s.size() >= 10 && isDigits(s, 0, 4) && s[4] == '-' && isDigits(s, 5, 2) && s[7] == '-' &&
         isDigits(s, 8, 2)) {
         v.year = number(s, 0, 4), v.month = number(s, 5, 2), v.day = number(s, 8, 2);
-        if (v.month < 1 || v.month > 12 || v.day < 1 || v.day > 31)
-            return false;
+        if (v.month < 1 || v.month > 12 || v.day < 1 || v.day > 31) return false;
         v.hasDate = true;
-        if (s.size() == 10)
-            return true;
+        if (s.size() == 10) return true;
         return (s[10] == ' ' || s[10] == 'T') && parseTime(s, 11, v);
     }
     return parseTime(s, 0, v);
 }
 
 bool sameNoCase(const std::string &a, const char *b) {
-    if (a.size() != std::strlen(b))
-        return false;
+    if (a.size() != std::strlen(b)) return false;
     for (size_t i = 0; i < a.size(); ++i)
-        if (std::toupper(static_cast<unsigned char>(a[i])) != b[i])
-            return false;
+        if (std::toupper(static_cast<unsigned char>(a[i])) != b[i]) return false;
     return true;
 }
 
@@ -184,8 +170,7 @@ bool CsvReader::next(std::vector<std::string> &fields) {
 
 FieldValue classifyField(const std::string &text) {
     FieldValue v;
-    if (text.empty())
-        return v;
+    if (text.empty()) return v;
     size_t digitsAt = text[0] == '+' || text[0] == '-' ? 1 : 0;
     // A leading zero before more digits is an identifier ("007"), kept as text.
     bool leadingZero = text.size() > digitsAt + 1 && text[digitsAt] == '0' &&

@@ -18,11 +18,10 @@ struct ExtensionKind {
 };
 
 const ExtensionKind kExtensions[] = {
-    {".xls", FileKind::Compound}, {".xlt", FileKind::Compound},
-    {".xlsx", FileKind::Zip},     {".xlsm", FileKind::Zip},
-    {".xltx", FileKind::Zip},     {".xltm", FileKind::Zip},
-    {".csv", FileKind::Csv},      {".txt", FileKind::Csv},
-    {".tsv", FileKind::Tsv},      {".tab", FileKind::Tsv},
+    {".xls", FileKind::Compound}, {".xlt", FileKind::Compound}, {".xlsx", FileKind::Zip},
+    {".xlsm", FileKind::Zip},     {".xltx", FileKind::Zip},     {".xltm", FileKind::Zip},
+    {".csv", FileKind::Csv},      {".txt", FileKind::Csv},      {".tsv", FileKind::Tsv},
+    {".tab", FileKind::Tsv},
 };
 
 struct Signature {
@@ -45,8 +44,7 @@ const Signature kSignatures[] = {
 };
 
 std::string lower(std::string s) {
-    for (char &c : s)
-        c = char(std::tolower(static_cast<unsigned char>(c)));
+    for (char &c : s) c = char(std::tolower(static_cast<unsigned char>(c)));
     return s;
 }
 
@@ -64,20 +62,16 @@ FileKind kindFromExtension(const std::string &path) {
         return FileKind::Unknown;
     std::string ext = lower(path.substr(dot));
     for (const ExtensionKind &e : kExtensions)
-        if (ext == e.extension)
-            return e.kind;
+        if (ext == e.extension) return e.kind;
     return FileKind::Unknown;
 }
 
 FileKind kindFromContent(const std::string &head) {
-    if (head.empty())
-        return FileKind::Empty;
+    if (head.empty()) return FileKind::Empty;
     for (const Signature &s : kSignatures)
-        if (head.size() >= s.size && head.compare(0, s.size, s.bytes, s.size) == 0)
-            return s.kind;
+        if (head.size() >= s.size && head.compare(0, s.size, s.bytes, s.size) == 0) return s.kind;
     size_t at = head.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
-    while (at < head.size() && std::isspace(static_cast<unsigned char>(head[at])))
-        ++at;
+    while (at < head.size() && std::isspace(static_cast<unsigned char>(head[at]))) ++at;
     if (startsWithNoCase(head, at, "<?xml") || startsWithNoCase(head, at, "<html") ||
         startsWithNoCase(head, at, "<!doctype") || startsWithNoCase(head, at, "<table"))
         return FileKind::Markup;
@@ -85,10 +79,8 @@ FileKind kindFromContent(const std::string &head) {
     size_t controls = 0;
     for (char c : head) {
         unsigned char u = static_cast<unsigned char>(c);
-        if (u == 0)
-            return FileKind::Unknown;
-        if (u < 0x20 && u != '\t' && u != '\n' && u != '\r' && u != '\f')
-            ++controls;
+        if (u == 0) return FileKind::Unknown;
+        if (u < 0x20 && u != '\t' && u != '\n' && u != '\r' && u != '\f') ++controls;
     }
     return controls * 8 > head.size() ? FileKind::Unknown : FileKind::Csv;
 }
@@ -97,11 +89,9 @@ std::string readHead(const std::string &path, size_t count) {
     struct stat st;
     if (stat(path.c_str(), &st) != 0)
         throw Failure("cannot open " + path + ": " + std::strerror(errno));
-    if (S_ISDIR(st.st_mode))
-        throw Failure("cannot open " + path + ": it is a directory");
+    if (S_ISDIR(st.st_mode)) throw Failure("cannot open " + path + ": it is a directory");
     std::ifstream in(path, std::ios::binary);
-    if (!in)
-        throw Failure("cannot open " + path + ": " + std::strerror(errno));
+    if (!in) throw Failure("cannot open " + path + ": " + std::strerror(errno));
     std::string head(count, '\0');
     in.read(&head[0], std::streamsize(count));
     head.resize(size_t(in.gcount()));
@@ -110,22 +100,15 @@ std::string readHead(const std::string &path, size_t count) {
 
 const char *describeKind(FileKind kind) {
     switch (kind) {
-    case FileKind::Compound:
-        return "a compound file (a binary .xls workbook)";
-    case FileKind::Zip:
-        return "a zip archive (an Open XML .xlsx workbook)";
+    case FileKind::Compound: return "a compound file (a binary .xls workbook)";
+    case FileKind::Zip: return "a zip archive (an Open XML .xlsx workbook)";
     case FileKind::Biff:
         return "a bare binary record stream (an .xls of before 1997, without a compound file)";
-    case FileKind::Markup:
-        return "an HTML or XML document";
-    case FileKind::Csv:
-        return "comma-separated text";
-    case FileKind::Tsv:
-        return "tab-separated text";
-    case FileKind::Empty:
-        return "an empty file";
-    case FileKind::Unknown:
-        break;
+    case FileKind::Markup: return "an HTML or XML document";
+    case FileKind::Csv: return "comma-separated text";
+    case FileKind::Tsv: return "tab-separated text";
+    case FileKind::Empty: return "an empty file";
+    case FileKind::Unknown: break;
     }
     return "a file of unknown kind";
 }

@@ -32,20 +32,30 @@ struct Command {
 
 const std::vector<Command> &commands() {
     static const std::vector<Command> table = {
-        {"info", "FILE", "show a workbook's format, sheets, named ranges and pictures", 1, 1,
+        {"info",
+         "FILE",
+         "show a workbook's format, sheets, named ranges and pictures",
+         1,
+         1,
          {},
          "Shows the file's format and version, the library's version, the date system\n"
          "(1900 or 1904), each sheet with its number, name, type (sheet, chart),\n"
          "state (visible, hidden, very hidden) and used range, the named ranges,\n"
          "and the number of pictures.\n",
          runInfo},
-        {"dump", "FILE [--sheet NAME|N] [--range A1:D10] [--format csv|tsv|json] [--formulas]",
-         "write the cells of one sheet to stdout", 1, 1,
-         {{"sheet", 's', "NAME|N", "the sheet, by name or by number from 1 (default: the first worksheet)"},
-          {"formulas", 'F', nullptr, "csv and tsv: a formula cell shows its formula (=SUM(A1:A3))\n"
-                                     "                         rather than its cached value"},
-          {"range", 'r', "RANGE", "the cells: A1:D10, B2, whole columns A:C or rows 2:5\n"
-                                  "                         (default: A1 to the last used cell)"},
+        {"dump",
+         "FILE [--sheet NAME|N] [--range A1:D10] [--format csv|tsv|json] [--formulas]",
+         "write the cells of one sheet to stdout",
+         1,
+         1,
+         {{"sheet", 's', "NAME|N",
+           "the sheet, by name or by number from 1 (default: the first worksheet)"},
+          {"formulas", 'F', nullptr,
+           "csv and tsv: a formula cell shows its formula (=SUM(A1:A3))\n"
+           "                         rather than its cached value"},
+          {"range", 'r', "RANGE",
+           "the cells: A1:D10, B2, whole columns A:C or rows 2:5\n"
+           "                         (default: A1 to the last used cell)"},
           {"format", 'f', "FORM", "csv (default), tsv or json"}},
          "csv quotes fields that hold a comma, a quote or a line break; tsv writes\n"
          "tab, line break and backslash as \\t \\n \\r \\\\.  Numbers come in their\n"
@@ -60,14 +70,19 @@ const std::vector<Command> &commands() {
          "A malformed range is bad usage (exit 2); a well-formed one beyond the\n"
          "last cell of the file's format (IV65536 for .xls) fails (exit 1).\n",
          runDump},
-        {"convert", "IN OUT [--sheet NAME|N] [--text] [--cells]",
-         "convert between .xls, .xlsx, .csv and .tsv", 2, 2,
-         {{"sheet", 's', "NAME|N", "workbook to text: the sheet to write (default: the first);\n"
-                                   "                         workbook to workbook: keep only this sheet;\n"
-                                   "                         text to workbook: the new sheet's name"},
+        {"convert",
+         "IN OUT [--sheet NAME|N] [--text] [--cells]",
+         "convert between .xls, .xlsx, .csv and .tsv",
+         2,
+         2,
+         {{"sheet", 's', "NAME|N",
+           "workbook to text: the sheet to write (default: the first);\n"
+           "                         workbook to workbook: keep only this sheet;\n"
+           "                         text to workbook: the new sheet's name"},
           {"text", 't', nullptr, "text to workbook: keep every field as text"},
-          {"cells", 'c', nullptr, "workbook to workbook: copy only the cells into a new book,\n"
-                                  "                         even within one format"}},
+          {"cells", 'c', nullptr,
+           "workbook to workbook: copy only the cells into a new book,\n"
+           "                         even within one format"}},
          "The output's format is told by its extension, the input's by its content.\n"
          "A workbook converted to its own format is loaded and saved whole; across\n"
          "formats (or with --cells) the worksheets' cells are copied with their\n"
@@ -81,8 +96,7 @@ const std::vector<Command> &commands() {
 
 const Command *findCommand(const std::string &name) {
     for (const Command &c : commands())
-        if (name == c.name)
-            return &c;
+        if (name == c.name) return &c;
     return nullptr;
 }
 
@@ -108,8 +122,9 @@ void printCommandHelp(const Command &c, std::ostream &out) {
     if (!c.options.empty()) {
         out << "options:\n";
         for (const OptionSpec &o : c.options) {
-            std::string left = std::string(o.shortName ? std::string("-") + o.shortName + ", " : "    ") +
-                               "--" + o.longName + (o.valueName ? std::string(" ") + o.valueName : "");
+            std::string left =
+                std::string(o.shortName ? std::string("-") + o.shortName + ", " : "    ") + "--" +
+                o.longName + (o.valueName ? std::string(" ") + o.valueName : "");
             out << "  " << left << std::string(left.size() < 23 ? 23 - left.size() : 1, ' ')
                 << o.help << "\n";
         }
@@ -120,8 +135,8 @@ void printCommandHelp(const Command &c, std::ostream &out) {
 }
 
 int usageError(const std::string &message, const Command *command) {
-    std::cerr << "tabrix" << (command ? std::string(" ") + command->name : "") << ": "
-              << message << "\n";
+    std::cerr << "tabrix" << (command ? std::string(" ") + command->name : "") << ": " << message
+              << "\n";
     if (command)
         std::cerr << "usage: tabrix " << command->name << " " << command->synopsis << "\n"
                   << "Try 'tabrix " << command->name << " --help' for more.\n";
@@ -158,14 +173,12 @@ int main(int argc, char **argv) {
     }
     if (first == "help") {
         const Command *c = findCommand(argv[2]);
-        if (!c)
-            return usageError("unknown command '" + std::string(argv[2]) + "'", nullptr);
+        if (!c) return usageError("unknown command '" + std::string(argv[2]) + "'", nullptr);
         printCommandHelp(*c, std::cout);
         return EXIT_OK;
     }
     const Command *command = findCommand(first);
-    if (!command)
-        return usageError("unknown command '" + first + "'", nullptr);
+    if (!command) return usageError("unknown command '" + first + "'", nullptr);
     try {
         Args args = Args::parse(argc - 2, argv + 2, command->options, command->minPositional,
                                 command->maxPositional);

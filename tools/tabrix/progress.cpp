@@ -18,24 +18,20 @@ Progress::Progress(std::string label, long total, bool wanted)
 Progress::~Progress() { done(); }
 
 std::string Progress::line(const std::string &label, long done, long total) {
-    if (total <= 0)
-        return done > 0 ? label + " " + std::to_string(done) : label + " ...";
+    if (total <= 0) return done > 0 ? label + " " + std::to_string(done) : label + " ...";
     long percent = long(100.0 * double(done) / double(total));
     return label + " " + std::to_string(done) + " of " + std::to_string(total) + " (" +
            std::to_string(percent) + "%)";
 }
 
 void Progress::show() {
-    if (_active)
-        draw(0);
+    if (_active) draw(0);
 }
 
 void Progress::update(long done) {
-    if (!_active)
-        return;
+    if (!_active) return;
     auto now = std::chrono::steady_clock::now();
-    if (now - _start < kFirstDelay || now - _last < kRedraw)
-        return;
+    if (now - _start < kFirstDelay || now - _last < kRedraw) return;
     _last = now;
     draw(done);
 }

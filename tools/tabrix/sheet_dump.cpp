@@ -10,8 +10,7 @@ namespace {
 const long long kLargeDump = 200000;
 } // namespace
 
-CellRange resolveDumpRange(Workbook &wb, Sheet *sheet, const std::string &rangeText,
-                           bool &empty) {
+CellRange resolveDumpRange(Workbook &wb, Sheet *sheet, const std::string &rangeText, bool &empty) {
     int lastRow = sheet->lastRow() - 1, lastCol = sheet->lastCol() - 1;
     CellRange r;
     if (rangeText.empty()) {

@@ -15,8 +15,7 @@ namespace cli {
 // last used cell), open ends closed at the last used row and column.
 // `empty` is set when there is nothing in it.  Throws UsageError for a
 // malformed range, Failure for one beyond what the book's format holds.
-CellRange resolveDumpRange(Workbook &wb, Sheet *sheet, const std::string &rangeText,
-                           bool &empty);
+CellRange resolveDumpRange(Workbook &wb, Sheet *sheet, const std::string &rangeText, bool &empty);
 
 // Writes the rectangle (inclusive) to `writer`, with a progress line for
 // large sheets.  Cells the library fails to read show as empty.

@@ -27,40 +27,32 @@ const long kLargeCopy = 200000;
 }
 
 void check(bool ok, Workbook &wb, int row, int col) {
-    if (!ok)
-        writeFailed(wb, row, col);
+    if (!ok) writeFailed(wb, row, col);
 }
 
 } // namespace
 
 Format *NumFormats::builtIn(int id) {
-    if (id <= 0)
-        return nullptr;
+    if (id <= 0) return nullptr;
     auto it = _builtIn.find(id);
-    if (it != _builtIn.end())
-        return it->second;
+    if (it != _builtIn.end()) return it->second;
     Format *f = _target.book()->addFormat(nullptr);
-    if (f)
-        f->setNumFormat(id);
+    if (f) f->setNumFormat(id);
     _builtIn[id] = f;
     return f;
 }
 
 Format *NumFormats::from(Workbook &source, int id) {
-    if (id < kFirstCustomFormat)
-        return builtIn(id);
+    if (id < kFirstCustomFormat) return builtIn(id);
     const char *text = source.book()->customNumFormat(id);
-    if (!text)
-        return nullptr;
+    if (!text) return nullptr;
     auto it = _custom.find(text);
-    if (it != _custom.end())
-        return it->second;
+    if (it != _custom.end()) return it->second;
     Format *f = nullptr;
     int targetId = _target.book()->addCustomNumFormat(text);
     if (targetId > 0) {
         f = _target.book()->addFormat(nullptr);
-        if (f)
-            f->setNumFormat(targetId);
+        if (f) f->setNumFormat(targetId);
     }
     _custom[text] = f;
     return f;
@@ -79,13 +71,12 @@ long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to, NumFo
         progress.update(row);
         for (int col = 0; col <= lastCol; ++col) {
             CellValue v = readCell(source, from, row, col);
-            if (v.kind == tabrix::CELLTYPE_EMPTY)
-                continue;
+            if (v.kind == tabrix::CELLTYPE_EMPTY) continue;
             Format *f = v.numFormat > 0 ? formats.from(source, v.numFormat) : nullptr;
-            if (v.hasFormula && !v.formula.empty() && to->writeFormula(row, col, v.formula.c_str(), f))
+            if (v.hasFormula && !v.formula.empty() &&
+                to->writeFormula(row, col, v.formula.c_str(), f))
                 continue;
-            if (v.hasFormula)
-                ++changed;
+            if (v.hasFormula) ++changed;
             switch (v.kind) {
             case tabrix::CELLTYPE_NUMBER:
                 check(to->writeNum(row, col, v.number, f), target, row, col);
@@ -103,9 +94,7 @@ long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to, NumFo
                     check(to->writeStr(row, col, v.text.c_str(), f), target, row, col);
                 }
                 break;
-            default:
-                check(to->writeBlank(row, col, f), target, row, col);
-                break;
+            default: check(to->writeBlank(row, col, f), target, row, col); break;
             }
         }
     }
@@ -133,30 +122,24 @@ void importText(std::istream &in, bool tabs, bool allText, const std::string &na
         for (int col = 0; col < int(fields.size()); ++col) {
             const std::string &text = fields[size_t(col)];
             FieldValue v = classifyField(text);
-            if (allText && v.kind != FieldValue::Empty)
-                v.kind = FieldValue::Text;
+            if (allText && v.kind != FieldValue::Empty) v.kind = FieldValue::Text;
             bool ok = true;
             switch (v.kind) {
-            case FieldValue::Empty:
-                break;
-            case FieldValue::Number:
-                ok = to->writeNum(row, col, v.number, nullptr);
-                break;
-            case FieldValue::Boolean:
-                ok = to->writeBool(row, col, v.flag, nullptr);
-                break;
+            case FieldValue::Empty: break;
+            case FieldValue::Number: ok = to->writeNum(row, col, v.number, nullptr); break;
+            case FieldValue::Boolean: ok = to->writeBool(row, col, v.flag, nullptr); break;
             case FieldValue::Date: {
-                double serial = v.hasDate ? target.book()->datePack(v.year, v.month, v.day, v.hour,
-                                                                     v.minute, v.second, v.msec)
-                                          : (v.hour * 3600000.0 + v.minute * 60000.0 +
-                                             v.second * 1000.0 + v.msec) / 86400000.0;
+                double serial =
+                    v.hasDate
+                        ? target.book()->datePack(v.year, v.month, v.day, v.hour, v.minute,
+                                                  v.second, v.msec)
+                        : (v.hour * 3600000.0 + v.minute * 60000.0 + v.second * 1000.0 + v.msec) /
+                              86400000.0;
                 int id = !v.hasDate ? kTimeFormat : v.hasTime ? kDateTimeFormat : kDateFormat;
                 ok = to->writeNum(row, col, serial, formats.builtIn(id));
                 break;
             }
-            case FieldValue::Text:
-                ok = to->writeStr(row, col, text.c_str(), nullptr);
-                break;
+            case FieldValue::Text: ok = to->writeStr(row, col, text.c_str(), nullptr); break;
             }
             if (!ok)
                 throw Failure(where + "cannot write cell " + cellName(row, col) + ": " +
@@ -170,16 +153,13 @@ std::string sheetNameFor(const std::string &path) {
     size_t slash = path.find_last_of('/');
     std::string base = slash == std::string::npos ? path : path.substr(slash + 1);
     size_t dot = base.find_last_of('.');
-    if (dot != std::string::npos && dot > 0)
-        base.resize(dot);
+    if (dot != std::string::npos && dot > 0) base.resize(dot);
     for (char &c : base)
-        if (std::strchr("[]:*?/\\", c))
-            c = '_';
+        if (std::strchr("[]:*?/\\", c)) c = '_';
     // At most 31 characters, cut between UTF-8 sequences.
     size_t chars = 0, at = 0;
     for (; at < base.size(); ++at) {
-        if ((static_cast<unsigned char>(base[at]) & 0xC0) != 0x80 && ++chars > 31)
-            break;
+        if ((static_cast<unsigned char>(base[at]) & 0xC0) != 0x80 && ++chars > 31) break;
     }
     base.resize(at);
     return base.empty() ? "Sheet1" : base;

@@ -23,11 +23,9 @@ bool sameNoCase(const std::string &a, const char *b) {
 }
 
 bool allDigits(const std::string &s) {
-    if (s.empty() || s.size() > 9)
-        return false;
+    if (s.empty() || s.size() > 9) return false;
     for (char c : s)
-        if (!std::isdigit(static_cast<unsigned char>(c)))
-            return false;
+        if (!std::isdigit(static_cast<unsigned char>(c))) return false;
     return true;
 }
 
@@ -43,22 +41,19 @@ const long long kLargeFile = 4 * 1024 * 1024;
 
 Workbook::Workbook(FileKind kind) : _kind(kind) {
     void *handle = kind == FileKind::Zip ? tbCreateXMLBookCA() : tbCreateBookCA();
-    if (!handle)
-        throw Failure("the library could not make a book");
+    if (!handle) throw Failure("the library could not make a book");
     _book = static_cast<Book *>(handle);
     _book->setLocale("UTF-8");
 }
 
 Workbook::~Workbook() {
-    if (_book)
-        _book->release();
+    if (_book) _book->release();
 }
 
 FileKind Workbook::sniff(const std::string &path) {
     FileKind content = kindFromContent(readHead(path, 512));
     FileKind named = kindFromExtension(path);
-    if (content == FileKind::Csv && named == FileKind::Tsv)
-        content = FileKind::Tsv;
+    if (content == FileKind::Csv && named == FileKind::Tsv) content = FileKind::Tsv;
     if (isWorkbook(content)) {
         if (named != FileKind::Unknown && named != content)
             std::cerr << "tabrix: note: " << path << " looks like " << describeKind(content)
@@ -66,8 +61,7 @@ FileKind Workbook::sniff(const std::string &path) {
                       << " says; reading it as one\n";
         return content;
     }
-    if (isText(content) && (isText(named) || named == FileKind::Unknown))
-        return content;
+    if (isText(content) && (isText(named) || named == FileKind::Unknown)) return content;
     std::string msg = path + " looks like " + describeKind(content);
     if (content == FileKind::Biff)
         msg += ", which the library does not read";
@@ -86,13 +80,11 @@ void Workbook::load(const std::string &path) {
     bool ok = _book->load(path.c_str());
     busy.done();
     _formatsListed = false;
-    if (!ok)
-        throw Failure("cannot load " + path + ": " + message());
+    if (!ok) throw Failure("cannot load " + path + ": " + message());
 }
 
 void Workbook::save(const std::string &path) {
-    if (!_book->save(path.c_str()))
-        throw Failure("cannot save " + path + ": " + message());
+    if (!_book->save(path.c_str())) throw Failure("cannot save " + path + ": " + message());
 }
 
 std::string Workbook::message() {
@@ -107,30 +99,25 @@ int Workbook::findSheet(const std::string &nameOrNumber) {
     int count = _book->sheetCount();
     if (nameOrNumber.empty()) {
         for (int i = 0; i < count; ++i)
-            if (_book->sheetType(i) == tabrix::SHEETTYPE_SHEET)
-                return i;
-        if (count > 0)
-            return 0;
+            if (_book->sheetType(i) == tabrix::SHEETTYPE_SHEET) return i;
+        if (count > 0) return 0;
         throw Failure("the book has no sheet");
     }
     std::string list;
     for (int i = 0; i < count; ++i) {
         Sheet *s = _book->getSheet(i);
         const char *name = s ? s->name() : nullptr;
-        if (name && nameOrNumber == name)
-            return i;
+        if (name && nameOrNumber == name) return i;
     }
     for (int i = 0; i < count; ++i) {
         Sheet *s = _book->getSheet(i);
         const char *name = s ? s->name() : nullptr;
-        if (name && sameNoCase(nameOrNumber, name))
-            return i;
+        if (name && sameNoCase(nameOrNumber, name)) return i;
         list += std::string(list.empty() ? "" : ", ") + "'" + (name ? name : "") + "'";
     }
     if (allDigits(nameOrNumber)) {
         int n = std::stoi(nameOrNumber);
-        if (n >= 1 && n <= count)
-            return n - 1;
+        if (n >= 1 && n <= count) return n - 1;
         throw Failure("no sheet number " + nameOrNumber + ": the book has " +
                       std::to_string(count) + (count == 1 ? " sheet" : " sheets"));
     }
@@ -140,19 +127,16 @@ int Workbook::findSheet(const std::string &nameOrNumber) {
 
 Sheet *Workbook::sheet(int index) {
     Sheet *s = _book->getSheet(index);
-    if (!s)
-        throw Failure("cannot read sheet " + std::to_string(index + 1) + ": " + message());
+    if (!s) throw Failure("cannot read sheet " + std::to_string(index + 1) + ": " + message());
     return s;
 }
 
 int Workbook::formatIndex(Format *format) {
-    if (!format)
-        return -1;
+    if (!format) return -1;
     if (!_formatsListed) {
         _formats.clear();
         int n = _book->formatSize();
-        for (int i = 0; i < n; ++i)
-            _formats.emplace(_book->format(i), i);
+        for (int i = 0; i < n; ++i) _formats.emplace(_book->format(i), i);
         _formatsListed = true;
     }
     auto it = _formats.find(format);

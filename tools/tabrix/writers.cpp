@@ -17,8 +17,7 @@ public:
     void begin(const DumpHeader &) override {}
     void beginRow(int) override { _first = true; }
     void cell(int, int, const CellValue &value) override {
-        if (!_first)
-            _out << (_tabs ? '\t' : ',');
+        if (!_first) _out << (_tabs ? '\t' : ',');
         _first = false;
         if (value.kind != tabrix::CELLTYPE_EMPTY && value.kind != tabrix::CELLTYPE_BLANK)
             _out << (_tabs ? tsvField(value.text) : csvField(value.text));
@@ -36,21 +35,18 @@ class JsonWriter : public TableWriter {
 public:
     explicit JsonWriter(std::ostream &out) : _out(out) {}
     void begin(const DumpHeader &h) override {
-        _out << "{\n  \"file\": " << jsonString(h.file) << ",\n  \"sheet\": "
-             << jsonString(h.sheet) << ",\n  \"range\": " << jsonString(h.range)
-             << ",\n  \"cells\": [";
+        _out << "{\n  \"file\": " << jsonString(h.file) << ",\n  \"sheet\": " << jsonString(h.sheet)
+             << ",\n  \"range\": " << jsonString(h.range) << ",\n  \"cells\": [";
     }
     void beginRow(int) override {}
     void cell(int row, int col, const CellValue &v) override {
-        if (v.kind == tabrix::CELLTYPE_EMPTY)
-            return;
+        if (v.kind == tabrix::CELLTYPE_EMPTY) return;
         _out << (_first ? "\n    " : ",\n    ");
         _first = false;
         _out << "{\"ref\": \"" << cellName(row, col) << "\", \"row\": " << row
              << ", \"col\": " << col << ", \"kind\": \"" << kindName(v.kind)
              << "\", \"value\": " << value(v);
-        if (v.isDate)
-            _out << ", \"date\": " << jsonString(v.text);
+        if (v.isDate) _out << ", \"date\": " << jsonString(v.text);
         _out << ", \"format\": " << v.format << ", \"numFormat\": " << v.numFormat;
         if (!v.numFormatText.empty())
             _out << ", \"numFormatText\": " << jsonString(v.numFormatText);
@@ -72,12 +68,9 @@ private:
             // json has no literal for the values beyond the finite.
             return std::isfinite(v.number) ? numberText(v.number) : jsonString(v.text);
         case tabrix::CELLTYPE_STRING:
-        case tabrix::CELLTYPE_ERROR:
-            return jsonString(v.text);
-        case tabrix::CELLTYPE_BOOLEAN:
-            return v.flag ? "true" : "false";
-        default:
-            return "null";
+        case tabrix::CELLTYPE_ERROR: return jsonString(v.text);
+        case tabrix::CELLTYPE_BOOLEAN: return v.flag ? "true" : "false";
+        default: return "null";
         }
     }
 
@@ -90,14 +83,11 @@ private:
 std::string csvField(const std::string &text, char separator) {
     bool quote = !text.empty() && (text.front() == ' ' || text.back() == ' ');
     for (char c : text)
-        if (c == separator || c == '"' || c == '\n' || c == '\r')
-            quote = true;
-    if (!quote)
-        return text;
+        if (c == separator || c == '"' || c == '\n' || c == '\r') quote = true;
+    if (!quote) return text;
     std::string out = "\"";
     for (char c : text) {
-        if (c == '"')
-            out += '"';
+        if (c == '"') out += '"';
         out += c;
     }
     return out + "\"";
@@ -120,14 +110,16 @@ std::string tsvField(const std::string &text) {
 // The length of the valid UTF-8 sequence at `at`, 0 when there is none.
 static size_t utf8Length(const std::string &s, size_t at) {
     unsigned char lead = static_cast<unsigned char>(s[at]);
-    size_t n = lead < 0x80 ? 1 : (lead >> 5) == 6 ? 2 : (lead >> 4) == 14 ? 3 : (lead >> 3) == 30 ? 4 : 0;
-    if (n == 0 || at + n > s.size())
-        return 0;
+    size_t n = lead < 0x80         ? 1
+               : (lead >> 5) == 6  ? 2
+               : (lead >> 4) == 14 ? 3
+               : (lead >> 3) == 30 ? 4
+                                   : 0;
+    if (n == 0 || at + n > s.size()) return 0;
     unsigned long code = n == 1 ? lead : lead & (0x7F >> n);
     for (size_t i = 1; i < n; ++i) {
         unsigned char c = static_cast<unsigned char>(s[at + i]);
-        if ((c & 0xC0) != 0x80)
-            return 0;
+        if ((c & 0xC0) != 0x80) return 0;
         code = (code << 6) | (c & 0x3F);
     }
     static const unsigned long kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
@@ -172,18 +164,14 @@ std::string jsonString(const std::string &text) {
 }
 
 TextForm parseTextForm(const std::string &name) {
-    if (name == "csv")
-        return TextForm::Csv;
-    if (name == "tsv")
-        return TextForm::Tsv;
-    if (name == "json")
-        return TextForm::Json;
+    if (name == "csv") return TextForm::Csv;
+    if (name == "tsv") return TextForm::Tsv;
+    if (name == "json") return TextForm::Json;
     throw UsageError("unknown format '" + name + "': use csv, tsv or json");
 }
 
 std::unique_ptr<TableWriter> makeWriter(TextForm form, std::ostream &out) {
-    if (form == TextForm::Json)
-        return std::unique_ptr<TableWriter>(new JsonWriter(out));
+    if (form == TextForm::Json) return std::unique_ptr<TableWriter>(new JsonWriter(out));
     return std::unique_ptr<TableWriter>(new SeparatedWriter(out, form == TextForm::Tsv));
 }
 

@@ -24,16 +24,13 @@ public:
         while (count < q.max) {
             const size_t save = _pos;
             const e_match r = once(q);
-            if (r == BROKEN)
-                return BROKEN;
-            if (r == NOMATCH)
-                break;
+            if (r == BROKEN) return BROKEN;
+            if (r == NOMATCH) break;
             ++count;
             if (_pos == save) // matched empty: the remaining occurrences may be empty too
                 return MATCHED;
         }
-        if (count >= q.min)
-            return MATCHED;
+        if (count >= q.min) return MATCHED;
         return count == 0 ? NOMATCH : BROKEN;
     }
 
@@ -58,10 +55,8 @@ private:
             const size_t start = _pos;
             for (int32_t i = 0; i < q.b; ++i) {
                 const e_match r = match(_set.kids[q.a + i]);
-                if (r == BROKEN)
-                    return BROKEN;
-                if (r == NOMATCH)
-                    return _pos == start ? NOMATCH : BROKEN;
+                if (r == BROKEN) return BROKEN;
+                if (r == NOMATCH) return _pos == start ? NOMATCH : BROKEN;
             }
             return MATCHED;
         }
@@ -70,10 +65,8 @@ private:
             for (int32_t i = 0; i < q.b; ++i) {
                 const size_t save = _pos;
                 const e_match r = match(_set.kids[q.a + i]);
-                if (r == BROKEN)
-                    return BROKEN;
-                if (r == MATCHED && _pos > save)
-                    return MATCHED;
+                if (r == BROKEN) return BROKEN;
+                if (r == MATCHED && _pos > save) return MATCHED;
                 empty |= r == MATCHED;
             }
             return empty ? MATCHED : NOMATCH;
@@ -85,12 +78,9 @@ private:
                 progress = false;
                 for (int32_t i = 0; i < q.b; ++i) {
                     const size_t save = _pos;
-                    if (used[i])
-                        continue;
-                    if (match(_set.kids[q.a + i]) == BROKEN)
-                        return BROKEN;
-                    if (_pos > save)
-                        used[i] = progress = true;
+                    if (used[i]) continue;
+                    if (match(_set.kids[q.a + i]) == BROKEN) return BROKEN;
+                    if (_pos > save) used[i] = progress = true;
                 }
             }
             for (int32_t i = 0; i < q.b; ++i)
@@ -109,8 +99,7 @@ private:
 } // namespace
 
 lmx::elmx_error check_content_model(const c_node &node, std::string &bad) {
-    if (node.type() < 0)
-        return lmx::ELMX_OK;
+    if (node.type() < 0) return lmx::ELMX_OK;
     const s_schema_set &set = *node.set();
     const s_complex_type &t = node.complex();
     std::vector<int32_t> seq;
@@ -119,8 +108,7 @@ lmx::elmx_error check_content_model(const c_node &node, std::string &bad) {
             seq.push_back(c.decl);
         else if (c.kind == K_ANY)
             seq.push_back(-1);
-    if (t.particle < 0)
-        return seq.empty() ? lmx::ELMX_OK : lmx::ELMX_BAD_END_OF_ELEMENT;
+    if (t.particle < 0) return seq.empty() ? lmx::ELMX_OK : lmx::ELMX_BAD_END_OF_ELEMENT;
     c_matcher m(set, seq);
     const e_match r = m.match(t.particle);
     if (r == BROKEN || (r == NOMATCH && m._pos == seq.size()))

@@ -11,7 +11,8 @@
 
 namespace binding {
 
-inline constexpr std::string_view k_uri_mc = "http://schemas.openxmlformats.org/markup-compatibility/2006";
+inline constexpr std::string_view k_uri_mc =
+    "http://schemas.openxmlformats.org/markup-compatibility/2006";
 
 class c_read_context {
 public:

@@ -65,15 +65,12 @@ lmx::elmx_error c_document::unmarshal(const char *data, size_t size, e_edition e
     _dropped = 0;
     lmx::c_xml_reader r(data, size, _set->ns);
     auto done = [&](lmx::elmx_error e) {
-        if (debug)
-            *debug = r.debug_error();
+        if (debug) *debug = r.debug_error();
         return e;
     };
     int ev;
-    while ((ev = r.next()) == lmx::EV_TEXT) {
-    }
-    if (ev == lmx::EV_ERROR)
-        return done(r.error());
+    while ((ev = r.next()) == lmx::EV_TEXT) {}
+    if (ev == lmx::EV_ERROR) return done(r.error());
     if (ev != lmx::EV_START)
         return done(r.capture_error(lmx::ELMX_ELEMENT_NOT_FOUND, "", __FILE__, __LINE__));
     const int32_t g = find_root(*_set, part, r.ns(), r.local());
@@ -82,36 +79,32 @@ lmx::elmx_error c_document::unmarshal(const char *data, size_t size, e_edition e
         return done(r.capture_error(lmx::ELMX_ELEMENT_NOT_FOUND, r.qname(), __FILE__, __LINE__));
     _root_decl = _set->roots[g].element;
     for (size_t i = 0; i < r.declaration_count(); ++i)
-        _decls.emplace_back(std::string(r.declaration(i).prefix), std::string(r.declaration(i).uri));
+        _decls.emplace_back(std::string(r.declaration(i).prefix),
+                            std::string(r.declaration(i).uri));
     const bool tolerant = edition == TRANSITIONAL && (std::strcmp(d->name, "workbook") == 0 ||
                                                       std::strcmp(d->name, "worksheet") == 0);
     c_read_context ctx(r, *_set, tolerant);
     _root = c_node(_set, d->complex, d->simple);
     const lmx::elmx_error e = ctx.read_element(_root);
     _dropped = ctx._dropped;
-    if (e)
-        return done(e);
+    if (e) return done(e);
     while ((ev = r.next()) != lmx::EV_END_OF_INPUT)
-        if (ev == lmx::EV_ERROR)
-            return done(r.error());
+        if (ev == lmx::EV_ERROR) return done(r.error());
     return done(lmx::ELMX_OK);
 }
 
 lmx::elmx_error c_document::marshal(std::string &out, lmx::s_debug_error *debug) const {
     if (_root_decl < 0) {
-        if (debug)
-            debug->capture(lmx::ELMX_TYPE_NOT_SET, "", __FILE__, __LINE__, 0);
+        if (debug) debug->capture(lmx::ELMX_TYPE_NOT_SET, "", __FILE__, __LINE__, 0);
         return lmx::ELMX_TYPE_NOT_SET;
     }
     lmx::c_xml_writer w(out);
     c_write_context ctx(w, *_set);
-    for (const auto &d : _decls)
-        ctx.declare(d.first, d.second);
+    for (const auto &d : _decls) ctx.declare(d.first, d.second);
     const s_element_decl &d = _set->elems[_root_decl];
     ctx.write_element(_root, d.ns, d.name);
     const lmx::elmx_error e = w.finish();
-    if (e && debug)
-        debug->capture(e, d.name, __FILE__, __LINE__, 0);
+    if (e && debug) debug->capture(e, d.name, __FILE__, __LINE__, 0);
     return e;
 }
 

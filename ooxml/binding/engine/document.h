@@ -16,8 +16,16 @@ enum e_edition { TRANSITIONAL, STRICT };
 const s_schema_set &schema_set(e_edition e);
 
 // What a part must hold at its root.  PART_ANY takes any global element of the set.
-enum e_part { PART_ANY, PART_CONTENT_TYPES, PART_RELATIONSHIPS, PART_WORKBOOK, PART_WORKSHEET,
-              PART_STYLESHEET, PART_SST, PART_DRAWING };
+enum e_part {
+    PART_ANY,
+    PART_CONTENT_TYPES,
+    PART_RELATIONSHIPS,
+    PART_WORKBOOK,
+    PART_WORKSHEET,
+    PART_STYLESHEET,
+    PART_SST,
+    PART_DRAWING
+};
 
 class c_document {
 public:

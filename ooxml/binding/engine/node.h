@@ -39,11 +39,11 @@ public:
 class c_node;
 
 enum e_child_kind : uint8_t {
-    K_NODE,   // a bound element
-    K_TEXT,   // text of mixed content, held as a node's text
-    K_RAW,    // kept as raw XML: alternate content, ignorable namespaces, extension lists
-    K_ANY,    // an element in an xs:any slot, raw
-    K_HAND    // a hand-made object
+    K_NODE, // a bound element
+    K_TEXT, // text of mixed content, held as a node's text
+    K_RAW,  // kept as raw XML: alternate content, ignorable namespaces, extension lists
+    K_ANY,  // an element in an xs:any slot, raw
+    K_HAND  // a hand-made object
 };
 
 struct c_child {
@@ -71,7 +71,8 @@ struct s_attribute_value {
 class c_node {
 public:
     c_node() = default;
-    c_node(const s_schema_set *set, int32_t complex, int32_t simple) : _set(set), _type(complex), _simple(simple) {}
+    c_node(const s_schema_set *set, int32_t complex, int32_t simple)
+        : _set(set), _type(complex), _simple(simple) {}
 
     const s_schema_set *set() const { return _set; }
     // Complex type index, or -1 for an element of a simple type.

@@ -21,16 +21,12 @@ bool is_extension_list(const s_schema_set &set, const s_element_decl &e) {
 }
 
 bool has_any_slot(const s_schema_set &set, int32_t p) {
-    if (p < 0)
-        return false;
+    if (p < 0) return false;
     const s_particle &q = set.particles[p];
-    if (q.kind == P_ANY)
-        return true;
-    if (q.kind == P_ELEMENT)
-        return false;
+    if (q.kind == P_ANY) return true;
+    if (q.kind == P_ELEMENT) return false;
     for (int32_t i = 0; i < q.b; ++i)
-        if (has_any_slot(set, set.kids[q.a + i]))
-            return true;
+        if (has_any_slot(set, set.kids[q.a + i])) return true;
     return false;
 }
 
@@ -47,13 +43,14 @@ void c_read_context::note_scope() {
     }
     for (size_t i = 0; i < _r.attribute_count(); ++i) {
         const lmx::s_attribute &a = _r.attribute(i);
-        if (a.ns < lmx::NS_FIRST_TABLE && a.local == "Ignorable" && _r.namespace_uri(a.ns) == k_uri_mc) {
+        if (a.ns < lmx::NS_FIRST_TABLE && a.local == "Ignorable" &&
+            _r.namespace_uri(a.ns) == k_uri_mc) {
             std::string_view v;
-            if (_r.attribute_value(a, v))
-                return;
+            if (_r.attribute_value(a, v)) return;
             for (size_t at = 0; at < v.size();) {
                 const size_t sp = v.find(' ', at);
-                const std::string_view p = v.substr(at, sp == std::string_view::npos ? v.npos : sp - at);
+                const std::string_view p =
+                    v.substr(at, sp == std::string_view::npos ? v.npos : sp - at);
                 for (size_t k = _decls.size(); k-- > 0;)
                     if (_decls[k].first == p) {
                         _ignorable.push_back(_decls[k].second);
@@ -66,26 +63,21 @@ void c_read_context::note_scope() {
 }
 
 bool c_read_context::keep_raw() const {
-    if (_r.ns() >= lmx::NS_FIRST_TABLE)
-        return false;
+    if (_r.ns() >= lmx::NS_FIRST_TABLE) return false;
     const std::string_view uri = _r.namespace_uri(_r.ns());
-    if (uri == k_uri_mc)
-        return true;
+    if (uri == k_uri_mc) return true;
     for (const std::string &u : _ignorable)
-        if (u == uri)
-            return true;
+        if (u == uri) return true;
     return false;
 }
 
 bool c_read_context::keep_foreign(size_t i, std::vector<s_foreign_attribute> &out) {
     const lmx::s_attribute &a = _r.attribute(i);
-    if (a.ns == lmx::NS_NONE)
-        return false;
+    if (a.ns == lmx::NS_NONE) return false;
     std::string_view v;
-    if (_r.attribute_value(a, v))
-        return false;
-    out.push_back({std::string(prefix_of(a.qname)), std::string(_r.namespace_uri(a.ns)), std::string(a.local),
-                   std::string(v)});
+    if (_r.attribute_value(a, v)) return false;
+    out.push_back({std::string(prefix_of(a.qname)), std::string(_r.namespace_uri(a.ns)),
+                   std::string(a.local), std::string(v)});
     return true;
 }
 
@@ -101,8 +93,7 @@ elmx_error c_read_context::read_attributes(c_node &node) {
         uint32_t k = 0;
         for (; k < t.attr_count; ++k) {
             const s_attribute_decl &d = _set.attrs[t.attr_first + k];
-            if (d.ns == a.ns && a.local == d.name)
-                break;
+            if (d.ns == a.ns && a.local == d.name) break;
         }
         if (k == t.attr_count) {
             // Undeclared: another namespace's attribute is kept, an unqualified one dropped.
@@ -110,34 +101,28 @@ elmx_error c_read_context::read_attributes(c_node &node) {
             continue;
         }
         std::string_view v;
-        if (elmx_error e = _r.attribute_value(a, v))
-            return e;
+        if (elmx_error e = _r.attribute_value(a, v)) return e;
         const s_attribute_decl &d = _set.attrs[t.attr_first + k];
         if (elmx_error e = lmx::validate(v, *_set.simple[d.simple].spec))
             return fail(e, a.qname, __LINE__);
         // Attributes stay in declaration order.
         auto at = node._attrs.begin();
-        while (at != node._attrs.end() && at->index < k)
-            ++at;
+        while (at != node._attrs.end() && at->index < k) ++at;
         node._attrs.insert(at, {k, std::string(v)});
     }
     for (uint32_t k = 0; k < t.attr_count; ++k) {
         const s_attribute_decl &d = _set.attrs[t.attr_first + k];
-        if (!d.required)
-            continue;
+        if (!d.required) continue;
         bool found = false;
-        for (const s_attribute_value &v : node._attrs)
-            found |= v.index == k;
-        if (!found)
-            return fail(lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING, d.name, __LINE__);
+        for (const s_attribute_value &v : node._attrs) found |= v.index == k;
+        if (!found) return fail(lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING, d.name, __LINE__);
     }
     return lmx::ELMX_OK;
 }
 
 elmx_error c_read_context::read_element(c_node &node) {
     note_scope();
-    if (elmx_error e = read_attributes(node))
-        return e;
+    if (elmx_error e = read_attributes(node)) return e;
     return read_content(node);
 }
 
@@ -150,12 +135,9 @@ elmx_error c_read_context::read_content(c_node &node) {
     bool had_text = false;
     for (;;) {
         const int ev = _r.next();
-        if (ev == lmx::EV_ERROR)
-            return _r.error();
-        if (ev == lmx::EV_END)
-            break;
-        if (ev == lmx::EV_END_OF_INPUT)
-            return fail(lmx::ELMX_UNEXPECTED_EOM, name, __LINE__);
+        if (ev == lmx::EV_ERROR) return _r.error();
+        if (ev == lmx::EV_END) break;
+        if (ev == lmx::EV_END_OF_INPUT) return fail(lmx::ELMX_UNEXPECTED_EOM, name, __LINE__);
         if (ev == lmx::EV_TEXT) {
             if (simple) {
                 node._text.append(_r.text());
@@ -191,8 +173,7 @@ elmx_error c_read_context::read_content(c_node &node) {
                 if (simple || !_tolerant)
                     return fail(lmx::ELMX_BAD_END_OF_ELEMENT, _r.qname(), __LINE__);
                 ++_dropped;
-                if (elmx_error e = _r.skip_element())
-                    return e;
+                if (elmx_error e = _r.skip_element()) return e;
                 continue;
             } else {
                 const s_element_decl &d = _set.elems[decl];
@@ -201,20 +182,17 @@ elmx_error c_read_context::read_content(c_node &node) {
                     c.kind = K_RAW;
                 } else if (auto hand = d.complex >= 0 ? make_hand_made(_set, d.complex) : nullptr) {
                     c.kind = K_HAND;
-                    if (elmx_error e = hand->unmarshal(*this))
-                        return e;
+                    if (elmx_error e = hand->unmarshal(*this)) return e;
                     c.hand = std::move(hand);
                 } else {
                     c.node = std::make_unique<c_node>(&_set, d.complex, d.simple);
-                    if (elmx_error e = read_element(*c.node))
-                        return e;
+                    if (elmx_error e = read_element(*c.node)) return e;
                 }
             }
         }
         if (c.kind == K_RAW || c.kind == K_ANY) {
             c.raw = std::make_unique<lmx::c_any_info>();
-            if (elmx_error e = _r.capture_element(*c.raw))
-                return e;
+            if (elmx_error e = _r.capture_element(*c.raw)) return e;
         }
         node._children.push_back(std::move(c));
     }
@@ -224,8 +202,7 @@ elmx_error c_read_context::read_content(c_node &node) {
             const lmx::s_validation_spec &spec = *_set.simple[st].spec;
             if (!had_text && spec.type != lmx::XSD_STRING && spec.type != lmx::XSD_LIST)
                 return fail(lmx::ELMX_UNEXPECTED_EMPTY_ELEMENT, name, __LINE__);
-            if (elmx_error e = lmx::validate(node._text, spec))
-                return fail(e, name, __LINE__);
+            if (elmx_error e = lmx::validate(node._text, spec)) return fail(e, name, __LINE__);
         }
         return lmx::ELMX_OK;
     }

@@ -14,16 +14,13 @@ constexpr size_t k_type_count = sizeof k_types / sizeof *k_types;
 
 // A plain unsigned decimal without leading zeros, as a writer prints it back.
 bool parse_canonical_u32(std::string_view s, uint32_t &v) {
-    if (s.empty() || s.size() > 10 || (s[0] == '0' && s.size() > 1))
-        return false;
+    if (s.empty() || s.size() > 10 || (s[0] == '0' && s.size() > 1)) return false;
     uint64_t n = 0;
     for (char c : s) {
-        if (c < '0' || c > '9')
-            return false;
+        if (c < '0' || c > '9') return false;
         n = n * 10 + static_cast<uint64_t>(c - '0');
     }
-    if (n > 0xFFFFFFFFu)
-        return false;
+    if (n > 0xFFFFFFFFu) return false;
     v = static_cast<uint32_t>(n);
     return true;
 }
@@ -48,14 +45,14 @@ void append_cell_ref(std::string &out, uint32_t row, uint32_t col) {
     size_t n = 0;
     for (uint32_t c = col + 1; c > 0; c = (c - 1) / 26)
         buf[n++] = static_cast<char>('A' + (c - 1) % 26);
-    while (n > 0)
-        out += buf[--n];
+    while (n > 0) out += buf[--n];
     out += std::to_string(row + 1);
 }
 
 c_cell::c_cell(const c_cell &o)
-    : c_hand_made(), _set(o._set), _type(o._type), _row(o._row), _col(o._col), _s(o._s), _flags(o._flags), _t(o._t),
-      _v(o._v), _rest(o._rest ? std::make_unique<c_node>(*o._rest) : nullptr) {}
+    : c_hand_made(), _set(o._set), _type(o._type), _row(o._row), _col(o._col), _s(o._s),
+      _flags(o._flags), _t(o._t), _v(o._v),
+      _rest(o._rest ? std::make_unique<c_node>(*o._rest) : nullptr) {}
 
 std::string_view c_cell::get_t() const { return _t ? k_types[_t - 1] : "n"; }
 
@@ -69,16 +66,15 @@ bool c_cell::set_t(std::string_view t) {
 }
 
 c_node &c_cell::make_rest() {
-    if (!_rest)
-        _rest = std::make_unique<c_node>(_set, _type, -1);
+    if (!_rest) _rest = std::make_unique<c_node>(_set, _type, -1);
     return *_rest;
 }
 
 lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
     auto node = std::make_unique<c_node>(_set, _type, -1);
-    if (lmx::elmx_error e = ctx.read_element(*node))
-        return e;
-    // Attributes r, s, t in their plain forms move into the fields; any other form stays in the node.
+    if (lmx::elmx_error e = ctx.read_element(*node)) return e;
+    // Attributes r, s, t in their plain forms move into the fields; any other form stays in the
+    // node.
     for (auto it = node->_attrs.begin(); it != node->_attrs.end();) {
         const char *name = _set->attrs[node->complex().attr_first + it->index].name;
         bool moved = false;
@@ -94,7 +90,8 @@ lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
         it = moved ? node->_attrs.erase(it) : it + 1;
     }
     for (auto it = node->_children.begin(); it != node->_children.end(); ++it)
-        if (it->kind == K_NODE && std::strcmp(_set->elems[it->decl].name, "v") == 0 && it->node->_foreign.empty()) {
+        if (it->kind == K_NODE && std::strcmp(_set->elems[it->decl].name, "v") == 0 &&
+            it->node->_foreign.empty()) {
             _v = std::move(it->node->_text);
             _flags |= HAS_V;
             node->_children.erase(it);
@@ -112,15 +109,15 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
     const s_complex_type &t = _set->complex[_type];
     auto rank_of = [&](const char *attr) {
         for (uint32_t k = 0; k < t.attr_count; ++k)
-            if (std::strcmp(_set->attrs[t.attr_first + k].name, attr) == 0)
-                return k;
+            if (std::strcmp(_set->attrs[t.attr_first + k].name, attr) == 0) return k;
         return t.attr_count;
     };
     std::string ref;
     const uint32_t ranks[3] = {rank_of("r"), rank_of("s"), rank_of("t")};
     size_t next_rest = 0;
     auto flush_rest_before = [&](uint32_t rank) {
-        for (; _rest && next_rest < _rest->_attrs.size() && _rest->_attrs[next_rest].index < rank; ++next_rest) {
+        for (; _rest && next_rest < _rest->_attrs.size() && _rest->_attrs[next_rest].index < rank;
+             ++next_rest) {
             const s_attribute_decl &d = _set->attrs[t.attr_first + _rest->_attrs[next_rest].index];
             w.attribute(ctx.ns(d.ns), d.name, _rest->_attrs[next_rest].value);
         }
@@ -131,14 +128,11 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
         w.attribute(lmx::NS_NONE, "r", ref);
     }
     flush_rest_before(ranks[1]);
-    if (_flags & HAS_S)
-        w.attribute(lmx::NS_NONE, "s", static_cast<uint64_t>(_s));
+    if (_flags & HAS_S) w.attribute(lmx::NS_NONE, "s", static_cast<uint64_t>(_s));
     flush_rest_before(ranks[2]);
-    if (_t)
-        w.attribute(lmx::NS_NONE, "t", std::string_view(k_types[_t - 1]));
+    if (_t) w.attribute(lmx::NS_NONE, "t", std::string_view(k_types[_t - 1]));
     flush_rest_before(t.attr_count);
-    if (_rest)
-        ctx.write_foreign(_rest->_foreign);
+    if (_rest) ctx.write_foreign(_rest->_foreign);
     // Children: f before v; is and extLst after it.
     bool v_done = !(_flags & HAS_V);
     auto write_v = [&] {
@@ -153,8 +147,7 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
                 write_v();
             ctx.write_child(c);
         }
-    if (!v_done)
-        write_v();
+    if (!v_done) write_v();
     w.end_element();
 }
 

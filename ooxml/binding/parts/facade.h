@@ -21,8 +21,12 @@ public:
 
 protected:
     std::string_view text_of(const char *a) const { return _n->attribute_or_default(a); }
-    uint32_t u32_of(const char *a) const { return static_cast<uint32_t>(std::strtoul(std::string(text_of(a)).c_str(), nullptr, 10)); }
-    double double_of(const char *a) const { return std::strtod(std::string(text_of(a)).c_str(), nullptr); }
+    uint32_t u32_of(const char *a) const {
+        return static_cast<uint32_t>(std::strtoul(std::string(text_of(a)).c_str(), nullptr, 10));
+    }
+    double double_of(const char *a) const {
+        return std::strtod(std::string(text_of(a)).c_str(), nullptr);
+    }
     bool bool_of(const char *a) const {
         const std::string_view v = text_of(a);
         return v == "1" || v == "true";
@@ -36,40 +40,40 @@ protected:
 };
 
 // Accessors of an attribute kept as text, as an unsigned, a double or a boolean.
-#define BINDING_ATTR_TEXT(x)                                                                   \
-    std::string_view get_##x() const { return text_of(#x); }                                  \
-    void set_##x(std::string v) { _n->set_attribute(#x, std::move(v)); }                      \
-    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                           \
+#define BINDING_ATTR_TEXT(x)                                                                       \
+    std::string_view get_##x() const { return text_of(#x); }                                       \
+    void set_##x(std::string v) { _n->set_attribute(#x, std::move(v)); }                           \
+    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                                \
     void unset_##x() { _n->unset_attribute(#x); }
-#define BINDING_ATTR_U32(x)                                                                    \
-    uint32_t get_##x() const { return u32_of(#x); }                                           \
-    void set_##x(uint32_t v) { _n->set_attribute(#x, std::to_string(v)); }                    \
-    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                           \
+#define BINDING_ATTR_U32(x)                                                                        \
+    uint32_t get_##x() const { return u32_of(#x); }                                                \
+    void set_##x(uint32_t v) { _n->set_attribute(#x, std::to_string(v)); }                         \
+    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                                \
     void unset_##x() { _n->unset_attribute(#x); }
-#define BINDING_ATTR_DOUBLE(x)                                                                 \
-    double get_##x() const { return double_of(#x); }                                          \
-    void set_##x(double v) {                                                                  \
-        std::string s;                                                                        \
-        lmx::output_convert_to_xml(s, v);                                                     \
-        _n->set_attribute(#x, s);                                                             \
-    }                                                                                         \
-    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                           \
+#define BINDING_ATTR_DOUBLE(x)                                                                     \
+    double get_##x() const { return double_of(#x); }                                               \
+    void set_##x(double v) {                                                                       \
+        std::string s;                                                                             \
+        lmx::output_convert_to_xml(s, v);                                                          \
+        _n->set_attribute(#x, s);                                                                  \
+    }                                                                                              \
+    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                                \
     void unset_##x() { _n->unset_attribute(#x); }
-#define BINDING_ATTR_BOOL(x)                                                                   \
-    bool get_##x() const { return bool_of(#x); }                                              \
-    void set_##x(bool v) { _n->set_attribute(#x, v ? "1" : "0"); }                            \
-    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                           \
+#define BINDING_ATTR_BOOL(x)                                                                       \
+    bool get_##x() const { return bool_of(#x); }                                                   \
+    void set_##x(bool v) { _n->set_attribute(#x, v ? "1" : "0"); }                                 \
+    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                                \
     void unset_##x() { _n->unset_attribute(#x); }
 // A repeated child of facade type T.
-#define BINDING_MULTI(T, x)                                                                    \
-    size_t size_##x() const { return _n->count(#x); }                                         \
-    T get_##x(size_t i) const { return T(_n->child(#x, i)); }                                 \
-    T append_##x() { return T(_n->append(#x)); }                                              \
+#define BINDING_MULTI(T, x)                                                                        \
+    size_t size_##x() const { return _n->count(#x); }                                              \
+    T get_##x(size_t i) const { return T(_n->child(#x, i)); }                                      \
+    T append_##x() { return T(_n->append(#x)); }                                                   \
     void delete_##x(size_t i) { _n->remove(#x, i); }
 // An optional child of facade type T, made on first get.
-#define BINDING_OPTIONAL(T, x)                                                                 \
-    T get_##x() { return T(lazy(#x)); }                                                       \
-    bool isset_##x() const { return _n->child(#x) != nullptr; }                               \
+#define BINDING_OPTIONAL(T, x)                                                                     \
+    T get_##x() { return T(lazy(#x)); }                                                            \
+    bool isset_##x() const { return _n->child(#x) != nullptr; }                                    \
     void unset_##x() { _n->remove(#x, 0); }
 
 } // namespace binding

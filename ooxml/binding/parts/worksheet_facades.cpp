@@ -7,17 +7,14 @@ namespace binding {
 
 size_t c_row::size_c() const {
     size_t n = 0;
-    for (const c_child &c : _n->_children)
-        n += c.kind == K_HAND;
+    for (const c_child &c : _n->_children) n += c.kind == K_HAND;
     return n;
 }
 
 c_cell &c_row::get_c(size_t i) {
     for (c_child &c : _n->_children)
-        if (c.kind == K_HAND && i-- == 0)
-            return static_cast<c_cell &>(*c.hand);
-    while (i-- > 0)
-        append_c();
+        if (c.kind == K_HAND && i-- == 0) return static_cast<c_cell &>(*c.hand);
+    while (i-- > 0) append_c();
     return append_c();
 }
 
@@ -29,8 +26,7 @@ c_cell &c_row::append_c() {
     c.hand = std::make_unique<c_cell>(*_n->set(), _n->set()->elems[d].complex);
     // Cells come before the row's other elements (its extension list).
     auto at = _n->_children.begin();
-    while (at != _n->_children.end() && (at->kind == K_HAND || at->decl < 0))
-        ++at;
+    while (at != _n->_children.end() && (at->kind == K_HAND || at->decl < 0)) ++at;
     return static_cast<c_cell &>(*_n->_children.insert(at, std::move(c))->hand);
 }
 

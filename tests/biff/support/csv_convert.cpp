@@ -40,8 +40,9 @@ CsvRows parseCsv(const std::string &text) {
 }
 
 std::string soffice(const std::string &dir, const std::string &to, const std::string &path) {
-    return "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
-           "/profile --convert-to " + to + " --outdir '" + dir + "' '" + path + "' >/dev/null 2>&1";
+    return "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
+           dir + "/profile --convert-to " + to + " --outdir '" + dir + "' '" + path +
+           "' >/dev/null 2>&1";
 }
 
 std::string baseName(const std::string &path) {
@@ -57,7 +58,8 @@ std::map<std::string, CsvRows> convertToCsv(const std::string &path, const std::
     std::map<std::string, CsvRows> out;
     std::system(("rm -rf '" + dir + "/csv' && mkdir -p '" + dir + "/csv'").c_str());
     // Comma, quote, UTF-8, raw values, every sheet.
-    const std::string to = "'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true,false,false,false,-1'";
+    const std::string to =
+        "'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true,false,false,false,-1'";
     if (std::system(soffice(dir + "/csv", to, path).c_str()) != 0) return out;
     const std::string base = baseName(path);
     DIR *d = opendir((dir + "/csv").c_str());

@@ -44,7 +44,8 @@ WalkedBook walkBook(const std::string &file) {
         if (id == kBof) {
             if (depth++ == 0) {
                 out.substreams.emplace_back();
-                out.substreams.back().dt = r.data.size() >= 4 ? uint16_t(r.data[2] | (r.data[3] << 8)) : 0;
+                out.substreams.back().dt =
+                    r.data.size() >= 4 ? uint16_t(r.data[2] | (r.data[3] << 8)) : 0;
             }
         }
         if (depth == 0) continue;

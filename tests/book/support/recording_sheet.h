@@ -14,7 +14,7 @@
 namespace tabrix {
 
 class RecordingSheet : public ISheetT<char> {
-  public:
+public:
     using C = char;
 
     std::string log; // the last call, e.g. "writeBool(1,2,true,null)"
@@ -27,7 +27,7 @@ class RecordingSheet : public ISheetT<char> {
     int outInt = 0;
     bool outBool = false;
 
-  private:
+private:
     void put(std::ostream &o, int v) { o << v; }
     void put(std::ostream &o, double v) { o << v; }
     void put(std::ostream &o, bool v) { o << (v ? "true" : "false"); }
@@ -39,13 +39,11 @@ class RecordingSheet : public ISheetT<char> {
     }
     void put(std::ostream &o, int *v) {
         putPointer(o, v);
-        if (v)
-            *v = outInt;
+        if (v) *v = outInt;
     }
     void put(std::ostream &o, bool *v) {
         putPointer(o, v);
-        if (v)
-            *v = outBool;
+        if (v) *v = outBool;
     }
     template <class T> void put(std::ostream &o, T v) {
         if constexpr (std::is_enum_v<T>)
@@ -87,8 +85,8 @@ class RecordingSheet : public ISheetT<char> {
         return [this, name](auto... args) -> R { return call<R>(name, args...); };
     }
 
-  public:
-#define TABRIX_RECORD_OPERATION(R, name, params, args, neutral) \
+public:
+#define TABRIX_RECORD_OPERATION(R, name, params, args, neutral)                                    \
     R name params override { return named<R>(#name) args; }
     TABRIX_SHEET_OPERATIONS(TABRIX_RECORD_OPERATION)
 #undef TABRIX_RECORD_OPERATION

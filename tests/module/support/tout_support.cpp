@@ -34,20 +34,25 @@ qdhost::Set *textSet(qdhost::Context &ctx, const std::vector<std::string> &items
     return set;
 }
 
-qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items, qdhost::SetOptions opt) {
+qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items,
+                    qdhost::SetOptions opt) {
     qdhost::Set *set = ctx.newSet(QD_INT, opt);
     for (qd_int item : items) set->add(qdhost::qdInt(item));
     return set;
 }
 
-qd_type pointType() { return qdhost::registerRecordType("tout_point", {{"x", QD_REAL}, {"y", QD_REAL}}); }
+qd_type pointType() {
+    return qdhost::registerRecordType("tout_point", {{"x", QD_REAL}, {"y", QD_REAL}});
+}
 
 qd_type shipmentType() {
     return qdhost::registerRecordType(
-        "tout_shipment", {{"from", QD_STRING}, {"to", QD_STRING}, {"qty", QD_INT}, {"express", QD_BOOL}});
+        "tout_shipment",
+        {{"from", QD_STRING}, {"to", QD_STRING}, {"qty", QD_INT}, {"express", QD_BOOL}});
 }
 
-qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to, qd_int qty, bool express) {
+qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to, qd_int qty,
+                         bool express) {
     qdhost::Record *r = ctx.newRecord(shipmentType());
     r->set("from", qdhost::qdStr(from));
     r->set("to", qdhost::qdStr(to));

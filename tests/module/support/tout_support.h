@@ -29,7 +29,8 @@ qdhost::Set *intSet(qdhost::Context &ctx, const std::vector<qd_int> &items,
 // and a shipment record filled in.
 qd_type pointType();
 qd_type shipmentType();
-qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to, qd_int qty, bool express);
+qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to, qd_int qty,
+                         bool express);
 // An external type without a text form.
 qd_type opaqueType();
 

@@ -15,8 +15,7 @@ public:
     JsonValue document() {
         JsonValue v = value();
         space();
-        if (_at != _t.size())
-            fail("text after the value");
+        if (_at != _t.size()) fail("text after the value");
         return v;
     }
 
@@ -25,27 +24,23 @@ private:
         throw std::runtime_error(why + " at offset " + std::to_string(_at));
     }
     void space() {
-        while (_at < _t.size() && std::strchr(" \t\r\n", _t[_at]))
-            ++_at;
+        while (_at < _t.size() && std::strchr(" \t\r\n", _t[_at])) ++_at;
     }
     bool take(const char *word) {
         size_t n = std::strlen(word);
-        if (_t.compare(_at, n, word) != 0)
-            return false;
+        if (_t.compare(_at, n, word) != 0) return false;
         _at += n;
         return true;
     }
     void expect(char c) {
         space();
-        if (_at >= _t.size() || _t[_at] != c)
-            fail(std::string("expected '") + c + "'");
+        if (_at >= _t.size() || _t[_at] != c) fail(std::string("expected '") + c + "'");
         ++_at;
     }
 
     JsonValue value() {
         space();
-        if (_at >= _t.size())
-            fail("unexpected end");
+        if (_at >= _t.size()) fail("unexpected end");
         JsonValue v;
         char c = _t[_at];
         if (c == '{') {
@@ -58,8 +53,7 @@ private:
             }
             for (;;) {
                 space();
-                if (_at >= _t.size() || _t[_at] != '"')
-                    fail("expected a key");
+                if (_at >= _t.size() || _t[_at] != '"') fail("expected a key");
                 std::string key = string();
                 expect(':');
                 v.members[key] = value();
@@ -101,32 +95,26 @@ private:
             v.flag = _t[_at - 1] == 'e' && _t[_at - 2] == 'u';
             return v;
         }
-        if (take("null"))
-            return v;
+        if (take("null")) return v;
         return number();
     }
 
     JsonValue number() {
         size_t start = _at;
-        if (_at < _t.size() && _t[_at] == '-')
-            ++_at;
-        while (_at < _t.size() && std::strchr("0123456789.eE+-", _t[_at]))
-            ++_at;
-        if (_at == start)
-            fail("unexpected character");
+        if (_at < _t.size() && _t[_at] == '-') ++_at;
+        while (_at < _t.size() && std::strchr("0123456789.eE+-", _t[_at])) ++_at;
+        if (_at == start) fail("unexpected character");
         JsonValue v;
         v.type = JsonValue::Number;
         std::string text = _t.substr(start, _at - start);
         char *end = nullptr;
         v.number = std::strtod(text.c_str(), &end);
-        if (*end != 0)
-            fail("bad number '" + text + "'");
+        if (*end != 0) fail("bad number '" + text + "'");
         return v;
     }
 
     unsigned hex4() {
-        if (_at + 4 > _t.size())
-            fail("short \\u escape");
+        if (_at + 4 > _t.size()) fail("short \\u escape");
         unsigned u = 0;
         for (int i = 0; i < 4; ++i) {
             char c = _t[_at++];
@@ -165,19 +153,15 @@ private:
         ++_at; // the opening quote
         std::string out;
         for (;;) {
-            if (_at >= _t.size())
-                fail("string not closed");
+            if (_at >= _t.size()) fail("string not closed");
             char c = _t[_at++];
-            if (c == '"')
-                return out;
-            if (static_cast<unsigned char>(c) < 0x20)
-                fail("control character in a string");
+            if (c == '"') return out;
+            if (static_cast<unsigned char>(c) < 0x20) fail("control character in a string");
             if (c != '\\') {
                 out += c;
                 continue;
             }
-            if (_at >= _t.size())
-                fail("string not closed");
+            if (_at >= _t.size()) fail("string not closed");
             char e = _t[_at++];
             const char *from = "\"\\/bfnrt", *to = "\"\\/\b\f\n\r\t";
             const char *hit = std::strchr(from, e);

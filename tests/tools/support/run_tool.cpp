@@ -21,9 +21,9 @@ std::string toolPath() {
     char self[PATH_MAX];
     ssize_t n = readlink("/proc/self/exe", self, sizeof self - 1);
     std::string dir = n > 0 ? std::string(self, size_t(n)) : std::string("./x");
-    dir.resize(dir.find_last_of('/'));        // build/tests/tools
-    dir.resize(dir.find_last_of('/'));        // build/tests
-    dir.resize(dir.find_last_of('/'));        // build
+    dir.resize(dir.find_last_of('/')); // build/tests/tools
+    dir.resize(dir.find_last_of('/')); // build/tests
+    dir.resize(dir.find_last_of('/')); // build
     return dir + "/tools/tabrix";
 #endif
 }
@@ -53,15 +53,16 @@ RunResult runTool(const std::vector<std::string> &args) {
     std::string outPath = scratch("stdout.txt"), errPath = scratch("stderr.txt");
     std::vector<char *> argv;
     argv.push_back(const_cast<char *>(tool.c_str()));
-    for (const std::string &a : args)
-        argv.push_back(const_cast<char *>(a.c_str()));
+    for (const std::string &a : args) argv.push_back(const_cast<char *>(a.c_str()));
     argv.push_back(nullptr);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                     0644);
+    posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                     0644);
     pid_t pid = 0;
     int rc = posix_spawn(&pid, tool.c_str(), &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
@@ -70,10 +71,8 @@ RunResult runTool(const std::vector<std::string> &args) {
         return r;
     }
     int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    if (WIFEXITED(status))
-        r.exitCode = WEXITSTATUS(status);
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {}
+    if (WIFEXITED(status)) r.exitCode = WEXITSTATUS(status);
     r.out = readFile(outPath);
     r.err = readFile(errPath);
     return r;
