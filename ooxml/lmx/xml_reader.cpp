@@ -139,16 +139,7 @@ int c_xml_reader::next() {
     if (_pending_end) {
         // The end of an empty-element tag, reported after its start.
         _pending_end = false;
-        const s_frame &f = _frames.back();
-        _qname = f.qname;
-        _local = f.local;
-        _ns = f.ns;
-        _bindings.resize(f.binding_mark);
-        _default_binding = f.saved_default;
-        _frames.pop_back();
-        _attrs.clear();
-        if (_frames.empty()) _root_done = true;
-        return _event = EV_END;
+        return close_element();
     }
     if (_frames.empty()) return misc_outside_root();
     for (;;) {
@@ -431,15 +422,7 @@ int c_xml_reader::end_tag() {
         const size_t n = f.qname.size();
         if (size_t(end - p) > n && p[n] == '>' && chars::same(p, n, f.qname.data(), n)) {
             _p = p + n + 1;
-            _qname = f.qname;
-            _local = f.local;
-            _ns = f.ns;
-            _bindings.resize(f.binding_mark);
-            _default_binding = f.saved_default;
-            _frames.pop_back();
-            _attrs.clear();
-            if (_frames.empty()) _root_done = true;
-            return _event = EV_END;
+            return close_element();
         }
     }
     if (p >= end || !is(*p, chars::NAME_START))
@@ -455,6 +438,13 @@ int c_xml_reader::end_tag() {
         return fail(ELMX_BAD_END_OF_ELEMENT,
                     "</" + std::string(qname) + "> closes <" + std::string(f.qname) + ">");
     _p = p + 1;
+    return close_element();
+}
+
+// Reports the end of the open element: its names come back, its namespace
+// bindings go, and the frame is dropped.
+int c_xml_reader::close_element() {
+    const s_frame &f = _frames.back();
     _qname = f.qname;
     _local = f.local;
     _ns = f.ns;

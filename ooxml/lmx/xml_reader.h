@@ -137,6 +137,7 @@ private:
     int misc_outside_root();
     int start_tag();
     int end_tag();
+    int close_element();
     int text_run();
     bool skip_comment();
     bool skip_pi();

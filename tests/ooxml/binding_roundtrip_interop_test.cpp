@@ -21,18 +21,13 @@
 #include <gtest/gtest.h>
 
 #include "ooxml/binding/engine/document.h"
+#include "support/xml_parts.h"
 
 using namespace binding;
+using namespace xmlparts;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string slurp(const fs::path &p) {
-    std::ifstream in(p, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 // Canonical text of a document; empty if it does not read.
 std::string canonical(const std::string &doc) {
@@ -93,57 +88,6 @@ bool refused_as_expected(const std::string &origin, const std::string &root, lmx
     return false;
 }
 
-// Unpacks the XML parts of every readable workbook under the roots, one folder each.
-void unpack(const fs::path &tmp, const std::vector<std::string> &roots) {
-    const std::string script =
-        "import sys, zipfile, pathlib\n"
-        "out = pathlib.Path(sys.argv[1]); n = 0\n"
-        "for f in sorted(f for r in sys.argv[2:] for f in pathlib.Path(r).rglob('*')):\n"
-        "    if f.suffix.lower() not in ('.xlsx', '.xlsm'): continue\n"
-        "    try: z = zipfile.ZipFile(f)\n"
-        "    except Exception: continue\n"
-        "    n += 1; d = out / str(n)\n"
-        "    for i in z.infolist():\n"
-        "        if i.filename.endswith(('.xml', '.rels')) and i.file_size < 50000000:\n"
-        "            try: data = z.read(i)\n"
-        "            except Exception: continue\n"
-        "            p = d / i.filename.replace('[', '_').replace(']', '_')\n"
-        "            p.parent.mkdir(parents=True, exist_ok=True); p.write_bytes(data)\n"
-        "    (d / 'origin.txt').write_text(str(f))\n";
-    std::ofstream(tmp / "unpack.py") << script;
-    std::string cmd =
-        "python3 '" + (tmp / "unpack.py").string() + "' '" + (tmp / "parts").string() + "'";
-    for (const std::string &r : roots) cmd += " '" + r + "'";
-    ASSERT_EQ(std::system(cmd.c_str()), 0);
-}
-
-// Workbooks of the independent producers installed here.
-void generate(const fs::path &gen) {
-    fs::create_directories(gen);
-    std::ofstream(gen / "data.csv")
-        << "name,value,note\n\"caf\xC3\xA9\",1.5,\"a<b & c>d\"\ntotal,=B2+B2,\n";
-    const std::string g = gen.string();
-    std::system(("ssconvert --export-type=Gnumeric_Excel:xlsx2 '" + g + "/data.csv' '" + g +
-                 "/gnumeric.xlsx' >/dev/null 2>&1")
-                    .c_str());
-    std::system(("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" +
-                 g + "/lo_profile --convert-to xlsx --outdir '" + g +
-                 "/lo' data.csv >/dev/null 2>&1")
-                    .c_str());
-    std::system(("python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
-                 "s.append(['x', 1.5]); s['A3'] = '=SUM(B1:B2)'; s.merge_cells('C1:D2'); "
-                 "b.save(sys.argv[1])\" '" +
-                 g + "/openpyxl.xlsx' >/dev/null 2>&1")
-                    .c_str());
-    std::system(("python3 -c \"import xlsxwriter, sys; b = xlsxwriter.Workbook(sys.argv[1]); s = "
-                 "b.add_worksheet(); "
-                 "s.write(0, 0, 'x', b.add_format({'bold': 1})); s.write_formula(1, 0, '=1+2'); "
-                 "s.insert_image(2, 2, '/dev/null') if False else None; b.close()\" '" +
-                 g + "/xlsxwriter.xlsx' >/dev/null 2>&1")
-                    .c_str());
-    fs::remove_all(gen / "lo_profile");
-}
-
 const std::pair<const char *, const char *> k_strict_uris[] = {
     {"http://schemas.openxmlformats.org/spreadsheetml/2006/main",
      "http://purl.oclc.org/ooxml/spreadsheetml/main"},
@@ -170,8 +114,9 @@ TEST(BindingInterop, CorpusPartsBindAndPrintBackCanonicallyEqual) {
     const fs::path tmp = fs::path(TABRIX_TEST_TMP) / "binding_interop";
     fs::remove_all(tmp);
     fs::create_directories(tmp);
-    generate(tmp / "generated");
-    unpack(tmp, {(tmp / "generated").string(), corpus.string()});
+    makeProducerBooks(tmp / "generated");
+    ASSERT_TRUE(
+        unpack(tmp / "parts", {(tmp / "generated").string(), corpus.string()}, {".xml", ".rels"}));
 
     size_t bound = 0, strict = 0, unbound = 0, with_drops = 0, strict_made = 0, strict_loaded = 0,
            refused = 0;

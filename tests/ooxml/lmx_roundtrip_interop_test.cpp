@@ -17,18 +17,13 @@
 
 #include "ooxml/lmx/xml_reader.h"
 #include "ooxml/lmx/xml_writer.h"
+#include "support/xml_parts.h"
 
 using namespace lmx;
+using namespace xmlparts;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string slurp(const fs::path &p) {
-    std::ifstream in(p, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 // Reads `doc` and writes every event back; returns the reader's error.
 elmx_error copy_document(const std::string &doc, std::string &out) {
@@ -133,46 +128,9 @@ TEST(LmxInterop, CorpusPartsReadAndCanonicaliseAfterACopy) {
     const fs::path tmp = fs::path(TABRIX_TEST_TMP) / "lmx_interop";
     fs::remove_all(tmp);
     fs::create_directories(tmp);
-    // Unpacks the XML parts of every readable workbook; one folder per workbook.
-    const std::string script =
-        "import sys, zipfile, pathlib\n"
-        "out = pathlib.Path(sys.argv[1]); n = 0\n"
-        "for f in sorted(f for r in sys.argv[2:] for f in pathlib.Path(r).rglob('*')):\n"
-        "    if f.suffix.lower() not in ('.xlsx', '.xlsm'): continue\n"
-        "    try: z = zipfile.ZipFile(f)\n"
-        "    except Exception: continue\n"
-        "    n += 1; d = out / str(n)\n"
-        "    for i in z.infolist():\n"
-        "        if i.filename.endswith(('.xml', '.rels', '.vml')) and i.file_size < 50000000:\n"
-        "            try: data = z.read(i)\n"
-        "            except Exception: continue\n"
-        "            p = d / i.filename.replace('[', '_').replace(']', '_')\n"
-        "            p.parent.mkdir(parents=True, exist_ok=True); p.write_bytes(data)\n"
-        "    (d / 'origin.txt').write_text(str(f))\n";
-    std::ofstream(tmp / "unpack.py") << script;
-    // Workbooks written by the independent producers installed here.
-    const fs::path gen = tmp / "generated";
-    fs::create_directories(gen);
-    std::ofstream(gen / "data.csv") << "name,value,note\n\"caf\xC3\xA9\",1.5,\"a<b & c>d\"\n"
-                                       "\"quote \"\"x\"\"\",-2e10,]]>\ntotal,=B2+B3,\n";
-    const std::string g = gen.string();
-    std::system(("ssconvert --export-type=Gnumeric_Excel:xlsx2 '" + g + "/data.csv' '" + g +
-                 "/gnumeric.xlsx' >/dev/null 2>&1")
-                    .c_str());
-    std::system(("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" +
-                 g + "/lo_profile --convert-to xlsx --outdir '" + g +
-                 "/lo' data.csv >/dev/null 2>&1")
-                    .c_str());
-    std::system(("python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
-                 "s.append(['caf\xC3\xA9', 1.5, 'a<b & c>d']); s['A3'] = '=SUM(B1:B2)'; "
-                 "b.save(sys.argv[1])\" '" +
-                 g + "/openpyxl.xlsx' >/dev/null 2>&1")
-                    .c_str());
-    fs::remove_all(gen / "lo_profile");
-    ASSERT_EQ(std::system(("python3 '" + (tmp / "unpack.py").string() + "' '" +
-                           (tmp / "parts").string() + "' '" + g + "' '" + corpus.string() + "'")
-                              .c_str()),
-              0);
+    makeProducerBooks(tmp / "generated");
+    ASSERT_TRUE(unpack(tmp / "parts", {(tmp / "generated").string(), corpus.string()},
+                       {".xml", ".rels", ".vml"}));
 
     size_t parts = 0, compared = 0, book = 0, generated = 0;
     for (const auto &dir : fs::directory_iterator(tmp / "parts")) {

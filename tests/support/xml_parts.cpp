@@ -1,0 +1,70 @@
+#include "support/xml_parts.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace xmlparts {
+
+namespace {
+void run(const std::string &cmd) { (void)std::system((cmd + " >/dev/null 2>&1").c_str()); }
+} // namespace
+
+std::string slurp(const fs::path &path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+void makeProducerBooks(const fs::path &dir) {
+    fs::create_directories(dir);
+    std::ofstream(dir / "data.csv") << "name,value,note\n\"caf\xC3\xA9\",1.5,\"a<b & c>d\"\n"
+                                       "\"quote \"\"x\"\"\",-2e10,]]>\ntotal,=B2+B3,\n";
+    const std::string g = dir.string();
+    run("ssconvert --export-type=Gnumeric_Excel:xlsx2 '" + g + "/data.csv' '" + g +
+        "/gnumeric.xlsx'");
+    run("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" + g +
+        "/lo_profile --convert-to xlsx --outdir '" + g + "/lo' data.csv");
+    run("python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
+        "s.append(['caf\xC3\xA9', 1.5, 'a<b & c>d']); s['A3'] = '=SUM(B1:B2)'; "
+        "s.merge_cells('C1:D2'); b.save(sys.argv[1])\" '" +
+        g + "/openpyxl.xlsx'");
+    run("python3 -c \"import xlsxwriter, sys; b = xlsxwriter.Workbook(sys.argv[1]); "
+        "s = b.add_worksheet(); s.write(0, 0, 'x', b.add_format({'bold': 1})); "
+        "s.write_formula(1, 0, '=1+2'); b.close()\" '" +
+        g + "/xlsxwriter.xlsx'");
+    fs::remove_all(dir / "lo_profile");
+}
+
+bool unpack(const fs::path &out, const std::vector<std::string> &roots,
+            const std::vector<std::string> &suffixes) {
+    std::string ends;
+    for (const std::string &s : suffixes) ends += "'" + s + "', ";
+    const std::string script =
+        "import sys, zipfile, pathlib\n"
+        "out = pathlib.Path(sys.argv[1]); n = 0\n"
+        "for f in sorted(f for r in sys.argv[2:] for f in pathlib.Path(r).rglob('*')):\n"
+        "    if f.suffix.lower() not in ('.xlsx', '.xlsm'): continue\n"
+        "    try: z = zipfile.ZipFile(f)\n"
+        "    except Exception: continue\n"
+        "    n += 1; d = out / str(n)\n"
+        "    for i in z.infolist():\n"
+        "        if i.filename.endswith((" +
+        ends +
+        ")) and i.file_size < 50000000:\n"
+        "            try: data = z.read(i)\n"
+        "            except Exception: continue\n"
+        "            p = d / i.filename.replace('[', '_').replace(']', '_')\n"
+        "            p.parent.mkdir(parents=True, exist_ok=True); p.write_bytes(data)\n"
+        "    (d / 'origin.txt').write_text(str(f))\n";
+    const fs::path file = out.parent_path() / "unpack.py";
+    std::ofstream(file) << script;
+    std::string cmd = "python3 '" + file.string() + "' '" + out.string() + "'";
+    for (const std::string &r : roots) cmd += " '" + r + "'";
+    return std::system(cmd.c_str()) == 0;
+}
+
+} // namespace xmlparts

@@ -1,0 +1,29 @@
+// The XML parts of real workbooks for the XML interop tests: books written
+// by the producers installed here, and every part of the corpus's and those
+// books' packages unpacked into one folder per workbook.
+#ifndef TABRIX_TESTS_SUPPORT_XML_PARTS_H
+#define TABRIX_TESTS_SUPPORT_XML_PARTS_H
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace xmlparts {
+
+// The whole file.
+std::string slurp(const std::filesystem::path &path);
+
+// Writes .xlsx books into `dir` with gnumeric, LibreOffice and openpyxl (and
+// xlsxwriter), each that is installed; texts with markup characters, a
+// quote, "]]>", a formula and a merge.
+void makeProducerBooks(const std::filesystem::path &dir);
+
+// Unpacks the parts ending in one of `suffixes` of every readable .xlsx or
+// .xlsm under `roots` into `out`/N/..., with `out`/N/origin.txt naming the
+// book.  False when the unpacking script fails.
+bool unpack(const std::filesystem::path &out, const std::vector<std::string> &roots,
+            const std::vector<std::string> &suffixes);
+
+} // namespace xmlparts
+
+#endif
