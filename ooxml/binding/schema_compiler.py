@@ -43,6 +43,36 @@ BUILTIN = {
 WS = {'string': 'WS_PRESERVE', 'normalizedString': 'WS_REPLACE'}
 
 
+# What real producers write beyond the published schemas, accepted by both
+# editions so that their books load and print back unchanged: the ISO date
+# cell type of the later edition, and phonetic runs holding rich runs
+# (`<rPh><r><t>..</t></r></rPh>`) instead of bare text.
+SML = 'http://schemas.openxmlformats.org/spreadsheetml/2006/main'
+SML_STRICT = 'http://purl.oclc.org/ooxml/spreadsheetml/main'
+
+
+def widen_cell_type(node):
+    rest = node.find(XS + 'restriction')
+    if not any(e.get('value') == 'd' for e in rest):
+        rest.insert(1, ET.Element(XS + 'enumeration', {'value': 'd'}))
+
+
+def phonetic_rich_runs(node):
+    seq = node.find(XS + 'sequence')
+    t = seq.find(XS + 'element')
+    choice = ET.Element(XS + 'choice')
+    seq.remove(t)
+    choice.append(t)
+    choice.append(ET.Element(XS + 'element', {'name': 'r', 'type': 'CT_RElt', 'maxOccurs': 'unbounded'}))
+    seq.append(choice)
+
+
+PATCHES = [
+    ('simpleType', 'ST_CellType', widen_cell_type),
+    ('complexType', 'CT_PhoneticRun', phonetic_rich_runs),
+]
+
+
 def cstr(s):
     if s is None:
         return 'nullptr'
@@ -85,6 +115,11 @@ class Compiler:
                 kind = n.tag[len(XS):]
                 if n.get('name'):
                     self.globals[(kind, s.tns, n.get('name'))] = (s, n)
+        for kind, name, patch in PATCHES:
+            for uri in (SML, SML_STRICT):
+                found = self.globals.get((kind, uri, name))
+                if found:
+                    patch(found[1])
         uris = sorted({s.tns for s in self.schemas if s.tns})
         self.ns = {u: 1000 + i for i, u in enumerate(uris)}
         self.simple = []      # spec lines

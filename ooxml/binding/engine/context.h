@@ -17,7 +17,7 @@ inline constexpr std::string_view k_uri_mc =
 class c_read_context {
 public:
     c_read_context(lmx::c_xml_reader &r, const s_schema_set &set, bool tolerant)
-        : _r(r), _set(set), _tolerant(tolerant) {}
+        : _r(r), _set(set), _tolerant(tolerant), _tolerant_values(&set == &k_transitional) {}
 
     lmx::c_xml_reader &reader() { return _r; }
     const s_schema_set &set() const { return _set; }
@@ -42,6 +42,7 @@ private:
     lmx::c_xml_reader &_r;
     const s_schema_set &_set;
     bool _tolerant;
+    bool _tolerant_values; // producers' slips in attribute values (Transitional only)
     std::vector<std::pair<std::string, std::string>> _decls; // all seen, for mc:Ignorable prefixes
     std::vector<std::string> _ignorable;
 };
@@ -70,6 +71,10 @@ private:
 // 10 for a child out of place, 21 for a missing required child.  `bad`
 // names the culprit.
 lmx::elmx_error check_content_model(const c_node &node, std::string &bad);
+
+// Whether an attribute value that failed `spec` with `e` is one of the
+// producers' slips kept as text: an empty number, a colour of three bytes.
+bool tolerated_value(std::string_view v, const lmx::s_validation_spec &spec, lmx::elmx_error e);
 
 // The hand-made class for a complex type of this set, or null.
 std::unique_ptr<c_hand_made> make_hand_made(const s_schema_set &set, int32_t complex);

@@ -32,6 +32,16 @@ bool has_any_slot(const s_schema_set &set, int32_t p) {
 
 } // namespace
 
+bool tolerated_value(std::string_view v, const lmx::s_validation_spec &spec, elmx_error e) {
+    // An empty number (a producer's `s=""`): kept as its text.
+    if (e == lmx::ELMX_VALUE_BAD_FORMAT && v.empty())
+        return spec.type >= lmx::XSD_DECIMAL && spec.type <= lmx::XSD_DOUBLE;
+    // A colour of three bytes where four (alpha first) are due: kept as its text.
+    if (e == lmx::ELMX_LENGTH_TOO_SHORT)
+        return spec.type == lmx::XSD_HEX_BINARY && spec.length == 4 && v.size() == 6;
+    return false;
+}
+
 elmx_error c_read_context::fail(elmx_error code, std::string_view name, int line) {
     return _r.capture_error(code, name, __FILE__, line);
 }
@@ -104,7 +114,8 @@ elmx_error c_read_context::read_attributes(c_node &node) {
         if (elmx_error e = _r.attribute_value(a, v)) return e;
         const s_attribute_decl &d = _set.attrs[t.attr_first + k];
         if (elmx_error e = lmx::validate(v, *_set.simple[d.simple].spec))
-            return fail(e, a.qname, __LINE__);
+            if (!_tolerant_values || !tolerated_value(v, *_set.simple[d.simple].spec, e))
+                return fail(e, a.qname, __LINE__);
         // Attributes stay in declaration order.
         auto at = node._attrs.begin();
         while (at != node._attrs.end() && at->index < k) ++at;
