@@ -1,9 +1,6 @@
 // The binding's answers to crafted parts: the error codes of the order
 // checks, required content, value checks and the root, the tolerance rules
-// (what is kept, what is dropped), and the stability of the generated tables.
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
+// (what is kept, what is dropped).
 #include <string>
 
 #include <gtest/gtest.h>
@@ -168,19 +165,4 @@ TEST(Binding, ForeignContentSurvivesAndUnknownUnqualifiedIsDropped) {
     strict.replace(strict.find("<x14ac:note"), 0, "<bogus/>");
     EXPECT_EQ(d.unmarshal(strict.data(), strict.size(), STRICT, PART_WORKSHEET),
               lmx::ELMX_BAD_END_OF_ELEMENT);
-}
-
-TEST(Binding, RegeneratedTablesAreTheCommittedOnes) {
-    const std::string dir = std::string(TABRIX_SOURCE_DIR) + "/ooxml/binding";
-    const std::string out = std::string(TABRIX_TEST_TMP) + "/tables_regenerated.cpp";
-    for (const char *edition : {"transitional", "strict"}) {
-        const std::string cmd = "python3 " + dir + "/schema_compiler.py " + edition + " " + out +
-                                " " + dir + "/schemas/" + edition + " " + dir + "/schemas/opc";
-        ASSERT_EQ(std::system(cmd.c_str()), 0);
-        std::ifstream a(out), b(dir + "/tables/tables_" + edition + ".cpp");
-        std::stringstream sa, sb;
-        sa << a.rdbuf();
-        sb << b.rdbuf();
-        EXPECT_TRUE(sa.str() == sb.str()) << edition;
-    }
 }

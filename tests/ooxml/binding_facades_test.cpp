@@ -36,7 +36,7 @@ TEST(BindingFacades, PartsBuiltInAnyOrderPrintInSchemaOrder) {
         c_document d;
         d.create(ed, PART_WORKSHEET);
         c_worksheet ws(&d.root());
-        ws.get_pageSetup().set_orientation("landscape");
+        ws.get_pageSetup().set_orientation(e_orientation::LANDSCAPE);
         ws.get_mergeCells().append_mergeCell().set_ref("A1:B2");
         c_row row = ws.get_sheetData().append_row();
         row.set_r(3);
@@ -67,6 +67,10 @@ TEST(BindingFacades, PartsBuiltInAnyOrderPrintInSchemaOrder) {
         EXPECT_EQ(back.get_c(2).get_v(), "12");
         EXPECT_EQ(back.get_c(2).get_t(), "s");
         EXPECT_EQ(back.get_c(0).get_t(), "n");
+        // Enumerated attributes go through their schema texts.
+        c_page_setup setup = c_worksheet(&again.root()).get_pageSetup();
+        EXPECT_EQ(setup.get_orientation(), e_orientation::LANDSCAPE);
+        EXPECT_EQ(setup.get_orientation_text(), "landscape");
     }
 
     c_document st;
@@ -81,10 +85,16 @@ TEST(BindingFacades, PartsBuiltInAnyOrderPrintInSchemaOrder) {
     c_num_fmt fmt = ss.get_numFmts().append_numFmt();
     fmt.set_formatCode("0.0%");
     fmt.set_numFmtId(164);
-    ss.get_borders().append_border().get_bottom().set_style("thin");
-    ss.get_fills().append_fill().get_patternFill().set_patternType("none");
+    ss.get_borders().append_border().get_bottom().set_style(e_border_style::THIN);
+    ss.get_fills().append_fill().get_patternFill().set_patternType(e_pattern_type::GRAY125);
     c_document st2;
     const std::string styles = reread(st, PART_STYLESHEET, st2);
+    c_stylesheet ss2(&st2.root());
+    EXPECT_EQ(ss2.get_fills().get_fill(0).get_patternFill().get_patternType(),
+              e_pattern_type::GRAY125);
+    EXPECT_EQ(ss2.get_borders().get_border(0).get_bottom().get_style(), e_border_style::THIN);
+    EXPECT_EQ(ss2.get_borders().get_border(0).get_top().get_style(),
+              e_border_style::NONE); // the default
     EXPECT_NE(
         styles.find("<numFmts><numFmt numFmtId=\"164\" "
                     "formatCode=\"0.0%\"/></numFmts><fonts><font><b/><sz val=\"11\"/></font>"),

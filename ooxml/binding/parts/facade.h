@@ -10,6 +10,7 @@
 
 #include "ooxml/binding/engine/node.h"
 #include "ooxml/binding/parts/cell.h"
+#include "ooxml/binding/tables/schema_enums.h"
 
 namespace binding {
 
@@ -30,6 +31,17 @@ protected:
     bool bool_of(const char *a) const {
         const std::string_view v = text_of(a);
         return v == "1" || v == "true";
+    }
+    // The enumerator of an enumerated attribute's text (or default), OTHER when outside the list.
+    template <class E> E enum_of(const char *a) const {
+        const std::string_view v = text_of(a);
+        for (size_t i = 0; i < s_enum_names<E>::count; ++i)
+            if (v == s_enum_names<E>::names[i]) return static_cast<E>(i);
+        return E::OTHER;
+    }
+    template <class E> static const char *text_of_enum(E v) {
+        const size_t i = static_cast<size_t>(v);
+        return i < s_enum_names<E>::count ? s_enum_names<E>::names[i] : "";
     }
     // The optional child, made when absent.
     c_node *lazy(const char *name) const {
@@ -64,6 +76,18 @@ protected:
     void set_##x(bool v) { _n->set_attribute(#x, v ? "1" : "0"); }                                 \
     bool isset_##x() const { return _n->attribute(#x) != nullptr; }                                \
     void unset_##x() { _n->unset_attribute(#x); }
+// Accessors of an attribute of an enumerated simple type: the generated
+// enumeration E, and the text itself (kept as read, also outside the list).
+#define BINDING_ATTR_ENUM(E, x)                                                                    \
+    E get_##x() const { return enum_of<E>(#x); }                                                   \
+    void set_##x(E v) {                                                                            \
+        if (v != E::OTHER) _n->set_attribute(#x, text_of_enum(v));                                 \
+    }                                                                                              \
+    std::string_view get_##x##_text() const { return text_of(#x); }                                \
+    void set_##x##_text(std::string v) { _n->set_attribute(#x, std::move(v)); }                    \
+    bool isset_##x() const { return _n->attribute(#x) != nullptr; }                                \
+    void unset_##x() { _n->unset_attribute(#x); }
+
 // A repeated child of facade type T.
 #define BINDING_MULTI(T, x)                                                                        \
     size_t size_##x() const { return _n->count(#x); }                                              \

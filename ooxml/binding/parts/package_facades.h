@@ -33,7 +33,7 @@ public:
     BINDING_ATTR_TEXT(Id)
     BINDING_ATTR_TEXT(Type)
     BINDING_ATTR_TEXT(Target)
-    BINDING_ATTR_TEXT(TargetMode)
+    BINDING_ATTR_ENUM(e_target_mode, TargetMode)
 };
 
 class c_relationships : public c_facade {

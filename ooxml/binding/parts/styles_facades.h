@@ -62,7 +62,7 @@ public:
 class c_pattern_fill : public c_facade {
 public:
     using c_facade::c_facade;
-    BINDING_ATTR_TEXT(patternType)
+    BINDING_ATTR_ENUM(e_pattern_type, patternType)
     BINDING_OPTIONAL(c_color, fgColor)
     BINDING_OPTIONAL(c_color, bgColor)
 };
@@ -83,7 +83,7 @@ public:
 class c_border_pr : public c_facade {
 public:
     using c_facade::c_facade;
-    BINDING_ATTR_TEXT(style)
+    BINDING_ATTR_ENUM(e_border_style, style)
     BINDING_OPTIONAL(c_color, color)
 };
 
@@ -109,8 +109,8 @@ public:
 class c_alignment : public c_facade {
 public:
     using c_facade::c_facade;
-    BINDING_ATTR_TEXT(horizontal)
-    BINDING_ATTR_TEXT(vertical)
+    BINDING_ATTR_ENUM(e_horizontal_alignment, horizontal)
+    BINDING_ATTR_ENUM(e_vertical_alignment, vertical)
     BINDING_ATTR_BOOL(wrapText)
     BINDING_ATTR_U32(indent)
     BINDING_ATTR_U32(textRotation)

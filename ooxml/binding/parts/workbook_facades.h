@@ -10,7 +10,7 @@ public:
     using c_facade::c_facade;
     BINDING_ATTR_TEXT(name)
     BINDING_ATTR_U32(sheetId)
-    BINDING_ATTR_TEXT(state)
+    BINDING_ATTR_ENUM(e_sheet_state, state)
     BINDING_ATTR_TEXT(id) // r:id
 };
 

@@ -79,7 +79,7 @@ public:
     using c_facade::c_facade;
     BINDING_ATTR_U32(paperSize)
     BINDING_ATTR_U32(scale)
-    BINDING_ATTR_TEXT(orientation)
+    BINDING_ATTR_ENUM(e_orientation, orientation)
     BINDING_ATTR_U32(fitToWidth)
     BINDING_ATTR_U32(fitToHeight)
 };
