@@ -23,6 +23,12 @@ public:
     const s_schema_set &set() const { return _set; }
     // Reads the element at the current start tag into `node` (whose type is set).
     lmx::elmx_error read_element(c_node &node);
+    // Reads attribute `i` of the current start tag into `node` (checked, kept or dropped).
+    lmx::elmx_error read_attribute(c_node &node, size_t i);
+    // Reads the child at the current start tag of an element of `parent`'s
+    // (complex) type into `c`: bound, hand-made or raw; `skipped` when the
+    // part's tolerance left it out.
+    lmx::elmx_error read_child(c_node &parent, c_child &c, bool &skipped);
     // Stops the read with `code` about `name`.
     lmx::elmx_error fail(lmx::elmx_error code, std::string_view name, int line);
     // Whether the current start tag is kept raw (alternate content or an ignorable namespace).
@@ -38,6 +44,8 @@ public:
 private:
     lmx::elmx_error read_attributes(c_node &node);
     lmx::elmx_error read_content(c_node &node);
+    lmx::elmx_error read_child(const s_complex_type *t, bool simple, bool any_slot, c_child &c,
+                               bool &skipped);
 
     lmx::c_xml_reader &_r;
     const s_schema_set &_set;

@@ -91,36 +91,41 @@ bool c_read_context::keep_foreign(size_t i, std::vector<s_foreign_attribute> &ou
     return true;
 }
 
+elmx_error c_read_context::read_attribute(c_node &node, size_t i) {
+    const lmx::s_attribute &a = _r.attribute(i);
+    const s_complex_type &t = _set.complex[node._type];
+    uint32_t k = 0;
+    for (; k < t.attr_count; ++k) {
+        const s_attribute_decl &d = _set.attrs[t.attr_first + k];
+        if (d.ns == a.ns && a.local == d.name) break;
+    }
+    if (k == t.attr_count) {
+        // Undeclared: another namespace's attribute is kept, an unqualified one dropped.
+        _dropped += !keep_foreign(i, node._foreign);
+        return lmx::ELMX_OK;
+    }
+    std::string_view v;
+    if (elmx_error e = _r.attribute_value(a, v)) return e;
+    const s_attribute_decl &d = _set.attrs[t.attr_first + k];
+    if (elmx_error e = lmx::validate(v, *_set.simple[d.simple].spec))
+        if (!_tolerant_values || !tolerated_value(v, *_set.simple[d.simple].spec, e))
+            return fail(e, a.qname, __LINE__);
+    // Attributes stay in declaration order.
+    auto at = node._attrs.begin();
+    while (at != node._attrs.end() && at->index < k) ++at;
+    node._attrs.insert(at, {k, std::string(v)});
+    return lmx::ELMX_OK;
+}
+
 elmx_error c_read_context::read_attributes(c_node &node) {
     if (node._type < 0) {
         for (size_t i = 0; i < _r.attribute_count(); ++i)
             _dropped += !keep_foreign(i, node._foreign);
         return lmx::ELMX_OK;
     }
+    for (size_t i = 0; i < _r.attribute_count(); ++i)
+        if (elmx_error e = read_attribute(node, i)) return e;
     const s_complex_type &t = _set.complex[node._type];
-    for (size_t i = 0; i < _r.attribute_count(); ++i) {
-        const lmx::s_attribute &a = _r.attribute(i);
-        uint32_t k = 0;
-        for (; k < t.attr_count; ++k) {
-            const s_attribute_decl &d = _set.attrs[t.attr_first + k];
-            if (d.ns == a.ns && a.local == d.name) break;
-        }
-        if (k == t.attr_count) {
-            // Undeclared: another namespace's attribute is kept, an unqualified one dropped.
-            _dropped += !keep_foreign(i, node._foreign);
-            continue;
-        }
-        std::string_view v;
-        if (elmx_error e = _r.attribute_value(a, v)) return e;
-        const s_attribute_decl &d = _set.attrs[t.attr_first + k];
-        if (elmx_error e = lmx::validate(v, *_set.simple[d.simple].spec))
-            if (!_tolerant_values || !tolerated_value(v, *_set.simple[d.simple].spec, e))
-                return fail(e, a.qname, __LINE__);
-        // Attributes stay in declaration order.
-        auto at = node._attrs.begin();
-        while (at != node._attrs.end() && at->index < k) ++at;
-        node._attrs.insert(at, {k, std::string(v)});
-    }
     for (uint32_t k = 0; k < t.attr_count; ++k) {
         const s_attribute_decl &d = _set.attrs[t.attr_first + k];
         if (!d.required) continue;
@@ -135,6 +140,55 @@ elmx_error c_read_context::read_element(c_node &node) {
     note_scope();
     if (elmx_error e = read_attributes(node)) return e;
     return read_content(node);
+}
+
+elmx_error c_read_context::read_child(const s_complex_type *t, bool simple, bool any_slot,
+                                      c_child &c, bool &skipped) {
+    if (keep_raw()) {
+        c.kind = K_RAW;
+    } else {
+        int32_t decl = -1;
+        if (t)
+            for (uint32_t k = 0; k < t->elem_count; ++k) {
+                const s_element_decl &d = _set.elems[_set.elem_refs[t->elem_first + k]];
+                if (d.ns == _r.ns() && _r.local() == d.name) {
+                    decl = static_cast<int32_t>(_set.elem_refs[t->elem_first + k]);
+                    break;
+                }
+            }
+        if (decl < 0 && any_slot) {
+            c.kind = K_ANY;
+        } else if (decl < 0) {
+            if (simple || !_tolerant)
+                return fail(lmx::ELMX_BAD_END_OF_ELEMENT, _r.qname(), __LINE__);
+            ++_dropped;
+            skipped = true;
+            return _r.skip_element();
+        } else {
+            const s_element_decl &d = _set.elems[decl];
+            c.decl = decl;
+            if (is_extension_list(_set, d)) {
+                c.kind = K_RAW;
+            } else if (auto hand = d.complex >= 0 ? make_hand_made(_set, d.complex) : nullptr) {
+                c.kind = K_HAND;
+                if (elmx_error e = hand->unmarshal(*this)) return e;
+                c.hand = std::move(hand);
+            } else {
+                c.node = std::make_unique<c_node>(&_set, d.complex, d.simple);
+                if (elmx_error e = read_element(*c.node)) return e;
+            }
+        }
+    }
+    if (c.kind == K_RAW || c.kind == K_ANY) {
+        c.raw = std::make_unique<lmx::c_any_info>();
+        return _r.capture_element(*c.raw);
+    }
+    return lmx::ELMX_OK;
+}
+
+elmx_error c_read_context::read_child(c_node &parent, c_child &c, bool &skipped) {
+    const s_complex_type &t = _set.complex[parent._type];
+    return read_child(&t, false, has_any_slot(_set, t.particle), c, skipped);
 }
 
 elmx_error c_read_context::read_content(c_node &node) {
@@ -166,45 +220,9 @@ elmx_error c_read_context::read_content(c_node &node) {
         }
         // A start tag.
         c_child c;
-        if (keep_raw()) {
-            c.kind = K_RAW;
-        } else {
-            int32_t decl = -1;
-            if (t)
-                for (uint32_t k = 0; k < t->elem_count; ++k) {
-                    const s_element_decl &d = _set.elems[_set.elem_refs[t->elem_first + k]];
-                    if (d.ns == _r.ns() && _r.local() == d.name) {
-                        decl = static_cast<int32_t>(_set.elem_refs[t->elem_first + k]);
-                        break;
-                    }
-                }
-            if (decl < 0 && any_slot) {
-                c.kind = K_ANY;
-            } else if (decl < 0) {
-                if (simple || !_tolerant)
-                    return fail(lmx::ELMX_BAD_END_OF_ELEMENT, _r.qname(), __LINE__);
-                ++_dropped;
-                if (elmx_error e = _r.skip_element()) return e;
-                continue;
-            } else {
-                const s_element_decl &d = _set.elems[decl];
-                c.decl = decl;
-                if (is_extension_list(_set, d)) {
-                    c.kind = K_RAW;
-                } else if (auto hand = d.complex >= 0 ? make_hand_made(_set, d.complex) : nullptr) {
-                    c.kind = K_HAND;
-                    if (elmx_error e = hand->unmarshal(*this)) return e;
-                    c.hand = std::move(hand);
-                } else {
-                    c.node = std::make_unique<c_node>(&_set, d.complex, d.simple);
-                    if (elmx_error e = read_element(*c.node)) return e;
-                }
-            }
-        }
-        if (c.kind == K_RAW || c.kind == K_ANY) {
-            c.raw = std::make_unique<lmx::c_any_info>();
-            if (elmx_error e = _r.capture_element(*c.raw)) return e;
-        }
+        bool skipped = false;
+        if (elmx_error e = read_child(t, simple, any_slot, c, skipped)) return e;
+        if (skipped) continue;
         node._children.push_back(std::move(c));
     }
     if (simple) {

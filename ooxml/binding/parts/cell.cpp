@@ -1,6 +1,8 @@
-// Reading and writing the hand-made cell.  The cell is read by the generic
-// engine into a scratch node (so the schema's checks and tolerance rules are
-// the same as for any element), then the common fields are moved out.
+// Reading and writing the hand-made cell.  Attributes r, s, t in their plain
+// forms and a bare v go straight into the fields; any other attribute or
+// form, and every other child, goes through the generic engine into the
+// rest node, so the schema's checks and tolerance rules are the same as for
+// any element.
 #include <cstring>
 
 #include "ooxml/binding/parts/cell.h"
@@ -50,8 +52,7 @@ void append_cell_ref(std::string &out, uint32_t row, uint32_t col) {
 }
 
 c_cell::c_cell(const c_cell &o)
-    : c_hand_made(), _set(o._set), _type(o._type), _row(o._row), _col(o._col), _s(o._s),
-      _flags(o._flags), _t(o._t), _v(o._v),
+    : _row(o._row), _col(o._col), _s(o._s), _type(o._type), _flags(o._flags), _t(o._t), _v(o._v),
       _rest(o._rest ? std::make_unique<c_node>(*o._rest) : nullptr) {}
 
 std::string_view c_cell::get_t() const { return _t ? k_types[_t - 1] : "n"; }
@@ -66,50 +67,100 @@ bool c_cell::set_t(std::string_view t) {
 }
 
 c_node &c_cell::make_rest() {
-    if (!_rest) _rest = std::make_unique<c_node>(_set, _type, -1);
+    if (!_rest) _rest = std::make_unique<c_node>(&set(), _type, -1);
     return *_rest;
 }
 
-lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
-    auto node = std::make_unique<c_node>(_set, _type, -1);
-    if (lmx::elmx_error e = ctx.read_element(*node)) return e;
-    // Attributes r, s, t in their plain forms move into the fields; any other form stays in the
-    // node.
-    for (auto it = node->_attrs.begin(); it != node->_attrs.end();) {
-        const char *name = _set->attrs[node->complex().attr_first + it->index].name;
-        bool moved = false;
-        if (std::strcmp(name, "r") == 0) {
-            moved = parse_cell_ref(it->value, _row, _col);
-            _flags |= moved ? HAS_R : 0;
-        } else if (std::strcmp(name, "s") == 0) {
-            moved = parse_canonical_u32(it->value, _s);
-            _flags |= moved ? HAS_S : 0;
-        } else if (std::strcmp(name, "t") == 0) {
-            moved = set_t(it->value);
-        }
-        it = moved ? node->_attrs.erase(it) : it + 1;
-    }
-    for (auto it = node->_children.begin(); it != node->_children.end(); ++it)
-        if (it->kind == K_NODE && std::strcmp(_set->elems[it->decl].name, "v") == 0 &&
-            it->node->_foreign.empty()) {
-            _v = std::move(it->node->_text);
+lmx::elmx_error c_cell::read_v(c_read_context &ctx) {
+    lmx::c_xml_reader &r = ctx.reader();
+    for (;;) {
+        const int ev = r.next();
+        if (ev == lmx::EV_TEXT) {
+            _v.append(r.text());
+        } else if (ev == lmx::EV_END) {
             _flags |= HAS_V;
-            node->_children.erase(it);
-            break;
+            return lmx::ELMX_OK;
+        } else if (ev == lmx::EV_START) {
+            return ctx.fail(lmx::ELMX_BAD_END_OF_ELEMENT, r.qname(), __LINE__);
+        } else {
+            return ev == lmx::EV_ERROR ? r.error()
+                                       : ctx.fail(lmx::ELMX_UNEXPECTED_EOM, "v", __LINE__);
         }
-    if (!node->_attrs.empty() || !node->_foreign.empty() || !node->_children.empty())
-        _rest = std::move(node);
-    return lmx::ELMX_OK;
+    }
+}
+
+lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
+    lmx::c_xml_reader &r = ctx.reader();
+    const s_schema_set &st = set();
+    const s_complex_type &type = st.complex[_type];
+    ctx.note_scope();
+    for (size_t i = 0; i < r.attribute_count(); ++i) {
+        const lmx::s_attribute &a = r.attribute(i);
+        if (a.ns == lmx::NS_NONE && a.local.size() == 1) {
+            std::string_view v;
+            if (lmx::elmx_error e = r.attribute_value(a, v)) return e;
+            if (a.local == "r" && parse_cell_ref(v, _row, _col)) {
+                _flags |= HAS_R;
+                continue;
+            }
+            if (a.local == "s" && parse_canonical_u32(v, _s)) {
+                _flags |= HAS_S;
+                continue;
+            }
+            if (a.local == "t" && set_t(v)) continue;
+        }
+        if (lmx::elmx_error e = ctx.read_attribute(make_rest(), i)) return e;
+    }
+    // The content model is a sequence of optional single elements (f, v,
+    // is, extLst): each child must come after the one before it.
+    uint32_t next_rank = 0;
+    auto in_order = [&](int32_t decl) {
+        for (uint32_t k = next_rank; k < type.elem_count; ++k)
+            if (static_cast<int32_t>(st.elem_refs[type.elem_first + k]) == decl) {
+                next_rank = k + 1;
+                return true;
+            }
+        return false;
+    };
+    int32_t v_index = -1;
+    for (uint32_t k = 0; k < type.elem_count && v_index < 0; ++k)
+        if (std::strcmp(st.elems[st.elem_refs[type.elem_first + k]].name, "v") == 0)
+            v_index = static_cast<int32_t>(st.elem_refs[type.elem_first + k]);
+    const s_element_decl &v_decl = st.elems[v_index];
+    for (;;) {
+        const int ev = r.next();
+        if (ev == lmx::EV_END) return lmx::ELMX_OK;
+        if (ev == lmx::EV_ERROR) return r.error();
+        if (ev == lmx::EV_END_OF_INPUT) return ctx.fail(lmx::ELMX_UNEXPECTED_EOM, "c", __LINE__);
+        if (ev == lmx::EV_TEXT) {
+            if (!r.text_is_space()) return ctx.fail(lmx::ELMX_BAD_END_OF_ELEMENT, "c", __LINE__);
+            continue;
+        }
+        if (r.ns() == v_decl.ns && r.local() == v_decl.name && r.attribute_count() == 0 &&
+            r.declaration_count() == 0) {
+            if (!in_order(v_index)) return ctx.fail(lmx::ELMX_BAD_END_OF_ELEMENT, "v", __LINE__);
+            if (lmx::elmx_error e = read_v(ctx)) return e;
+            continue;
+        }
+        c_child c;
+        bool skipped = false;
+        if (lmx::elmx_error e = ctx.read_child(make_rest(), c, skipped)) return e;
+        if (skipped) continue;
+        if ((c.kind == K_NODE || c.kind == K_HAND) && !in_order(c.decl))
+            return ctx.fail(lmx::ELMX_BAD_END_OF_ELEMENT, st.elems[c.decl].name, __LINE__);
+        _rest->_children.push_back(std::move(c));
+    }
 }
 
 void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const {
     lmx::c_xml_writer &w = ctx.writer();
     w.start_element(ctx.ns(ns), name);
     // Declared order: r, s, t, then the rest (cm, vm, ph), then foreign ones.
-    const s_complex_type &t = _set->complex[_type];
+    const s_schema_set &st = set();
+    const s_complex_type &t = st.complex[_type];
     auto rank_of = [&](const char *attr) {
         for (uint32_t k = 0; k < t.attr_count; ++k)
-            if (std::strcmp(_set->attrs[t.attr_first + k].name, attr) == 0) return k;
+            if (std::strcmp(st.attrs[t.attr_first + k].name, attr) == 0) return k;
         return t.attr_count;
     };
     std::string ref;
@@ -118,7 +169,7 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
     auto flush_rest_before = [&](uint32_t rank) {
         for (; _rest && next_rest < _rest->_attrs.size() && _rest->_attrs[next_rest].index < rank;
              ++next_rest) {
-            const s_attribute_decl &d = _set->attrs[t.attr_first + _rest->_attrs[next_rest].index];
+            const s_attribute_decl &d = st.attrs[t.attr_first + _rest->_attrs[next_rest].index];
             w.attribute(ctx.ns(d.ns), d.name, _rest->_attrs[next_rest].value);
         }
     };
@@ -143,8 +194,7 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
     };
     if (_rest)
         for (const c_child &c : _rest->_children) {
-            if (!v_done && c.decl >= 0 && std::strcmp(_set->elems[c.decl].name, "f") != 0)
-                write_v();
+            if (!v_done && c.decl >= 0 && std::strcmp(st.elems[c.decl].name, "f") != 0) write_v();
             ctx.write_child(c);
         }
     if (!v_done) write_v();

@@ -1,7 +1,8 @@
 // The cell, made by hand: a worksheet holds millions, so the common cell
-// (reference, style, type, value) is kept in a few plain fields, and
-// anything rarer (formula, inline string, other attributes, foreign
-// content) in a generic node beside it, created only when present.
+// (reference, style, type, value) is kept in a few plain fields read
+// straight from the XML, and anything rarer (formula, inline string, other
+// attributes, foreign content) in a generic node beside it, created only
+// when present.  Cells live by value in their row (see row.h).
 #pragma once
 
 #include <cstdint>
@@ -13,14 +14,22 @@
 
 namespace binding {
 
-class c_cell : public c_hand_made {
+class c_cell {
 public:
-    explicit c_cell(const s_schema_set &set, int32_t type) : _set(&set), _type(type) {}
+    explicit c_cell(const s_schema_set &set, int32_t type)
+        : _type(static_cast<uint16_t>(type)), _flags(&set == &k_strict ? STRICT : 0) {}
     c_cell(const c_cell &o);
+    c_cell &operator=(const c_cell &o) {
+        c_cell t(o);
+        return *this = std::move(t);
+    }
+    c_cell(c_cell &&) noexcept = default;
+    c_cell &operator=(c_cell &&) noexcept = default;
 
-    std::unique_ptr<c_hand_made> clone() const override { return std::make_unique<c_cell>(*this); }
-    lmx::elmx_error unmarshal(c_read_context &ctx) override;
-    void marshal(c_write_context &ctx, int ns, std::string_view name) const override;
+    // At the start tag; consumes up to and including the end tag.
+    lmx::elmx_error unmarshal(c_read_context &ctx);
+    void marshal(c_write_context &ctx, int ns, std::string_view name) const;
+    const s_schema_set &set() const { return _flags & STRICT ? k_strict : k_transitional; }
 
     // r: zero-based row and column, present or not.
     bool isset_r() const { return _flags & HAS_R; }
@@ -31,7 +40,7 @@ public:
         _col = col;
         _flags |= HAS_R;
     }
-    void unset_r() { _flags &= ~HAS_R; }
+    void unset_r() { _flags &= static_cast<uint8_t>(~HAS_R); }
     // s: style index, default 0.
     uint32_t get_s() const { return _s; }
     bool isset_s() const { return _flags & HAS_S; }
@@ -41,7 +50,7 @@ public:
     }
     void unset_s() {
         _s = 0;
-        _flags &= ~HAS_S;
+        _flags &= static_cast<uint8_t>(~HAS_S);
     }
     // t: the cell type's text ("n" by default).
     std::string_view get_t() const;
@@ -58,7 +67,7 @@ public:
     }
     void unset_v() {
         _v.clear();
-        _flags &= ~HAS_V;
+        _flags &= static_cast<uint8_t>(~HAS_V);
     }
     // Everything else of the cell (f, is, extLst, cm, vm, ph, foreign
     // attributes) in a generic node of the cell's type; null when none.
@@ -67,11 +76,12 @@ public:
     c_node &make_rest();
 
 private:
-    enum : uint8_t { HAS_R = 1, HAS_S = 2, HAS_V = 4 };
-    const s_schema_set *_set;
-    int32_t _type;
+    enum : uint8_t { HAS_R = 1, HAS_S = 2, HAS_V = 4, STRICT = 8 };
+    lmx::elmx_error read_v(c_read_context &ctx);
+
     uint32_t _row = 0, _col = 0, _s = 0;
-    uint8_t _flags = 0;
+    uint16_t _type; // CT_Cell in the set
+    uint8_t _flags;
     uint8_t _t = 0; // 1 + index in the type table, 0 when absent
     std::string _v;
     std::unique_ptr<c_node> _rest;

@@ -14,10 +14,11 @@
 
 namespace binding {
 
-class c_facade {
+// N is the generic node, or a hand-made class answering the same attribute calls.
+template <class N> class c_facade_of {
 public:
-    explicit c_facade(c_node *n = nullptr) : _n(n) {}
-    c_node *node() const { return _n; }
+    explicit c_facade_of(N *n = nullptr) : _n(n) {}
+    N *node() const { return _n; }
     explicit operator bool() const { return _n != nullptr; }
 
 protected:
@@ -48,8 +49,10 @@ protected:
         c_node *c = _n->child(name);
         return c ? c : _n->append(name);
     }
-    c_node *_n;
+    N *_n;
 };
+
+using c_facade = c_facade_of<c_node>;
 
 // Accessors of an attribute kept as text, as an unsigned, a double or a boolean.
 #define BINDING_ATTR_TEXT(x)                                                                       \

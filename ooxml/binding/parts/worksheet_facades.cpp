@@ -1,38 +1,41 @@
-// The cells of a row: hand-made children of the row's node.
+// The rows of the sheet data: hand-made children of its node.
 #include "ooxml/binding/parts/worksheet_facades.h"
 
 #include <memory>
 
 namespace binding {
 
-size_t c_row::size_c() const {
+size_t c_sheet_data::size_row() const {
+    const int32_t d = _n->decl_of("row");
     size_t n = 0;
-    for (const c_child &c : _n->_children) n += c.kind == K_HAND;
+    for (const c_child &c : _n->_children) n += c.kind == K_HAND && c.decl == d;
     return n;
 }
 
-c_cell &c_row::get_c(size_t i) {
+c_row c_sheet_data::get_row(size_t i) const {
+    const int32_t d = _n->decl_of("row");
     for (c_child &c : _n->_children)
-        if (c.kind == K_HAND && i-- == 0) return static_cast<c_cell &>(*c.hand);
-    while (i-- > 0) append_c();
-    return append_c();
+        if (c.kind == K_HAND && c.decl == d && i-- == 0)
+            return c_row(static_cast<c_row_data *>(c.hand.get()));
+    return c_row();
 }
 
-c_cell &c_row::append_c() {
-    const int32_t d = _n->decl_of("c");
+c_row c_sheet_data::append_row() {
+    const int32_t d = _n->decl_of("row");
     c_child c;
     c.kind = K_HAND;
     c.decl = d;
-    c.hand = std::make_unique<c_cell>(*_n->set(), _n->set()->elems[d].complex);
-    // Cells come before the row's other elements (its extension list).
+    c.hand = std::make_unique<c_row_data>(*_n->set(), _n->set()->elems[d].complex);
+    // Rows come before the sheet data's other elements (kept raw content).
     auto at = _n->_children.begin();
     while (at != _n->_children.end() && (at->kind == K_HAND || at->decl < 0)) ++at;
-    return static_cast<c_cell &>(*_n->_children.insert(at, std::move(c))->hand);
+    return c_row(static_cast<c_row_data *>(_n->_children.insert(at, std::move(c))->hand.get()));
 }
 
-void c_row::delete_c(size_t i) {
+void c_sheet_data::delete_row(size_t i) {
+    const int32_t d = _n->decl_of("row");
     for (auto it = _n->_children.begin(); it != _n->_children.end(); ++it)
-        if (it->kind == K_HAND && i-- == 0) {
+        if (it->kind == K_HAND && it->decl == d && i-- == 0) {
             _n->_children.erase(it);
             return;
         }

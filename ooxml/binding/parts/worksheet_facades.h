@@ -3,13 +3,18 @@
 #pragma once
 
 #include "ooxml/binding/parts/facade.h"
+#include "ooxml/binding/parts/row.h"
 
 namespace binding {
 
-class c_row : public c_facade {
+class c_row : public c_facade_of<c_row_data> {
 public:
-    using c_facade::c_facade;
-    BINDING_ATTR_U32(r)
+    using c_facade_of::c_facade_of;
+    uint32_t get_r() const { return _n->isset_r() ? _n->get_r() : u32_of("r"); }
+    void set_r(uint32_t r) { _n->set_r(r); }
+    bool isset_r() const { return _n->isset_r() || _n->attribute("r"); }
+    void unset_r() { _n->unset_r(); }
+    BINDING_ATTR_TEXT(spans)
     BINDING_ATTR_U32(s)
     BINDING_ATTR_DOUBLE(ht)
     BINDING_ATTR_BOOL(hidden)
@@ -17,16 +22,23 @@ public:
     BINDING_ATTR_BOOL(customFormat)
     BINDING_ATTR_U32(outlineLevel)
     // Cells, in order.  get_c past the end appends default cells up to the index.
-    size_t size_c() const;
-    c_cell &get_c(size_t i);
-    c_cell &append_c();
-    void delete_c(size_t i);
+    size_t size_c() const { return _n->cells().size(); }
+    c_cell &get_c(size_t i) {
+        while (i >= _n->cells().size()) append_c();
+        return _n->cells()[i];
+    }
+    c_cell &append_c() { return _n->insert_cell(_n->cells().size()); }
+    void delete_c(size_t i) { _n->erase_cell(i); }
 };
 
+// The rows are hand-made children of the sheet data.
 class c_sheet_data : public c_facade {
 public:
     using c_facade::c_facade;
-    BINDING_MULTI(c_row, row)
+    size_t size_row() const;
+    c_row get_row(size_t i) const;
+    c_row append_row();
+    void delete_row(size_t i);
 };
 
 class c_col : public c_facade {

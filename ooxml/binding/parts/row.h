@@ -1,0 +1,65 @@
+// The row, made by hand: its cells by value in one array, its number and
+// spans in plain fields, and anything rarer (other attributes, foreign
+// attributes, extension lists, kept raw content) in a generic node beside
+// it, created only when present.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ooxml/binding/parts/cell.h"
+
+namespace binding {
+
+class c_row_data : public c_hand_made {
+public:
+    c_row_data(const s_schema_set &set, int32_t type)
+        : _type(static_cast<uint16_t>(type)), _flags(&set == &k_strict ? STRICT : 0) {}
+    c_row_data(const c_row_data &o);
+
+    std::unique_ptr<c_hand_made> clone() const override {
+        return std::make_unique<c_row_data>(*this);
+    }
+    lmx::elmx_error unmarshal(c_read_context &ctx) override;
+    void marshal(c_write_context &ctx, int ns, std::string_view name) const override;
+    const s_schema_set &set() const { return _flags & STRICT ? k_strict : k_transitional; }
+
+    // r: the one-based row number.
+    bool isset_r() const { return _flags & HAS_R; }
+    uint32_t get_r() const { return _r; }
+    void set_r(uint32_t r);
+    void unset_r();
+
+    // The other declared attributes by name, as a generic node answers them.
+    const std::string *attribute(std::string_view name) const;
+    std::string_view attribute_or_default(std::string_view name) const;
+    bool set_attribute(std::string_view name, std::string value);
+    bool unset_attribute(std::string_view name);
+
+    std::vector<c_cell> &cells() { return _cells; }
+    const std::vector<c_cell> &cells() const { return _cells; }
+    // A new default cell at `at`.
+    c_cell &insert_cell(size_t at);
+    void erase_cell(size_t at);
+
+private:
+    enum : uint8_t { HAS_R = 1, HAS_SPANS = 2, STRICT = 4 };
+    // Children other than cells, each with the number of cells before it.
+    struct s_rest {
+        c_node node;
+        std::vector<size_t> cells_before;
+    };
+    s_rest &make_rest();
+
+    uint32_t _r = 0;
+    uint16_t _type; // CT_Row in the set
+    uint8_t _flags;
+    std::string _spans;
+    std::vector<c_cell> _cells;
+    std::unique_ptr<s_rest> _rest;
+};
+
+} // namespace binding
