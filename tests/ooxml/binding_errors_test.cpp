@@ -52,6 +52,28 @@ TEST(Binding, CraftedPartsGiveTheirCodes) {
         {PART_WORKSHEET,
          wrap("worksheet", "<sheetData><row/><bogus><x/></bogus></sheetData><bogus/>"),
          lmx::ELMX_OK, ""},
+        // The hand-made row and cell: their order checks, and kept content where it stood.
+        {PART_WORKSHEET,
+         wrap("worksheet", "<sheetData><row><c><v>1</v><f>A1</f></c></row></sheetData>"),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "f"},
+        {PART_WORKSHEET,
+         wrap("worksheet", "<sheetData><row><c><v>1</v><v>2</v></c></row></sheetData>"),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "v"},
+        {PART_WORKSHEET, wrap("worksheet", "<sheetData><row><c>1</c></row></sheetData>"),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "c"},
+        {PART_WORKSHEET, wrap("worksheet", "<sheetData><row><c><v><b/></v></c></row></sheetData>"),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "b"},
+        {PART_WORKSHEET, wrap("worksheet", "<sheetData><row><extLst/><c/></row></sheetData>"),
+         lmx::ELMX_BAD_END_OF_ELEMENT, "c"},
+        {PART_WORKSHEET,
+         wrap("worksheet",
+              "<sheetData><row r=\"2\" spans=\"1:3\" s=\"4\" customFormat=\"1\" mc:x=\"1\">"
+              "<c r=\"A2\" cm=\"1\"><f>B2</f><v>3</v></c><mc:AlternateContent><mc:Fallback/>"
+              "</mc:AlternateContent><c r=\"B2\" t=\"e\"><v>#N/A</v><is><t>x</t></is></c>"
+              "<c r=\"XFD1048576\" s=\"0\"><v mc:y=\"1\">2</v></c>"
+              "<extLst><ext uri=\"{X}\"/></extLst></row><row r=\"01\"/></sheetData>",
+              " xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\""),
+         lmx::ELMX_OK, "", true},
         {PART_STYLESHEET, wrap("styleSheet", "<bogus/>"), lmx::ELMX_BAD_END_OF_ELEMENT, "bogus"},
         {PART_STYLESHEET, wrap("styleSheet", "<fonts><font><b val=\"maybe\"/></font></fonts>"),
          lmx::ELMX_VALUE_BAD_FORMAT, "val"},

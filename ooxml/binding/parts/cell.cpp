@@ -164,7 +164,9 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
         return t.attr_count;
     };
     std::string ref;
-    const uint32_t ranks[3] = {rank_of("r"), rank_of("s"), rank_of("t")};
+    // Without a rest node nothing comes between the fields: no search for their places.
+    const uint32_t ranks[3] = {_rest ? rank_of("r") : 0, _rest ? rank_of("s") : 0,
+                               _rest ? rank_of("t") : 0};
     size_t next_rest = 0;
     auto flush_rest_before = [&](uint32_t rank) {
         for (; _rest && next_rest < _rest->_attrs.size() && _rest->_attrs[next_rest].index < rank;

@@ -194,9 +194,9 @@ void c_row_data::marshal(c_write_context &ctx, int ns, std::string_view name) co
             w.attribute(ctx.ns(d.ns), d.name, v.value);
         }
     };
-    flush_rest_before(attribute_rank(st, _type, "r"));
+    if (_rest) flush_rest_before(attribute_rank(st, _type, "r"));
     if (_flags & HAS_R) w.attribute(lmx::NS_NONE, "r", static_cast<uint64_t>(_r));
-    flush_rest_before(attribute_rank(st, _type, "spans"));
+    if (_rest) flush_rest_before(attribute_rank(st, _type, "spans"));
     if (_flags & HAS_SPANS) w.attribute(lmx::NS_NONE, "spans", _spans);
     flush_rest_before(t.attr_count);
     if (_rest) ctx.write_foreign(_rest->node._foreign);
