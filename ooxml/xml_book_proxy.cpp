@@ -54,7 +54,7 @@ template <class C> bool XMLBookProxy<C>::load(const C *filename) {
     try {
         if (_impl->load(filename)) return true;
         IBookT<C> *first = _impl;
-        _impl = _factory.create(!_factory.isNormal(first));
+        _impl = _factory.create(_factory.isNormal(first));
         const bool loaded = _impl->load(filename);
         if (loaded || _factory.loadProgress(first) <= _factory.loadProgress(_impl)) {
             first->release();

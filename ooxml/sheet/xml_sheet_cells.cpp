@@ -9,6 +9,7 @@ template <class C>
 XMLSheetCellsT<C>::XMLSheetCellsT(SheetServicesT<C> &book, binding::e_edition edition)
     : _book(&book) {
     _document.create(edition, binding::PART_WORKSHEET);
+    _document.root().append("sheetData");
 }
 
 template <class C>
