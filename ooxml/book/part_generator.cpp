@@ -7,8 +7,8 @@
 namespace tabrix {
 
 template <class C> bool XGenerator<C>::isWorkbookType(const std::wstring &type) {
-    return type == pkg::kCtWorkbook || type == pkg::kCtWorkbookMacro ||
-           type == pkg::kCtTemplate || type == pkg::kCtTemplateMacro;
+    return type == pkg::kCtWorkbook || type == pkg::kCtWorkbookMacro || type == pkg::kCtTemplate ||
+           type == pkg::kCtTemplateMacro;
 }
 
 template <class C>

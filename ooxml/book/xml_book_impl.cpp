@@ -80,9 +80,10 @@ template <class C> void XMLBookImplT<C>::erasePart(const std::wstring &name) {
 }
 
 template <class C> std::wstring XMLBookImplT<C>::relType(const wchar_t *kind) const {
-    std::wstring root = edition() == binding::STRICT
-                            ? L"http://purl.oclc.org/ooxml/officeDocument/relationships/"
-                            : L"http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+    std::wstring root =
+        edition() == binding::STRICT
+            ? L"http://purl.oclc.org/ooxml/officeDocument/relationships/"
+            : L"http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
     return root + kind;
 }
 
@@ -105,8 +106,10 @@ template <class C> SharedStrings &XMLBookImplT<C>::sharedStrings() {
     auto part = std::make_unique<SharedStrings>(edition());
     const std::wstring dir = FileUtil::getDir(_workbookPart);
     std::wstring name = dir + L"/sharedStrings.xml";
-    if (_parts.count(name)) name = addFile(part.get(), dir + L"/sharedStrings", L"xml");
-    else storePart(name, part.get());
+    if (_parts.count(name))
+        name = addFile(part.get(), dir + L"/sharedStrings", L"xml");
+    else
+        storePart(name, part.get());
     _sharedStrings = part.release();
     _contentTypes->addOverride(name, pkg::kCtSharedStrings);
     _workbookRels->addRelation(relType(L"sharedStrings"), name.substr(dir.size() + 1));
@@ -118,8 +121,10 @@ template <class C> Styles<C> &XMLBookImplT<C>::styles() {
     auto part = std::make_unique<Styles<C>>(edition(), _utf8);
     const std::wstring dir = FileUtil::getDir(_workbookPart);
     std::wstring name = dir + L"/styles.xml";
-    if (_parts.count(name)) name = addFile(part.get(), dir + L"/styles", L"xml");
-    else storePart(name, part.get());
+    if (_parts.count(name))
+        name = addFile(part.get(), dir + L"/styles", L"xml");
+    else
+        storePart(name, part.get());
     _styles = part.release();
     if (_contentTypes) _contentTypes->addOverride(name, pkg::kCtStyles);
     if (_workbookRels) _workbookRels->addRelation(relType(L"styles"), name.substr(dir.size() + 1));
@@ -172,8 +177,8 @@ double XMLBookImplT<C>::datePack(int year, int month, int day, int hour, int min
 }
 
 template <class C>
-bool XMLBookImplT<C>::dateUnpack(double value, int *year, int *month, int *day, int *hour,
-                                 int *min, int *sec, int *msec) {
+bool XMLBookImplT<C>::dateUnpack(double value, int *year, int *month, int *day, int *hour, int *min,
+                                 int *sec, int *msec) {
     return tabrix::dateUnpack(isDate1904(), value, year, month, day, hour, min, sec, msec);
 }
 

@@ -61,7 +61,9 @@ public:
     void setActiveSheet(int index) override;
 
     // ---- styles, forwarded to the stylesheet part ----
-    IFormatT<C> *addFormat(IFormatT<C> *initFormat) override { return styles().addFormat(initFormat); }
+    IFormatT<C> *addFormat(IFormatT<C> *initFormat) override {
+        return styles().addFormat(initFormat);
+    }
     IFontT<C> *addFont(IFontT<C> *initFont) override { return styles().addFont(initFont); }
     int addCustomNumFormat(const C *text) override { return styles().addCustomNumFormat(text); }
     const C *customNumFormat(int fmt) override { return styles().customNumFormat(fmt); }

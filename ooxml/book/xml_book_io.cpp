@@ -103,7 +103,8 @@ template <class C> void XMLBookImplT<C>::readPackage(ZipReader &zip) {
         if (type.compare(0, 5, L"image") == 0)
             if (auto *bin = dynamic_cast<BinaryFile *>(stored)) addPictureInfo(name, bin);
     }
-    const std::wstring rels = _workbookPart.empty() ? std::wstring() : relationPath(_workbookPart, true);
+    const std::wstring rels =
+        _workbookPart.empty() ? std::wstring() : relationPath(_workbookPart, true);
     _workbookRels = rels.empty() ? nullptr : getXml<Relationships>(rels);
     if (!_workbookRels) throw tberror("workbook relationships not found");
     _sharedStrings = getXml<SharedStrings>(findTarget(L"sharedStrings"));

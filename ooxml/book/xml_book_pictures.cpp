@@ -95,7 +95,7 @@ template <class C> int XMLBookImplT<C>::addPicture2(const char *data, unsigned s
 }
 
 #define TABRIX_XML_BOOK_PICTURES(C)                                                                \
-    template void XMLBookImplT<C>::addPictureInfo(const std::wstring &, const BinaryFile *);      \
+    template void XMLBookImplT<C>::addPictureInfo(const std::wstring &, const BinaryFile *);       \
     template int XMLBookImplT<C>::getPicture(int, const char **, unsigned *);                      \
     template int XMLBookImplT<C>::addPicture(const C *);                                           \
     template int XMLBookImplT<C>::addPicture2(const char *, unsigned);

@@ -142,7 +142,8 @@ ISheetT<C> *XMLBookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *i
     storePart(path, sheet.get());
     XMLSheetImplT<C> *added = sheet.release();
     _contentTypes->addOverride(path, pkg::kCtWorksheet);
-    const std::wstring id = _workbookRels->addRelation(relType(L"worksheet"), path.substr(dir.size() + 1));
+    const std::wstring id =
+        _workbookRels->addRelation(relType(L"worksheet"), path.substr(dir.size() + 1));
 
     binding::c_node &list = sheets();
     binding::c_node *entry = list.append("sheet");
@@ -161,8 +162,7 @@ ISheetT<C> *XMLBookImplT<C>::insertSheet(int index, const C *name, ISheetT<C> *i
 
     // The copy refers to the same parts as its source.
     if (source && &source->owner() == this)
-        if (Relationships *rels = getRelationships(source))
-        {
+        if (Relationships *rels = getRelationships(source)) {
             auto *copy = new Relationships(*rels);
             copy->fillMap();
             storePart(relationPath(path, false), copy);

@@ -12,8 +12,9 @@ template <class C> class XMLSheetCellsT : public UnsupportedSheetT<C> {
 protected:
     XMLSheetCellsT(SheetServicesT<C> &book, binding::e_edition edition); // an empty worksheet
     XMLSheetCellsT(SheetServicesT<C> &book, binding::e_edition edition, const char *bytes,
-                   size_t size);                                      // throws tberror
-    XMLSheetCellsT(const XMLSheetCellsT &source, SheetServicesT<C> &book); // a copy for another place in a book
+                   size_t size); // throws tberror
+    XMLSheetCellsT(const XMLSheetCellsT &source,
+                   SheetServicesT<C> &book); // a copy for another place in a book
     binding::c_document &document();
     SheetServicesT<C> &book();
     void markDimensionsStale();

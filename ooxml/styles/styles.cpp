@@ -21,9 +21,7 @@ template <class C> IFontT<C> *Styles<C>::font(int) { throw tberror(kNotSupported
 template <class C> int Styles<C>::formatSize() { return 0; }
 template <class C> int Styles<C>::fontSize() { return 0; }
 template <class C> const C *Styles<C>::customNumFormat(int) { throw tberror(kNotSupportedYet); }
-template <class C> int Styles<C>::addCustomNumFormat(const C *) {
-    throw tberror(kNotSupportedYet);
-}
+template <class C> int Styles<C>::addCustomNumFormat(const C *) { throw tberror(kNotSupportedYet); }
 template <class C> const C *Styles<C>::defaultFont(int *) { throw tberror(kNotSupportedYet); }
 template <class C> void Styles<C>::setDefaultFont(const C *, int) {
     throw tberror(kNotSupportedYet);

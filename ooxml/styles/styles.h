@@ -13,8 +13,9 @@ namespace tabrix {
 
 template <class C> class Styles : public XFile {
 public:
-    Styles(binding::e_edition edition, bool utf8);                                 // default stylesheet of a new book
-    Styles(binding::e_edition edition, const char *bytes, size_t size, bool utf8); // a loaded part; throws tberror
+    Styles(binding::e_edition edition, bool utf8); // default stylesheet of a new book
+    Styles(binding::e_edition edition, const char *bytes, size_t size,
+           bool utf8); // a loaded part; throws tberror
     ~Styles() override;
     void save(std::string &out) override;
     IFormatT<C> *addFormat(IFormatT<C> *init);

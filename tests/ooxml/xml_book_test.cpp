@@ -94,18 +94,16 @@ Parts package(const std::vector<std::string> &sheetTargets, bool strict = false,
         overrides + "</Types>";
     p[L"/_rels/.rels"] = "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/"
                          "relationships\">" +
-                         rel(rns, "rId1", "officeDocument", "xl/workbook.xml") +
-                         "</Relationships>";
-    p[L"/xl/workbook.xml"] = "<workbook xmlns=\"" + main + "\" xmlns:r=\"" + rns +
-                             "\"><sheets>" + sheets + "</sheets>" + workbookBody +
-                             "</workbook>";
+                         rel(rns, "rId1", "officeDocument", "xl/workbook.xml") + "</Relationships>";
+    p[L"/xl/workbook.xml"] = "<workbook xmlns=\"" + main + "\" xmlns:r=\"" + rns + "\"><sheets>" +
+                             sheets + "</sheets>" + workbookBody + "</workbook>";
     p[L"/xl/_rels/workbook.xml.rels"] =
         "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/"
         "relationships\">" +
         rels + moreRels + "</Relationships>";
     for (const std::string &t : sheetTargets)
-        p[L"/xl/" + std::wstring(t.begin(), t.end())] = "<worksheet xmlns=\"" + main +
-                                                         "\"><sheetData/></worksheet>";
+        p[L"/xl/" + std::wstring(t.begin(), t.end())] =
+            "<worksheet xmlns=\"" + main + "\"><sheetData/></worksheet>";
     return p;
 }
 
@@ -139,9 +137,8 @@ TEST(XMLBook, Messages) {
     const Case cases[] = {
         {"getSheet past the end", [](Book &b) { return b->getSheet(2) != nullptr; }, false,
          "index is out of range"},
-        {"insert past the end",
-         [](Book &b) { return b->insertSheet(3, "x", nullptr) != nullptr; }, false,
-         "index is out of range"},
+        {"insert past the end", [](Book &b) { return b->insertSheet(3, "x", nullptr) != nullptr; },
+         false, "index is out of range"},
         {"name taken in another case",
          [](Book &b) { return b->addSheet("TWO", nullptr) != nullptr; }, false,
          "book already contains such sheet name"},
@@ -149,17 +146,16 @@ TEST(XMLBook, Messages) {
          [&](Book &b) {
              ISheetT<char> *s = b->addSheet(longName.c_str(), nullptr);
              return s && std::string(s->name()) == longName.substr(0, 31) &&
-                    b->addSheet(longName.c_str(), nullptr) == nullptr && s->setHidden(SHEETSTATE_HIDDEN) &&
-                    (s->setName(longName.c_str()), true);
+                    b->addSheet(longName.c_str(), nullptr) == nullptr &&
+                    s->setHidden(SHEETSTATE_HIDDEN) && (s->setName(longName.c_str()), true);
          },
          true, "warning: sheet's name is cut to 31 characters"},
-        {"rename to a name taken",
-         [](Book &b) { return b->getSheet(1)->setName("one"), false; }, false,
-         "book already contains such sheet name"},
+        {"rename to a name taken", [](Book &b) { return b->getSheet(1)->setName("one"), false; },
+         false, "book already contains such sheet name"},
         {"delete out of range", [](Book &b) { return b->delSheet(-1); }, false,
          "index is out of range"},
-        {"delete the last sheet", [](Book &b) { return b->delSheet(0) && b->delSheet(0); },
-         false, "can't remove the last sheet in workbook"},
+        {"delete the last sheet", [](Book &b) { return b->delSheet(0) && b->delSheet(0); }, false,
+         "can't remove the last sheet in workbook"},
         {"hide every sheet",
          [](Book &b) {
              return b->getSheet(0)->setHidden(SHEETSTATE_HIDDEN) &&
@@ -175,10 +171,10 @@ TEST(XMLBook, Messages) {
          false, "unknown picture format"},
         {"picture too short", [](Book &b) { return b->addPicture2("\x89PNG", 4) >= 0; }, false,
          "unknown picture format"},
-        {"picture file missing", [](Book &b) { return b->addPicture("/no/such.png") >= 0; },
-         false, "can't open file"},
-        {"picture index", [](Book &b) { return b->getPicture(0, nullptr, nullptr) != 255; },
-         false, "index is out of range"},
+        {"picture file missing", [](Book &b) { return b->addPicture("/no/such.png") >= 0; }, false,
+         "can't open file"},
+        {"picture index", [](Book &b) { return b->getPicture(0, nullptr, nullptr) != 255; }, false,
+         "index is out of range"},
         {"bad locale", [](Book &b) { return b->setLocale("no_such_LOCALE.xyz"); }, false,
          "setlocale error"},
         {"active sheet out of range", [](Book &b) { return b->setActiveSheet(5), false; }, false,
@@ -197,8 +193,7 @@ TEST(XMLBook, Messages) {
 // relations, ids, names and active tab of the saved package.
 TEST(XMLBook, SheetsInThePackage) {
     Book b;
-    ASSERT_TRUE(b.loadRaw(package({"worksheets/sheet1.xml", "worksheets/sheet7.xml"})))
-        << b.msg();
+    ASSERT_TRUE(b.loadRaw(package({"worksheets/sheet1.xml", "worksheets/sheet7.xml"}))) << b.msg();
     ISheetT<char> *added = b->addSheet("New", nullptr);
     ASSERT_NE(added, nullptr);
     Parts p = saved(b.b);
@@ -243,10 +238,10 @@ TEST(XMLBook, SheetsInThePackage) {
 // Whatever the book does not model survives; the calculation chain and
 // entries without a content type do not.
 TEST(XMLBook, PartsKeptAndDropped) {
-    Parts p = package({"worksheets/sheet1.xml"},
-                      false, "<definedNames><definedName name=\"a\">S1!$A$1</definedName>"
-                             "<definedName name=\"b\" localSheetId=\"1\">S2!$A$1</definedName>"
-                             "<definedName name=\"c\">S10!$A$1</definedName></definedNames>",
+    Parts p = package({"worksheets/sheet1.xml"}, false,
+                      "<definedNames><definedName name=\"a\">S1!$A$1</definedName>"
+                      "<definedName name=\"b\" localSheetId=\"1\">S2!$A$1</definedName>"
+                      "<definedName name=\"c\">S10!$A$1</definedName></definedNames>",
                       rel(kRel, "rId9", "calcChain", "calcChain.xml"));
     std::string &types = p[L"/[Content_Types].xml"];
     types.insert(types.size() - 8,
@@ -335,8 +330,10 @@ TEST(XMLBook, TemplateByExtension) {
         const char *file;
         bool isTemplate;
     };
-    const Case cases[] = {{false, "t.xltx", true}, {true, "t.xlsx", false},
-                          {true, "t.xlsm", false}, {true, "t.xltm", true}};
+    const Case cases[] = {{false, "t.xltx", true},
+                          {true, "t.xlsx", false},
+                          {true, "t.xlsm", false},
+                          {true, "t.xltm", true}};
     for (const Case &c : cases) {
         Book b;
         b->addSheet("a", nullptr);

@@ -45,7 +45,8 @@ std::string packageRoundTrip(const std::filesystem::path &file,
     if (!book.saveRaw(&bytes, &size)) return std::string("save: ") + book.errorMessage();
     if (!savedPath.empty()) {
         FILE *f = std::fopen(savedPath.string().c_str(), "wb");
-        if (!f || std::fwrite(bytes, 1, size, f) != size) return "can't write " + savedPath.string();
+        if (!f || std::fwrite(bytes, 1, size, f) != size)
+            return "can't write " + savedPath.string();
         std::fclose(f);
     }
     ZipReader savedZip(bytes, size);
@@ -72,4 +73,3 @@ std::string packageRoundTrip(const std::filesystem::path &file,
     if (again.sheetCount() != book.sheetCount()) return "sheet count";
     return "";
 }
-
