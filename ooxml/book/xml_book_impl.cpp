@@ -70,9 +70,14 @@ template <class C> void XMLBookImplT<C>::storePart(const std::wstring &name, XFi
     }
 }
 
+// The workbook, its relationships and the content types stay whatever a
+// package's relations say; an image part leaves the picture list with it.
 template <class C> void XMLBookImplT<C>::erasePart(const std::wstring &name) {
     auto it = _parts.find(name);
     if (it == _parts.end()) return;
+    if (it->second == this || it->second == _contentTypes || it->second == _workbookRels) return;
+    for (size_t i = _pictures.size(); i-- > 0;)
+        if (_pictures[i].file == it->second) _pictures.erase(_pictures.begin() + std::ptrdiff_t(i));
     if (it->second == _sharedStrings) _sharedStrings = nullptr;
     if (it->second == _styles) _styles = nullptr;
     if (it->second != this) delete it->second;

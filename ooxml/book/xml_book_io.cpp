@@ -67,6 +67,10 @@ template <class C> void XMLBookImplT<C>::loadPackage(ZipReader &zip) {
         // A root of the other edition fails with "element not found".
         if (std::strcmp(e.what(), lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND)) != 0)
             ++_loadProgress;
+        // What was read so far may lack the parts every operation needs;
+        // the book goes on as a new one.
+        clear();
+        newBook();
         throw;
     }
 }
@@ -87,7 +91,8 @@ template <class C> void XMLBookImplT<C>::readPackage(ZipReader &zip) {
         if (i == typesIndex) continue;
         const std::wstring name = zip.name(i);
         const std::wstring type = _contentTypes->contentType(name);
-        if (type.empty()) continue;
+        // Of entries whose names differ only in case the first one counts.
+        if (type.empty() || _parts.count(name)) continue;
         EntryBytes e(zip, i);
         if (XGenerator<C>::isWorkbookType(type)) {
             read(e.bytes, e.size);

@@ -286,6 +286,39 @@ TEST(XMLBook, PartsKeptAndDropped) {
     EXPECT_EQ(order.front(), L"/[Content_Types].XML");
 }
 
+// A sheet entry's part decides its type; only worksheets are handed out.
+TEST(XMLBook, SheetTypes) {
+    struct Case {
+        const char *contentType;
+        SheetType type;
+        const char *message; // of getSheet
+    };
+    const Case cases[] = {
+        {"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml",
+         SHEETTYPE_SHEET, "ok"},
+        {"application/vnd.openxmlformats-officedocument.spreadsheetml.chartsheet+xml",
+         SHEETTYPE_CHART, "sheet not found"},
+        {"application/vnd.openxmlformats-officedocument.spreadsheetml.dialogsheet+xml",
+         SHEETTYPE_UNKNOWN, "sheet not found"},
+    };
+    for (const Case &c : cases) {
+        Parts p = package({"worksheets/sheet1.xml", "other/sheet2.xml"});
+        std::string &types = p[L"/[Content_Types].xml"];
+        const std::string from = "/xl/other/sheet2.xml\" ContentType=\"";
+        const size_t at = types.find(from) + from.size();
+        types.replace(at, types.find('"', at) - at, c.contentType);
+        Book b;
+        ASSERT_TRUE(b.loadRaw(p)) << b.msg();
+        EXPECT_EQ(b->sheetCount(), 2);
+        EXPECT_EQ(b->sheetType(1), c.type) << c.contentType;
+        EXPECT_EQ(b->getSheet(1) != nullptr, c.type == SHEETTYPE_SHEET);
+        EXPECT_EQ(b.msg(), c.message);
+        // A new sheet's name does not collide with the part of another kind.
+        ASSERT_NE(b->addSheet("New", nullptr), nullptr);
+        EXPECT_TRUE(saved(b.b).count(L"/xl/worksheets/sheet3.xml"));
+    }
+}
+
 TEST(XMLBook, StrictPackages) {
     const std::string bytes = zip(package({"worksheets/sheet1.xml"}, true));
     Book raw;
