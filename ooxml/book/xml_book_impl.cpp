@@ -209,11 +209,11 @@ template <class C> void XMLBookImplT<C>::setDate1904(bool date1904) {
 }
 
 template <class C> bool XMLBookImplT<C>::isTemplate() {
-    return _contentTypes && _contentTypes->contentType(pkg::kWorkbookPart) == pkg::kCtTemplate;
+    return _contentTypes && _contentTypes->contentType(_workbookPart) == pkg::kCtTemplate;
 }
 
 template <class C> void XMLBookImplT<C>::setTemplate(bool tmpl) {
-    _contentTypes->addOverride(pkg::kWorkbookPart, tmpl ? pkg::kCtTemplate : pkg::kCtWorkbook);
+    _contentTypes->addOverride(_workbookPart, tmpl ? pkg::kCtTemplate : pkg::kCtWorkbook);
 }
 
 // "UTF-8" selects UTF-8 text; any other name is the process's C locale.

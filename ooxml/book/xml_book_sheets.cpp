@@ -56,7 +56,7 @@ template <class C> int XMLBookImplT<C>::sheetIndexOf(const XFile *sheet) {
 
 template <class C> binding::c_node &XMLBookImplT<C>::sheetEntry(const XFile *sheet) {
     const int index = sheetIndexOf(sheet);
-    if (index < 0) throw tberror("sheet doesn't have relationship with book");
+    if (index < 0) throw tberror("sheet doen't have relationship with book");
     return *sheets().child("sheet", size_t(index));
 }
 
