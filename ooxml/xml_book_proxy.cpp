@@ -1,37 +1,31 @@
 #include "ooxml/xml_book_proxy.h"
 
 #include "book/book_factory.h"
-#include "book/pending_book.h"
+#include "ooxml/book/xml_book_impl.h"
 
 namespace tabrix {
 
-const char *const kXMLUnavailable = "Open XML workbooks are not available yet";
-
 namespace {
 
-// Stands in for the Open XML implementation of one form until it exists.
-template <class C> class PendingXMLBookT : public PendingBookT<C> {
+template <class C> class XMLBookImplFactory : public XMLBookFactory<C> {
 public:
-    explicit PendingXMLBookT(bool strict) : PendingBookT<C>(kXMLUnavailable), _strict(strict) {}
-    bool strict() const { return _strict; }
-
-private:
-    bool _strict;
-};
-
-template <class C> class PendingXMLBookFactory : public XMLBookFactory<C> {
-public:
-    IBookT<C> *create(bool strict) override { return new FramedBookT<PendingXMLBookT<C>>(strict); }
+    IBookT<C> *create(bool strict) override {
+        return new XMLBookT<C>(strict ? binding::STRICT : binding::TRANSITIONAL);
+    }
     bool isNormal(IBookT<C> *book) override {
-        auto *pending = dynamic_cast<PendingXMLBookT<C> *>(book);
-        return pending && !pending->strict();
+        auto *impl = dynamic_cast<XMLBookImplT<C> *>(book);
+        return impl && impl->edition() == binding::TRANSITIONAL;
+    }
+    int loadProgress(IBookT<C> *book) override {
+        auto *impl = dynamic_cast<XMLBookImplT<C> *>(book);
+        return impl ? impl->loadProgress() : 0;
     }
 };
 
 } // namespace
 
 template <class C> XMLBookFactory<C> &defaultXMLBookFactory() {
-    static PendingXMLBookFactory<C> factory;
+    static XMLBookImplFactory<C> factory;
     return factory;
 }
 
@@ -53,16 +47,22 @@ template <class C> void XMLBookProxy<C>::switchTo(bool strict) {
     }
 }
 
-// One attempt in the current form, then one in the other; the proxy stays in
-// the form of the second attempt, so errorMessage tells why that one failed.
+// One attempt in the current form, then one in the other.  When both fail,
+// the attempt that got further stays, so that its message tells the real
+// cause rather than that the file is of the other form.
 template <class C> bool XMLBookProxy<C>::load(const C *filename) {
     try {
         if (_impl->load(filename)) return true;
-        if (isNormalMode())
-            switchToStrictMode();
-        else
-            switchToNormalMode();
-        return _impl->load(filename);
+        IBookT<C> *first = _impl;
+        _impl = _factory.create(_factory.isNormal(first));
+        const bool loaded = _impl->load(filename);
+        if (loaded || _factory.loadProgress(first) <= _factory.loadProgress(_impl)) {
+            first->release();
+            return loaded;
+        }
+        _impl->release();
+        _impl = first;
+        return false;
     } catch (...) {
         return false;
     }

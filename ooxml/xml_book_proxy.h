@@ -17,13 +17,13 @@ public:
     virtual IBookT<C> *create(bool strict) = 0;
     // Whether `book` is an implementation for Transitional packages.
     virtual bool isNormal(IBookT<C> *book) = 0;
+    // How far the last failed load of `book` got; of two failed attempts
+    // the further one tells the cause.
+    virtual int loadProgress(IBookT<C> *) { return 0; }
 };
 
-// The factory of this build: its implementations fail every load and save
-// with kXMLUnavailable.
+// The factory of this build: the Open XML book of each form.
 template <class C> XMLBookFactory<C> &defaultXMLBookFactory();
-
-extern const char *const kXMLUnavailable;
 
 template <class C> class XMLBookProxy : public IBookT<C> {
 public:

@@ -20,6 +20,7 @@ struct BookKind {
 
 inline const BookKind kBookKinds[] = {
     {"binary", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateBookA()); }},
+    {"xlsx", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateXMLBookA()); }},
 };
 
 // A test's name suffix: the kind's name.

@@ -11,6 +11,8 @@ usage: oracle.py READER PATH [utf8]
   xlrd-formulas   each formula cell as xlrd decompiles it: "sheet row col kind text"
   openpyxl-settings  the sheet states, print setup, views and names of an
                Open XML book, one setting a line
+  openpyxl-sheets     "SHEET name state" for each sheet of an Open XML book, in order
+  libreoffice-sheets  the same after LibreOffice has read the book and saved it again
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -182,8 +184,28 @@ def dump_settings():
         print('name', n)
 
 
+def dump_sheets(book_path):
+    import openpyxl
+    wb = openpyxl.load_workbook(book_path)
+    for ws in wb.worksheets:
+        print('SHEET', text(ws.title), ws.sheet_state)
+
+
+def dump_libreoffice_sheets():
+    out = tempfile.mkdtemp(prefix='oracle_lo_')
+    base = os.path.splitext(os.path.basename(path))[0]
+    subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
+                    '--convert-to', 'xlsx:Calc MS Excel 2007 XML', '--outdir', out + '/book', path],
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+    try:
+        dump_sheets(os.path.join(out, 'book', base + '.xlsx'))
+    finally:
+        subprocess.run(['rm', '-rf', out])
+
+
 try:
-    {'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
+    {'openpyxl-sheets': lambda: dump_sheets(path), 'libreoffice-sheets': dump_libreoffice_sheets,
+     'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
      'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings}[reader]()
 except Exception as e:

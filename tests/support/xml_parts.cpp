@@ -28,11 +28,11 @@ void makeProducerBooks(const fs::path &dir) {
         "/gnumeric.xlsx'");
     run("cd '" + g + "' && soffice --headless --norestore -env:UserInstallation=file://" + g +
         "/lo_profile --convert-to xlsx --outdir '" + g + "/lo' data.csv");
-    run("python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
+    run("/usr/bin/python3 -c \"import openpyxl, sys; b = openpyxl.Workbook(); s = b.active; "
         "s.append(['caf\xC3\xA9', 1.5, 'a<b & c>d']); s['A3'] = '=SUM(B1:B2)'; "
         "s.merge_cells('C1:D2'); b.save(sys.argv[1])\" '" +
         g + "/openpyxl.xlsx'");
-    run("python3 -c \"import xlsxwriter, sys; b = xlsxwriter.Workbook(sys.argv[1]); "
+    run("/usr/bin/python3 -c \"import xlsxwriter, sys; b = xlsxwriter.Workbook(sys.argv[1]); "
         "s = b.add_worksheet(); s.write(0, 0, 'x', b.add_format({'bold': 1})); "
         "s.write_formula(1, 0, '=1+2'); b.close()\" '" +
         g + "/xlsxwriter.xlsx'");

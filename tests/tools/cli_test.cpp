@@ -28,7 +28,8 @@ using tabrix::ISheetT;
 
 namespace {
 
-const char *const kPendingXml = "Open XML workbooks are not available yet";
+// Open XML cells come after the book itself; until then a conversion stops here.
+const char *const kPendingXml = "not supported yet";
 
 bool contains(const std::string &text, const std::string &part) {
     return text.find(part) != std::string::npos;

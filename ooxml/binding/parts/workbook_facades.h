@@ -45,9 +45,31 @@ public:
     BINDING_ATTR_U32(defaultThemeVersion)
 };
 
+class c_book_view : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_U32(activeTab)
+    BINDING_ATTR_U32(firstSheet)
+};
+
+class c_book_views : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_MULTI(c_book_view, workbookView)
+};
+
+class c_calc_pr : public c_facade {
+public:
+    using c_facade::c_facade;
+    BINDING_ATTR_BOOL(fullCalcOnLoad)
+    BINDING_ATTR_TEXT(refMode)
+};
+
 class c_workbook : public c_facade {
 public:
     using c_facade::c_facade;
+    BINDING_OPTIONAL(c_book_views, bookViews)
+    BINDING_OPTIONAL(c_calc_pr, calcPr)
     BINDING_OPTIONAL(c_workbook_pr, workbookPr)
     BINDING_OPTIONAL(c_sheets, sheets)
     BINDING_OPTIONAL(c_defined_names, definedNames)

@@ -1,0 +1,82 @@
+#include "ooxml/sheet/xml_sheet_impl.h"
+
+#include "book/text_result.h"
+#include "ooxml/binding/parts/worksheet_facades.h"
+#include "ooxml/book/xml_book_impl.h"
+#include "ooxml/package/flat_part.h"
+
+namespace tabrix {
+
+template <class C>
+XMLSheetImplT<C>::XMLSheetImplT(XMLBookImplT<C> &book, binding::e_edition edition)
+    : XMLSheetCellsT<C>(book, edition), _owner(&book) {}
+
+template <class C>
+XMLSheetImplT<C>::XMLSheetImplT(XMLBookImplT<C> &book, binding::e_edition edition,
+                                const char *bytes, size_t size)
+    : XMLSheetCellsT<C>(book, edition, bytes, size), _owner(&book) {}
+
+template <class C>
+XMLSheetImplT<C>::XMLSheetImplT(const XMLSheetImplT &source, XMLBookImplT<C> &book)
+    : XMLSheetCellsT<C>(source, book), XFile(), _owner(&book) {}
+
+template <class C> XString &XMLSheetImplT<C>::frameMessage() { return _owner->message(); }
+
+// Row spans go stale with any cell edit and are only a hint to readers, so
+// they are dropped; a sheet without row format properties gets the default
+// row height readers expect.  Foreign attributes and extension lists of the
+// source are written back as read.
+template <class C> void XMLSheetImplT<C>::save(std::string &out) {
+    binding::c_node &root = this->document().root();
+    if (binding::c_node *data = root.child("sheetData")) {
+        const size_t rows = data->count("row");
+        for (size_t i = 0; i < rows; ++i) data->child("row", i)->unset_attribute("spans");
+    }
+    if (!root.child("sheetFormatPr")) {
+        if (binding::c_node *pr = root.append("sheetFormatPr"))
+            pr->set_attribute("defaultRowHeight", "15");
+    }
+    out.clear();
+    throwXmlError(this->document().marshal(out));
+}
+
+template <class C> const C *XMLSheetImplT<C>::name() {
+    const std::string utf8(_owner->sheetEntry(this).attribute_or_default("name"));
+    std::wstring wide;
+    utf8ToWide(utf8.c_str(), wide);
+    return textResult<C>(_text, _owner->message(), wide.c_str(), _owner->utf8Mode());
+}
+
+template <class C> void XMLSheetImplT<C>::setName(const C *name) {
+    if (_owner->renameSheet(this, name))
+        _owner->message().assign("warning: sheet's name is cut to 31 characters");
+}
+
+template <class C> SheetState XMLSheetImplT<C>::hidden() { return _owner->sheetState(this); }
+
+template <class C> bool XMLSheetImplT<C>::setHidden(SheetState state) {
+    _owner->setSheetState(this, state);
+    return true;
+}
+
+template <class C> void XMLSheetImplT<C>::setSelected(bool selected) {
+    binding::c_worksheet sheet(&this->document().root());
+    if (!sheet.isset_sheetViews()) {
+        if (!selected) return;
+        sheet.get_sheetViews().append_sheetView().set_workbookViewId(0);
+    }
+    binding::c_sheet_views views = sheet.get_sheetViews();
+    if (views.size_sheetView() == 0) views.append_sheetView().set_workbookViewId(0);
+    for (size_t i = 0; i < views.size_sheetView(); ++i) {
+        binding::c_sheet_view view = views.get_sheetView(i);
+        if (selected)
+            view.set_tabSelected(true);
+        else
+            view.unset_tabSelected();
+    }
+}
+
+template class XMLSheetImplT<char>;
+template class XMLSheetImplT<wchar_t>;
+
+} // namespace tabrix
