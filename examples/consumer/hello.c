@@ -16,8 +16,7 @@ int main(int argc, char **argv) {
     tbBookSetLocaleA(book, "UTF-8");
     sheet = tbBookAddSheetA(book, "Hello", 0);
     ok = sheet && tbSheetWriteStrA(sheet, 0, 0, "answer", 0) &&
-         tbSheetWriteNumA(sheet, 0, 1, 42, 0) && tbBookSaveA(book, path) &&
-         tbBookLoadA(back, path);
+         tbSheetWriteNumA(sheet, 0, 1, 42, 0) && tbBookSaveA(book, path) && tbBookLoadA(back, path);
     if (ok) {
         /* A text the book answers lasts until its next text: print each at once. */
         sheet = tbBookGetSheetA(back, 0);
