@@ -24,10 +24,6 @@ std::string Progress::line(const std::string &label, long done, long total) {
            std::to_string(percent) + "%)";
 }
 
-void Progress::show() {
-    if (_active) draw(0);
-}
-
 void Progress::update(long done) {
     if (!_active) return;
     auto now = std::chrono::steady_clock::now();

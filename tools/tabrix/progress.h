@@ -21,8 +21,6 @@ public:
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
 
-    // Draws the line now, without waiting for the first step.
-    void show();
     // Step `done` of the total; redraws when the last draw is old enough
     // and the work has run for a moment already.
     void update(long done);

@@ -34,7 +34,7 @@ std::string extensionOf(const std::string &path) {
     return dot == std::string::npos ? "" : path.substr(dot);
 }
 
-// Above this size a load tells a terminal that it is busy.
+// Above this size a load shows its progress line at once.
 const long long kLargeFile = 4 * 1024 * 1024;
 
 } // namespace
