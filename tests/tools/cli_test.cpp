@@ -392,7 +392,8 @@ TEST(Cli, ConvertRoundTrips) {
 TEST(Cli, ConvertTextFields) {
     std::string csv = scratch("fields.csv"), xls = scratch("fields.xls"), txt = scratch("text.xls");
     writeFile(csv, "\xEF\xBB\xBF"
-                   "12,-3.5e2,007,true,FALSE,2024-03-01,2024-03-01T06:00:00,08:30:00,,x\r\n"
+                   "12,-3.5e2,007,true,FALSE,2024-03-01,2024-03-01T06:00:00,08:30:00,"
+                   "\"a,\"\"b\"\"\r\nc\",,x\r\n"
                    "+1,1e999,.5,2024-13-01,0x10, 7\n");
     RunResult r = runTool({"convert", csv, xls, "--sheet", "Fields"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
@@ -408,7 +409,8 @@ TEST(Cli, ConvertTextFields) {
         {"F1", "number 45352 2024-03-01 14"},
         {"G1", "number 45352.25 2024-03-01 06:00:00 22"},
         {"H1", "number 0.35416666666666669 08:30:00 21"},
-        {"J1", "string x  0"},
+        {"I1", "string a,\"b\"\r\nc  0"},
+        {"K1", "string x  0"},
         {"A2", "number 1  0"},
         {"B2", "string 1e999  0"},
         {"C2", "number 0.5  0"},
