@@ -8,6 +8,7 @@ ASAN_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 30
 CTEST_ARGS ?=
+PREFIX ?= /usr/local
 
 # Debian packages for building, testing and the interop checks.
 DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
@@ -15,7 +16,7 @@ DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-de
        python3 python3-olefile python3-xlrd python3-openpyxl python3-xlwt libreoffice-calc-nogui gnumeric \
        libfreexl-dev libxml2-utils libpugixml-dev clang-format lcov
 
-.PHONY: all deps build test test-normal test-asan demo bench fuzz clean format format-check coverage
+.PHONY: all deps build install test test-normal test-asan demo bench fuzz clean format format-check coverage
 
 all: build
 
@@ -33,6 +34,11 @@ $(BUILD)/CMakeCache.txt:
 
 build: deps $(BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) -j$(JOBS)
+
+# The library, its headers, the module, the tool, the CMake package and the
+# pkg-config file under PREFIX (DESTDIR=... in the environment stages them).
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
 
 test-normal: build
 	cd $(BUILD) && ctest --output-on-failure -j$(JOBS) $(CTEST_ARGS)

@@ -24,10 +24,6 @@ std::string Progress::line(const std::string &label, long done, long total) {
            std::to_string(percent) + "%)";
 }
 
-void Progress::show() {
-    if (_active) draw(0);
-}
-
 void Progress::update(long done) {
     if (!_active) return;
     auto now = std::chrono::steady_clock::now();
@@ -50,6 +46,51 @@ void Progress::done() {
         std::fflush(stderr);
         _drawn = false;
     }
+}
+
+Busy::Busy(std::string label, bool atOnce) : _label(std::move(label)) {
+    if (isatty(STDERR_FILENO) == 1) _thread = std::thread(&Busy::run, this, atOnce);
+}
+
+Busy::~Busy() {
+    if (!_thread.joinable()) return;
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        _stop = true;
+    }
+    _wake.notify_one();
+    _thread.join();
+}
+
+std::string Busy::line(const std::string &label, long seconds) {
+    return seconds > 0 ? label + " ... " + std::to_string(seconds) + " s" : label + " ...";
+}
+
+// Draws at the start or after the first delay, then once a second, and wipes
+// the line when told to stop.
+void Busy::run(bool atOnce) {
+    auto start = std::chrono::steady_clock::now();
+    auto next = atOnce ? start : start + kFirstDelay;
+    bool drawn = false;
+    std::unique_lock<std::mutex> lock(_mutex);
+    while (!_wake.wait_until(lock, next, [this] { return _stop; })) {
+        auto now = std::chrono::steady_clock::now();
+        long seconds = long(std::chrono::duration_cast<std::chrono::seconds>(now - start).count());
+        std::fprintf(stderr, "\r%s\x1b[K", line(_label, seconds).c_str());
+        std::fflush(stderr);
+        drawn = true;
+        next = start + std::chrono::seconds(seconds + 1);
+    }
+    if (drawn) {
+        std::fputs("\r\x1b[K", stderr);
+        std::fflush(stderr);
+    }
+}
+
+std::string sizeText(long long bytes) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f MB", double(bytes) / 1e6);
+    return text;
 }
 
 } // namespace cli

@@ -5,7 +5,10 @@
 #define TABRIX_CLI_PROGRESS_H
 
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <string>
+#include <thread>
 
 namespace cli {
 
@@ -18,8 +21,6 @@ public:
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
 
-    // Draws the line now, without waiting for the first step.
-    void show();
     // Step `done` of the total; redraws when the last draw is old enough
     // and the work has run for a moment already.
     void update(long done);
@@ -39,6 +40,36 @@ private:
     bool _drawn = false;
     std::chrono::steady_clock::time_point _start, _last;
 };
+
+// A progress line for one long call that reports no steps, such as a book's
+// load or save: while the call runs, a thread of the tool redraws
+// "loading big.xls (48.2 MB) ... 3 s" once a second, on a terminal only.
+// It stands around the book interface, so it serves every kind of book.
+class Busy {
+public:
+    // `atOnce` draws the line at the start (work known to be long, such as
+    // a large file); otherwise it first shows once the call has taken a
+    // moment, so quick calls print nothing.
+    Busy(std::string label, bool atOnce);
+    ~Busy();
+    Busy(const Busy &) = delete;
+    Busy &operator=(const Busy &) = delete;
+
+    // "label ...", and with whole seconds gone "label ... 3 s".
+    static std::string line(const std::string &label, long seconds);
+
+private:
+    void run(bool atOnce);
+
+    std::string _label;
+    std::mutex _mutex;
+    std::condition_variable _wake;
+    bool _stop = false;
+    std::thread _thread;
+};
+
+// "48.2 MB" for a byte count.
+std::string sizeText(long long bytes);
 
 } // namespace cli
 

@@ -34,7 +34,7 @@ std::string extensionOf(const std::string &path) {
     return dot == std::string::npos ? "" : path.substr(dot);
 }
 
-// Above this size a load tells a terminal that it is busy.
+// Above this size a load shows its progress line at once.
 const long long kLargeFile = 4 * 1024 * 1024;
 
 } // namespace
@@ -72,19 +72,26 @@ FileKind Workbook::sniff(const std::string &path) {
     throw Failure(msg);
 }
 
+// Both book kinds load and save here, so the progress line holds for each.
 void Workbook::load(const std::string &path) {
     struct stat st;
-    bool large = stat(path.c_str(), &st) == 0 && st.st_size > kLargeFile;
-    Progress busy("loading " + path, 0, large);
-    busy.show();
-    bool ok = _book->load(path.c_str());
-    busy.done();
+    long long size = stat(path.c_str(), &st) == 0 ? st.st_size : 0;
+    bool ok;
+    {
+        Busy busy("loading " + path + " (" + sizeText(size) + ")", size > kLargeFile);
+        ok = _book->load(path.c_str());
+    }
     _formatsListed = false;
     if (!ok) throw Failure("cannot load " + path + ": " + message());
 }
 
 void Workbook::save(const std::string &path) {
-    if (!_book->save(path.c_str())) throw Failure("cannot save " + path + ": " + message());
+    bool ok;
+    {
+        Busy busy("saving " + path, false);
+        ok = _book->save(path.c_str());
+    }
+    if (!ok) throw Failure("cannot save " + path + ": " + message());
 }
 
 std::string Workbook::message() {
