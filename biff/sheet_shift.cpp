@@ -93,9 +93,7 @@ void removeFromMerges(std::vector<MergeCells> &merges, const Axis &axis, int fir
 }
 
 // A NoteSh record begins with its row and its column, 16 bits each.
-int anchorOf(const Biff &note, size_t at) {
-    return note.data[at] | (note.data[at + 1] << 8);
-}
+int anchorOf(const Biff &note, size_t at) { return note.data[at] | (note.data[at + 1] << 8); }
 
 void setAnchor(Biff &note, size_t at, int value) {
     note.data[at] = uint8_t(value);

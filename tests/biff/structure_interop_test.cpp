@@ -99,7 +99,8 @@ oracle::Lines withoutCovered(const oracle::Lines &lines, SheetImplT<wchar_t> &s)
         if (std::sscanf(l.c_str(), "%d %d", &r, &c) == 2)
             for (const MergeCells &m : s.mergeCells())
                 for (const MergeCells::Area &a : m.areas)
-                    covered = covered || (a.holds(r, c) && (r != a.ref.rwFirst || c != a.ref.colFirst));
+                    covered =
+                        covered || (a.holds(r, c) && (r != a.ref.rwFirst || c != a.ref.colFirst));
         if (!covered) out.push_back(l);
     }
     return out;
@@ -118,7 +119,8 @@ TEST(StructureInterop, ReadersFindWhatMoved) {
     const bool lo = oracle::has("soffice") && oracle::has("openpyxl");
     const std::vector<Source> sources = {
         {"ours", ourBook, {}},
-        {"libreoffice", [](const std::string &p) { return viaLibreOffice(ourBook(p), "ours"); },
+        {"libreoffice",
+         [](const std::string &p) { return viaLibreOffice(ourBook(p), "ours"); },
          {}},
         {"xlwt",
          [](const std::string &p) {
@@ -130,22 +132,21 @@ TEST(StructureInterop, ReadersFindWhatMoved) {
         // Notes at B2 and D17.
         {"libreoffice notes",
          [](const std::string &) {
-             return exists(kCommentBook) ? viaLibreOffice(kCommentBook, "notes")
-                                         : std::string();
+             return exists(kCommentBook) ? viaLibreOffice(kCommentBook, "notes") : std::string();
          },
          {"note 0 2"}},
     };
     for (const Source &src : sources) {
         SCOPED_TRACE(src.name);
         if (!lo && std::string(src.name).find("libreoffice") == 0) continue;
-        const std::string made = src.make(tmpPath(std::string("structure_src_") + src.name + ".xls"));
+        const std::string made =
+            src.make(tmpPath(std::string("structure_src_") + src.name + ".xls"));
         if (made.empty()) {
             ADD_FAILURE() << "no source book";
             continue;
         }
         std::unique_ptr<BookImplT<wchar_t>> b(new BinaryBookT<wchar_t>());
-        ASSERT_TRUE(b->load(std::wstring(made.begin(), made.end()).c_str()))
-            << b->errorMessage();
+        ASSERT_TRUE(b->load(std::wstring(made.begin(), made.end()).c_str())) << b->errorMessage();
         ISheetT<wchar_t> *s = b->getSheet(0);
         ASSERT_TRUE(s->insertRow(3, 4) && s->removeRow(0, 0) && s->insertCol(1, 1) &&
                     s->removeCol(4, 4) && s->groupRows(12, 13, true) &&
