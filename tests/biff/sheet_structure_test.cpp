@@ -134,21 +134,11 @@ TEST(SheetStructure, EditsMoveCellsMergesPropertiesAndNames) {
     const std::vector<Edit> edits = {
         {"reversed rows", [](Sheet &s) { return s.insertRow(5, 4); },
          "rowLast must be greater than or equal to rowFirst", kAll, kCols5, kBaseShape},
-        {"reversed cols", [](Sheet &s) { return s.removeCol(3, 2); },
-         "colLast must be greater than or equal to colFirst", kAll, kCols5, kBaseShape},
         {"row out of range", [](Sheet &s) { return s.removeRow(-1, 0); },
          "row must be in range 0-65535", kAll, kCols5, kBaseShape},
-        {"col out of range", [](Sheet &s) { return s.insertCol(0, 256); },
-         "col must be in range 0-255", kAll, kCols5, kBaseShape},
-        // The merge is cut in two around the new rows; the cell name moves,
-        // the area grows at its end.
         {"insert rows in a merge", [](Sheet &s) { return s.insertRow(3, 4); }, "ok",
          "0 1 2 - - 3 4 5 6 7 8", kCols5,
          "m2-2/1-2 m5-6/1-2 r5:30 r8:12.75h c2:20.00 one=7-7/1-1 area=1-5/0-1 f10:A1"},
-        {"insert row at the top", [](Sheet &s) { return s.insertRow(0, 0); }, "ok",
-         "- 0 1 2 3 4 5 6 7 8", kCols5,
-         "m3-5/1-2 r4:30 r7:12.75h c2:20.00 one=6-6/1-1 area=2-4/0-1 f9:A1"},
-        // A cell name moves down even when rows are removed.
         {"remove rows above a merge", [](Sheet &s) { return s.removeRow(1, 2); }, "ok",
          "0 3 4 5 6 7 8", kCols5,
          "m1-2/1-2 r1:30 r4:12.75h c2:20.00 one=7-7/1-1 area=1-3/0-1 f6:A1"},
@@ -163,13 +153,8 @@ TEST(SheetStructure, EditsMoveCellsMergesPropertiesAndNames) {
          "m2-4/1-1 m2-4/4-4 r3:30 r6:12.75h c4:20.00 one=5-5/1-1 area=1-3/0-1 f8:A1"},
         {"remove columns into a merge", [](Sheet &s) { return s.removeCol(0, 1); }, "ok", kAll,
          "2 3 4", "m2-4/0-0 r3:30 r6:12.75h c0:20.00 one=5-5/1-1 area=1-3/0-1"},
-        {"remove the columns of a merge", [](Sheet &s) { return s.removeCol(1, 2); }, "ok", kAll,
-         "0 3 4", "r3:30 r6:12.75h one=5-5/1-1 area=1-3/0-1 f8:A1"},
-        // Rows pushed past the last row are gone, and so is the merge.
         {"insert every row", [](Sheet &s) { return s.insertRow(0, 65535); }, "ok", "", "",
          "c2:20.00 one=65535-65535/1-1 area=65535-65535/0-1"},
-        {"remove every column", [](Sheet &s) { return s.removeCol(0, 255); }, "ok", kAll, "",
-         "r3:30 r6:12.75h c2:20.00 one=5-5/1-1 area=1-3/0-1"},
         {"group rows collapsed", [](Sheet &s) { return s.groupRows(4, 5, true); }, "ok", kAll,
          kCols5,
          "m2-4/1-2 r3:30 r4:12.75hL1 r5:12.75hL1 r6:12.75hc c2:20.00 one=5-5/1-1 "
@@ -188,8 +173,6 @@ TEST(SheetStructure, EditsMoveCellsMergesPropertiesAndNames) {
          "must be rowFirst <= rowLast", kAll, kCols5, kBaseShape},
         {"group columns", [](Sheet &s) { return s.groupCols(1, 2, true); }, "ok", kAll, kCols5,
          "m2-4/1-2 r3:30 r6:12.75h c1:8.43hL1 c2:20.00hL1 one=5-5/1-1 area=1-3/0-1 f8:A1"},
-        {"reversed column group", [](Sheet &s) { return s.groupCols(2, 1, false); },
-         "must be colFirst <= colLast", kAll, kCols5, kBaseShape},
     };
     for (const Edit &e : edits) {
         SCOPED_TRACE(e.name);

@@ -12,7 +12,7 @@ usage: oracle.py READER PATH [utf8]
   openpyxl-settings  the sheet states, print setup, views and names of an
                Open XML book, one setting a line
   xlrd-structure  the cells of a binary book, then its merges, grouped or
-               hidden rows and columns and notes, sorted:
+               hidden rows and columns and notes, sorted as text:
                "merge r1 r2 c1 c2", "row r level L hidden H",
                "col c level L hidden H", "note r c"
   libreoffice-structure  the same, as LibreOffice saves the book as Open XML
@@ -70,12 +70,6 @@ def dump_xlrd(formatting):
                     cell(r, c, kind, v)
 
 
-def structure(lines):
-    # Rows and columns sort by number, not as text.
-    for line in sorted(lines, key=lambda l: [int(w) if w.isdigit() else w for w in l.split()]):
-        print(line)
-
-
 def dump_structure_xlrd():
     xlrd, bk = xlrd_book(True)
     kinds = {xlrd.XL_CELL_NUMBER: 'n', xlrd.XL_CELL_DATE: 'n', xlrd.XL_CELL_TEXT: 's',
@@ -92,7 +86,8 @@ def dump_structure_xlrd():
             lines += ['%s %d level %d hidden %d' % (what, i, x.outline_level, x.hidden)
                       for i, x in infos.items() if x.outline_level or x.hidden]
         lines += ['note %d %d' % rc for rc in sh.cell_note_map]
-        structure(lines)
+        for line in sorted(lines):
+            print(line)
 
 
 def lo_convert(target, ext):
@@ -133,7 +128,8 @@ def dump_structure_libreoffice():
             for c in range(first, min(d.max or first, 256) + 1):
                 if d.outlineLevel or d.hidden:
                     lines.append('col %d level %d hidden %d' % (c - 1, d.outlineLevel, int(bool(d.hidden))))
-        structure(lines)
+        for line in sorted(lines):
+            print(line)
     subprocess.run(['rm', '-rf', out])
 
 
