@@ -77,6 +77,7 @@ template <class C> bool SheetImplT<C>::clear(int rowFirst, int rowLast, int colF
         if (!_index.hasRow(unsigned(r))) continue;
         for (int c = colFirst; c <= colLast; ++c) _index.at(unsigned(r), unsigned(c)) = 0;
     }
+    eraseNotes(rowFirst, rowLast, colFirst, colLast);
     // Merged areas that overlap go, with the blanks of the whole area.
     for (MergeCells &m : _mergeCells) {
         for (MergeCells::Area &a : m.areas) {

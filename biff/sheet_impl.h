@@ -116,8 +116,17 @@ public:
                       bool *colRelative) override;
     const C *rowColToAddr(int row, int col, bool rowRelative, bool colRelative) override;
 
-    // Comments, pictures, grouping and moving rows and columns answer "not
-    // supported yet" from UnsupportedSheetT.
+    // ---- inserting and removing rows and columns (sheet_shift.cpp) ----
+    bool insertRow(int rowFirst, int rowLast) override;
+    bool removeRow(int rowFirst, int rowLast) override;
+    bool insertCol(int colFirst, int colLast) override;
+    bool removeCol(int colFirst, int colLast) override;
+    // ---- outline groups (sheet_outline.cpp) ----
+    bool groupRows(int rowFirst, int rowLast, bool collapsed) override;
+    bool groupCols(int colFirst, int colLast, bool collapsed) override;
+
+    // Comments and pictures answer "not supported yet" from
+    // UnsupportedSheetT.
 
     // ---- page breaks, panes, window, printout, protection (sheet_settings.cpp) ----
     int getHorPageBreak(int index) override;
@@ -274,6 +283,23 @@ private:
     // A caller's text as a wide text, in the book's encoding.
     std::wstring wideArg(const C *text) const;
     uint16_t mapXf(const SheetImplT &src, uint16_t xf);
+
+    // ---- moving cells and properties (sheet_shift.cpp) ----
+    // Sets the row and column kept in each cell object of rows
+    // [rowFirst, rowLast], from column colFirst on, to its place in the index.
+    void placeCells(int rowFirst, int rowLast, int colFirst);
+    // Height and hidden state of row `to` become those of row `from`
+    // (or, with from < 0, the given ones) when they differ.
+    void copyRowLook(std::vector<int> &at, int to, int from, uint16_t twips, bool hidden);
+    // Width and hidden state of column `to` become those of column `from`.
+    void copyColLook(int to, int from);
+    // One ColInfo a column, runs split.
+    void splitColInfos();
+    // Range names of this sheet follow inserted or removed rows.
+    void updateNames(int first, int last, bool insert);
+    void moveNotes(bool rows, int first, int n, bool insert);
+    // Drops the notes anchored in the area.
+    void eraseNotes(int rowFirst, int rowLast, int colFirst, int colLast);
 
     // ---- load and save (sheet_read.cpp, sheet_write.cpp) ----
     void resetForRead();

@@ -62,6 +62,55 @@ uint32_t *SheetIndex::newPage(unsigned row) {
     return page;
 }
 
+// Row pages are moved as pointers: the pages of the rows that fall off the
+// end are rotated into the vacated rows and emptied there, so no page is
+// lost and nothing is copied but the table.
+void SheetIndex::insertRows(unsigned first, unsigned n) {
+    if (first >= unsigned(kRows) || n == 0) return;
+    n = std::min(n, unsigned(kRows) - first);
+    std::rotate(_rows + first, _rows + (kRows - n), _rows + kRows);
+    std::rotate(_lastCol + first, _lastCol + (kRows - n), _lastCol + kRows);
+    emptyRows(first, first + n);
+}
+
+void SheetIndex::removeRows(unsigned first, unsigned n) {
+    if (first >= unsigned(kRows) || n == 0) return;
+    n = std::min(n, unsigned(kRows) - first);
+    std::rotate(_rows + first, _rows + first + n, _rows + kRows);
+    std::rotate(_lastCol + first, _lastCol + first + n, _lastCol + kRows);
+    emptyRows(unsigned(kRows) - n, unsigned(kRows));
+}
+
+void SheetIndex::insertCols(unsigned first, unsigned n) {
+    if (first >= unsigned(kCols) || n == 0) return;
+    n = std::min(n, unsigned(kCols) - first);
+    for (int r = 0; r < kRows; ++r) {
+        uint32_t *page = _rows[r];
+        if (!page || _lastCol[r] < first) continue;
+        std::memmove(page + first + n, page + first, (kCols - first - n) * sizeof(uint32_t));
+        std::memset(page + first, 0, n * sizeof(uint32_t));
+        _lastCol[r] = uint8_t(std::min(unsigned(_lastCol[r]) + n, unsigned(kCols) - 1));
+    }
+}
+
+void SheetIndex::removeCols(unsigned first, unsigned n) {
+    if (first >= unsigned(kCols) || n == 0) return;
+    n = std::min(n, unsigned(kCols) - first);
+    for (int r = 0; r < kRows; ++r) {
+        uint32_t *page = _rows[r];
+        if (!page || _lastCol[r] < first) continue;
+        std::memmove(page + first, page + first + n, (kCols - first - n) * sizeof(uint32_t));
+        std::memset(page + (kCols - n), 0, n * sizeof(uint32_t));
+    }
+}
+
+void SheetIndex::emptyRows(unsigned first, unsigned last) {
+    for (unsigned r = first; r < last; ++r) {
+        if (_rows[r]) std::memset(_rows[r], 0, kPageBytes);
+        _lastCol[r] = 0;
+    }
+}
+
 void SheetIndex::clear() {
     for (const Slab &slab : _slabs) unmapRegion(slab.base, size_t(slab.pages) * kPageBytes);
     _slabs.clear();

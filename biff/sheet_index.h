@@ -76,6 +76,16 @@ public:
     // No column beyond this one of a row with a page was ever asked for by
     // `at`, so none holds a cell: scans of the row may stop there.
     unsigned lastColBound(unsigned row) const { return _lastCol[row]; }
+    // Rows [first, kRows - n) move n rows down; the last n rows are
+    // dropped and rows [first, first + n) are left empty.
+    void insertRows(unsigned first, unsigned n);
+    // Rows [first, first + n) are dropped and the rows below move up; the
+    // last n rows are left empty.
+    void removeRows(unsigned first, unsigned n);
+    // The same for the columns of every row: cells pushed past the last
+    // column are dropped, vacated columns are left empty.
+    void insertCols(unsigned first, unsigned n);
+    void removeCols(unsigned first, unsigned n);
     // Frees every page.
     void clear();
     // Pages allocated now.
@@ -83,6 +93,8 @@ public:
 
 private:
     uint32_t *newPage(unsigned row);
+    // Empties the pages of rows [first, last), keeping them allocated.
+    void emptyRows(unsigned first, unsigned last);
 
     uint32_t **_rows;
     uint8_t *_lastCol; // per row; lives behind the row table

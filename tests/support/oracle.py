@@ -13,6 +13,13 @@ usage: oracle.py READER PATH [utf8]
                Open XML book, one setting a line
   openpyxl-sheets     "SHEET name state" for each sheet of an Open XML book, in order
   libreoffice-sheets  the same after LibreOffice has read the book and saved it again
+  xlrd-structure  the cells of a binary book, then its merges, grouped or
+               hidden rows and columns and notes, sorted as text:
+               "merge r1 r2 c1 c2", "row r level L hidden H",
+               "col c level L hidden H", "note r c"
+  libreoffice-structure  the same, as LibreOffice saves the book as Open XML
+               (read back with openpyxl)
+  make-xlwt    writes a small binary book with merges, sizes and groups
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -63,6 +70,87 @@ def dump_xlrd(formatting):
                     print(r, c, int(f.weight >= 700), f.colour_index, text(bk.format_map[xf.format_key].format_str))
                 else:
                     cell(r, c, kind, v)
+
+
+def dump_structure_xlrd():
+    xlrd, bk = xlrd_book(True)
+    kinds = {xlrd.XL_CELL_NUMBER: 'n', xlrd.XL_CELL_DATE: 'n', xlrd.XL_CELL_TEXT: 's',
+             xlrd.XL_CELL_BOOLEAN: 'b', xlrd.XL_CELL_ERROR: 'e'}
+    for sh in bk.sheets():
+        print('SHEET', text(sh.name))
+        for r in range(sh.nrows):
+            for c in range(sh.row_len(r)):
+                kind = kinds.get(sh.cell_type(r, c))
+                if kind:
+                    cell(r, c, kind, sh.cell_value(r, c))
+        lines = ['merge %d %d %d %d' % (rlo, rhi - 1, clo, chi - 1) for rlo, rhi, clo, chi in sh.merged_cells]
+        for what, infos in (('row', sh.rowinfo_map), ('col', sh.colinfo_map)):
+            lines += ['%s %d level %d hidden %d' % (what, i, x.outline_level, x.hidden)
+                      for i, x in infos.items() if x.outline_level or x.hidden]
+        lines += ['note %d %d' % rc for rc in sh.cell_note_map]
+        for line in sorted(lines):
+            print(line)
+
+
+def lo_convert(target, ext):
+    """The book converted by LibreOffice: (scratch folder, converted files)."""
+    out = tempfile.mkdtemp(prefix='oracle_lo_')
+    subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
+                    '--convert-to', target, '--outdir', out, path],
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+    base = os.path.splitext(os.path.basename(path))[0]
+    return out, sorted(glob.glob(os.path.join(glob.escape(out), glob.escape(base) + ext)))
+
+
+def dump_structure_libreoffice():
+    import openpyxl
+    from openpyxl.utils import column_index_from_string
+    out, files = lo_convert('xlsx', '.xlsx')
+    if not files:
+        raise RuntimeError('no xlsx')
+    bk = openpyxl.load_workbook(files[0])
+    for sh in bk.worksheets:
+        print('SHEET', text(sh.title))
+        lines = []
+        for row in sh.iter_rows():
+            for x in row:
+                v = x.value
+                if v is not None:
+                    kind = 'b' if isinstance(v, bool) else 'n' if isinstance(v, (int, float)) else 's'
+                    cell(x.row - 1, x.column - 1, kind, float(v) if kind == 'n' else v)
+                if x.comment:
+                    lines.append('note %d %d' % (x.row - 1, x.column - 1))
+        lines += ['merge %d %d %d %d' % (m.min_row - 1, m.max_row - 1, m.min_col - 1, m.max_col - 1)
+                  for m in sh.merged_cells.ranges]
+        for r, d in sh.row_dimensions.items():
+            if d.outlineLevel or d.hidden:
+                lines.append('row %d level %d hidden %d' % (r - 1, d.outlineLevel, int(bool(d.hidden))))
+        for key, d in sh.column_dimensions.items():
+            first = d.min or column_index_from_string(key)
+            for c in range(first, min(d.max or first, 256) + 1):
+                if d.outlineLevel or d.hidden:
+                    lines.append('col %d level %d hidden %d' % (c - 1, d.outlineLevel, int(bool(d.hidden))))
+        for line in sorted(lines):
+            print(line)
+    subprocess.run(['rm', '-rf', out])
+
+
+def make_xlwt():
+    # Numbers 100 r + c + 1 in rows 0-7 and columns 0-4, B3:C5 merged, row 3
+    # 30 points high, column C 20 characters wide, rows 5-6 grouped.
+    import xlwt
+    wb = xlwt.Workbook()
+    ws = wb.add_sheet('S')
+    for r in range(8):
+        for c in range(5):
+            ws.write(r, c, 100 * r + c + 1)
+    ws.merged_ranges.append((2, 4, 1, 2))
+    ws.row(3).height_mismatch = True
+    ws.row(3).height = 600
+    ws.col(2).width = 20 * 256
+    for r in (5, 6):
+        ws.row(r).level = 1
+    wb.save(path)
 
 
 def dump_sst():
@@ -207,6 +295,8 @@ try:
     {'openpyxl-sheets': lambda: dump_sheets(path), 'libreoffice-sheets': dump_libreoffice_sheets,
      'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
-     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings}[reader]()
+     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
+     'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
+     'make-xlwt': make_xlwt}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)
