@@ -74,7 +74,9 @@ template <class C> Styles<C>::~Styles() = default;
 template <class C> void Styles<C>::makeDefault() {
     c_stylesheet_more sheet(&_doc.root());
     c_border border = sheet.get_borders().append_border();
-    for (const char *side : {"left", "right", "top", "bottom", "diagonal"}) border.node()->append(side);
+    const bool strict = _edition == STRICT;
+    for (const char *side : {strict ? "start" : "left", strict ? "end" : "right", "top", "bottom", "diagonal"})
+        border.node()->append(side);
     sheet.get_borders().set_count(1);
     c_fills fills = sheet.get_fills();
     fills.append_fill().get_patternFill().set_patternType("none");

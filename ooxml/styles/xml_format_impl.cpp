@@ -31,6 +31,25 @@ c_node *appendEntry(c_node &root, const char *list, const char *item, const c_no
     return e;
 }
 
+// Strict books name the left and right sides by the reading direction;
+// Transitional books may use either.
+const char *alternateSide(const char *side) {
+    const std::string_view s(side);
+    return s == "left" ? "start" : s == "right" ? "end" : nullptr;
+}
+
+c_node *findSide(c_node *border, const char *side) {
+    if (!border) return nullptr;
+    if (c_node *s = border->child(side)) return s;
+    const char *other = alternateSide(side);
+    return other ? border->child(other) : nullptr;
+}
+
+c_node *makeSide(c_node *border, const char *side) {
+    if (c_node *s = findSide(border, side)) return s;
+    return border->append(border->decl_of(side) >= 0 ? side : alternateSide(side));
+}
+
 } // namespace
 
 template <class C> const char *const XMLFormatImplT<C>::kLeft = "left";
@@ -194,22 +213,18 @@ template <class C> void XMLFormatImplT<C>::setShrinkToFit(bool on) {
 // --- borders ---
 
 template <class C> int XMLFormatImplT<C>::sideStyle(const char *side) const {
-    c_node *b = shownBorder();
-    c_node *s = b ? b->child(side) : nullptr;
+    c_node *s = findSide(shownBorder(), side);
     return s ? stylenames::kBorderStyle.value(c_border_pr(s).get_style(), 0) : 0;
 }
 
 template <class C> void XMLFormatImplT<C>::setSideStyle(const char *side, int style) {
     const char *w = stylenames::kBorderStyle.word(style);
     if (!w) return;
-    c_node *b = ownBorder();
-    c_node *s = b->child(side);
-    c_border_pr(s ? s : b->append(side)).set_style(w);
+    c_border_pr(makeSide(ownBorder(), side)).set_style(w);
 }
 
 template <class C> int XMLFormatImplT<C>::sideColor(const char *side) const {
-    c_node *b = shownBorder();
-    c_node *s = b ? b->child(side) : nullptr;
+    c_node *s = findSide(shownBorder(), side);
     c_node *c = s ? s->child("color") : nullptr;
     if (!c) return -1;
     return guarded(_styles->message(), -1, [&] { return _styles->colorFromXML(c); });
@@ -217,10 +232,7 @@ template <class C> int XMLFormatImplT<C>::sideColor(const char *side) const {
 
 template <class C> void XMLFormatImplT<C>::setSideColor(const char *side, int color) {
     if (color == -1) return;
-    c_node *b = ownBorder();
-    c_node *s = b->child(side);
-    if (!s) s = b->append(side);
-    _styles->makeColorElement(c_border_pr(s).get_color().node(), color);
+    _styles->makeColorElement(c_border_pr(makeSide(ownBorder(), side)).get_color().node(), color);
 }
 
 template <class C> void XMLFormatImplT<C>::setBorder(BorderStyle style) {
@@ -288,7 +300,8 @@ template <class C> void XMLFormatImplT<C>::setFillColor(const char *which, int c
 
 template <class C> bool XMLFormatImplT<C>::locked() {
     c_node *p = _xf->child("protection");
-    return p ? c_cell_protection(p).get_locked() : true;
+    // The attribute has no declared default: absent means locked.
+    return !p || !c_cell_protection(p).isset_locked() || c_cell_protection(p).get_locked();
 }
 
 template <class C> void XMLFormatImplT<C>::setLocked(bool on) {
