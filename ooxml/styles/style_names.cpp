@@ -8,16 +8,25 @@ namespace {
 const char *const kAlignHWords[] = {"general", "left",    "center",           "right",
                                     "fill",    "justify", "centerContinuous", "distributed"};
 const char *const kAlignVWords[] = {"top", "center", "bottom", "justify", "distributed"};
-const char *const kBorderWords[] = {"none",         "thin",         "medium",
-                                    "dashed",       "dotted",       "thick",
-                                    "double",       "hair",         "mediumDashed",
-                                    "dashDot",      "mediumDashDot", "dashDotDot",
-                                    "mediumDashDotDot", "slantDashDot"};
-const char *const kFillWords[] = {"none",           "solid",          "mediumGray",   "darkGray",
-                                  "lightGray",      "darkHorizontal", "darkVertical", "darkDown",
-                                  "darkUp",         "darkGrid",       "darkTrellis",
-                                  "lightHorizontal", "lightVertical", "lightDown",    "lightUp",
-                                  "lightGrid",      "lightTrellis",   "gray125",      "gray0625"};
+const char *const kBorderWords[] = {"none",
+                                    "thin",
+                                    "medium",
+                                    "dashed",
+                                    "dotted",
+                                    "thick",
+                                    "double",
+                                    "hair",
+                                    "mediumDashed",
+                                    "dashDot",
+                                    "mediumDashDot",
+                                    "dashDotDot",
+                                    "mediumDashDotDot",
+                                    "slantDashDot"};
+const char *const kFillWords[] = {
+    "none",           "solid",           "mediumGray",    "darkGray",  "lightGray",
+    "darkHorizontal", "darkVertical",    "darkDown",      "darkUp",    "darkGrid",
+    "darkTrellis",    "lightHorizontal", "lightVertical", "lightDown", "lightUp",
+    "lightGrid",      "lightTrellis",    "gray125",       "gray0625"};
 const char *const kScriptWords[] = {"baseline", "superscript", "subscript"};
 
 struct Underline {
@@ -81,8 +90,16 @@ bool findDateChars(std::string_view text) {
         }
         switch (c) {
         case '[': bracket = true; break;
-        case 'd': case 'm': case 'y': case 'h': case 's':
-        case 'D': case 'M': case 'Y': case 'H': case 'S': return true;
+        case 'd':
+        case 'm':
+        case 'y':
+        case 'h':
+        case 's':
+        case 'D':
+        case 'M':
+        case 'Y':
+        case 'H':
+        case 'S': return true;
         default: break;
         }
     }

@@ -75,7 +75,8 @@ template <class C> void Styles<C>::makeDefault() {
     c_stylesheet_more sheet(&_doc.root());
     c_border border = sheet.get_borders().append_border();
     const bool strict = _edition == STRICT;
-    for (const char *side : {strict ? "start" : "left", strict ? "end" : "right", "top", "bottom", "diagonal"})
+    for (const char *side :
+         {strict ? "start" : "left", strict ? "end" : "right", "top", "bottom", "diagonal"})
         border.node()->append(side);
     sheet.get_borders().set_count(1);
     c_fills fills = sheet.get_fills();
@@ -204,8 +205,8 @@ template <class C> int Styles<C>::defaultFontSize() {
     c_node *fonts = _doc.root().child("fonts");
     c_node *font = fonts ? fonts->child("font") : nullptr;
     const c_node *sz = font ? font->child("sz") : nullptr;
-    return sz ? static_cast<int>(std::strtod(std::string(sz->attribute_or_default("val")).c_str(),
-                                             nullptr))
+    return sz ? static_cast<int>(
+                    std::strtod(std::string(sz->attribute_or_default("val")).c_str(), nullptr))
               : 0;
 }
 
@@ -264,7 +265,8 @@ template <class C> int Styles<C>::colorFromXML(const c_node *element) {
     c_color c(const_cast<c_node *>(element));
     if (c.isset_rgb()) return colorFromRGB(c.get_rgb());
     if (c.isset_indexed()) return colorFromIndex(c.get_indexed());
-    if (c.isset_theme() && c.isset_tint()) return colorFromThemeAndTint(c.get_theme(), c.get_tint());
+    if (c.isset_theme() && c.isset_tint())
+        return colorFromThemeAndTint(c.get_theme(), c.get_tint());
     return -1;
 }
 

@@ -23,8 +23,9 @@ template <class C> class XMLFontImplT;
 
 template <class C> class Styles : public XFile {
 public:
-    Styles(binding::e_edition edition, bool utf8);                                 // default stylesheet of a new book
-    Styles(binding::e_edition edition, const char *bytes, size_t size, bool utf8); // a loaded part; throws tberror
+    Styles(binding::e_edition edition, bool utf8); // default stylesheet of a new book
+    Styles(binding::e_edition edition, const char *bytes, size_t size,
+           bool utf8); // a loaded part; throws tberror
     ~Styles() override;
     void save(std::string &out) override;
     // What the book forwards (same meaning and messages as IBookT's; failures throw tberror):
@@ -44,9 +45,11 @@ public:
     void colorUnpack(Color color, int *red, int *green, int *blue);
     void setUtf8Mode(bool utf8);
     // What the sheets use:
-    uint32_t getStyleID(IFormatT<C> *format);        // the cellXfs index a cell's "s" takes for this format
+    uint32_t
+    getStyleID(IFormatT<C> *format); // the cellXfs index a cell's "s" takes for this format
     IFormatT<C> *formatByIndex(uint32_t styleIndex); // null when the index has no xf
-    bool isDate(uint32_t styleIndex); // the date test of a number cell's style (number format id / custom text)
+    bool isDate(uint32_t styleIndex); // the date test of a number cell's style (number format id /
+                                      // custom text)
     int maxDigWidth();
 
     // What the format and font handles use.

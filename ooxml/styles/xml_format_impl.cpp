@@ -64,7 +64,8 @@ XMLFormatImplT<C>::XMLFormatImplT(c_node *xf, Styles<C> *styles) : _xf(xf), _sty
     // an id past the end of its list leaves the format without one, as if
     // the entry were blank.
     const c_xf f(_xf);
-    if (f.get_borderId() != 0) _border = entry(_styles->root(), "borders", "border", f.get_borderId());
+    if (f.get_borderId() != 0)
+        _border = entry(_styles->root(), "borders", "border", f.get_borderId());
     if (f.get_fillId() != 0) _fill = entry(_styles->root(), "fills", "fill", f.get_fillId());
 }
 
@@ -85,7 +86,8 @@ template <class C> XMLFormatImplT<C>::XMLFormatImplT(Styles<C> *styles) : _style
 }
 
 template <class C> c_node *XMLFormatImplT<C>::shownBorder() const {
-    return _border ? _border : entry(_styles->root(), "borders", "border", c_xf(_xf).get_borderId());
+    return _border ? _border
+                   : entry(_styles->root(), "borders", "border", c_xf(_xf).get_borderId());
 }
 
 template <class C> c_node *XMLFormatImplT<C>::shownFill() const {
@@ -154,18 +156,20 @@ template <class C> const C *XMLFormatImplT<C>::customNumFormat() {
 
 template <class C> AlignH XMLFormatImplT<C>::alignH() {
     const c_node *a = _xf->child("alignment");
-    return AlignH(a ? stylenames::kAlignH.value(c_alignment(const_cast<c_node *>(a)).get_horizontal(), 0)
-                    : 0);
+    return AlignH(
+        a ? stylenames::kAlignH.value(c_alignment(const_cast<c_node *>(a)).get_horizontal(), 0)
+          : 0);
 }
 
 template <class C> void XMLFormatImplT<C>::setAlignH(AlignH align) {
-    if (const char *w = stylenames::kAlignH.word(align)) xfFacade().get_alignment().set_horizontal(w);
+    if (const char *w = stylenames::kAlignH.word(align))
+        xfFacade().get_alignment().set_horizontal(w);
 }
 
 template <class C> AlignV XMLFormatImplT<C>::alignV() {
     const c_node *a = _xf->child("alignment");
-    return AlignV(a ? stylenames::kAlignV.value(c_alignment(const_cast<c_node *>(a)).get_vertical(), 2)
-                    : 2);
+    return AlignV(
+        a ? stylenames::kAlignV.value(c_alignment(const_cast<c_node *>(a)).get_vertical(), 2) : 2);
 }
 
 template <class C> void XMLFormatImplT<C>::setAlignV(AlignV align) {
@@ -268,7 +272,8 @@ template <class C> void XMLFormatImplT<C>::setBorderDiagonal(BorderDiagonal bord
 template <class C> FillPattern XMLFormatImplT<C>::fillPattern() {
     c_node *fill = shownFill();
     c_node *p = fill ? fill->child("patternFill") : nullptr;
-    return FillPattern(p ? stylenames::kFillPattern.value(c_pattern_fill(p).get_patternType(), 0) : 0);
+    return FillPattern(p ? stylenames::kFillPattern.value(c_pattern_fill(p).get_patternType(), 0)
+                         : 0);
 }
 
 template <class C> void XMLFormatImplT<C>::setFillPattern(FillPattern pattern) {

@@ -25,10 +25,12 @@ const char *const kNs = "http://schemas.openxmlformats.org/spreadsheetml/2006/ma
 
 // A stylesheet of `body` in the Transitional namespace.
 std::string sheetXml(const std::string &body, const std::string &rootAttrs = "") {
-    return std::string("<styleSheet xmlns=\"") + kNs + "\"" + rootAttrs + ">" + body + "</styleSheet>";
+    return std::string("<styleSheet xmlns=\"") + kNs + "\"" + rootAttrs + ">" + body +
+           "</styleSheet>";
 }
 
-template <class C> std::unique_ptr<Styles<C>> loaded(const std::string &xml, e_edition ed = TRANSITIONAL) {
+template <class C>
+std::unique_ptr<Styles<C>> loaded(const std::string &xml, e_edition ed = TRANSITIONAL) {
     return std::make_unique<Styles<C>>(ed, xml.data(), xml.size(), true);
 }
 
@@ -60,47 +62,157 @@ struct Attribute {
 };
 
 const Attribute kAttributes[] = {
-    {"numFormat", false, [](Fmt &f, Fnt &) { f.setNumFormat(49); }, [](Fmt &f, Fnt &) { return num(f.numFormat()); }, "49"},
-    {"alignH", false, [](Fmt &f, Fnt &) { f.setAlignH(ALIGNH_DISTRIBUTED); }, [](Fmt &f, Fnt &) { return num(f.alignH()); }, "7"},
-    {"alignV", false, [](Fmt &f, Fnt &) { f.setAlignV(ALIGNV_TOP); }, [](Fmt &f, Fnt &) { return num(f.alignV()); }, "0"},
-    {"wrap", false, [](Fmt &f, Fnt &) { f.setWrap(true); }, [](Fmt &f, Fnt &) { return num(f.wrap()); }, "1"},
-    {"rotation", false, [](Fmt &f, Fnt &) { f.setRotation(255); }, [](Fmt &f, Fnt &) { return num(f.rotation()); }, "255"},
-    {"rotation refused", false, [](Fmt &f, Fnt &) { f.setRotation(45); f.setRotation(181); }, [](Fmt &f, Fnt &) { return num(f.rotation()); }, "45"},
-    {"indent", false, [](Fmt &f, Fnt &) { f.setIndent(4); }, [](Fmt &f, Fnt &) { return num(f.indent()); }, "4"},
-    {"shrinkToFit", false, [](Fmt &f, Fnt &) { f.setShrinkToFit(true); }, [](Fmt &f, Fnt &) { return num(f.shrinkToFit()); }, "1"},
+    {"numFormat", false, [](Fmt &f, Fnt &) { f.setNumFormat(49); },
+     [](Fmt &f, Fnt &) { return num(f.numFormat()); }, "49"},
+    {"alignH", false, [](Fmt &f, Fnt &) { f.setAlignH(ALIGNH_DISTRIBUTED); },
+     [](Fmt &f, Fnt &) { return num(f.alignH()); }, "7"},
+    {"alignV", false, [](Fmt &f, Fnt &) { f.setAlignV(ALIGNV_TOP); },
+     [](Fmt &f, Fnt &) { return num(f.alignV()); }, "0"},
+    {"wrap", false, [](Fmt &f, Fnt &) { f.setWrap(true); },
+     [](Fmt &f, Fnt &) { return num(f.wrap()); }, "1"},
+    {"rotation", false, [](Fmt &f, Fnt &) { f.setRotation(255); },
+     [](Fmt &f, Fnt &) { return num(f.rotation()); }, "255"},
+    {"rotation refused", false,
+     [](Fmt &f, Fnt &) {
+         f.setRotation(45);
+         f.setRotation(181);
+     },
+     [](Fmt &f, Fnt &) { return num(f.rotation()); }, "45"},
+    {"indent", false, [](Fmt &f, Fnt &) { f.setIndent(4); },
+     [](Fmt &f, Fnt &) { return num(f.indent()); }, "4"},
+    {"shrinkToFit", false, [](Fmt &f, Fnt &) { f.setShrinkToFit(true); },
+     [](Fmt &f, Fnt &) { return num(f.shrinkToFit()); }, "1"},
     {"borders", false,
-     [](Fmt &f, Fnt &) { f.setBorderLeft(BORDERSTYLE_THIN); f.setBorderRight(BORDERSTYLE_DOUBLE); f.setBorderTop(BORDERSTYLE_HAIR); f.setBorderBottom(BORDERSTYLE_SLANTDASHDOT); },
-     [](Fmt &f, Fnt &) { return num(f.borderLeft()) + num(f.borderRight()) + num(f.borderTop()) + num(f.borderBottom()); }, "16713"},
-    {"setBorder", false, [](Fmt &f, Fnt &) { f.setBorder(BORDERSTYLE_THICK); }, [](Fmt &f, Fnt &) { return num(f.borderTop()) + num(f.borderDiagonalStyle()); }, "50"},
+     [](Fmt &f, Fnt &) {
+         f.setBorderLeft(BORDERSTYLE_THIN);
+         f.setBorderRight(BORDERSTYLE_DOUBLE);
+         f.setBorderTop(BORDERSTYLE_HAIR);
+         f.setBorderBottom(BORDERSTYLE_SLANTDASHDOT);
+     },
+     [](Fmt &f, Fnt &) {
+         return num(f.borderLeft()) + num(f.borderRight()) + num(f.borderTop()) +
+                num(f.borderBottom());
+     },
+     "16713"},
+    {"setBorder", false, [](Fmt &f, Fnt &) { f.setBorder(BORDERSTYLE_THICK); },
+     [](Fmt &f, Fnt &) { return num(f.borderTop()) + num(f.borderDiagonalStyle()); }, "50"},
     {"border colours", false,
-     [](Fmt &f, Fnt &) { f.setBorderColor(Color(12)); f.setBorderLeftColor(Color(10)); f.setBorderTopColor(Color(-1)); },
-     [](Fmt &f, Fnt &) { return num(f.borderLeftColor()) + "," + num(f.borderRightColor()) + "," + num(f.borderTopColor()) + "," + num(f.borderBottomColor()); }, "10,12,12,12"},
+     [](Fmt &f, Fnt &) {
+         f.setBorderColor(Color(12));
+         f.setBorderLeftColor(Color(10));
+         f.setBorderTopColor(Color(-1));
+     },
+     [](Fmt &f, Fnt &) {
+         return num(f.borderLeftColor()) + "," + num(f.borderRightColor()) + "," +
+                num(f.borderTopColor()) + "," + num(f.borderBottomColor());
+     },
+     "10,12,12,12"},
     {"diagonal", false,
-     [](Fmt &f, Fnt &) { f.setBorderDiagonal(BORDERDIAGONAL_BOTH); f.setBorderDiagonalStyle(BORDERSTYLE_DASHDOT); f.setBorderDiagonalColor(Color(20)); },
-     [](Fmt &f, Fnt &) { return num(f.borderDiagonal()) + "," + num(f.borderDiagonalStyle()) + "," + num(f.borderDiagonalColor()); }, "3,9,20"},
-    {"diagonal up", false, [](Fmt &f, Fnt &) { f.setBorderDiagonal(BORDERDIAGONAL_BOTH); f.setBorderDiagonal(BORDERDIAGONAL_UP); }, [](Fmt &f, Fnt &) { return num(f.borderDiagonal()); }, "2"},
+     [](Fmt &f, Fnt &) {
+         f.setBorderDiagonal(BORDERDIAGONAL_BOTH);
+         f.setBorderDiagonalStyle(BORDERSTYLE_DASHDOT);
+         f.setBorderDiagonalColor(Color(20));
+     },
+     [](Fmt &f, Fnt &) {
+         return num(f.borderDiagonal()) + "," + num(f.borderDiagonalStyle()) + "," +
+                num(f.borderDiagonalColor());
+     },
+     "3,9,20"},
+    {"diagonal up", false,
+     [](Fmt &f, Fnt &) {
+         f.setBorderDiagonal(BORDERDIAGONAL_BOTH);
+         f.setBorderDiagonal(BORDERDIAGONAL_UP);
+     },
+     [](Fmt &f, Fnt &) { return num(f.borderDiagonal()); }, "2"},
     {"fill", false,
-     [](Fmt &f, Fnt &) { f.setFillPattern(FILLPATTERN_GRAY6P25); f.setPatternForegroundColor(Color(10)); f.setPatternBackgroundColor(Color(11)); },
-     [](Fmt &f, Fnt &) { return num(f.fillPattern()) + "," + num(f.patternForegroundColor()) + "," + num(f.patternBackgroundColor()); }, "18,10,11"},
-    {"fill back to none", false, [](Fmt &f, Fnt &) { f.setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FILLPATTERN_NONE); }, [](Fmt &f, Fnt &) { return num(f.fillPattern()); }, "0"},
-    {"fill again", false, [](Fmt &f, Fnt &) { f.setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FILLPATTERN_NONE); f.setFillPattern(FILLPATTERN_DIAGSTRIPE); }, [](Fmt &f, Fnt &) { return num(f.fillPattern()); }, "8"},
-    {"fill rgb", true, [](Fmt &f, Fnt &) { f.setFillPattern(FILLPATTERN_SOLID); f.setPatternForegroundColor(Color(0x123456)); }, [](Fmt &f, Fnt &) { return num(f.patternForegroundColor()); }, num(0x123456)},
-    {"locked", false, [](Fmt &f, Fnt &) { f.setLocked(false); }, [](Fmt &f, Fnt &) { return num(f.locked()) + num(f.hidden()); }, "00"},
-    {"hidden", false, [](Fmt &f, Fnt &) { f.setHidden(true); }, [](Fmt &f, Fnt &) { return num(f.locked()) + num(f.hidden()); }, "11"},
-    {"font size", false, [](Fmt &, Fnt &t) { t.setSize(14); }, [](Fmt &, Fnt &t) { return num(t.size()); }, "14"},
-    {"font flags", false, [](Fmt &, Fnt &t) { t.setItalic(true); t.setStrikeOut(true); t.setBold(true); t.setBold(true); },
+     [](Fmt &f, Fnt &) {
+         f.setFillPattern(FILLPATTERN_GRAY6P25);
+         f.setPatternForegroundColor(Color(10));
+         f.setPatternBackgroundColor(Color(11));
+     },
+     [](Fmt &f, Fnt &) {
+         return num(f.fillPattern()) + "," + num(f.patternForegroundColor()) + "," +
+                num(f.patternBackgroundColor());
+     },
+     "18,10,11"},
+    {"fill back to none", false,
+     [](Fmt &f, Fnt &) {
+         f.setFillPattern(FILLPATTERN_SOLID);
+         f.setFillPattern(FILLPATTERN_NONE);
+     },
+     [](Fmt &f, Fnt &) { return num(f.fillPattern()); }, "0"},
+    {"fill again", false,
+     [](Fmt &f, Fnt &) {
+         f.setFillPattern(FILLPATTERN_SOLID);
+         f.setFillPattern(FILLPATTERN_NONE);
+         f.setFillPattern(FILLPATTERN_DIAGSTRIPE);
+     },
+     [](Fmt &f, Fnt &) { return num(f.fillPattern()); }, "8"},
+    {"fill rgb", true,
+     [](Fmt &f, Fnt &) {
+         f.setFillPattern(FILLPATTERN_SOLID);
+         f.setPatternForegroundColor(Color(0x123456));
+     },
+     [](Fmt &f, Fnt &) { return num(f.patternForegroundColor()); }, num(0x123456)},
+    {"locked", false, [](Fmt &f, Fnt &) { f.setLocked(false); },
+     [](Fmt &f, Fnt &) { return num(f.locked()) + num(f.hidden()); }, "00"},
+    {"hidden", false, [](Fmt &f, Fnt &) { f.setHidden(true); },
+     [](Fmt &f, Fnt &) { return num(f.locked()) + num(f.hidden()); }, "11"},
+    {"font size", false, [](Fmt &, Fnt &t) { t.setSize(14); },
+     [](Fmt &, Fnt &t) { return num(t.size()); }, "14"},
+    {"font flags", false,
+     [](Fmt &, Fnt &t) {
+         t.setItalic(true);
+         t.setStrikeOut(true);
+         t.setBold(true);
+         t.setBold(true);
+     },
      [](Fmt &, Fnt &t) { return num(t.italic()) + num(t.strikeOut()) + num(t.bold()); }, "111"},
-    {"font flag off", false, [](Fmt &, Fnt &t) { t.setBold(true); t.setBold(false); }, [](Fmt &, Fnt &t) { return num(t.bold()); }, "0"},
-    {"font colour", false, [](Fmt &, Fnt &t) { t.setColor(Color(10)); }, [](Fmt &, Fnt &t) { return num(t.color()); }, "10"},
-    {"font colour automatic", false, [](Fmt &, Fnt &t) { t.setColor(Color(10)); t.setColor(COLOR_NONE); }, [](Fmt &, Fnt &t) { return num(t.color()); }, "8"},
-    {"font colour rgb", true, [](Fmt &, Fnt &t) { t.setColor(Color(0xABCDEF)); }, [](Fmt &, Fnt &t) { return num(t.color()); }, num(0xABCDEF)},
-    {"superscript", false, [](Fmt &, Fnt &t) { t.setScript(SCRIPT_SUPER); }, [](Fmt &, Fnt &t) { return num(t.script()); }, "1"},
-    {"subscript", false, [](Fmt &, Fnt &t) { t.setScript(SCRIPT_SUB); }, [](Fmt &, Fnt &t) { return num(t.script()); }, "2"},
-    {"script off", false, [](Fmt &, Fnt &t) { t.setScript(SCRIPT_SUB); t.setScript(SCRIPT_NORMAL); }, [](Fmt &, Fnt &t) { return num(t.script()) + num(dynamic_cast<IFontPrivate<char> &>(t).isScript()); }, "00"},
-    {"underline", false, [](Fmt &, Fnt &t) { t.setUnderline(UNDERLINE_DOUBLEACC); }, [](Fmt &, Fnt &t) { return num(t.underline()); }, "34"},
-    {"underline single", false, [](Fmt &, Fnt &t) { t.setUnderline(UNDERLINE_SINGLE); t.setUnderline(Underline(3)); }, [](Fmt &, Fnt &t) { return num(t.underline()); }, "1"},
-    {"font name", false, [](Fmt &, Fnt &t) { t.setName("Ärial <Narrow>"); t.setName(""); }, [](Fmt &, Fnt &t) { return std::string(t.name()); }, "Ärial <Narrow>"},
-    {"blank font reads the default", false, [](Fmt &, Fnt &) {}, [](Fmt &, Fnt &t) { return std::string(t.name()) + num(t.size()); }, "Calibri11"},
+    {"font flag off", false,
+     [](Fmt &, Fnt &t) {
+         t.setBold(true);
+         t.setBold(false);
+     },
+     [](Fmt &, Fnt &t) { return num(t.bold()); }, "0"},
+    {"font colour", false, [](Fmt &, Fnt &t) { t.setColor(Color(10)); },
+     [](Fmt &, Fnt &t) { return num(t.color()); }, "10"},
+    {"font colour automatic", false,
+     [](Fmt &, Fnt &t) {
+         t.setColor(Color(10));
+         t.setColor(COLOR_NONE);
+     },
+     [](Fmt &, Fnt &t) { return num(t.color()); }, "8"},
+    {"font colour rgb", true, [](Fmt &, Fnt &t) { t.setColor(Color(0xABCDEF)); },
+     [](Fmt &, Fnt &t) { return num(t.color()); }, num(0xABCDEF)},
+    {"superscript", false, [](Fmt &, Fnt &t) { t.setScript(SCRIPT_SUPER); },
+     [](Fmt &, Fnt &t) { return num(t.script()); }, "1"},
+    {"subscript", false, [](Fmt &, Fnt &t) { t.setScript(SCRIPT_SUB); },
+     [](Fmt &, Fnt &t) { return num(t.script()); }, "2"},
+    {"script off", false,
+     [](Fmt &, Fnt &t) {
+         t.setScript(SCRIPT_SUB);
+         t.setScript(SCRIPT_NORMAL);
+     },
+     [](Fmt &, Fnt &t) {
+         return num(t.script()) + num(dynamic_cast<IFontPrivate<char> &>(t).isScript());
+     },
+     "00"},
+    {"underline", false, [](Fmt &, Fnt &t) { t.setUnderline(UNDERLINE_DOUBLEACC); },
+     [](Fmt &, Fnt &t) { return num(t.underline()); }, "34"},
+    {"underline single", false,
+     [](Fmt &, Fnt &t) {
+         t.setUnderline(UNDERLINE_SINGLE);
+         t.setUnderline(Underline(3));
+     },
+     [](Fmt &, Fnt &t) { return num(t.underline()); }, "1"},
+    {"font name", false,
+     [](Fmt &, Fnt &t) {
+         t.setName("Ärial <Narrow>");
+         t.setName("");
+     },
+     [](Fmt &, Fnt &t) { return std::string(t.name()); }, "Ärial <Narrow>"},
+    {"blank font reads the default", false, [](Fmt &, Fnt &) {},
+     [](Fmt &, Fnt &t) { return std::string(t.name()) + num(t.size()); }, "Calibri11"},
 };
 
 } // namespace
@@ -132,7 +244,8 @@ TEST(Styles, FailuresCarryTheirMessages) {
     const std::string noFonts = sheetXml("<cellXfs count=\"1\"><xf/></cellXfs>");
     std::string allTaken;
     for (int id = 164; id <= 392; ++id)
-        allTaken += "<numFmt numFmtId=\"" + num(id) + "\" formatCode=\"0." + std::string(id - 163, '0') + "\"/>";
+        allTaken += "<numFmt numFmtId=\"" + num(id) + "\" formatCode=\"0." +
+                    std::string(id - 163, '0') + "\"/>";
     allTaken = sheetXml("<numFmts>" + allTaken + "</numFmts>");
     Styles<char> other(TRANSITIONAL, true);
     const struct {
@@ -140,20 +253,34 @@ TEST(Styles, FailuresCarryTheirMessages) {
         std::function<void()> op;
         std::string text;
     } rows[] = {
-        {"format past the end", [] { Styles<char>(TRANSITIONAL, true).format(1); }, "index is out of range"},
-        {"negative format", [] { Styles<char>(TRANSITIONAL, true).format(-1); }, "index is out of range"},
-        {"font past the end", [] { Styles<char>(TRANSITIONAL, true).font(1); }, "index is out of range"},
-        {"foreign format", [&] { Styles<char>(TRANSITIONAL, true).getStyleID(other.format(0)); }, "unknown format"},
-        {"null format", [] { Styles<char>(TRANSITIONAL, true).getStyleID(nullptr); }, "unknown format"},
-        {"addFont without fonts", [&] { loaded<char>(noFonts)->addFont(nullptr); }, "fonts are not found"},
-        {"setDefaultFont without fonts", [&] { loaded<char>(noFonts)->setDefaultFont("Arial", 10); }, "fonts are not found"},
-        {"defaultFont without fonts", [&] { loaded<char>(noFonts)->defaultFont(nullptr); }, "fonts are not found"},
-        {"rgb of two bytes", [] { Styles<char>(TRANSITIONAL, true).colorFromRGB("FF00"); }, "rgb color is invalid"},
-        {"rgb not hex", [] { Styles<char>(TRANSITIONAL, true).colorFromRGB("FFGG0000"); }, "rgb color is invalid"},
-        {"custom ids used up", [&] { loaded<char>(allTaken)->addCustomNumFormat("new"); }, "maximum number of custom formats is exceeded"},
-        {"unknown child", [] { loaded<char>(sheetXml("<bogus/>")); }, lmx::get_error_description(lmx::ELMX_BAD_END_OF_ELEMENT)},
-        {"other root", [] { loaded<char>("<worksheet xmlns=\"" + std::string(kNs) + "\"/>"); }, lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND)},
-        {"Transitional read as Strict", [] { loaded<char>(sheetXml(""), STRICT); }, lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND)},
+        {"format past the end", [] { Styles<char>(TRANSITIONAL, true).format(1); },
+         "index is out of range"},
+        {"negative format", [] { Styles<char>(TRANSITIONAL, true).format(-1); },
+         "index is out of range"},
+        {"font past the end", [] { Styles<char>(TRANSITIONAL, true).font(1); },
+         "index is out of range"},
+        {"foreign format", [&] { Styles<char>(TRANSITIONAL, true).getStyleID(other.format(0)); },
+         "unknown format"},
+        {"null format", [] { Styles<char>(TRANSITIONAL, true).getStyleID(nullptr); },
+         "unknown format"},
+        {"addFont without fonts", [&] { loaded<char>(noFonts)->addFont(nullptr); },
+         "fonts are not found"},
+        {"setDefaultFont without fonts",
+         [&] { loaded<char>(noFonts)->setDefaultFont("Arial", 10); }, "fonts are not found"},
+        {"defaultFont without fonts", [&] { loaded<char>(noFonts)->defaultFont(nullptr); },
+         "fonts are not found"},
+        {"rgb of two bytes", [] { Styles<char>(TRANSITIONAL, true).colorFromRGB("FF00"); },
+         "rgb color is invalid"},
+        {"rgb not hex", [] { Styles<char>(TRANSITIONAL, true).colorFromRGB("FFGG0000"); },
+         "rgb color is invalid"},
+        {"custom ids used up", [&] { loaded<char>(allTaken)->addCustomNumFormat("new"); },
+         "maximum number of custom formats is exceeded"},
+        {"unknown child", [] { loaded<char>(sheetXml("<bogus/>")); },
+         lmx::get_error_description(lmx::ELMX_BAD_END_OF_ELEMENT)},
+        {"other root", [] { loaded<char>("<worksheet xmlns=\"" + std::string(kNs) + "\"/>"); },
+         lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND)},
+        {"Transitional read as Strict", [] { loaded<char>(sheetXml(""), STRICT); },
+         lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND)},
     };
     for (const auto &r : rows) EXPECT_EQ(failure(r.op), r.text) << r.name;
     // A loaded file keeps formats beyond the handed-out range, and the same text finds its id.
@@ -167,16 +294,24 @@ TEST(Styles, CustomNumberFormatsStartAt166AndReuseTheirText) {
         std::vector<std::pair<const char *, int>> adds;
     } rows[] = {
         {"new", "", {{"0.00%", 166}, {"0.00%", 166}, {"#,##0.0", 167}, {"0.00%", 166}}},
-        {"164 and 165 kept", sheetXml("<numFmts count=\"2\"><numFmt numFmtId=\"164\" formatCode=\"a\"/><numFmt numFmtId=\"165\" formatCode=\"b\"/></numFmts>"),
+        {"164 and 165 kept",
+         sheetXml("<numFmts count=\"2\"><numFmt numFmtId=\"164\" formatCode=\"a\"/><numFmt "
+                  "numFmtId=\"165\" formatCode=\"b\"/></numFmts>"),
          {{"b", 165}, {"c", 166}}},
-        {"gap filled", sheetXml("<numFmts count=\"3\"><numFmt numFmtId=\"166\" formatCode=\"a\"/><numFmt numFmtId=\"167\" formatCode=\"b\"/><numFmt numFmtId=\"169\" formatCode=\"c\"/></numFmts>"),
+        {"gap filled",
+         sheetXml("<numFmts count=\"3\"><numFmt numFmtId=\"166\" formatCode=\"a\"/><numFmt "
+                  "numFmtId=\"167\" formatCode=\"b\"/><numFmt numFmtId=\"169\" "
+                  "formatCode=\"c\"/></numFmts>"),
          {{"d", 168}, {"e", 170}}},
     };
     for (const auto &r : rows) {
-        auto s = r.xml.empty() ? std::make_unique<Styles<char>>(TRANSITIONAL, true) : loaded<char>(r.xml);
-        for (const auto &[text, id] : r.adds) EXPECT_EQ(s->addCustomNumFormat(text), id) << r.name << " " << text;
+        auto s = r.xml.empty() ? std::make_unique<Styles<char>>(TRANSITIONAL, true)
+                               : loaded<char>(r.xml);
+        for (const auto &[text, id] : r.adds)
+            EXPECT_EQ(s->addCustomNumFormat(text), id) << r.name << " " << text;
         auto again = loaded<char>(saved(*s));
-        for (const auto &[text, id] : r.adds) EXPECT_STREQ(again->customNumFormat(id), text) << r.name;
+        for (const auto &[text, id] : r.adds)
+            EXPECT_STREQ(again->customNumFormat(id), text) << r.name;
     }
     EXPECT_EQ(Styles<char>(TRANSITIONAL, true).customNumFormat(166), nullptr);
 
@@ -196,26 +331,35 @@ TEST(Styles, CustomNumberFormatsStartAt166AndReuseTheirText) {
 }
 
 TEST(Styles, ColoursReadInBothModesAndWriteAsTheModeSays) {
-    const std::string palette =
-        "<colors><indexedColors><rgbColor rgb=\"FF000000\"/><rgbColor rgb=\"FF010203\"/></indexedColors></colors>";
+    const std::string palette = "<colors><indexedColors><rgbColor rgb=\"FF000000\"/><rgbColor "
+                                "rgb=\"FF010203\"/></indexedColors></colors>";
     const struct {
         bool rgb;
         const char *color; // attributes of the font's colour element
         bool customPalette;
         int want;
     } rows[] = {
-        {false, "indexed=\"10\"", false, 10},       {false, "rgb=\"FFFF0000\"", false, 10},
-        {false, "rgb=\"FF333399\"", false, 62},     {false, "rgb=\"FF123456\"", false, -1},
-        {false, "rgb=\"80FF0000\"", false, -1},     {false, "theme=\"1\" tint=\"0.5\"", false, -1},
-        {false, "theme=\"1\"", false, -1},          {false, "auto=\"1\"", false, -1},
-        {true, "indexed=\"10\"", false, 0xFF0000},  {true, "indexed=\"2\"", false, 0xFF0000},
-        {true, "indexed=\"63\"", false, 0x333333},  {true, "indexed=\"64\"", false, -1},
-        {true, "rgb=\"FF123456\"", false, 0x123456}, {true, "indexed=\"1\"", true, 0x010203},
-        {true, "indexed=\"5\"", true, 0xFFFF00},    {true, "theme=\"4\" tint=\"-0.25\"", false, -1},
+        {false, "indexed=\"10\"", false, 10},
+        {false, "rgb=\"FFFF0000\"", false, 10},
+        {false, "rgb=\"FF333399\"", false, 62},
+        {false, "rgb=\"FF123456\"", false, -1},
+        {false, "rgb=\"80FF0000\"", false, -1},
+        {false, "theme=\"1\" tint=\"0.5\"", false, -1},
+        {false, "theme=\"1\"", false, -1},
+        {false, "auto=\"1\"", false, -1},
+        {true, "indexed=\"10\"", false, 0xFF0000},
+        {true, "indexed=\"2\"", false, 0xFF0000},
+        {true, "indexed=\"63\"", false, 0x333333},
+        {true, "indexed=\"64\"", false, -1},
+        {true, "rgb=\"FF123456\"", false, 0x123456},
+        {true, "indexed=\"1\"", true, 0x010203},
+        {true, "indexed=\"5\"", true, 0xFFFF00},
+        {true, "theme=\"4\" tint=\"-0.25\"", false, -1},
     };
     for (const auto &r : rows) {
-        const std::string xml = sheetXml(std::string("<fonts count=\"1\"><font><color ") + r.color +
-                                         "/><sz val=\"10\"/></font></fonts>" + (r.customPalette ? palette : ""));
+        const std::string xml =
+            sheetXml(std::string("<fonts count=\"1\"><font><color ") + r.color +
+                     "/><sz val=\"10\"/></font></fonts>" + (r.customPalette ? palette : ""));
         auto s = loaded<char>(xml);
         s->setRgbMode(r.rgb);
         EXPECT_EQ(static_cast<int>(s->font(0)->color()), r.want) << r.color << " rgb " << r.rgb;
@@ -292,14 +436,18 @@ TEST(Styles, FormatsCopiedBetweenBooksKeepTheirColours) {
 }
 
 TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
-    const std::string xml = sheetXml(
-        "<fonts count=\"1\"><font/></fonts>"
-        "<fills count=\"3\"><fill><patternFill patternType=\"none\"/></fill><fill><patternFill patternType=\"gray125\"/></fill>"
-        "<fill><patternFill patternType=\"solid\"><fgColor indexed=\"10\"/></patternFill></fill></fills>"
-        "<borders count=\"2\"><border/><border><left style=\"thin\"/></border></borders>"
-        "<cellXfs count=\"4\"><xf/><xf borderId=\"1\" fillId=\"2\"/><xf borderId=\"1\" fillId=\"2\"/><xf borderId=\"7\"/></cellXfs>");
+    const std::string xml =
+        sheetXml("<fonts count=\"1\"><font/></fonts>"
+                 "<fills count=\"3\"><fill><patternFill "
+                 "patternType=\"none\"/></fill><fill><patternFill patternType=\"gray125\"/></fill>"
+                 "<fill><patternFill patternType=\"solid\"><fgColor "
+                 "indexed=\"10\"/></patternFill></fill></fills>"
+                 "<borders count=\"2\"><border/><border><left style=\"thin\"/></border></borders>"
+                 "<cellXfs count=\"4\"><xf/><xf borderId=\"1\" fillId=\"2\"/><xf borderId=\"1\" "
+                 "fillId=\"2\"/><xf borderId=\"7\"/></cellXfs>");
     auto s = loaded<char>(xml);
-    IFormatT<char> *zero = s->format(0), *one = s->format(1), *two = s->format(2), *dangling = s->format(3);
+    IFormatT<char> *zero = s->format(0), *one = s->format(1), *two = s->format(2),
+                   *dangling = s->format(3);
     one->setBorderLeft(BORDERSTYLE_THICK);
     one->setPatternForegroundColor(Color(12));
     EXPECT_EQ(two->borderLeft(), BORDERSTYLE_THICK);
@@ -311,7 +459,9 @@ TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
     auto r = loaded<char>(saved(*s));
     const std::string again = saved(*r);
     EXPECT_NE(again.find("<borders count=\"4\"><border/>"), std::string::npos) << again;
-    EXPECT_NE(again.find("<fills count=\"4\"><fill><patternFill patternType=\"none\"/></fill>"), std::string::npos) << again;
+    EXPECT_NE(again.find("<fills count=\"4\"><fill><patternFill patternType=\"none\"/></fill>"),
+              std::string::npos)
+        << again;
     EXPECT_EQ(r->format(0)->borderTop(), BORDERSTYLE_DOTTED);
     EXPECT_EQ(r->format(0)->fillPattern(), FILLPATTERN_THINHORCROSSHATCH);
     EXPECT_EQ(r->format(3)->borderRight(), BORDERSTYLE_HAIR);
@@ -321,9 +471,13 @@ TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
     Styles<char> n(TRANSITIONAL, true);
     n.addFormat(nullptr)->setFillPattern(FILLPATTERN_SOLID);
     const std::string out = saved(n);
-    EXPECT_NE(out.find("<fills count=\"3\"><fill><patternFill patternType=\"none\"/></fill><fill><patternFill "
-                       "patternType=\"gray125\"/></fill><fill><patternFill patternType=\"solid\"/></fill></fills>"),
-              std::string::npos) << out;
+    EXPECT_NE(
+        out.find(
+            "<fills count=\"3\"><fill><patternFill patternType=\"none\"/></fill><fill><patternFill "
+            "patternType=\"gray125\"/></fill><fill><patternFill "
+            "patternType=\"solid\"/></fill></fills>"),
+        std::string::npos)
+        << out;
     EXPECT_NE(out.find("<borders count=\"2\">"), std::string::npos) << out;
     EXPECT_NE(out.find("fillId=\"2\" borderId=\"1\""), std::string::npos) << out;
 }
@@ -334,12 +488,13 @@ TEST(Styles, IsDateByBuiltInIdOrCustomText) {
         const char *custom; // a custom format's text instead of the id
         bool date;
     } rows[] = {
-        {0, nullptr, false},  {13, nullptr, false}, {14, nullptr, true},  {22, nullptr, true},
-        {23, nullptr, false}, {37, nullptr, false}, {45, nullptr, true},  {47, nullptr, true},
-        {49, nullptr, false}, {50, nullptr, false}, {163, nullptr, false},
-        {0, "yyyy-mm-dd", true},       {0, "[Red]0.00", false},  {0, "[h]:mm", true},
-        {0, "0.00%", false},           {0, "\"days\" 0", true},  {0, "[$-409]#,##0", false},
-        {0, "General;[Blue]@", false}, {0, "S", true},
+        {0, nullptr, false},     {13, nullptr, false},       {14, nullptr, true},
+        {22, nullptr, true},     {23, nullptr, false},       {37, nullptr, false},
+        {45, nullptr, true},     {47, nullptr, true},        {49, nullptr, false},
+        {50, nullptr, false},    {163, nullptr, false},      {0, "yyyy-mm-dd", true},
+        {0, "[Red]0.00", false}, {0, "[h]:mm", true},        {0, "0.00%", false},
+        {0, "\"days\" 0", true}, {0, "[$-409]#,##0", false}, {0, "General;[Blue]@", false},
+        {0, "S", true},
     };
     Styles<char> s(TRANSITIONAL, true);
     for (const auto &r : rows) {
@@ -361,13 +516,16 @@ TEST(Styles, NewStylesheetAndForeignMarkupKeptThroughASave) {
     n.setDefaultFont("Liberation Sans", 9);
     EXPECT_EQ(std::string(n.font(0)->name()) + num(n.addFont(nullptr)->size()), "Liberation Sans9");
 
-    const std::string xml = sheetXml(
-        "<fonts count=\"1\" x14ac:knownFonts=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/></font></fonts>"
-        "<cellXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\"/></cellXfs>"
-        "<extLst><ext uri=\"{EB79DEF2-80B8-43e5-95BD-54CBDDF08AAB}\" "
-        "xmlns:x14=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/main\"><x14:slicerStyles defaultSlicerStyle=\"S\"/></ext></extLst>",
-        " xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\" mc:Ignorable=\"x14ac\" "
-        "xmlns:x14ac=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/ac\"");
+    const std::string xml =
+        sheetXml("<fonts count=\"1\" x14ac:knownFonts=\"1\"><font><sz val=\"11\"/><name "
+                 "val=\"Calibri\"/></font></fonts>"
+                 "<cellXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\"/></cellXfs>"
+                 "<extLst><ext uri=\"{EB79DEF2-80B8-43e5-95BD-54CBDDF08AAB}\" "
+                 "xmlns:x14=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/"
+                 "main\"><x14:slicerStyles defaultSlicerStyle=\"S\"/></ext></extLst>",
+                 " xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\" "
+                 "mc:Ignorable=\"x14ac\" "
+                 "xmlns:x14ac=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/ac\"");
     auto s = loaded<char>(xml);
     s->font(0)->setBold(true);
     s->font(0)->setBold(false);
@@ -389,10 +547,12 @@ TEST(Styles, CorpusStylesheetsWriteBackCanonicallyEqual) {
         const std::string origin = xmlparts::slurp(book / "origin.txt");
         std::unique_ptr<Styles<char>> s;
         try {
-            s = loaded<char>(doc, doc.find("purl.oclc.org") != std::string::npos ? STRICT : TRANSITIONAL);
+            s = loaded<char>(doc, doc.find("purl.oclc.org") != std::string::npos ? STRICT
+                                                                                 : TRANSITIONAL);
         } catch (const std::exception &e) {
             // A stylesheet outside its schema (a three-byte rgb) is refused with the reader's text.
-            EXPECT_NE(origin.find("minimal_package"), std::string::npos) << origin << ": " << e.what();
+            EXPECT_NE(origin.find("minimal_package"), std::string::npos)
+                << origin << ": " << e.what();
             ++refused;
             continue;
         }
