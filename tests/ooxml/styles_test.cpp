@@ -53,166 +53,94 @@ using Fmt = IFormatT<char>;
 using Fnt = IFontT<char>;
 std::string num(long v) { return std::to_string(v); }
 
+// One attribute set to `value` on a new format or font, and read back.
 struct Attribute {
     const char *name;
     bool rgb; // colours spoken as RGB values
-    std::function<void(Fmt &, Fnt &)> set;
-    std::function<std::string(Fmt &, Fnt &)> get;
-    std::string want;
+    void (*set)(Fmt &, Fnt &, int value);
+    int (*get)(Fmt &, Fnt &);
+    int value, want;
 };
+#define ON_FORMAT(calls) [](Fmt &f, Fnt &, int v) { f.calls; }
+#define OF_FORMAT(expr) [](Fmt &f, Fnt &) { return static_cast<int>(f.expr); }
+#define ON_FONT(calls) [](Fmt &, Fnt &t, int v) { t.calls; }
+#define OF_FONT(expr) [](Fmt &, Fnt &t) { return static_cast<int>(t.expr); }
 
 const Attribute kAttributes[] = {
-    {"numFormat", false, [](Fmt &f, Fnt &) { f.setNumFormat(49); },
-     [](Fmt &f, Fnt &) { return num(f.numFormat()); }, "49"},
-    {"alignH", false, [](Fmt &f, Fnt &) { f.setAlignH(ALIGNH_DISTRIBUTED); },
-     [](Fmt &f, Fnt &) { return num(f.alignH()); }, "7"},
-    {"alignV", false, [](Fmt &f, Fnt &) { f.setAlignV(ALIGNV_TOP); },
-     [](Fmt &f, Fnt &) { return num(f.alignV()); }, "0"},
-    {"wrap", false, [](Fmt &f, Fnt &) { f.setWrap(true); },
-     [](Fmt &f, Fnt &) { return num(f.wrap()); }, "1"},
-    {"rotation", false, [](Fmt &f, Fnt &) { f.setRotation(255); },
-     [](Fmt &f, Fnt &) { return num(f.rotation()); }, "255"},
-    {"rotation refused", false,
-     [](Fmt &f, Fnt &) {
-         f.setRotation(45);
-         f.setRotation(181);
-     },
-     [](Fmt &f, Fnt &) { return num(f.rotation()); }, "45"},
-    {"indent", false, [](Fmt &f, Fnt &) { f.setIndent(4); },
-     [](Fmt &f, Fnt &) { return num(f.indent()); }, "4"},
-    {"shrinkToFit", false, [](Fmt &f, Fnt &) { f.setShrinkToFit(true); },
-     [](Fmt &f, Fnt &) { return num(f.shrinkToFit()); }, "1"},
-    {"borders", false,
-     [](Fmt &f, Fnt &) {
-         f.setBorderLeft(BORDERSTYLE_THIN);
-         f.setBorderRight(BORDERSTYLE_DOUBLE);
-         f.setBorderTop(BORDERSTYLE_HAIR);
-         f.setBorderBottom(BORDERSTYLE_SLANTDASHDOT);
-     },
-     [](Fmt &f, Fnt &) {
-         return num(f.borderLeft()) + num(f.borderRight()) + num(f.borderTop()) +
-                num(f.borderBottom());
-     },
-     "16713"},
-    {"setBorder", false, [](Fmt &f, Fnt &) { f.setBorder(BORDERSTYLE_THICK); },
-     [](Fmt &f, Fnt &) { return num(f.borderTop()) + num(f.borderDiagonalStyle()); }, "50"},
-    {"border colours", false,
-     [](Fmt &f, Fnt &) {
-         f.setBorderColor(Color(12));
-         f.setBorderLeftColor(Color(10));
-         f.setBorderTopColor(Color(-1));
-     },
-     [](Fmt &f, Fnt &) {
-         return num(f.borderLeftColor()) + "," + num(f.borderRightColor()) + "," +
-                num(f.borderTopColor()) + "," + num(f.borderBottomColor());
-     },
-     "10,12,12,12"},
-    {"diagonal", false,
-     [](Fmt &f, Fnt &) {
-         f.setBorderDiagonal(BORDERDIAGONAL_BOTH);
-         f.setBorderDiagonalStyle(BORDERSTYLE_DASHDOT);
-         f.setBorderDiagonalColor(Color(20));
-     },
-     [](Fmt &f, Fnt &) {
-         return num(f.borderDiagonal()) + "," + num(f.borderDiagonalStyle()) + "," +
-                num(f.borderDiagonalColor());
-     },
-     "3,9,20"},
+    {"numFormat", false, ON_FORMAT(setNumFormat(v)), OF_FORMAT(numFormat()), 49, 49},
+    {"alignH", false, ON_FORMAT(setAlignH(AlignH(v))), OF_FORMAT(alignH()), 7, 7},
+    {"alignV", false, ON_FORMAT(setAlignV(AlignV(v))), OF_FORMAT(alignV()), 0, 0},
+    {"wrap", false, ON_FORMAT(setWrap(v)), OF_FORMAT(wrap()), 1, 1},
+    {"rotation", false, ON_FORMAT(setRotation(v)), OF_FORMAT(rotation()), 255, 255},
+    {"rotation refused", false, ON_FORMAT(setRotation(v); f.setRotation(181)),
+     OF_FORMAT(rotation()), 45, 45},
+    {"indent", false, ON_FORMAT(setIndent(v)), OF_FORMAT(indent()), 4, 4},
+    {"shrinkToFit", false, ON_FORMAT(setShrinkToFit(v)), OF_FORMAT(shrinkToFit()), 1, 1},
+    {"left", false, ON_FORMAT(setBorderLeft(BorderStyle(v))), OF_FORMAT(borderLeft()), 1, 1},
+    {"right", false, ON_FORMAT(setBorderRight(BorderStyle(v))), OF_FORMAT(borderRight()), 6, 6},
+    {"top", false, ON_FORMAT(setBorderTop(BorderStyle(v))), OF_FORMAT(borderTop()), 7, 7},
+    {"bottom", false, ON_FORMAT(setBorderBottom(BorderStyle(v))), OF_FORMAT(borderBottom()), 13,
+     13},
+    {"all four", false, ON_FORMAT(setBorder(BorderStyle(v))), OF_FORMAT(borderBottom()), 5, 5},
+    {"not the diagonal", false, ON_FORMAT(setBorder(BorderStyle(v))),
+     OF_FORMAT(borderDiagonalStyle()), 5, 0},
+    {"left colour", false, ON_FORMAT(setBorderLeftColor(Color(v))), OF_FORMAT(borderLeftColor()),
+     10, 10},
+    {"right colour", false, ON_FORMAT(setBorderRightColor(Color(v))), OF_FORMAT(borderRightColor()),
+     11, 11},
+    {"top colour kept", false,
+     ON_FORMAT(setBorderTopColor(Color(v)); f.setBorderTopColor(Color(-1))),
+     OF_FORMAT(borderTopColor()), 12, 12},
+    {"bottom colour", true, ON_FORMAT(setBorderBottomColor(Color(v))),
+     OF_FORMAT(borderBottomColor()), 0x10203, 0x10203},
+    {"all colours", false, ON_FORMAT(setBorderColor(Color(v))), OF_FORMAT(borderRightColor()), 20,
+     20},
+    {"diagonals", false, ON_FORMAT(setBorderDiagonal(BorderDiagonal(v))),
+     OF_FORMAT(borderDiagonal()), 3, 3},
     {"diagonal up", false,
-     [](Fmt &f, Fnt &) {
-         f.setBorderDiagonal(BORDERDIAGONAL_BOTH);
-         f.setBorderDiagonal(BORDERDIAGONAL_UP);
-     },
-     [](Fmt &f, Fnt &) { return num(f.borderDiagonal()); }, "2"},
-    {"fill", false,
-     [](Fmt &f, Fnt &) {
-         f.setFillPattern(FILLPATTERN_GRAY6P25);
-         f.setPatternForegroundColor(Color(10));
-         f.setPatternBackgroundColor(Color(11));
-     },
-     [](Fmt &f, Fnt &) {
-         return num(f.fillPattern()) + "," + num(f.patternForegroundColor()) + "," +
-                num(f.patternBackgroundColor());
-     },
-     "18,10,11"},
-    {"fill back to none", false,
-     [](Fmt &f, Fnt &) {
-         f.setFillPattern(FILLPATTERN_SOLID);
-         f.setFillPattern(FILLPATTERN_NONE);
-     },
-     [](Fmt &f, Fnt &) { return num(f.fillPattern()); }, "0"},
-    {"fill again", false,
-     [](Fmt &f, Fnt &) {
-         f.setFillPattern(FILLPATTERN_SOLID);
-         f.setFillPattern(FILLPATTERN_NONE);
-         f.setFillPattern(FILLPATTERN_DIAGSTRIPE);
-     },
-     [](Fmt &f, Fnt &) { return num(f.fillPattern()); }, "8"},
-    {"fill rgb", true,
-     [](Fmt &f, Fnt &) {
-         f.setFillPattern(FILLPATTERN_SOLID);
-         f.setPatternForegroundColor(Color(0x123456));
-     },
-     [](Fmt &f, Fnt &) { return num(f.patternForegroundColor()); }, num(0x123456)},
-    {"locked", false, [](Fmt &f, Fnt &) { f.setLocked(false); },
-     [](Fmt &f, Fnt &) { return num(f.locked()) + num(f.hidden()); }, "00"},
-    {"hidden", false, [](Fmt &f, Fnt &) { f.setHidden(true); },
-     [](Fmt &f, Fnt &) { return num(f.locked()) + num(f.hidden()); }, "11"},
-    {"font size", false, [](Fmt &, Fnt &t) { t.setSize(14); },
-     [](Fmt &, Fnt &t) { return num(t.size()); }, "14"},
-    {"font flags", false,
-     [](Fmt &, Fnt &t) {
-         t.setItalic(true);
-         t.setStrikeOut(true);
-         t.setBold(true);
-         t.setBold(true);
-     },
-     [](Fmt &, Fnt &t) { return num(t.italic()) + num(t.strikeOut()) + num(t.bold()); }, "111"},
-    {"font flag off", false,
-     [](Fmt &, Fnt &t) {
-         t.setBold(true);
-         t.setBold(false);
-     },
-     [](Fmt &, Fnt &t) { return num(t.bold()); }, "0"},
-    {"font colour", false, [](Fmt &, Fnt &t) { t.setColor(Color(10)); },
-     [](Fmt &, Fnt &t) { return num(t.color()); }, "10"},
-    {"font colour automatic", false,
-     [](Fmt &, Fnt &t) {
-         t.setColor(Color(10));
-         t.setColor(COLOR_NONE);
-     },
-     [](Fmt &, Fnt &t) { return num(t.color()); }, "8"},
-    {"font colour rgb", true, [](Fmt &, Fnt &t) { t.setColor(Color(0xABCDEF)); },
-     [](Fmt &, Fnt &t) { return num(t.color()); }, num(0xABCDEF)},
-    {"superscript", false, [](Fmt &, Fnt &t) { t.setScript(SCRIPT_SUPER); },
-     [](Fmt &, Fnt &t) { return num(t.script()); }, "1"},
-    {"subscript", false, [](Fmt &, Fnt &t) { t.setScript(SCRIPT_SUB); },
-     [](Fmt &, Fnt &t) { return num(t.script()); }, "2"},
-    {"script off", false,
-     [](Fmt &, Fnt &t) {
-         t.setScript(SCRIPT_SUB);
-         t.setScript(SCRIPT_NORMAL);
-     },
-     [](Fmt &, Fnt &t) {
-         return num(t.script()) + num(dynamic_cast<IFontPrivate<char> &>(t).isScript());
-     },
-     "00"},
-    {"underline", false, [](Fmt &, Fnt &t) { t.setUnderline(UNDERLINE_DOUBLEACC); },
-     [](Fmt &, Fnt &t) { return num(t.underline()); }, "34"},
-    {"underline single", false,
-     [](Fmt &, Fnt &t) {
-         t.setUnderline(UNDERLINE_SINGLE);
-         t.setUnderline(Underline(3));
-     },
-     [](Fmt &, Fnt &t) { return num(t.underline()); }, "1"},
-    {"font name", false,
-     [](Fmt &, Fnt &t) {
-         t.setName("Ärial <Narrow>");
-         t.setName("");
-     },
-     [](Fmt &, Fnt &t) { return std::string(t.name()); }, "Ärial <Narrow>"},
-    {"blank font reads the default", false, [](Fmt &, Fnt &) {},
-     [](Fmt &, Fnt &t) { return std::string(t.name()) + num(t.size()); }, "Calibri11"},
+     ON_FORMAT(setBorderDiagonal(BORDERDIAGONAL_BOTH); f.setBorderDiagonal(BorderDiagonal(v))),
+     OF_FORMAT(borderDiagonal()), 2, 2},
+    {"diagonal style", false, ON_FORMAT(setBorderDiagonalStyle(BorderStyle(v))),
+     OF_FORMAT(borderDiagonalStyle()), 9, 9},
+    {"diagonal colour", false, ON_FORMAT(setBorderDiagonalColor(Color(v))),
+     OF_FORMAT(borderDiagonalColor()), 20, 20},
+    {"pattern", false, ON_FORMAT(setFillPattern(FillPattern(v))), OF_FORMAT(fillPattern()), 18, 18},
+    {"pattern none", false,
+     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FillPattern(v))),
+     OF_FORMAT(fillPattern()), 0, 0},
+    {"pattern again", false,
+     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FILLPATTERN_NONE);
+               f.setFillPattern(FillPattern(v))),
+     OF_FORMAT(fillPattern()), 8, 8},
+    {"pattern refused", false,
+     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FillPattern(v))),
+     OF_FORMAT(fillPattern()), 19, 1},
+    {"foreground", false, ON_FORMAT(setPatternForegroundColor(Color(v))),
+     OF_FORMAT(patternForegroundColor()), 10, 10},
+    {"background", false, ON_FORMAT(setPatternBackgroundColor(Color(v))),
+     OF_FORMAT(patternBackgroundColor()), 11, 11},
+    {"foreground rgb", true, ON_FORMAT(setPatternForegroundColor(Color(v))),
+     OF_FORMAT(patternForegroundColor()), 0x123456, 0x123456},
+    {"unlocked", false, ON_FORMAT(setLocked(v)), OF_FORMAT(locked()), 0, 0},
+    {"hidden", false, ON_FORMAT(setHidden(v)), OF_FORMAT(hidden()), 1, 1},
+    {"hidden stays locked", false, ON_FORMAT(setHidden(v)), OF_FORMAT(locked()), 1, 1},
+    {"size", false, ON_FONT(setSize(v)), OF_FONT(size()), 14, 14},
+    {"italic", false, ON_FONT(setItalic(v)), OF_FONT(italic()), 1, 1},
+    {"strike", false, ON_FONT(setStrikeOut(v)), OF_FONT(strikeOut()), 1, 1},
+    {"bold twice", false, ON_FONT(setBold(v); t.setBold(v)), OF_FONT(bold()), 1, 1},
+    {"bold off", false, ON_FONT(setBold(true); t.setBold(v)), OF_FONT(bold()), 0, 0},
+    {"colour", false, ON_FONT(setColor(Color(v))), OF_FONT(color()), 10, 10},
+    {"automatic colour", false, ON_FONT(setColor(COLOR_RED); t.setColor(Color(v))),
+     OF_FONT(color()), 32767, 8},
+    {"rgb colour", true, ON_FONT(setColor(Color(v))), OF_FONT(color()), 0xABCDEF, 0xABCDEF},
+    {"superscript", false, ON_FONT(setScript(Script(v))), OF_FONT(script()), 1, 1},
+    {"subscript", false, ON_FONT(setScript(Script(v))), OF_FONT(script()), 2, 2},
+    {"script off", false, ON_FONT(setScript(SCRIPT_SUB); t.setScript(Script(v))), OF_FONT(script()),
+     0, 0},
+    {"underline", false, ON_FONT(setUnderline(Underline(v))), OF_FONT(underline()), 34, 34},
+    {"underline refused", false,
+     ON_FONT(setUnderline(UNDERLINE_SINGLE); t.setUnderline(Underline(v))), OF_FONT(underline()), 3,
+     1},
 };
 
 } // namespace
@@ -226,7 +154,7 @@ TEST(Styles, EveryAttributeSurvivesSaveAndReloadInBothEditions) {
             IFormatT<char> *f = s.addFormat(nullptr);
             IFontT<char> *t = s.addFont(nullptr);
             ASSERT_TRUE(f->setFont(t));
-            a.set(*f, *t);
+            a.set(*f, *t, a.value);
             const std::string xml = saved(s);
             std::unique_ptr<Styles<char>> r;
             ASSERT_NO_THROW(r = loaded<char>(xml, ed)) << a.name << "\n" << xml;
@@ -238,6 +166,19 @@ TEST(Styles, EveryAttributeSurvivesSaveAndReloadInBothEditions) {
             EXPECT_EQ(a.get(*r->format(0), *r->font(0)), a.get(*fresh.format(0), *fresh.font(0)))
                 << a.name << " changed the defaults";
         }
+}
+
+TEST(Styles, FontNamesSurviveInBothCharacterTypes) {
+    Styles<char> n(STRICT, true);
+    IFontT<char> *f = n.addFont(nullptr);
+    EXPECT_TRUE(f->setName("\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80"));
+    EXPECT_FALSE(f->setName(""));
+    EXPECT_FALSE(f->setName(std::string(256, 'x').c_str()));
+    auto r = loaded<char>(saved(n), STRICT);
+    EXPECT_STREQ(r->font(1)->name(), "\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80");
+    Styles<wchar_t> w(TRANSITIONAL, false);
+    EXPECT_TRUE(w.addFont(nullptr)->setName(L"\u00c4rial \U0001F600"));
+    EXPECT_STREQ(loaded<wchar_t>(saved(w))->font(1)->name(), L"\u00c4rial \U0001F600");
 }
 
 TEST(Styles, FailuresCarryTheirMessages) {
