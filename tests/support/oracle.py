@@ -11,6 +11,8 @@ usage: oracle.py READER PATH [utf8]
   xlrd-formulas   each formula cell as xlrd decompiles it: "sheet row col kind text"
   openpyxl-settings  the sheet states, print setup, views and names of an
                Open XML book, one setting a line
+  openpyxl-styles  the style of each cell of the first sheet, a line for each
+               of "r c" numfmt, font, fill, border, align and protection
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -182,9 +184,34 @@ def dump_settings():
         print('name', n)
 
 
+def dump_styles():
+    import openpyxl
+    ws = openpyxl.load_workbook(path).worksheets[0]
+
+    def col(c):
+        return '-' if c is None or c.value is None else '%s:%s' % (c.type, c.value)
+
+    def side(s):
+        return (None, None) if s is None else (s.style, col(s.color))
+
+    for row in ws.iter_rows():
+        for c in row:
+            at = '%d %d' % (c.row - 1, c.column - 1)
+            f, fl, b, a, p = c.font, c.fill, c.border, c.alignment, c.protection
+            print(at, 'numfmt', c.number_format)
+            print(at, 'font', f.name, f.sz, f.b, f.i, f.strike, f.u, f.vertAlign, col(f.color))
+            print(at, 'fill', fl.patternType, col(fl.fgColor), col(fl.bgColor))
+            l, r, t, bt, d = (side(x) for x in (b.left, b.right, b.top, b.bottom, b.diagonal))
+            print(at, 'border', l[0], r[0], t[0], bt[0], d[0], b.diagonalUp, b.diagonalDown, l[1], bt[1])
+            print(at, 'align', a.horizontal, a.vertical, a.wrap_text, a.textRotation, a.indent,
+                  a.shrink_to_fit)
+            print(at, 'protection', p.locked, p.hidden)
+
+
 try:
     {'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
-     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings}[reader]()
+     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
+     'openpyxl-styles': dump_styles}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)
