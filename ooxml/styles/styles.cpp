@@ -53,6 +53,17 @@ bool hexBytes(std::string_view hex, std::vector<uint8_t> &out) {
     return true;
 }
 
+// The elements `item` of the list `list`, in order, in one pass.
+std::vector<c_node *> entries(c_node &root, const char *list, const char *item) {
+    std::vector<c_node *> out;
+    c_node *l = root.child(list);
+    if (!l) return out;
+    const int32_t decl = l->decl_of(item);
+    for (c_child &c : l->_children)
+        if (c.kind == K_NODE && c.decl == decl) out.push_back(c.node.get());
+    return out;
+}
+
 } // namespace
 
 template <class C>
@@ -108,12 +119,12 @@ template <class C> void Styles<C>::bindHandles() {
     _formats.clear();
     _fonts.clear();
     c_node &root = _doc.root();
-    if (c_node *xfs = root.child("cellXfs"))
-        for (size_t i = 0, n = xfs->count("xf"); i < n; ++i)
-            _formats.emplace_back(new XMLFormatImplT<C>(xfs->child("xf", i), this));
-    if (c_node *fonts = root.child("fonts"))
-        for (size_t i = 0, n = fonts->count("font"); i < n; ++i)
-            _fonts.emplace_back(new XMLFontImplT<C>(fonts->child("font", i), this));
+    const std::vector<c_node *> borders = entries(root, "borders", "border");
+    const std::vector<c_node *> fills = entries(root, "fills", "fill");
+    for (c_node *xf : entries(root, "cellXfs", "xf"))
+        _formats.emplace_back(new XMLFormatImplT<C>(xf, this, borders, fills));
+    for (c_node *font : entries(root, "fonts", "font"))
+        _fonts.emplace_back(new XMLFontImplT<C>(font, this));
 }
 
 template <class C> void Styles<C>::save(std::string &out) {
@@ -151,12 +162,8 @@ template <class C> c_node *Styles<C>::fontsElement() {
 // --- custom number formats ---
 
 template <class C> const std::string *Styles<C>::customNumFormatText(uint32_t id) {
-    c_node *list = _doc.root().child("numFmts");
-    if (!list) return nullptr;
-    for (size_t i = 0, n = list->count("numFmt"); i < n; ++i) {
-        c_num_fmt f(list->child("numFmt", i));
-        if (f.get_numFmtId() == id) return f.node()->attribute("formatCode");
-    }
+    for (c_node *f : entries(_doc.root(), "numFmts", "numFmt"))
+        if (c_num_fmt(f).get_numFmtId() == id) return f->attribute("formatCode");
     return nullptr;
 }
 
@@ -173,16 +180,16 @@ template <class C> int Styles<C>::addCustomNumFormat(const C *code) {
     wideText(code, _utf8, wide);
     std::string text;
     wideToUtf8(wide.c_str(), text);
-    c_num_fmts list = c_stylesheet(&_doc.root()).get_numFmts();
     std::set<uint32_t> used;
-    for (size_t i = 0, n = list.size_numFmt(); i < n; ++i) {
-        c_num_fmt f = list.get_numFmt(i);
+    for (c_node *e : entries(_doc.root(), "numFmts", "numFmt")) {
+        const c_num_fmt f(e);
         if (f.get_formatCode() == text) return static_cast<int>(f.get_numFmtId());
         used.insert(f.get_numFmtId());
     }
     uint32_t id = kFirstHandedOut;
     while (id <= kLastCustom && used.count(id)) ++id;
     if (id > kLastCustom) throw tberror(kTooManyNumFormats);
+    c_num_fmts list = c_stylesheet(&_doc.root()).get_numFmts();
     c_num_fmt f = list.append_numFmt();
     f.set_numFmtId(id);
     f.set_formatCode(text);

@@ -59,14 +59,17 @@ template <class C> const char *const XMLFormatImplT<C>::kBottom = "bottom";
 template <class C> const char *const XMLFormatImplT<C>::kDiagonal = "diagonal";
 
 template <class C>
-XMLFormatImplT<C>::XMLFormatImplT(c_node *xf, Styles<C> *styles) : _xf(xf), _styles(styles) {
+XMLFormatImplT<C>::XMLFormatImplT(c_node *xf, Styles<C> *styles,
+                                  const std::vector<c_node *> &borders,
+                                  const std::vector<c_node *> &fills)
+    : _xf(xf), _styles(styles) {
     // A non-zero id shares the list's entry with every format of that id;
     // an id past the end of its list leaves the format without one, as if
     // the entry were blank.
     const c_xf f(_xf);
-    if (f.get_borderId() != 0)
-        _border = entry(_styles->root(), "borders", "border", f.get_borderId());
-    if (f.get_fillId() != 0) _fill = entry(_styles->root(), "fills", "fill", f.get_fillId());
+    const uint32_t border = f.get_borderId(), fill = f.get_fillId();
+    if (border != 0 && border < borders.size()) _border = borders[border];
+    if (fill != 0 && fill < fills.size()) _fill = fills[fill];
 }
 
 template <class C> XMLFormatImplT<C>::XMLFormatImplT(Styles<C> *styles) : _styles(styles) {

@@ -5,6 +5,8 @@
 #ifndef TABRIX_OOXML_STYLES_XML_FORMAT_IMPL_H
 #define TABRIX_OOXML_STYLES_XML_FORMAT_IMPL_H
 
+#include <vector>
+
 #include "ooxml/binding/parts/styles_more_facades.h"
 #include "ooxml/styles/styles.h"
 #include "tabrix/IFormatT.h"
@@ -13,8 +15,11 @@ namespace tabrix {
 
 template <class C> class XMLFormatImplT : public IFormatPrivate<C> {
 public:
-    // A handle on a loaded (or just appended) xf.
-    XMLFormatImplT(binding::c_node *xf, Styles<C> *styles);
+    // A handle on a loaded xf; `borders` and `fills` are the entries of
+    // the stylesheet's lists, in order.
+    XMLFormatImplT(binding::c_node *xf, Styles<C> *styles,
+                   const std::vector<binding::c_node *> &borders,
+                   const std::vector<binding::c_node *> &fills);
     // Appends a blank xf with a border of its own.
     explicit XMLFormatImplT(Styles<C> *styles);
 
