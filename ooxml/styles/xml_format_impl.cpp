@@ -23,7 +23,12 @@ c_node *entry(c_node &root, const char *list, const char *item, uint32_t id) {
 c_node *appendEntry(c_node &root, const char *list, const char *item, const c_node *model,
                     uint32_t &index) {
     c_node *l = root.child(list);
-    if (!l) l = root.append(list);
+    if (!l) {
+        // Entry 0 is what formats without an entry of their own show: a
+        // new list starts with a blank one.
+        l = root.append(list);
+        l->append(item);
+    }
     c_node *e = l->append(item);
     if (model) *e = *model;
     index = static_cast<uint32_t>(l->count(item) - 1);

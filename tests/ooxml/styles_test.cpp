@@ -408,6 +408,15 @@ TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
     EXPECT_EQ(r->format(3)->borderRight(), BORDERSTYLE_HAIR);
     EXPECT_EQ(r->format(2)->borderLeft(), BORDERSTYLE_THICK);
 
+    // Lists made for a new format start with a blank entry for the others.
+    auto bare = loaded<char>(sheetXml("<cellXfs count=\"1\"><xf/></cellXfs>"));
+    IFormatT<char> *added = bare->addFormat(nullptr);
+    added->setBorderLeft(BORDERSTYLE_THIN);
+    added->setFillPattern(FILLPATTERN_SOLID);
+    auto bareAgain = loaded<char>(saved(*bare));
+    EXPECT_EQ(bareAgain->format(0)->borderLeft() * 100 + bareAgain->format(0)->fillPattern(), 0);
+    EXPECT_EQ(bareAgain->format(1)->borderLeft() * 100 + bareAgain->format(1)->fillPattern(), 101);
+
     // A new format appends a border of its own, and a pattern a fill.
     Styles<char> n(TRANSITIONAL, true);
     n.addFormat(nullptr)->setFillPattern(FILLPATTERN_SOLID);
