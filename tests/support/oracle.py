@@ -20,6 +20,8 @@ usage: oracle.py READER PATH [utf8]
   libreoffice-structure  the same, as LibreOffice saves the book as Open XML
                (read back with openpyxl)
   make-xlwt    writes a small binary book with merges, sizes and groups
+  openpyxl-styles  the style of each cell of the first sheet, a line for each
+               of "r c" numfmt, font, fill, border, align and protection
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -291,12 +293,36 @@ def dump_libreoffice_sheets():
         subprocess.run(['rm', '-rf', out])
 
 
+def dump_styles():
+    import openpyxl
+    ws = openpyxl.load_workbook(path).worksheets[0]
+
+    def col(c):
+        return '-' if c is None or c.value is None else '%s:%s' % (c.type, c.value)
+
+    def side(s):
+        return (None, None) if s is None else (s.style, col(s.color))
+
+    for row in ws.iter_rows():
+        for c in row:
+            at = '%d %d' % (c.row - 1, c.column - 1)
+            f, fl, b, a, p = c.font, c.fill, c.border, c.alignment, c.protection
+            print(at, 'numfmt', c.number_format)
+            print(at, 'font', f.name, f.sz, f.b, f.i, f.strike, f.u, f.vertAlign, col(f.color))
+            print(at, 'fill', fl.patternType, col(fl.fgColor), col(fl.bgColor))
+            l, r, t, bt, d = (side(x) for x in (b.left, b.right, b.top, b.bottom, b.diagonal))
+            print(at, 'border', l[0], r[0], t[0], bt[0], d[0], b.diagonalUp, b.diagonalDown, l[1], bt[1])
+            print(at, 'align', a.horizontal, a.vertical, a.wrap_text, a.textRotation, a.indent,
+                  a.shrink_to_fit)
+            print(at, 'protection', p.locked, p.hidden)
+
+
 try:
     {'openpyxl-sheets': lambda: dump_sheets(path), 'libreoffice-sheets': dump_libreoffice_sheets,
      'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
      'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
      'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
-     'make-xlwt': make_xlwt}[reader]()
+     'make-xlwt': make_xlwt, 'openpyxl-styles': dump_styles}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)

@@ -1,8 +1,12 @@
 #include "support/xml_parts.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <vector>
+
+#include "ooxml/lmx/xml_reader.h"
 
 namespace fs = std::filesystem;
 
@@ -59,12 +63,56 @@ bool unpack(const fs::path &out, const std::vector<std::string> &roots,
         "            except Exception: continue\n"
         "            p = d / i.filename.replace('[', '_').replace(']', '_')\n"
         "            p.parent.mkdir(parents=True, exist_ok=True); p.write_bytes(data)\n"
+        "    d.mkdir(parents=True, exist_ok=True)\n"
         "    (d / 'origin.txt').write_text(str(f))\n";
     const fs::path file = out.parent_path() / "unpack.py";
     std::ofstream(file) << script;
     std::string cmd = "python3 '" + file.string() + "' '" + out.string() + "'";
     for (const std::string &r : roots) cmd += " '" + r + "'";
     return std::system(cmd.c_str()) == 0;
+}
+
+std::string canonicalXml(const std::string &doc) {
+    lmx::c_xml_reader r(doc.data(), doc.size());
+    std::string out, pending;
+    // Per open element: whether it has a child, whether it keeps its blanks.
+    std::vector<bool> hadChild, keepSpace;
+    auto textCounts = [&] { return pending.find_first_not_of(" \t\r\n") != std::string::npos; };
+    for (int e; (e = r.next()) != lmx::EV_END_OF_INPUT;) {
+        if (e == lmx::EV_ERROR) return "";
+        if (e == lmx::EV_TEXT) {
+            pending += r.text();
+        } else if (e == lmx::EV_START) {
+            if (textCounts()) out += pending;
+            pending.clear();
+            if (!hadChild.empty()) hadChild.back() = true;
+            hadChild.push_back(false);
+            keepSpace.push_back(false);
+            std::vector<std::string> attrs;
+            for (size_t i = 0; i < r.attribute_count(); ++i) {
+                std::string_view v;
+                r.attribute_value(r.attribute(i), v);
+                const auto &a = r.attribute(i);
+                if (a.ns == lmx::NS_XML && a.local == "space" && v == "preserve")
+                    keepSpace.back() = true;
+                attrs.push_back("{" + std::string(r.namespace_uri(a.ns)) + "}" +
+                                std::string(a.local) + "=\"" + std::string(v) + "\"");
+            }
+            std::sort(attrs.begin(), attrs.end());
+            out += "<{" + std::string(r.namespace_uri(r.ns())) + "}" + std::string(r.local());
+            for (const std::string &a : attrs) out += " " + a;
+            out += ">";
+        } else if (e == lmx::EV_END) {
+            if (hadChild.empty()) return "";
+            // Blanks that are an element's whole content count only under xml:space.
+            if ((!hadChild.back() && keepSpace.back()) || textCounts()) out += pending;
+            pending.clear();
+            hadChild.pop_back();
+            keepSpace.pop_back();
+            out += "</>";
+        }
+    }
+    return out;
 }
 
 } // namespace xmlparts

@@ -24,6 +24,11 @@ void makeProducerBooks(const std::filesystem::path &dir);
 bool unpack(const std::filesystem::path &out, const std::vector<std::string> &roots,
             const std::vector<std::string> &suffixes);
 
+// Canonical text of an XML document, for comparing a part with what we write
+// back: names as {URI}local, attributes sorted, white space between elements
+// and the place of namespace declarations left out.  Empty if it does not read.
+std::string canonicalXml(const std::string &doc);
+
 } // namespace xmlparts
 
 #endif

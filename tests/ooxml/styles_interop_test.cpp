@@ -1,0 +1,178 @@
+// A stylesheet we write, in a minimal package around one sheet whose cell i
+// takes format i, reads in openpyxl with the same number formats, fonts,
+// fills, borders, alignment and protection.
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "ooxml/package/zip_package.h"
+#include "ooxml/styles/styles.h"
+#include "support/oracle.h"
+
+using namespace tabrix;
+namespace fs = std::filesystem;
+
+namespace {
+
+const char *const kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+const char *const kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+
+// A package of one sheet whose row i holds a number in A with style i.
+void writePackage(const fs::path &path, const std::string &styles, int cells) {
+    const std::string types =
+        "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
+        "<Default Extension=\"rels\" "
+        "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
+        "<Default Extension=\"xml\" ContentType=\"application/xml\"/>"
+        "<Override PartName=\"/xl/workbook.xml\" "
+        "ContentType=\"application/"
+        "vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
+        "<Override PartName=\"/xl/worksheets/sheet1.xml\" "
+        "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/"
+        ">"
+        "<Override PartName=\"/xl/styles.xml\" "
+        "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml\"/>"
+        "</Types>";
+    const std::string rels = std::string("<Relationships xmlns=\"http://schemas.openxmlformats.org/"
+                                         "package/2006/relationships\"><Relationship Id=\"rId1\" "
+                                         "Type=\"") +
+                             kRel +
+                             "/officeDocument\" Target=\"xl/workbook.xml\"/></Relationships>";
+    const std::string book = std::string("<workbook xmlns=\"") + kMain + "\" xmlns:r=\"" + kRel +
+                             "\"><sheets><sheet name=\"S\" sheetId=\"1\" r:id=\"rId1\"/></sheets>"
+                             "</workbook>";
+    const std::string bookRels =
+        std::string("<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/"
+                    "relationships\"><Relationship Id=\"rId1\" Type=\"") +
+        kRel + "/worksheet\" Target=\"worksheets/sheet1.xml\"/><Relationship Id=\"rId2\" Type=\"" +
+        kRel + "/styles\" Target=\"styles.xml\"/></Relationships>";
+    std::string sheet = std::string("<worksheet xmlns=\"") + kMain + "\"><sheetData>";
+    for (int i = 0; i < cells; ++i) {
+        const std::string r = std::to_string(i + 1);
+        sheet += "<row r=\"" + r + "\"><c r=\"A" + r + "\" s=\"" + std::to_string(i) +
+                 "\"><v>1</v></c></row>";
+    }
+    sheet += "</sheetData></worksheet>";
+    ZipWriter zip;
+    for (const auto &[name, text] :
+         {std::pair<const wchar_t *, const std::string &>{L"/[Content_Types].xml", types},
+          {L"/_rels/.rels", rels},
+          {L"/xl/workbook.xml", book},
+          {L"/xl/_rels/workbook.xml.rels", bookRels},
+          {L"/xl/worksheets/sheet1.xml", sheet},
+          {L"/xl/styles.xml", styles}})
+        zip.add(name, text.data(), text.size());
+    zip.close();
+    char *bytes = nullptr;
+    size_t length = 0;
+    zip.getRaw(bytes, length);
+    std::ofstream(path, std::ios::binary).write(bytes, static_cast<std::streamsize>(length));
+    std::free(bytes);
+}
+
+using Fmt = IFormatT<char>;
+
+struct Styled {
+    std::function<void(Styles<char> &, Fmt &)> set;
+    const char *line; // what openpyxl reads, after "row col "
+};
+
+const Styled kCells[] = {
+    {[](Styles<char> &s, Fmt &f) { f.setNumFormat(s.addCustomNumFormat("0.000%;[Red]-0.000%")); },
+     "numfmt 0.000%;[Red]-0.000%"},
+    {[](Styles<char> &, Fmt &f) { f.setNumFormat(14); }, "numfmt mm-dd-yy"},
+    {[](Styles<char> &s, Fmt &f) {
+         IFontT<char> *t = s.addFont(nullptr);
+         t->setName("Arial");
+         t->setSize(14);
+         t->setBold(true);
+         t->setItalic(true);
+         t->setStrikeOut(true);
+         t->setUnderline(UNDERLINE_DOUBLEACC);
+         t->setScript(SCRIPT_SUPER);
+         t->setColor(COLOR_RED);
+         f.setFont(t);
+     },
+     "font Arial 14.0 True True True doubleAccounting superscript indexed:10"},
+    {[](Styles<char> &s, Fmt &f) {
+         IFontT<char> *t = s.addFont(nullptr);
+         t->setName("Verdana");
+         t->setSize(9);
+         s.setRgbMode(true);
+         t->setColor(s.colorPack(0x12, 0x34, 0x56));
+         s.setRgbMode(false);
+         f.setFont(t);
+     },
+     "font Verdana 9.0 False False None None None rgb:FF123456"},
+    {[](Styles<char> &s, Fmt &f) {
+         s.setRgbMode(true);
+         f.setFillPattern(FILLPATTERN_SOLID);
+         f.setPatternForegroundColor(s.colorPack(255, 0, 0));
+         s.setRgbMode(false);
+     },
+     "fill solid rgb:FFFF0000 rgb:00000000"},
+    {[](Styles<char> &, Fmt &f) {
+         f.setFillPattern(FILLPATTERN_THICKDIAGCROSSHATCH);
+         f.setPatternForegroundColor(COLOR_BLUE);
+         f.setPatternBackgroundColor(Color(13));
+     },
+     "fill darkTrellis indexed:12 indexed:13"},
+    {[](Styles<char> &, Fmt &f) {
+         f.setBorder(BORDERSTYLE_HAIR);
+         f.setBorderLeft(BORDERSTYLE_THIN);
+         f.setBorderRight(BORDERSTYLE_DOUBLE);
+         f.setBorderBottom(BORDERSTYLE_SLANTDASHDOT);
+         f.setBorderLeftColor(COLOR_RED);
+         f.setBorderBottomColor(COLOR_GREEN);
+         f.setBorderDiagonal(BORDERDIAGONAL_BOTH);
+         f.setBorderDiagonalStyle(BORDERSTYLE_DASHDOT);
+     },
+     "border thin double hair slantDashDot dashDot True True indexed:10 indexed:11"},
+    {[](Styles<char> &, Fmt &f) {
+         f.setAlignH(ALIGNH_MERGE);
+         f.setAlignV(ALIGNV_TOP);
+         f.setWrap(true);
+         f.setRotation(135);
+         f.setIndent(2);
+         f.setShrinkToFit(true);
+     },
+     "align centerContinuous top True 135 2.0 True"},
+    {[](Styles<char> &, Fmt &f) {
+         f.setLocked(false);
+         f.setHidden(true);
+     },
+     "protection False True"},
+};
+
+} // namespace
+
+TEST(StylesInterop, OpenpyxlReadsTheStylesWeWrite) {
+    if (!oracle::has("openpyxl")) GTEST_SKIP() << "openpyxl is not installed";
+    Styles<char> s(binding::TRANSITIONAL, true);
+    const int n = static_cast<int>(sizeof kCells / sizeof *kCells);
+    for (const Styled &c : kCells) c.set(s, *s.addFormat(nullptr));
+    std::string xml;
+    s.save(xml);
+    const fs::path dir = fs::path(TABRIX_TEST_TMP) / "styles_interop";
+    fs::create_directories(dir);
+    const fs::path path = dir / "styles.xlsx";
+    writePackage(path, xml, n + 1);
+    const oracle::Lines lines = oracle::dump("openpyxl-styles", path.string(), true);
+    ASSERT_FALSE(oracle::failed(lines)) << (lines.empty() ? "" : lines[0]);
+    for (int i = 0; i < n; ++i) {
+        const std::string want = std::to_string(i + 1) + " 0 " + kCells[i].line;
+        EXPECT_NE(std::find(lines.begin(), lines.end(), want), lines.end())
+            << "missing: " << want << "\n"
+            << xml;
+    }
+    // The default format: nothing set reads as the application's defaults.
+    for (const char *line :
+         {"0 0 numfmt General", "0 0 fill None rgb:00000000 rgb:00000000",
+          "0 0 protection True False", "0 0 font Calibri 11.0 False False None None None -"})
+        EXPECT_NE(std::find(lines.begin(), lines.end(), line), lines.end()) << line;
+}

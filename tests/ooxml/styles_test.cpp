@@ -1,0 +1,515 @@
+// The stylesheet: every format and font attribute through a save and a
+// reload in both editions, the messages, custom number formats, colours in
+// both modes and between books, shared borders and fills, the date test,
+// and the corpus's stylesheets written back canonically equal.
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "book/book_factory.h"
+#include "ooxml/styles/styles.h"
+#include "support/xml_parts.h"
+
+using namespace tabrix;
+using binding::e_edition;
+using binding::STRICT;
+using binding::TRANSITIONAL;
+namespace fs = std::filesystem;
+
+namespace {
+
+const char *const kNs = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+
+// A stylesheet of `body` in the Transitional namespace.
+std::string sheetXml(const std::string &body, const std::string &rootAttrs = "") {
+    return std::string("<styleSheet xmlns=\"") + kNs + "\"" + rootAttrs + ">" + body +
+           "</styleSheet>";
+}
+
+template <class C>
+std::unique_ptr<Styles<C>> loaded(const std::string &xml, e_edition ed = TRANSITIONAL) {
+    return std::make_unique<Styles<C>>(ed, xml.data(), xml.size(), true);
+}
+
+template <class C> std::string saved(Styles<C> &s) {
+    std::string out;
+    s.save(out);
+    return out;
+}
+
+std::string failure(const std::function<void()> &op) {
+    try {
+        op();
+    } catch (const std::exception &e) {
+        return e.what();
+    }
+    return "no failure";
+}
+
+using Fmt = IFormatT<char>;
+using Fnt = IFontT<char>;
+std::string num(long v) { return std::to_string(v); }
+
+// One attribute set to `value` on a new format or font, and read back.
+struct Attribute {
+    const char *name;
+    bool rgb; // colours spoken as RGB values
+    void (*set)(Fmt &, Fnt &, int value);
+    int (*get)(Fmt &, Fnt &);
+    int value, want;
+};
+#define ON_FORMAT(calls) [](Fmt &f, Fnt &, int v) { f.calls; }
+#define OF_FORMAT(expr) [](Fmt &f, Fnt &) { return static_cast<int>(f.expr); }
+#define ON_FONT(calls) [](Fmt &, Fnt &t, int v) { t.calls; }
+#define OF_FONT(expr) [](Fmt &, Fnt &t) { return static_cast<int>(t.expr); }
+
+const Attribute kAttributes[] = {
+    {"numFormat", false, ON_FORMAT(setNumFormat(v)), OF_FORMAT(numFormat()), 49, 49},
+    {"alignH", false, ON_FORMAT(setAlignH(AlignH(v))), OF_FORMAT(alignH()), 7, 7},
+    {"alignV", false, ON_FORMAT(setAlignV(AlignV(v))), OF_FORMAT(alignV()), 0, 0},
+    {"wrap", false, ON_FORMAT(setWrap(v)), OF_FORMAT(wrap()), 1, 1},
+    {"rotation", false, ON_FORMAT(setRotation(v)), OF_FORMAT(rotation()), 255, 255},
+    {"rotation refused", false, ON_FORMAT(setRotation(v); f.setRotation(181)),
+     OF_FORMAT(rotation()), 45, 45},
+    {"indent", false, ON_FORMAT(setIndent(v)), OF_FORMAT(indent()), 4, 4},
+    {"shrinkToFit", false, ON_FORMAT(setShrinkToFit(v)), OF_FORMAT(shrinkToFit()), 1, 1},
+    {"left", false, ON_FORMAT(setBorderLeft(BorderStyle(v))), OF_FORMAT(borderLeft()), 1, 1},
+    {"right", false, ON_FORMAT(setBorderRight(BorderStyle(v))), OF_FORMAT(borderRight()), 6, 6},
+    {"top", false, ON_FORMAT(setBorderTop(BorderStyle(v))), OF_FORMAT(borderTop()), 7, 7},
+    {"bottom", false, ON_FORMAT(setBorderBottom(BorderStyle(v))), OF_FORMAT(borderBottom()), 13,
+     13},
+    {"all four", false, ON_FORMAT(setBorder(BorderStyle(v))), OF_FORMAT(borderBottom()), 5, 5},
+    {"not the diagonal", false, ON_FORMAT(setBorder(BorderStyle(v))),
+     OF_FORMAT(borderDiagonalStyle()), 5, 0},
+    {"left colour", false, ON_FORMAT(setBorderLeftColor(Color(v))), OF_FORMAT(borderLeftColor()),
+     10, 10},
+    {"right colour", false, ON_FORMAT(setBorderRightColor(Color(v))), OF_FORMAT(borderRightColor()),
+     11, 11},
+    {"top colour kept", false,
+     ON_FORMAT(setBorderTopColor(Color(v)); f.setBorderTopColor(Color(-1))),
+     OF_FORMAT(borderTopColor()), 12, 12},
+    {"bottom colour", true, ON_FORMAT(setBorderBottomColor(Color(v))),
+     OF_FORMAT(borderBottomColor()), 0x10203, 0x10203},
+    {"all colours", false, ON_FORMAT(setBorderColor(Color(v))), OF_FORMAT(borderRightColor()), 20,
+     20},
+    {"diagonals", false, ON_FORMAT(setBorderDiagonal(BorderDiagonal(v))),
+     OF_FORMAT(borderDiagonal()), 3, 3},
+    {"diagonal up", false,
+     ON_FORMAT(setBorderDiagonal(BORDERDIAGONAL_BOTH); f.setBorderDiagonal(BorderDiagonal(v))),
+     OF_FORMAT(borderDiagonal()), 2, 2},
+    {"diagonal style", false, ON_FORMAT(setBorderDiagonalStyle(BorderStyle(v))),
+     OF_FORMAT(borderDiagonalStyle()), 9, 9},
+    {"diagonal colour", false, ON_FORMAT(setBorderDiagonalColor(Color(v))),
+     OF_FORMAT(borderDiagonalColor()), 20, 20},
+    {"pattern", false, ON_FORMAT(setFillPattern(FillPattern(v))), OF_FORMAT(fillPattern()), 18, 18},
+    {"pattern none", false,
+     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FillPattern(v))),
+     OF_FORMAT(fillPattern()), 0, 0},
+    {"pattern again", false,
+     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FILLPATTERN_NONE);
+               f.setFillPattern(FillPattern(v))),
+     OF_FORMAT(fillPattern()), 8, 8},
+    {"pattern refused", false,
+     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FillPattern(v))),
+     OF_FORMAT(fillPattern()), 19, 1},
+    {"foreground", false, ON_FORMAT(setPatternForegroundColor(Color(v))),
+     OF_FORMAT(patternForegroundColor()), 10, 10},
+    {"background", false, ON_FORMAT(setPatternBackgroundColor(Color(v))),
+     OF_FORMAT(patternBackgroundColor()), 11, 11},
+    {"foreground rgb", true, ON_FORMAT(setPatternForegroundColor(Color(v))),
+     OF_FORMAT(patternForegroundColor()), 0x123456, 0x123456},
+    {"unlocked", false, ON_FORMAT(setLocked(v)), OF_FORMAT(locked()), 0, 0},
+    {"hidden", false, ON_FORMAT(setHidden(v)), OF_FORMAT(hidden()), 1, 1},
+    {"hidden stays locked", false, ON_FORMAT(setHidden(v)), OF_FORMAT(locked()), 1, 1},
+    {"size", false, ON_FONT(setSize(v)), OF_FONT(size()), 14, 14},
+    {"italic", false, ON_FONT(setItalic(v)), OF_FONT(italic()), 1, 1},
+    {"strike", false, ON_FONT(setStrikeOut(v)), OF_FONT(strikeOut()), 1, 1},
+    {"bold twice", false, ON_FONT(setBold(v); t.setBold(v)), OF_FONT(bold()), 1, 1},
+    {"bold off", false, ON_FONT(setBold(true); t.setBold(v)), OF_FONT(bold()), 0, 0},
+    {"colour", false, ON_FONT(setColor(Color(v))), OF_FONT(color()), 10, 10},
+    {"automatic colour", false, ON_FONT(setColor(COLOR_RED); t.setColor(Color(v))),
+     OF_FONT(color()), 32767, 8},
+    {"rgb colour", true, ON_FONT(setColor(Color(v))), OF_FONT(color()), 0xABCDEF, 0xABCDEF},
+    {"superscript", false, ON_FONT(setScript(Script(v))), OF_FONT(script()), 1, 1},
+    {"subscript", false, ON_FONT(setScript(Script(v))), OF_FONT(script()), 2, 2},
+    {"script off", false, ON_FONT(setScript(SCRIPT_SUB); t.setScript(Script(v))), OF_FONT(script()),
+     0, 0},
+    {"underline", false, ON_FONT(setUnderline(Underline(v))), OF_FONT(underline()), 34, 34},
+    {"underline refused", false,
+     ON_FONT(setUnderline(UNDERLINE_SINGLE); t.setUnderline(Underline(v))), OF_FONT(underline()), 3,
+     1},
+};
+
+} // namespace
+
+TEST(Styles, EveryAttributeSurvivesSaveAndReloadInBothEditions) {
+    for (e_edition ed : {TRANSITIONAL, STRICT})
+        for (const Attribute &a : kAttributes) {
+            Styles<char> fresh(ed, true);
+            Styles<char> s(ed, true);
+            s.setRgbMode(a.rgb);
+            IFormatT<char> *f = s.addFormat(nullptr);
+            IFontT<char> *t = s.addFont(nullptr);
+            ASSERT_TRUE(f->setFont(t));
+            a.set(*f, *t, a.value);
+            const std::string xml = saved(s);
+            std::unique_ptr<Styles<char>> r;
+            ASSERT_NO_THROW(r = loaded<char>(xml, ed)) << a.name << "\n" << xml;
+            r->setRgbMode(a.rgb);
+            fresh.setRgbMode(a.rgb);
+            ASSERT_EQ(r->formatSize(), 2);
+            EXPECT_EQ(a.get(*r->format(1), *r->format(1)->font()), a.want) << a.name << " " << ed;
+            // The default format and font stay as a new book has them.
+            EXPECT_EQ(a.get(*r->format(0), *r->font(0)), a.get(*fresh.format(0), *fresh.font(0)))
+                << a.name << " changed the defaults";
+        }
+}
+
+TEST(Styles, FontNamesSurviveInBothCharacterTypes) {
+    Styles<char> n(STRICT, true);
+    IFontT<char> *f = n.addFont(nullptr);
+    EXPECT_TRUE(f->setName("\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80"));
+    EXPECT_FALSE(f->setName(""));
+    EXPECT_FALSE(f->setName(std::string(256, 'x').c_str()));
+    auto r = loaded<char>(saved(n), STRICT);
+    EXPECT_STREQ(r->font(1)->name(), "\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80");
+    Styles<wchar_t> w(TRANSITIONAL, false);
+    EXPECT_TRUE(w.addFont(nullptr)->setName(L"\u00c4rial \U0001F600"));
+    EXPECT_STREQ(loaded<wchar_t>(saved(w))->font(1)->name(), L"\u00c4rial \U0001F600");
+}
+
+TEST(Styles, FailuresCarryTheirMessages) {
+    const std::string noFonts = sheetXml("<cellXfs count=\"1\"><xf/></cellXfs>");
+    std::string allTaken;
+    for (int id = 164; id <= 392; ++id)
+        allTaken += "<numFmt numFmtId=\"" + num(id) + "\" formatCode=\"0." +
+                    std::string(id - 163, '0') + "\"/>";
+    allTaken = sheetXml("<numFmts>" + allTaken + "</numFmts>");
+    Styles<char> other(TRANSITIONAL, true);
+    const struct {
+        const char *name;
+        std::function<void()> op;
+        std::string text;
+    } rows[] = {
+        {"format past the end", [] { Styles<char>(TRANSITIONAL, true).format(1); },
+         "index is out of range"},
+        {"negative format", [] { Styles<char>(TRANSITIONAL, true).format(-1); },
+         "index is out of range"},
+        {"font past the end", [] { Styles<char>(TRANSITIONAL, true).font(1); },
+         "index is out of range"},
+        {"foreign format", [&] { Styles<char>(TRANSITIONAL, true).getStyleID(other.format(0)); },
+         "unknown format"},
+        {"null format", [] { Styles<char>(TRANSITIONAL, true).getStyleID(nullptr); },
+         "unknown format"},
+        {"addFont without fonts", [&] { loaded<char>(noFonts)->addFont(nullptr); },
+         "fonts are not found"},
+        {"setDefaultFont without fonts",
+         [&] { loaded<char>(noFonts)->setDefaultFont("Arial", 10); }, "fonts are not found"},
+        {"defaultFont without fonts", [&] { loaded<char>(noFonts)->defaultFont(nullptr); },
+         "fonts are not found"},
+        {"rgb of two bytes", [] { Styles<char>(TRANSITIONAL, true).colorFromRGB("FF00"); },
+         "rgb color is invalid"},
+        {"rgb not hex", [] { Styles<char>(TRANSITIONAL, true).colorFromRGB("FFGG0000"); },
+         "rgb color is invalid"},
+        {"custom ids used up", [&] { loaded<char>(allTaken)->addCustomNumFormat("new"); },
+         "maximum number of custom formats is exceeded"},
+        {"unknown child", [] { loaded<char>(sheetXml("<bogus/>")); },
+         lmx::get_error_description(lmx::ELMX_BAD_END_OF_ELEMENT)},
+        {"other root", [] { loaded<char>("<worksheet xmlns=\"" + std::string(kNs) + "\"/>"); },
+         lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND)},
+        {"Transitional read as Strict", [] { loaded<char>(sheetXml(""), STRICT); },
+         lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND)},
+    };
+    for (const auto &r : rows) EXPECT_EQ(failure(r.op), r.text) << r.name;
+    // A loaded file keeps formats beyond the handed-out range, and the same text finds its id.
+    EXPECT_EQ(loaded<char>(allTaken)->addCustomNumFormat("0.0"), 164);
+}
+
+TEST(Styles, CustomNumberFormatsStartAt166AndReuseTheirText) {
+    const struct {
+        const char *name;
+        std::string xml; // empty: a new stylesheet
+        std::vector<std::pair<const char *, int>> adds;
+    } rows[] = {
+        {"new", "", {{"0.00%", 166}, {"0.00%", 166}, {"#,##0.0", 167}, {"0.00%", 166}}},
+        {"164 and 165 kept",
+         sheetXml("<numFmts count=\"2\"><numFmt numFmtId=\"164\" formatCode=\"a\"/><numFmt "
+                  "numFmtId=\"165\" formatCode=\"b\"/></numFmts>"),
+         {{"b", 165}, {"c", 166}}},
+        {"gap filled",
+         sheetXml("<numFmts count=\"3\"><numFmt numFmtId=\"166\" formatCode=\"a\"/><numFmt "
+                  "numFmtId=\"167\" formatCode=\"b\"/><numFmt numFmtId=\"169\" "
+                  "formatCode=\"c\"/></numFmts>"),
+         {{"d", 168}, {"e", 170}}},
+    };
+    for (const auto &r : rows) {
+        auto s = r.xml.empty() ? std::make_unique<Styles<char>>(TRANSITIONAL, true)
+                               : loaded<char>(r.xml);
+        for (const auto &[text, id] : r.adds)
+            EXPECT_EQ(s->addCustomNumFormat(text), id) << r.name << " " << text;
+        auto again = loaded<char>(saved(*s));
+        for (const auto &[text, id] : r.adds)
+            EXPECT_STREQ(again->customNumFormat(id), text) << r.name;
+    }
+    EXPECT_EQ(Styles<char>(TRANSITIONAL, true).customNumFormat(166), nullptr);
+
+    Styles<wchar_t> w(STRICT, false);
+    const wchar_t *code = L"[$\u20ac-2] #,##0;[Red]\"\U0001F600\"";
+    const int id = w.addCustomNumFormat(code);
+    auto wr = loaded<wchar_t>(saved(w), STRICT);
+    EXPECT_STREQ(wr->customNumFormat(id), code);
+    EXPECT_EQ(wr->addCustomNumFormat(code), id);
+    // A format copied from another book brings its custom text under this book's id.
+    Styles<wchar_t> target(TRANSITIONAL, false);
+    target.addCustomNumFormat(L"x");
+    IFormatT<wchar_t> *src = wr->addFormat(nullptr);
+    src->setNumFormat(id);
+    EXPECT_EQ(target.addFormat(src)->numFormat(), 167);
+    EXPECT_STREQ(target.customNumFormat(167), code);
+}
+
+TEST(Styles, ColoursReadInBothModesAndWriteAsTheModeSays) {
+    const std::string palette = "<colors><indexedColors><rgbColor rgb=\"FF000000\"/><rgbColor "
+                                "rgb=\"FF010203\"/></indexedColors></colors>";
+    const struct {
+        bool rgb;
+        const char *color; // attributes of the font's colour element
+        bool customPalette;
+        int want;
+    } rows[] = {
+        {false, "indexed=\"10\"", false, 10},
+        {false, "rgb=\"FFFF0000\"", false, 10},
+        {false, "rgb=\"FF333399\"", false, 62},
+        {false, "rgb=\"FF123456\"", false, -1},
+        {false, "rgb=\"80FF0000\"", false, -1},
+        {false, "theme=\"1\" tint=\"0.5\"", false, -1},
+        {false, "theme=\"1\"", false, -1},
+        {false, "auto=\"1\"", false, -1},
+        {true, "indexed=\"10\"", false, 0xFF0000},
+        {true, "indexed=\"2\"", false, 0xFF0000},
+        {true, "indexed=\"63\"", false, 0x333333},
+        {true, "indexed=\"64\"", false, -1},
+        {true, "rgb=\"FF123456\"", false, 0x123456},
+        {true, "indexed=\"1\"", true, 0x010203},
+        {true, "indexed=\"5\"", true, 0xFFFF00},
+        {true, "theme=\"4\" tint=\"-0.25\"", false, -1},
+    };
+    for (const auto &r : rows) {
+        const std::string xml =
+            sheetXml(std::string("<fonts count=\"1\"><font><color ") + r.color +
+                     "/><sz val=\"10\"/></font></fonts>" + (r.customPalette ? palette : ""));
+        auto s = loaded<char>(xml);
+        s->setRgbMode(r.rgb);
+        EXPECT_EQ(static_cast<int>(s->font(0)->color()), r.want) << r.color << " rgb " << r.rgb;
+        // An untouched colour is written back as it came.
+        EXPECT_EQ(xmlparts::canonicalXml(saved(*s)), xmlparts::canonicalXml(xml)) << r.color;
+    }
+    const struct {
+        bool rgb;
+        int color;
+        const char *written; // empty: no colour element
+    } writes[] = {{false, 10, "<color indexed=\"10\"/>"},
+                  {true, 0x123456, "<color rgb=\"FF123456\"/>"},
+                  {false, 32767, ""},
+                  {true, 32767, "<color rgb=\"FF007FFF\"/>"}};
+    for (const auto &w : writes) {
+        Styles<char> s(TRANSITIONAL, true);
+        s.setRgbMode(w.rgb);
+        IFontT<char> *f = s.addFont(nullptr);
+        f->setColor(Color(w.color));
+        const std::string xml = saved(s);
+        if (*w.written)
+            EXPECT_NE(xml.find(w.written), std::string::npos) << xml;
+        else
+            EXPECT_EQ(xml.find("<color"), std::string::npos) << xml;
+    }
+    Styles<char> s(TRANSITIONAL, true);
+    int r = 0, g = 0, b = 0;
+    s.colorUnpack(s.colorPack(1, 2, 3), &r, &g, &b);
+    EXPECT_EQ(r * 10000 + g * 100 + b, 10203);
+}
+
+TEST(Styles, FormatsCopiedBetweenBooksKeepTheirColours) {
+    // Between two Open XML books colours cross as RGB, so one outside the
+    // palette survives; both books' modes come back afterwards.
+    Styles<char> a(TRANSITIONAL, true), b(STRICT, true);
+    a.setRgbMode(true);
+    IFormatT<char> *fa = a.addFormat(nullptr);
+    fa->setFillPattern(FILLPATTERN_SOLID);
+    fa->setPatternForegroundColor(Color(0x123456));
+    fa->setBorderBottom(BORDERSTYLE_MEDIUM);
+    IFontT<char> *ta = a.addFont(nullptr);
+    ta->setColor(Color(0x654321));
+    ta->setBold(true);
+    fa->setFont(ta);
+    a.setRgbMode(false);
+    IFormatT<char> *fb = b.addFormat(fa);
+    EXPECT_FALSE(a.rgbMode());
+    EXPECT_FALSE(b.rgbMode());
+    b.setRgbMode(true);
+    EXPECT_EQ(static_cast<int>(fb->patternForegroundColor()), 0x123456);
+    EXPECT_EQ(static_cast<int>(fb->font()->color()), 0x654321);
+    EXPECT_TRUE(fb->font()->bold());
+    EXPECT_EQ(fb->borderBottom(), BORDERSTYLE_MEDIUM);
+    EXPECT_EQ(fb->font()->name(), std::string("Calibri"));
+    EXPECT_EQ(b.fontSize(), 2);
+    EXPECT_EQ(b.formatSize(), 2);
+
+    // From a binary book colours cross as palette indices.
+    IBookT<char> *bin = newBinaryBook<char>();
+    IFormatT<char> *fx = bin->addFormat(nullptr);
+    fx->setBorderLeft(BORDERSTYLE_THIN);
+    fx->setBorderLeftColor(COLOR_RED);
+    IFontT<char> *tx = bin->addFont(nullptr);
+    tx->setColor(COLOR_BLUE);
+    tx->setName("Arial");
+    fx->setFont(tx);
+    Styles<char> c(TRANSITIONAL, true);
+    IFormatT<char> *fc = c.addFormat(fx);
+    EXPECT_EQ(fc->borderLeftColor(), COLOR_RED);
+    EXPECT_EQ(fc->font()->color(), COLOR_BLUE);
+    EXPECT_EQ(std::string(fc->font()->name()), "Arial");
+    EXPECT_NE(saved(c).find("<left style=\"thin\"><color indexed=\"10\"/>"), std::string::npos);
+    bin->release();
+}
+
+TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
+    const std::string xml =
+        sheetXml("<fonts count=\"1\"><font/></fonts>"
+                 "<fills count=\"3\"><fill><patternFill "
+                 "patternType=\"none\"/></fill><fill><patternFill patternType=\"gray125\"/></fill>"
+                 "<fill><patternFill patternType=\"solid\"><fgColor "
+                 "indexed=\"10\"/></patternFill></fill></fills>"
+                 "<borders count=\"2\"><border/><border><left style=\"thin\"/></border></borders>"
+                 "<cellXfs count=\"4\"><xf/><xf borderId=\"1\" fillId=\"2\"/><xf borderId=\"1\" "
+                 "fillId=\"2\"/><xf borderId=\"7\"/></cellXfs>");
+    auto s = loaded<char>(xml);
+    IFormatT<char> *zero = s->format(0), *one = s->format(1), *two = s->format(2),
+                   *dangling = s->format(3);
+    one->setBorderLeft(BORDERSTYLE_THICK);
+    one->setPatternForegroundColor(Color(12));
+    EXPECT_EQ(two->borderLeft(), BORDERSTYLE_THICK);
+    EXPECT_EQ(two->patternForegroundColor(), COLOR_BLUE);
+    zero->setBorderTop(BORDERSTYLE_DOTTED);
+    zero->setFillPattern(FILLPATTERN_THINHORCROSSHATCH);
+    EXPECT_EQ(dangling->borderLeft(), BORDERSTYLE_NONE);
+    dangling->setBorderRight(BORDERSTYLE_HAIR);
+    auto r = loaded<char>(saved(*s));
+    const std::string again = saved(*r);
+    EXPECT_NE(again.find("<borders count=\"4\"><border/>"), std::string::npos) << again;
+    EXPECT_NE(again.find("<fills count=\"4\"><fill><patternFill patternType=\"none\"/></fill>"),
+              std::string::npos)
+        << again;
+    EXPECT_EQ(r->format(0)->borderTop(), BORDERSTYLE_DOTTED);
+    EXPECT_EQ(r->format(0)->fillPattern(), FILLPATTERN_THINHORCROSSHATCH);
+    EXPECT_EQ(r->format(3)->borderRight(), BORDERSTYLE_HAIR);
+    EXPECT_EQ(r->format(2)->borderLeft(), BORDERSTYLE_THICK);
+
+    // Lists made for a new format start with a blank entry for the others.
+    auto bare = loaded<char>(sheetXml("<cellXfs count=\"1\"><xf/></cellXfs>"));
+    IFormatT<char> *added = bare->addFormat(nullptr);
+    added->setBorderLeft(BORDERSTYLE_THIN);
+    added->setFillPattern(FILLPATTERN_SOLID);
+    auto bareAgain = loaded<char>(saved(*bare));
+    EXPECT_EQ(bareAgain->format(0)->borderLeft() * 100 + bareAgain->format(0)->fillPattern(), 0);
+    EXPECT_EQ(bareAgain->format(1)->borderLeft() * 100 + bareAgain->format(1)->fillPattern(), 101);
+
+    // A new format appends a border of its own, and a pattern a fill.
+    Styles<char> n(TRANSITIONAL, true);
+    n.addFormat(nullptr)->setFillPattern(FILLPATTERN_SOLID);
+    const std::string out = saved(n);
+    EXPECT_NE(
+        out.find(
+            "<fills count=\"3\"><fill><patternFill patternType=\"none\"/></fill><fill><patternFill "
+            "patternType=\"gray125\"/></fill><fill><patternFill "
+            "patternType=\"solid\"/></fill></fills>"),
+        std::string::npos)
+        << out;
+    EXPECT_NE(out.find("<borders count=\"2\">"), std::string::npos) << out;
+    EXPECT_NE(out.find("fillId=\"2\" borderId=\"1\""), std::string::npos) << out;
+}
+
+TEST(Styles, IsDateByBuiltInIdOrCustomText) {
+    const struct {
+        int id;
+        const char *custom; // a custom format's text instead of the id
+        bool date;
+    } rows[] = {
+        {0, nullptr, false},     {13, nullptr, false},       {14, nullptr, true},
+        {22, nullptr, true},     {23, nullptr, false},       {37, nullptr, false},
+        {45, nullptr, true},     {47, nullptr, true},        {49, nullptr, false},
+        {50, nullptr, false},    {163, nullptr, false},      {0, "yyyy-mm-dd", true},
+        {0, "[Red]0.00", false}, {0, "[h]:mm", true},        {0, "0.00%", false},
+        {0, "\"days\" 0", true}, {0, "[$-409]#,##0", false}, {0, "General;[Blue]@", false},
+        {0, "S", true},
+    };
+    Styles<char> s(TRANSITIONAL, true);
+    for (const auto &r : rows) {
+        IFormatT<char> *f = s.addFormat(nullptr);
+        f->setNumFormat(r.custom ? s.addCustomNumFormat(r.custom) : r.id);
+        EXPECT_EQ(s.isDate(s.getStyleID(f)), r.date) << r.id << " " << (r.custom ? r.custom : "");
+    }
+    EXPECT_FALSE(s.isDate(100000));
+    EXPECT_EQ(s.formatByIndex(100000), nullptr);
+}
+
+TEST(Styles, NewStylesheetAndForeignMarkupKeptThroughASave) {
+    Styles<char> n(TRANSITIONAL, true);
+    int size = 0;
+    const std::string name = n.defaultFont(&size);
+    EXPECT_EQ(name + num(size), "Calibri11");
+    EXPECT_EQ(n.formatSize() * 10 + n.fontSize(), 11);
+    EXPECT_EQ(n.maxDigWidth(), 7);
+    n.setDefaultFont("Liberation Sans", 9);
+    EXPECT_EQ(std::string(n.font(0)->name()) + num(n.addFont(nullptr)->size()), "Liberation Sans9");
+
+    const std::string xml =
+        sheetXml("<fonts count=\"1\" x14ac:knownFonts=\"1\"><font><sz val=\"11\"/><name "
+                 "val=\"Calibri\"/></font></fonts>"
+                 "<cellXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\"/></cellXfs>"
+                 "<extLst><ext uri=\"{EB79DEF2-80B8-43e5-95BD-54CBDDF08AAB}\" "
+                 "xmlns:x14=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/"
+                 "main\"><x14:slicerStyles defaultSlicerStyle=\"S\"/></ext></extLst>",
+                 " xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\" "
+                 "mc:Ignorable=\"x14ac\" "
+                 "xmlns:x14ac=\"http://schemas.microsoft.com/office/spreadsheetml/2009/9/ac\"");
+    auto s = loaded<char>(xml);
+    s->font(0)->setBold(true);
+    s->font(0)->setBold(false);
+    EXPECT_EQ(xmlparts::canonicalXml(saved(*s)), xmlparts::canonicalXml(xml));
+}
+
+TEST(Styles, CorpusStylesheetsWriteBackCanonicallyEqual) {
+    const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
+    if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
+    const fs::path tmp = fs::path(TABRIX_TEST_TMP) / "styles_corpus";
+    fs::remove_all(tmp);
+    fs::create_directories(tmp);
+    ASSERT_TRUE(xmlparts::unpack(tmp / "parts", {corpus.string()}, {"styles.xml"}));
+    size_t checked = 0;
+    for (const auto &f : fs::recursive_directory_iterator(tmp / "parts")) {
+        if (f.path().filename() != "styles.xml") continue;
+        const std::string doc = xmlparts::slurp(f.path());
+        const fs::path book = tmp / "parts" / *fs::relative(f.path(), tmp / "parts").begin();
+        const std::string origin = xmlparts::slurp(book / "origin.txt");
+        std::unique_ptr<Styles<char>> s;
+        try {
+            s = loaded<char>(doc, doc.find("purl.oclc.org") != std::string::npos ? STRICT
+                                                                                 : TRANSITIONAL);
+        } catch (const std::exception &e) {
+            ADD_FAILURE() << origin << ": " << e.what();
+            continue;
+        }
+        for (int i = 0; i < s->formatSize(); ++i) {
+            s->isDate(static_cast<uint32_t>(i));
+            s->format(i)->fillPattern();
+            s->format(i)->borderLeftColor();
+        }
+        EXPECT_EQ(xmlparts::canonicalXml(saved(*s)), xmlparts::canonicalXml(doc)) << origin;
+        ++checked;
+    }
+    EXPECT_GT(checked, 700u);
+}
