@@ -52,6 +52,9 @@ OfficeArtCoord SheetImplT<C>::calcCoord(int row, int col, int width, int height,
     int restY = height == -1 ? -1 : height + offsetY;
     while (restY != -1 && rowLast < kLastRow && restY >= rowHeightInt(rowLast))
         restY -= rowHeightInt(rowLast++);
+    // At the sheet's edge the box ends with the last cell.
+    if (restX != -1) restX = std::min(restX, colWidthPx(colLast));
+    if (restY != -1) restY = std::min(restY, rowHeightInt(rowLast));
 
     auto part = [](int amount, int whole, int units) {
         return whole > 0 ? uint16_t(std::min<int64_t>(int64_t(amount) * units / whole, 0xFFFF))

@@ -11,6 +11,10 @@ usage: oracle.py READER PATH [utf8]
   xlrd-formulas   each formula cell as xlrd decompiles it: "sheet row col kind text"
   openpyxl-settings  the sheet states, print setup, views and names of an
                Open XML book, one setting a line
+  drawings     pictures, charts and comments of each sheet, from an Open XML
+               book or from LibreOffice's Open XML conversion of another one:
+               "PIC r1 c1 r2 c2" (anchor cells), "CHART r c", "NOTE r c text
+               author", sorted, under "SHEET name"; texts as UTF-8
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -182,9 +186,62 @@ def dump_settings():
         print('name', n)
 
 
+def dump_drawings():
+    import openpyxl, zipfile, posixpath
+    import xml.etree.ElementTree as ET
+    global utf8
+    utf8 = True
+    book = path
+    if not path.endswith('.xlsx'):
+        out = tempfile.mkdtemp(prefix='oracle_lo_')
+        subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
+                        '--convert-to', 'xlsx', '--outdir', out, path],
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        book = os.path.join(out, os.path.splitext(os.path.basename(path))[0] + '.xlsx')
+    z = zipfile.ZipFile(book)
+    R = '{http://schemas.openxmlformats.org/officeDocument/2006/relationships}'
+    X = '{http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing}'
+
+    def rels(part):
+        name = posixpath.join(posixpath.dirname(part), '_rels', posixpath.basename(part) + '.rels')
+        if name not in z.namelist():
+            return {}
+        return {r.get('Id'): (r.get('Type').rsplit('/', 1)[-1],
+                              posixpath.normpath(posixpath.join(posixpath.dirname(part), r.get('Target'))))
+                for r in ET.fromstring(z.read(name))}
+
+    def cell(anchor, tag):
+        m = anchor.find(X + tag)
+        return '-' if m is None else '%s %s' % (m.find(X + 'row').text, m.find(X + 'col').text)
+
+    wb_rels = rels('xl/workbook.xml')
+    wb = openpyxl.load_workbook(book)
+    sheets = ET.fromstring(z.read('xl/workbook.xml')).iter('{http://schemas.openxmlformats.org/spreadsheetml/2006/main}sheet')
+    for sh in sheets:
+        part = wb_rels[sh.get(R + 'id')][1]
+        lines = []
+        for kind, target in rels(part).values():
+            if kind != 'drawing':
+                continue
+            for anchor in ET.fromstring(z.read(target)):
+                if anchor.find(X + 'pic') is not None:
+                    lines.append('PIC ' + cell(anchor, 'from') + ' ' + cell(anchor, 'to'))
+                elif anchor.find(X + 'graphicFrame') is not None:
+                    lines.append('CHART ' + cell(anchor, 'from'))
+        ws = wb[sh.get('name')]
+        for row in ws.iter_rows():
+            for x in row:
+                if x.comment is not None:
+                    lines.append('NOTE %d %d %s %s' % (x.row - 1, x.column - 1, text(x.comment.text),
+                                                       text(x.comment.author or '-')))
+        print('SHEET', text(sh.get('name')))
+        for line in sorted(lines):
+            print(line)
+
+
 try:
     {'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
-     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings}[reader]()
+     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings, 'drawings': dump_drawings}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)
