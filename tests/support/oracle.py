@@ -13,8 +13,9 @@ usage: oracle.py READER PATH [utf8]
                Open XML book, one setting a line
   drawings     pictures, charts and comments of each sheet, from an Open XML
                book or from LibreOffice's Open XML conversion of another one:
-               "PIC r1 c1 r2 c2" (anchor cells), "CHART r c", "NOTE r c text
-               author", sorted, under "SHEET name"; texts as UTF-8
+               "PIC r c" (the anchor's first cell), "CHART r c", "NOTE r c
+               text", sorted, under "SHEET name"; texts as UTF-8 (the
+               conversion keeps no comment authors)
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -225,15 +226,14 @@ def dump_drawings():
                 continue
             for anchor in ET.fromstring(z.read(target)):
                 if anchor.find(X + 'pic') is not None:
-                    lines.append('PIC ' + cell(anchor, 'from') + ' ' + cell(anchor, 'to'))
+                    lines.append('PIC ' + cell(anchor, 'from'))
                 elif anchor.find(X + 'graphicFrame') is not None:
                     lines.append('CHART ' + cell(anchor, 'from'))
         ws = wb[sh.get('name')]
         for row in ws.iter_rows():
             for x in row:
                 if x.comment is not None:
-                    lines.append('NOTE %d %d %s %s' % (x.row - 1, x.column - 1, text(x.comment.text),
-                                                       text(x.comment.author or '-')))
+                    lines.append('NOTE %d %d %s' % (x.row - 1, x.column - 1, text(x.comment.text.rstrip())))
         print('SHEET', text(sh.get('name')))
         for line in sorted(lines):
             print(line)

@@ -90,6 +90,13 @@ TestBook writeTestBook() {
     ISheetT<char> *second = book->addSheet("Second", nullptr);
     second->writeStr(0, 0, "x", nullptr);
     second->writeNum(2, 2, 42, nullptr);
+    // A 90 by 40 picture header and a comment on each sheet.
+    const unsigned char png[] = {0x89, 'P', 'N', 'G', 13, 10, 26, 10, 0, 0, 0, 13, 'I', 'H', 'D', 'R',
+                                 0, 0, 0, 90, 0, 0, 0, 40, 8, 2, 0, 0, 0};
+    int pic = book->addPicture2(reinterpret_cast<const char *>(png), sizeof png);
+    second->setPicture(3, 1, pic, 1.0, 0, 0);
+    s->writeComment(0, 1, "sum of\nall", "ann", 100, 50);
+    second->writeComment(40, 20, "far", nullptr, 100, 50);
     if (!book->save(t.path.c_str())) t.pending = book->errorMessage();
     book->release();
     return t;
@@ -266,7 +273,9 @@ TEST(Cli, InfoOfAWrittenBook) {
          {"file:          ", "format:        binary workbook (compound file, BIFF8 0x0600)",
           "date system:   1900", "sheets:        2 (active: 1)",
           "  1  Data    sheet    visible      A1:D6\n",
-          "  2  Second  sheet    visible      A1:C3\n", "pictures:      0"})
+          "  2  Second  sheet    visible      A1:C3\n",
+          "pictures:      1 (placed on sheets: 1)\n  Second!B4  png  90x40\n",
+          "comments:      2\n  Data!B1  sum of\\nall\n  Second!U41  far\n"})
         EXPECT_TRUE(contains(r.out, line)) << "missing '" << line << "' in\n" << r.out;
     // Names as the library has them.
     if (t.hasName) {
