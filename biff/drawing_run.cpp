@@ -69,7 +69,8 @@ void DrawingRun::insert(size_t offset, std::vector<Biff> pieces) {
         }
         // The offset falls inside record i: its tail follows the pieces.
         std::vector<uint8_t> &data = _records[i].data;
-        Biff tail = drawingRecord(std::vector<uint8_t>(data.begin() + long(offset - _start[i]), data.end()));
+        Biff tail = drawingRecord(
+            std::vector<uint8_t>(data.begin() + long(offset - _start[i]), data.end()));
         data.resize(offset - _start[i]);
         where = i + 1;
         while (where < _records.size() && !_drawing[where]) ++where;

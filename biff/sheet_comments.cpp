@@ -80,7 +80,8 @@ void SheetImplT<C>::writeComment(int row, int col, const C *value, const C *auth
     }
 
     DrawingRun run(_objects);
-    size_t obj = 0, txo = existing >= 0 ? noteText(run, _objects, note.objId, obj) : _objects.size();
+    size_t obj = 0,
+           txo = existing >= 0 ? noteText(run, _objects, note.objId, obj) : _objects.size();
     if (txo < _objects.size()) {
         // The cell's comment is there: its text, box and author change.
         size_t next = 0;

@@ -122,8 +122,8 @@ public:
 
     // ---- pictures and comments (sheet_pictures.cpp, sheet_comments.cpp) ----
     int pictureSize() override;
-    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight,
-                   int *width, int *height, int *offsetX, int *offsetY) override;
+    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight, int *width,
+                   int *height, int *offsetX, int *offsetY) override;
     void setPicture(int row, int col, int pictureId, double scale, int offsetX,
                     int offsetY) override;
     void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,

@@ -72,9 +72,7 @@ OfficeArtCoord SheetImplT<C>::calcCoord(int row, int col, int width, int height,
     return c;
 }
 
-template <class C> MsoDrawingGroup &SheetImplT<C>::drawingGroup() {
-    return _owner->drawingGroup();
-}
+template <class C> MsoDrawingGroup &SheetImplT<C>::drawingGroup() { return _owner->drawingGroup(); }
 
 template <class C> uint16_t SheetImplT<C>::nextObjectId(const DrawingRun &run) const {
     uint16_t last = 0;
@@ -138,8 +136,8 @@ void SheetImplT<C>::setPicture(int row, int col, int pictureId, double scale, in
 }
 
 template <class C>
-void SheetImplT<C>::setPicture2(int row, int col, int pictureId, int width, int height,
-                                int offsetX, int offsetY) {
+void SheetImplT<C>::setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
+                                int offsetY) {
     checkRanges(row, col);
     MsoDrawingGroup &group = drawingGroup();
     if (pictureId < 0 || size_t(pictureId) >= group.pictureCount())
@@ -160,9 +158,10 @@ void SheetImplT<C>::setPicture2(int row, int col, int pictureId, int width, int 
     group.addPicRef(pictureId + 1);
     _dirty = true;
     if (clampX || clampY)
-        _owner->message().assign(clampX && clampY ? "warning: offset_x and offset_y exceed cell's size"
-                                 : clampX       ? "warning: offset_x exceed cell's width"
-                                                : "warning: offset_y exceed cell's height");
+        _owner->message().assign(clampX && clampY
+                                     ? "warning: offset_x and offset_y exceed cell's size"
+                                 : clampX ? "warning: offset_x exceed cell's width"
+                                          : "warning: offset_y exceed cell's height");
 }
 
 template <class C> int SheetImplT<C>::pictureSize() {

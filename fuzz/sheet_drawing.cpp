@@ -43,8 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
             if (run[i].id == rid::Note) note.read(run[i], (size & 1) != 0);
             ObjCommon common;
             if (run[i].id == rid::Obj) common.read(run[i]);
-        } catch (const tberror &) {
-        }
+        } catch (const tberror &) {}
     }
     DrawingRun drawing(run);
     DrawingLayout layout;

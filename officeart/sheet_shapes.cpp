@@ -97,8 +97,8 @@ std::vector<uint8_t> container(const std::vector<uint8_t> &children, uint32_t le
 } // namespace
 
 void putCoord(std::vector<uint8_t> &out, const OfficeArtCoord &c) {
-    for (uint16_t v : {c.colFirst, c.dxFirst, c.rwFirst, c.dyFirst, c.colLast, c.dxLast, c.rwLast,
-                       c.dyLast})
+    for (uint16_t v :
+         {c.colFirst, c.dxFirst, c.rwFirst, c.dyFirst, c.colLast, c.dxLast, c.rwLast, c.dyLast})
         putU16(out, v);
 }
 
@@ -163,7 +163,7 @@ std::vector<uint8_t> commentShape(uint32_t spid, const OfficeArtCoord &anchor) {
     static const struct {
         unsigned id;
         uint32_t value;
-    } kProps[] = {{128, 14223548}, {191, 0x00080008}, {344, 0},
+    } kProps[] = {{128, 14223548},   {191, 0x00080008}, {344, 0},
                   {385, 0x08000050}, {387, 0x08000050}, {447, 0x00110010},
                   {513, 0},          {575, 0x00030003}, {959, 0x000A0002}};
     std::vector<uint8_t> c;

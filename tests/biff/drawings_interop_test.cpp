@@ -108,8 +108,7 @@ std::vector<WalkedRecord> drawingRecords(const std::string &path, size_t substre
 
 bool made(const std::string &path, const std::string &command) {
     std::remove(path.c_str());
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 &&
-           std::ifstream(path).good();
+    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 && std::ifstream(path).good();
 }
 
 std::string toXls(const std::string &dir, const std::string &xlsx, const std::string &name) {
@@ -131,7 +130,8 @@ TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
     ISheetT<char> *one = book->addSheet("One", nullptr);
     ISheetT<char> *two = book->addSheet("Two", nullptr);
     const ImageBytes png = pngImage(90, 40);
-    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())), 0);
+    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
+              0);
     one->setPicture2(1, 1, 0, 150, 60, 10, 3);
     one->writeComment(4, 2, "hello", "ann", 120, 60);
     one->setPicture(8, 0, 0, 1.0, 0, 0);
@@ -145,10 +145,14 @@ TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
 
     Lines dump = oracle::dump("drawings", path, true);
     ASSERT_FALSE(oracle::failed(dump)) << dump[0];
-    const Lines expected = {"SHEET One",   "NOTE 20 5 late",
-                            "NOTE 4 2 hello", "PIC 1 1",
-                            "PIC 8 0",     "SHEET Two",
-                            "NOTE 0 0 second \xc3\xa9t\xc3\xa9", "PIC 3 3"};
+    const Lines expected = {"SHEET One",
+                            "NOTE 20 5 late",
+                            "NOTE 4 2 hello",
+                            "PIC 1 1",
+                            "PIC 8 0",
+                            "SHEET Two",
+                            "NOTE 0 0 second \xc3\xa9t\xc3\xa9",
+                            "PIC 3 3"};
     EXPECT_EQ(dump, expected) << oracle::firstDifference(dump, expected);
     EXPECT_EQ(ourLines(*book, dump), expected);
 }

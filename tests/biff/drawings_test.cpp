@@ -132,21 +132,24 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
         {"0 1 1 3 2 100 50 0 0", "1 0 4 2 6 70 30 10 5"},
         {"1 10 10 12 12 64 17 64 17"},
     };
-    const char *comments[][3] = {{"2 2", "first note replaced", "tabrix"},
-                                 {"7 0", "second note, then a long one", "someone"},
-                                 {"0 0", "\xd0\xbf\xd1\x80\xd0\xb8\xd0\xb2\xd0\xb5\xd1\x82", "tabrix"}};
+    const char *comments[][3] = {
+        {"2 2", "first note replaced", "tabrix"},
+        {"7 0", "second note, then a long one", "someone"},
+        {"0 0", "\xd0\xbf\xd1\x80\xd0\xb8\xd0\xb2\xd0\xb5\xd1\x82", "tabrix"}};
 
     BookPtr book(new BinaryBookT<char>());
     ISheetT<char> *sheets[2] = {book->addSheet("One", nullptr), book->addSheet("Two", nullptr)};
     sheets[0]->setCol(5, 5, 8, nullptr, true);
     sheets[0]->setRow(4, 22.5, nullptr, false);
     const ImageBytes png = pngImage(40, 20), jpeg = jpegImage(0xE0, 70, 30);
-    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())), 0);
-    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(jpeg.data()), unsigned(jpeg.size())), 1);
+    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
+              0);
+    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(jpeg.data()), unsigned(jpeg.size())),
+              1);
     for (const Step &s : steps) {
         if (s.comment)
-            sheets[s.sheet]->writeComment(s.row, s.col, s.comment,
-                                          s.row == 7 ? "someone" : nullptr, s.w, s.h);
+            sheets[s.sheet]->writeComment(s.row, s.col, s.comment, s.row == 7 ? "someone" : nullptr,
+                                          s.w, s.h);
         else
             sheets[s.sheet]->setPicture2(s.row, s.col, s.pic, s.w, s.h, s.ox, s.oy);
         ASSERT_STREQ(book->errorMessage(), "ok");
@@ -187,9 +190,30 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
         {0, 0, 32, 8, 16, 4, {0, 256, 0, 60, 0, 768, 0, 180}, "ok"},
         {0, 1, 64, 17, 0, 0, {1, 0, 0, 0, 3, 0, 1, 0}, "ok"}, // steps over the hidden column
         {0, 0, 10, 10, 64, 0, {0, 1024, 0, 0, 1, 160, 0, 150}, "ok"},
-        {0, 0, 10, 10, 70, 0, {0, 1024, 0, 0, 1, 160, 0, 150}, "warning: offset_x exceed cell's width"},
-        {0, 0, 10, 10, 0, 20, {0, 0, 0, 256, 0, 160, 1, 150}, "warning: offset_y exceed cell's height"},
-        {0, 0, 1, 1, 99, 99, {0, 1024, 0, 256, 1, 16, 1, 15}, "warning: offset_x and offset_y exceed cell's size"},
+        {0,
+         0,
+         10,
+         10,
+         70,
+         0,
+         {0, 1024, 0, 0, 1, 160, 0, 150},
+         "warning: offset_x exceed cell's width"},
+        {0,
+         0,
+         10,
+         10,
+         0,
+         20,
+         {0, 0, 0, 256, 0, 160, 1, 150},
+         "warning: offset_y exceed cell's height"},
+        {0,
+         0,
+         1,
+         1,
+         99,
+         99,
+         {0, 1024, 0, 256, 1, 16, 1, 15},
+         "warning: offset_x and offset_y exceed cell's size"},
         {5, 5, -1, 17, 0, 0, {5, 0, 5, 0, 5, 32767, 6, 0}, "ok"},
         {7, 1, -1, -1, 0, 0, {1, 0, 7, 0, 2, 32767, 8, 32767}, "ok"},
         {0, 250, 6400, 17, 0, 0, {250, 0, 0, 0, 255, 1024, 1, 0}, "ok"},
@@ -215,7 +239,8 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
         }
         ASSERT_EQ(sheet->pictureSize(), 1);
         auto &impl = dynamic_cast<SheetImplT<char> &>(*sheet);
-        int ox = std::min(c.ox, impl.colWidthPx(c.col)), oy = std::min(c.oy, impl.rowHeightInt(c.row));
+        int ox = std::min(c.ox, impl.colWidthPx(c.col)),
+            oy = std::min(c.oy, impl.rowHeightInt(c.row));
         OfficeArtCoord a = impl.calcCoord(c.row, c.col, c.w, c.h, ox, oy);
         std::vector<uint8_t> got, want;
         putCoord(got, a);

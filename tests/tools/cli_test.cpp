@@ -91,8 +91,8 @@ TestBook writeTestBook() {
     second->writeStr(0, 0, "x", nullptr);
     second->writeNum(2, 2, 42, nullptr);
     // A 90 by 40 picture header and a comment on each sheet.
-    const unsigned char png[] = {0x89, 'P', 'N', 'G', 13, 10, 26, 10, 0, 0, 0, 13, 'I', 'H', 'D', 'R',
-                                 0, 0, 0, 90, 0, 0, 0, 40, 8, 2, 0, 0, 0};
+    const unsigned char png[] = {0x89, 'P', 'N', 'G', 13, 10, 26, 10, 0,  0, 0, 13, 'I', 'H', 'D',
+                                 'R',  0,   0,   0,   90, 0,  0,  0,  40, 8, 2, 0,  0,   0};
     int pic = book->addPicture2(reinterpret_cast<const char *>(png), sizeof png);
     second->setPicture(3, 1, pic, 1.0, 0, 0);
     s->writeComment(0, 1, "sum of\nall", "ann", 100, 50);

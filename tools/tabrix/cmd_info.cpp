@@ -102,8 +102,8 @@ int runInfo(const Args &args) {
         sheetPictures += placed;
         for (int p = 0; p < placed; ++p) {
             int row = 0, col = 0, width = 0, height = 0;
-            int id = s->getPicture(p, &row, &col, nullptr, nullptr, &width, &height, nullptr,
-                                   nullptr);
+            int id =
+                s->getPicture(p, &row, &col, nullptr, nullptr, &width, &height, nullptr, nullptr);
             picturesText += "  " + name + "!" + cellName(row, col) + "  " + pictureKind(book, id) +
                             "  " + std::to_string(width) + "x" + std::to_string(height) + "\n";
         }
@@ -113,7 +113,8 @@ int runInfo(const Args &args) {
             for (int c = 0; c < cols; ++c)
                 if (const char *text = s->readComment(r, c)) {
                     ++comments;
-                    commentsText += "  " + name + "!" + cellName(r, c) + "  " + oneLine(text) + "\n";
+                    commentsText +=
+                        "  " + name + "!" + cellName(r, c) + "  " + oneLine(text) + "\n";
                 }
         int names = s->namedRangeSize();
         for (int n = 0; n < names; ++n) {
