@@ -322,6 +322,11 @@ private:
     // Puts the records of a new shape at the end of the drawing's group.
     void addShape(DrawingRun &run, const DrawingLayout &layout, std::vector<Biff> pieces);
     uint16_t nextObjectId(const DrawingRun &run) const;
+    // The drawing ids of the book's other sheets.
+    std::vector<uint32_t> otherDrawingIds();
+    // A copied drawing takes a drawing id and shape ids of its own; one
+    // that can't be read, or a copy without a book, stays as it came.
+    void renumberDrawing();
     // The NoteSh of the cell in _notes, -1 without one.
     int findNote(int row, int col, NoteSh &note) const;
 

@@ -85,23 +85,49 @@ template <class C> uint16_t SheetImplT<C>::nextObjectId(const DrawingRun &run) c
     return uint16_t(last + 1);
 }
 
+template <class C> std::vector<uint32_t> SheetImplT<C>::otherDrawingIds() {
+    std::vector<uint32_t> used;
+    for (int i = 0; i < _owner->sheetCount(); ++i) {
+        SheetImplT *other = _owner->sheetAt(i);
+        if (!other || other == this || other->_objects.empty()) continue;
+        DrawingRun theirs(other->_objects);
+        try {
+            used.push_back(scanDrawing(theirs.stream()).dgid);
+        } catch (const tberror &) {
+            // A drawing that can't be read claims no id.
+        }
+    }
+    return used;
+}
+
+template <class C> void SheetImplT<C>::renumberDrawing() {
+    if (_objects.empty()) return;
+    try {
+        DrawingRun run(_objects);
+        const DrawingLayout layout = scanDrawing(run.stream());
+        OfficeArtFDGGBlock &block = drawingGroup().clusters();
+        uint32_t last = 0;
+        const uint32_t dgid = startDrawing(block, otherDrawingIds(), last);
+        for (const DrawingShape &s : layout.shapes) {
+            if (!s.spidAt) continue;
+            last = claimShapeId(block, dgid, last);
+            run.put32(s.spidAt, last);
+        }
+        // The drawing record: its instance is the drawing id.
+        const size_t head = layout.fdgAt - 8;
+        run.put16(head, uint16_t((run.get32(head) & 0xF) | dgid << 4));
+        run.put32(layout.fdgAt + 4, last);
+    } catch (const tberror &) {
+        // Kept as it came.
+    }
+}
+
 template <class C> uint32_t SheetImplT<C>::newShapeId(DrawingRun &run, DrawingLayout &layout) {
     OfficeArtFDGGBlock &block = drawingGroup().clusters();
     if (run.stream().empty()) {
         if (!_objects.empty()) throw tberror("OfficeArtDgContainer: file is corrupt");
-        std::vector<uint32_t> used;
-        for (int i = 0; i < _owner->sheetCount(); ++i) {
-            SheetImplT *other = _owner->sheetAt(i);
-            if (!other || other == this || other->_objects.empty()) continue;
-            DrawingRun theirs(other->_objects);
-            try {
-                used.push_back(scanDrawing(theirs.stream()).dgid);
-            } catch (const tberror &) {
-                // A drawing that can't be read claims no id.
-            }
-        }
         uint32_t last = 0;
-        uint32_t dgid = startDrawing(block, used, last);
+        uint32_t dgid = startDrawing(block, otherDrawingIds(), last);
         uint32_t groupId = claimShapeId(block, dgid, last);
         _objects.push_back(drawingRecord(drawingHead(uint16_t(dgid), groupId)));
         run.reindex();

@@ -37,7 +37,10 @@ struct Scanner {
             size_t next = 0;
             OfficeArtRecordHeader h = header(at, end, next);
             const size_t body = at + 8;
-            if (h.type() == kFSP && h.len() >= 4) sp.spid = u32(body);
+            if (h.type() == kFSP && h.len() >= 4) {
+                sp.spid = u32(body);
+                sp.spidAt = body;
+            }
             if (h.type() == kAnchor && h.len() >= 18) {
                 sp.hasAnchor = true;
                 sp.anchorAt = body + 2;

@@ -20,6 +20,7 @@ struct OfficeArtCoord {
 
 struct DrawingShape {
     uint32_t spid = 0;
+    size_t spidAt = 0; // offset of the shape id, 0 without one
     bool hasAnchor = false;
     OfficeArtCoord anchor;
     size_t anchorAt = 0; // offset of the anchor's eight values

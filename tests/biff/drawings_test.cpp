@@ -1,7 +1,6 @@
 // Pictures and comments on binary sheets: placed, saved and loaded again
 // with the same anchors, texts and ids; the anchor arithmetic with its
-// clamps; the ids of every shape in step with the book's clusters; and the
-// drawings of loaded files written back byte for byte.
+// clamps; the ids of every shape in step with the book's clusters.
 #include "biff/book_impl.h"
 #include "biff/drawing_run.h"
 #include "biff/record_ids.h"
@@ -15,8 +14,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
@@ -31,12 +28,6 @@ struct BookDeleter {
     void operator()(Book *b) const { b->release(); }
 };
 using BookPtr = std::unique_ptr<Book, BookDeleter>;
-
-// The record walk of the file at `path`.
-WalkedBook walkFile(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    return walkBook(std::string(std::istreambuf_iterator<char>(in), {}));
-}
 
 BookPtr loadBook(const std::string &path) {
     BookPtr book(new BinaryBookT<char>());
@@ -57,15 +48,10 @@ std::vector<std::string> pictures(ISheetT<char> &sheet) {
     return out;
 }
 
-// The drawing records of a substream of a saved file, as the sheet keeps them.
+// The drawing records of a sheet of a saved file, as the sheet keeps them.
 std::vector<Biff> drawingRecords(const Substream &s) {
     std::vector<Biff> out;
-    for (size_t i = 1; i + 1 < s.records.size(); ++i) {
-        const WalkedRecord &r = s.records[i];
-        if (out.empty() && r.id != rid::MsoDrawing) continue;
-        if (r.id == rid::Note || r.id == rid::Window2) break;
-        out.push_back(Biff{r.id, r.data});
-    }
+    for (const WalkedRecord &r : drawingRun(s)) out.push_back(Biff{r.id, r.data});
     return out;
 }
 
@@ -128,9 +114,10 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
         {0, "second note, then a long one", 7, 0, 0, 40, 40, 0, 0},
         {0, "first note replaced", 2, 2, 0, 200, 20, 0, 0},
     };
-    const std::vector<std::string> expected[2] = {
+    const std::vector<std::string> expected[3] = {
         {"0 1 1 3 2 100 50 0 0", "1 0 4 2 6 70 30 10 5"},
         {"1 10 10 12 12 64 17 64 17"},
+        {"0 1 1 3 2 100 50 0 0", "1 0 4 2 6 70 30 10 5"}, // the copy of sheet 0
     };
     const char *comments[][3] = {
         {"2 2", "first note replaced", "tabrix"},
@@ -154,6 +141,7 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
             sheets[s.sheet]->setPicture2(s.row, s.col, s.pic, s.w, s.h, s.ox, s.oy);
         ASSERT_STREQ(book->errorMessage(), "ok");
     }
+    ASSERT_NE(book->addSheet("Copy", sheets[0]), nullptr);
     const std::string path = tmpPath("drawings_placed.xls");
     ASSERT_TRUE(book->save(path.c_str())) << book->errorMessage();
     expectConsistentIds(path);
@@ -161,7 +149,7 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
     BookPtr loaded = loadBook(path);
     for (int round = 0; round < 2; ++round) {
         Book &b = round == 0 ? *book : *loaded;
-        for (int s = 0; s < 2; ++s) EXPECT_EQ(pictures(*b.getSheet(s)), expected[s]) << round;
+        for (int s = 0; s < 3; ++s) EXPECT_EQ(pictures(*b.getSheet(s)), expected[s]) << round;
         for (const auto &c : comments) {
             int sheet = std::string(c[0]) == "0 0" ? 1 : 0;
             int row = c[0][0] - '0', col = c[0][2] - '0';
@@ -249,45 +237,25 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
     }
 }
 
-TEST(SheetDrawings, LoadedDrawingsSavedUnchangedAndExtended) {
-    std::vector<std::string> files;
-    for (const std::string &f : corpusXlsFiles())
-        for (const char *name : {"picture", "cross_sheet_chart", "Formate", "OOM_alloc.xls",
-                                 "gh548", "MSAT_body_637", "profiles"})
-            if (f.find(name) != std::string::npos) files.push_back(f);
-    if (files.empty()) GTEST_SKIP() << "corpus absent";
-    size_t extended = 0;
-    for (const std::string &f : files) {
+TEST(SheetDrawings, LoadedDrawingsSavedByteForByte) {
+    size_t drawings = 0;
+    for (const std::string &f : corpusXlsFiles()) {
         SCOPED_TRACE(f);
-        BookPtr book(new BinaryBookT<char>());
-        if (!book->load(f.c_str())) continue; // files the book refuses are not ours to test here
         WalkedBook before = walkFile(f);
+        BookPtr book(new BinaryBookT<char>());
+        if (!before.error.empty() || !book->load(f.c_str())) continue; // refused files: not here
         const std::string saved = tmpPath("drawings_resaved.xls");
-        ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
+        if (!book->save(saved.c_str())) { // only the older format is refused
+            EXPECT_NE(std::string(book->errorMessage()).find("BIFF5"), std::string::npos);
+            continue;
+        }
         WalkedBook after = walkFile(saved);
         ASSERT_EQ(after.substreams.size(), before.substreams.size());
-        int withDrawing = -1;
         for (size_t s = 1; s < before.substreams.size(); ++s) {
-            std::vector<Biff> a = drawingRecords(before.substreams[s]),
-                              b = drawingRecords(after.substreams[s]);
-            ASSERT_EQ(a.size(), b.size()) << "sheet " << s;
-            for (size_t i = 0; i < a.size(); ++i)
-                EXPECT_TRUE(a[i].id == b[i].id && a[i].data == b[i].data) << "record " << i;
-            if (!a.empty() && withDrawing < 0 && before.substreams[s].dt == 16)
-                withDrawing = int(s) - 1;
+            EXPECT_TRUE(drawingRun(before.substreams[s]) == drawingRun(after.substreams[s])) << s;
+            drawings += !drawingRun(before.substreams[s]).empty();
         }
-        if (withDrawing < 0) continue;
-        // A comment added to a loaded drawing keeps the others' pictures.
-        ISheetT<char> *sheet = book->getSheet(withDrawing);
-        std::vector<std::string> old = pictures(*sheet);
-        sheet->writeComment(60000, 200, "added", "me", 100, 60);
-        ASSERT_STREQ(book->errorMessage(), "ok");
-        ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
-        BookPtr again = loadBook(saved);
-        EXPECT_EQ(pictures(*again->getSheet(withDrawing)), old);
-        const char *text = again->getSheet(withDrawing)->readComment(60000, 200);
-        EXPECT_STREQ(text ? text : "(none)", "added");
-        ++extended;
     }
-    EXPECT_GE(extended, 5u);
+    if (drawings == 0) GTEST_SKIP() << "corpus absent";
+    EXPECT_GE(drawings, 10u);
 }
