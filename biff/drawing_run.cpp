@@ -77,6 +77,10 @@ void DrawingRun::insert(size_t offset, std::vector<Biff> pieces) {
         pieces.push_back(std::move(tail));
         break;
     }
+    // Drawing bytes that went on in a CONTINUE record now follow the
+    // pieces' text records: they open a drawing record of their own.
+    if (where < _records.size() && _records[where].id == rid::Continue)
+        _records[where].id = rid::MsoDrawing;
     _records.insert(_records.begin() + long(where), pieces.begin(), pieces.end());
     reindex();
 }

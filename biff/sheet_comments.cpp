@@ -36,6 +36,10 @@ size_t noteText(const DrawingRun &run, const std::vector<Biff> &records, uint16_
 
 template <class C> int SheetImplT<C>::findNote(int row, int col, NoteSh &note) const {
     for (size_t i = 0; i < _notes.size(); ++i) {
+        // Row and column lead both forms: other cells are passed unread.
+        const std::vector<uint8_t> &d = _notes[i].data;
+        if (d.size() >= 4 && (d[0] | d[1] << 8) != row) continue;
+        if (d.size() >= 4 && (d[2] | d[3] << 8) != col) continue;
         note.read(_notes[i], oldFormat());
         if (note.row == row && note.col == col) return int(i);
     }
