@@ -138,8 +138,8 @@ public:
     int rowHeightInt(int row) const;
     int colWidthPx(int col) const;
 
-    // Grouping and moving rows and columns answer "not supported yet" from
-    // UnsupportedSheetT.
+    // Comments, pictures, grouping and moving rows and columns answer "not
+    // supported yet" from UnsupportedSheetT.
 
     // ---- page breaks, panes, window, printout, protection (sheet_settings.cpp) ----
     int getHorPageBreak(int index) override;
