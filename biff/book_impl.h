@@ -121,6 +121,7 @@ public:
     int addPicture2(const char *data, unsigned size) override;
     // Counts one more shape using picture id (one-based).
     void addPicRef(int id) { _drawingGroup.addPicRef(id); }
+    MsoDrawingGroup &drawingGroup() override { return _drawingGroup; }
     const C *defaultFont(int *fontSize) override;
     void setDefaultFont(const C *fontName, int fontSize) override;
     bool refR1C1() override;

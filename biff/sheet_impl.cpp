@@ -61,6 +61,7 @@ template <class C> void SheetImplT<C>::copyFrom(const SheetImplT &src) {
     _phoneticInfo = src._phoneticInfo;
     _hasPhoneticInfo = src._hasPhoneticInfo;
     _objects = src._objects;
+    renumberDrawing();
     _notes = src._notes;
     _opaque2204 = src._opaque2204;
     _opaque144 = src._opaque144;

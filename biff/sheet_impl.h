@@ -10,6 +10,9 @@
 #define TABRIX_BIFF_SHEET_IMPL_H
 
 #include "biff/biff_record.h"
+#include "biff/drawing_run.h"
+#include "biff/records/note_sh.h"
+#include "officeart/sheet_shapes.h"
 #include "book/pod_vector.h"
 #include "biff/records/blank.h"
 #include "biff/records/bool_err.h"
@@ -42,6 +45,7 @@
 namespace tabrix {
 
 template <class C> class ISheetOwner;
+class MsoDrawingGroup;
 
 // A record the sheet keeps as bytes in a fixed slot, written only when
 // present.
@@ -125,8 +129,23 @@ public:
     bool groupRows(int rowFirst, int rowLast, bool collapsed) override;
     bool groupCols(int colFirst, int colLast, bool collapsed) override;
 
-    // Comments and pictures answer "not supported yet" from
-    // UnsupportedSheetT.
+    // ---- pictures and comments (sheet_pictures.cpp, sheet_comments.cpp) ----
+    int pictureSize() override;
+    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight, int *width,
+                   int *height, int *offsetX, int *offsetY) override;
+    void setPicture(int row, int col, int pictureId, double scale, int offsetX,
+                    int offsetY) override;
+    void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
+                     int offsetY) override;
+    const C *readComment(int row, int col) override;
+    void writeComment(int row, int col, const C *value, const C *author, int width,
+                      int height) override;
+    // The anchor of a box of width by height pixels whose top left lies at
+    // the offsets in the cell; -1 for a size reaches to the cell's end.
+    OfficeArtCoord calcCoord(int row, int col, int width, int height, int offsetX, int offsetY);
+    // A row's height and a column's width in pixels.
+    int rowHeightInt(int row) const;
+    int colWidthPx(int col) const;
 
     // ---- page breaks, panes, window, printout, protection (sheet_settings.cpp) ----
     int getHorPageBreak(int index) override;
@@ -317,6 +336,22 @@ private:
     void writeColInfos(XlsRecords &xls);
     void setDefaults();
     void copyFrom(const SheetImplT &src);
+
+    // ---- the drawing (sheet_pictures.cpp) ----
+    MsoDrawingGroup &drawingGroup();
+    // Starts the drawing when there is none, claims the next shape id and
+    // counts the shape in the drawing record.
+    uint32_t newShapeId(DrawingRun &run, DrawingLayout &layout);
+    // Puts the records of a new shape at the end of the drawing's group.
+    void addShape(DrawingRun &run, const DrawingLayout &layout, std::vector<Biff> pieces);
+    uint16_t nextObjectId(const DrawingRun &run) const;
+    // The drawing ids of the book's other sheets.
+    std::vector<uint32_t> otherDrawingIds();
+    // A copied drawing takes a drawing id and shape ids of its own; one
+    // that can't be read, or a copy without a book, stays as it came.
+    void renumberDrawing();
+    // The NoteSh of the cell in _notes, -1 without one.
+    int findNote(int row, int col, NoteSh &note) const;
 
     ISheetOwner<C> *_owner;
     std::wstring _name;

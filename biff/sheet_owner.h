@@ -22,6 +22,7 @@
 namespace tabrix {
 
 template <class C> class SheetImplT;
+class MsoDrawingGroup;
 
 template <class C> class ISheetOwner {
 public:
@@ -54,6 +55,9 @@ public:
     // text the sheet reports when the change is refused.
     virtual SheetState sheetHidden(int) { return SHEETSTATE_VISIBLE; }
     virtual void setSheetHidden(int, SheetState) { throw tberror(kNoBook); }
+
+    // The book's drawing group: its pictures and shape id clusters.
+    virtual MsoDrawingGroup &drawingGroup() { throw tberror(kNoBook); }
 
     static constexpr const char *kNoBook = "book not found";
 };

@@ -136,6 +136,11 @@ void MsoDrawingGroup::addPicRef(int id) {
     _dirty = true;
 }
 
+OfficeArtFDGGBlock &MsoDrawingGroup::clusters() {
+    preparePictures();
+    return *block();
+}
+
 void MsoDrawingGroup::initDefaults() {
     if (block()) return;
     preparePictures();

@@ -37,6 +37,8 @@ public:
     const OfficeArtFBSE &picture(size_t index) const;
     // One-based; throws "pictureId is out of range".
     void addPicRef(int id);
+    // The cluster block, made if missing; the group counts as changed.
+    OfficeArtFDGGBlock &clusters();
     // The default shape properties a book with comments needs.
     void initDefaults();
 

@@ -22,6 +22,11 @@ usage: oracle.py READER PATH [utf8]
   make-xlwt    writes a small binary book with merges, sizes and groups
   openpyxl-styles  the style of each cell of the first sheet, a line for each
                of "r c" numfmt, font, fill, border, align and protection
+  drawings     pictures, charts and comments of each sheet, from an Open XML
+               book or from LibreOffice's Open XML conversion of another one:
+               "PIC r c" (the anchor's first cell), "CHART r c", "NOTE r c
+               text", sorted, under "SHEET name"; texts as UTF-8 (the
+               conversion keeps no comment authors)
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -315,6 +320,56 @@ def dump_styles():
             print(at, 'align', a.horizontal, a.vertical, a.wrap_text, a.textRotation, a.indent,
                   a.shrink_to_fit)
             print(at, 'protection', p.locked, p.hidden)
+def dump_drawings():
+    import openpyxl, zipfile, posixpath
+    import xml.etree.ElementTree as ET
+    global utf8
+    utf8 = True
+    book = path
+    if not path.endswith('.xlsx'):
+        out = tempfile.mkdtemp(prefix='oracle_lo_')
+        subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
+                        '--convert-to', 'xlsx', '--outdir', out, path],
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        book = os.path.join(out, os.path.splitext(os.path.basename(path))[0] + '.xlsx')
+    z = zipfile.ZipFile(book)
+    R = '{http://schemas.openxmlformats.org/officeDocument/2006/relationships}'
+    X = '{http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing}'
+
+    def rels(part):
+        name = posixpath.join(posixpath.dirname(part), '_rels', posixpath.basename(part) + '.rels')
+        if name not in z.namelist():
+            return {}
+        return {r.get('Id'): (r.get('Type').rsplit('/', 1)[-1],
+                              posixpath.normpath(posixpath.join(posixpath.dirname(part), r.get('Target'))))
+                for r in ET.fromstring(z.read(name))}
+
+    def cell(anchor, tag):
+        m = anchor.find(X + tag)
+        return '-' if m is None else '%s %s' % (m.find(X + 'row').text, m.find(X + 'col').text)
+
+    wb_rels = rels('xl/workbook.xml')
+    wb = openpyxl.load_workbook(book)
+    sheets = ET.fromstring(z.read('xl/workbook.xml')).iter('{http://schemas.openxmlformats.org/spreadsheetml/2006/main}sheet')
+    for sh in sheets:
+        part = wb_rels[sh.get(R + 'id')][1]
+        lines = []
+        for kind, target in rels(part).values():
+            if kind != 'drawing':
+                continue
+            for anchor in ET.fromstring(z.read(target)):
+                if anchor.find(X + 'pic') is not None:
+                    lines.append('PIC ' + cell(anchor, 'from'))
+                elif anchor.find(X + 'graphicFrame') is not None:
+                    lines.append('CHART ' + cell(anchor, 'from'))
+        ws = wb[sh.get('name')]
+        for row in ws.iter_rows():
+            for x in row:
+                if x.comment is not None:
+                    lines.append('NOTE %d %d %s' % (x.row - 1, x.column - 1, text(x.comment.text.rstrip())))
+        print('SHEET', text(sh.get('name')))
+        for line in sorted(lines):
+            print(line)
 
 
 try:
@@ -323,6 +378,6 @@ try:
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
      'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
      'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
-     'make-xlwt': make_xlwt, 'openpyxl-styles': dump_styles}[reader]()
+     'make-xlwt': make_xlwt, 'openpyxl-styles': dump_styles, 'drawings': dump_drawings}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)

@@ -75,6 +75,13 @@ std::string writeTestBook() {
     ISheetT<char> *second = book->addSheet("Second", nullptr);
     second->writeStr(0, 0, "x", nullptr);
     second->writeNum(2, 2, 42, nullptr);
+    // A 90 by 40 picture header and a comment on each sheet.
+    const unsigned char png[] = {0x89, 'P', 'N', 'G', 13, 10, 26, 10, 0,  0, 0, 13, 'I', 'H', 'D',
+                                 'R',  0,   0,   0,   90, 0,  0,  0,  40, 8, 2, 0,  0,   0};
+    int pic = book->addPicture2(reinterpret_cast<const char *>(png), sizeof png);
+    second->setPicture(3, 1, pic, 1.0, 0, 0);
+    s->writeComment(0, 1, "sum of\nall", "ann", 100, 50);
+    second->writeComment(40, 20, "far", nullptr, 100, 50);
     bool saved = book->save(path.c_str());
     EXPECT_TRUE(saved) << book->errorMessage();
     book->release();
@@ -256,7 +263,9 @@ TEST(Cli, InfoAndDumpOfAWrittenBook) {
          "date system:   1900\nsheets:        2 (active: 1)\n"
          "  1  Data    sheet    visible      A1:D6\n"
          "  2  Second  sheet    visible      A1:C3\n"
-         "named ranges:  1\n  Amounts  Data!B2:B5  (scope: book)\npictures:      0\n"},
+         "named ranges:  1\n  Amounts  Data!B2:B5  (scope: book)\n"
+         "pictures:      1 (placed on sheets: 1)\n  Second!B4  png  90x40\n"
+         "comments:      2\n  Data!B1  sum of\\nall\n  Second!U41  far\n"},
         {{"info", renamed},
          0,
          "format:        binary workbook",

@@ -39,6 +39,27 @@ std::string usedRange(Sheet *s) {
     return rangeName(fr, lr - 1, fc, lc - 1);
 }
 
+// The kinds of the book's getPicture codes.
+const char *const kPictureKinds[] = {"png", "jpeg", "wmf", "dib", "emf", "pict", "tiff"};
+
+std::string pictureKind(Book *book, int id) {
+    const char *data = nullptr;
+    unsigned size = 0;
+    int code = book->getPicture(id, &data, &size);
+    return data && code >= 0 && code < 7 ? kPictureKinds[code] : "unknown";
+}
+
+// A comment's text on one line: backslashes and line breaks escaped.
+std::string oneLine(const char *text) {
+    std::string out;
+    for (const char *p = text; *p; ++p)
+        out += *p == '\\' ? "\\\\" : *p == '\n' ? "\\n" : *p == '\r' ? "" : std::string(1, *p);
+    return out;
+}
+
+// Comments are looked for in the used range, and at least in A1:Z100.
+const int kCommentRows = 100, kCommentCols = 26;
+
 std::string padded(const std::string &s, size_t width) {
     return s.size() >= width ? s : s + std::string(width - s.size(), ' ');
 }
@@ -69,15 +90,32 @@ int runInfo(const Args &args) {
         Sheet *s = book->getSheet(i);
         if (s && s->name()) nameWidth = std::max(nameWidth, std::string(s->name()).size());
     }
-    int namedRanges = 0, sheetPictures = 0;
-    std::string namesText;
+    int namedRanges = 0, sheetPictures = 0, comments = 0;
+    std::string namesText, picturesText, commentsText;
     for (int i = 0; i < count; ++i) {
         Sheet *s = wb.sheet(i);
         std::string name = s->name() ? s->name() : "";
         out << "  " << padded(std::to_string(i + 1), 3) << padded(name, nameWidth + 2)
             << padded(sheetTypeName(book->sheetType(i)), 9)
             << padded(sheetStateName(s->hidden()), 13) << usedRange(s) << "\n";
-        sheetPictures += s->pictureSize();
+        const int placed = s->pictureSize();
+        sheetPictures += placed;
+        for (int p = 0; p < placed; ++p) {
+            int row = 0, col = 0, width = 0, height = 0;
+            int id =
+                s->getPicture(p, &row, &col, nullptr, nullptr, &width, &height, nullptr, nullptr);
+            picturesText += "  " + name + "!" + cellName(row, col) + "  " + pictureKind(book, id) +
+                            "  " + std::to_string(width) + "x" + std::to_string(height) + "\n";
+        }
+        const int rows = std::max(s->lastRow(), kCommentRows),
+                  cols = std::max(s->lastCol(), kCommentCols);
+        for (int r = 0; r < rows; ++r)
+            for (int c = 0; c < cols; ++c)
+                if (const char *text = s->readComment(r, c)) {
+                    ++comments;
+                    commentsText +=
+                        "  " + name + "!" + cellName(r, c) + "  " + oneLine(text) + "\n";
+                }
         int names = s->namedRangeSize();
         for (int n = 0; n < names; ++n) {
             int rf = 0, rl = 0, cf = 0, cl = 0, scope = -1;
@@ -95,7 +133,8 @@ int runInfo(const Args &args) {
     out << "named ranges:  " << namedRanges << "\n" << namesText;
     out << "pictures:      " << book->pictureSize();
     if (sheetPictures > 0) out << " (placed on sheets: " << sheetPictures << ")";
-    out << "\n";
+    out << "\n" << picturesText;
+    out << "comments:      " << comments << "\n" << commentsText;
     return EXIT_OK;
 }
 

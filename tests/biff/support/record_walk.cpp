@@ -3,6 +3,8 @@
 #include "biff/xls.h"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
 namespace bifftest {
@@ -51,6 +53,23 @@ WalkedBook walkBook(const std::string &file) {
         if (depth == 0) continue;
         out.substreams.back().records.push_back(std::move(r));
         if (id == kEof) --depth;
+    }
+    return out;
+}
+
+WalkedBook walkFile(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    return walkBook(std::string(std::istreambuf_iterator<char>(in), {}));
+}
+
+std::vector<WalkedRecord> drawingRun(const Substream &s) {
+    const uint16_t kDrawing = 236, kNote = 28, kWindow = 574;
+    std::vector<WalkedRecord> out;
+    for (size_t i = 1; i + 1 < s.records.size(); ++i) {
+        const WalkedRecord &r = s.records[i];
+        if (out.empty() && r.id != kDrawing) continue;
+        if (r.id == kNote || r.id == kWindow) break;
+        out.push_back(r);
     }
     return out;
 }

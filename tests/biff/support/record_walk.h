@@ -35,6 +35,11 @@ struct WalkedBook {
 // substreams are dropped, as readers ignore them.
 WalkedBook walkBook(const std::string &file);
 
+// The same for the file at `path`.
+WalkedBook walkFile(const std::string &path);
+// A sheet's drawing: its records from the first MsoDrawing up to its notes
+// or its window record, embedded charts included.
+std::vector<WalkedRecord> drawingRun(const Substream &s);
 // The records of `s` whose id is not in `modelled`, sorted: what a save
 // must keep byte for byte, though perhaps at another place.
 std::vector<WalkedRecord> keptRecords(const Substream &s, const std::set<uint16_t> &modelled);

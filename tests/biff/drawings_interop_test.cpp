@@ -1,0 +1,208 @@
+// Pictures, charts and comments of binary sheets against LibreOffice:
+// books we draw on are converted to Open XML and read back with openpyxl
+// (tests/support/oracle.py "drawings"); books LibreOffice, gnumeric and
+// the corpus' producers wrote, with pictures, comments and a chart, report the same pictures and
+// comments through our interfaces, save with their drawing records
+// unchanged, and after one more comment still show all they showed.
+#include "biff/book_impl.h"
+#include "biff/record_ids.h"
+#include "support/interop_tools.h"
+#include "support/oracle.h"
+#include "support/record_walk.h"
+#include "support/test_images.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+
+using namespace tabrix;
+using namespace bifftest;
+
+namespace {
+
+using Book = BookImplT<char>;
+struct BookDeleter {
+    void operator()(Book *b) const { b->release(); }
+};
+using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using Lines = oracle::Lines;
+
+// A book with a chart and two comments on its first sheet.
+const char *kChartBook = R"PY(
+import sys, openpyxl
+from openpyxl.chart import BarChart, Reference
+from openpyxl.comments import Comment
+wb = openpyxl.Workbook()
+ws = wb.active
+ws.title = 'Data'
+for i in range(1, 6):
+    ws.append([i, i * i])
+chart = BarChart()
+chart.add_data(Reference(ws, min_col=2, min_row=1, max_row=5))
+ws.add_chart(chart, 'D2')
+ws['A1'].comment = Comment('one', 'ann')
+ws['B3'].comment = Comment('two lines\nhere', 'bob')
+wb.create_sheet('Empty')
+wb.save(sys.argv[1])
+)PY";
+
+// A text as the oracle prints it: backslash and line feed escaped.
+std::string escaped(const std::string &text) {
+    std::string out;
+    for (char c : text) out += c == '\\' ? "\\\\" : c == '\n' ? "\\n" : std::string(1, c);
+    return out;
+}
+
+// Our own listing in the oracle's form: the pictures' first cells and the
+// comments of the cells the oracle's listing names, under each sheet.
+Lines ourLines(Book &book, const Lines &theirs) {
+    Lines out;
+    for (int s = 0; s < book.sheetCount(); ++s) {
+        ISheetT<char> *sheet = book.getSheet(s);
+        out.push_back(std::string("SHEET ") + sheet->name());
+        Lines lines;
+        for (int i = 0; i < sheet->pictureSize(); ++i) {
+            int row = 0, col = 0;
+            sheet->getPicture(i, &row, &col, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+            lines.push_back("PIC " + std::to_string(row) + " " + std::to_string(col));
+        }
+        for (const std::string &l : theirs) {
+            int row = 0, col = 0;
+            if (std::sscanf(l.c_str(), "NOTE %d %d", &row, &col) != 2) continue;
+            const char *text = sheet->readComment(row, col);
+            if (text)
+                lines.push_back("NOTE " + std::to_string(row) + " " + std::to_string(col) + " " +
+                                escaped(text));
+        }
+        std::sort(lines.begin(), lines.end());
+        out.insert(out.end(), lines.begin(), lines.end());
+    }
+    return out;
+}
+
+// A dump without its chart lines, which we don't read.
+Lines withoutCharts(const Lines &dump) {
+    Lines out;
+    for (const std::string &l : dump)
+        if (l.compare(0, 6, "CHART ") != 0) out.push_back(l);
+    return out;
+}
+
+bool made(const std::string &path, const std::string &command) {
+    std::remove(path.c_str());
+    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 && std::ifstream(path).good();
+}
+
+std::string toXls(const std::string &dir, const std::string &xlsx, const std::string &name) {
+    std::string target = dir + "/" + name + ".xls";
+    std::string copy = dir + "/" + name + ".xlsx";
+    std::system(("cat '" + xlsx + "' > '" + copy + "'").c_str()); // writable, unlike the corpus
+    if (!made(target, "cd '" + dir + "' && soffice --headless --norestore " +
+                          "-env:UserInstallation=file://" + dir + "/lo_profile --convert-to xls '" +
+                          copy + "'"))
+        return "";
+    return target;
+}
+
+} // namespace
+
+TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
+    if (!oracle::has("openpyxl") || !oracle::has("soffice")) GTEST_SKIP() << "no LibreOffice";
+    BookPtr book(new BinaryBookT<char>());
+    ISheetT<char> *one = book->addSheet("One", nullptr);
+    ISheetT<char> *two = book->addSheet("Two", nullptr);
+    const ImageBytes png = pngImage(90, 40);
+    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
+              0);
+    one->setPicture2(1, 1, 0, 150, 60, 10, 3);
+    one->writeComment(4, 2, "hello", "ann", 120, 60);
+    one->setPicture(8, 0, 0, 1.0, 0, 0);
+    two->writeComment(0, 0, "first", nullptr, 100, 50);
+    two->setPicture2(3, 3, 0, 64, 17, 0, 0);
+    two->writeComment(0, 0, "second \xc3\xa9t\xc3\xa9", "bob", 100, 50);
+    one->writeComment(20, 5, "late", "cy", 80, 40);
+    ASSERT_STREQ(book->errorMessage(), "ok");
+    const std::string path = tmpPath("drawings_ours.xls");
+    ASSERT_TRUE(book->save(path.c_str())) << book->errorMessage();
+
+    Lines dump = oracle::dump("drawings", path, true);
+    ASSERT_FALSE(oracle::failed(dump)) << dump[0];
+    const Lines expected = {"SHEET One",
+                            "NOTE 20 5 late",
+                            "NOTE 4 2 hello",
+                            "PIC 1 1",
+                            "PIC 8 0",
+                            "SHEET Two",
+                            "NOTE 0 0 second \xc3\xa9t\xc3\xa9",
+                            "PIC 3 3"};
+    EXPECT_EQ(dump, expected) << oracle::firstDifference(dump, expected);
+    EXPECT_EQ(ourLines(*book, dump), expected);
+
+    // A book with comments and no pictures at all.
+    BookPtr notes(new BinaryBookT<char>());
+    notes->addSheet("S", nullptr)->writeComment(0, 0, "alone", "me", 100, 50);
+    ASSERT_TRUE(notes->save(path.c_str())) << notes->errorMessage();
+    EXPECT_EQ(oracle::dump("drawings", path, true), Lines({"SHEET S", "NOTE 0 0 alone"}));
+}
+
+TEST(DrawingsInterop, OtherWritersDrawingsKeptAndExtended) {
+    if (!oracle::has("openpyxl") || !oracle::has("soffice")) GTEST_SKIP() << "no LibreOffice";
+    const std::string dir = tmpPath("drawings_made");
+    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
+    const std::string corpus = std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/";
+    std::vector<std::string> files;
+    runPython("chart_book.py", kChartBook, "'" + dir + "/chart_src.xlsx'");
+    for (const auto &src : {std::make_pair(dir + "/chart_src.xlsx", "chart"),
+                            std::make_pair(corpus + "image01.xlsx", "image"),
+                            std::make_pair(corpus + "comment02.xlsx", "comment")}) {
+        std::string xls = toXls(dir, src.first, src.second);
+        if (!xls.empty()) files.push_back(xls);
+    }
+    if (made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + dir +
+                                        "/chart_src.xlsx' '" + dir + "/gnumeric.xls'"))
+        files.push_back(dir + "/gnumeric.xls");
+    ASSERT_GE(files.size(), 3u);
+    for (const std::string &f : corpusXlsFiles())
+        for (const char *name : {"picture", "cross_sheet_chart", "Formate"})
+            if (f.find(name) != std::string::npos) files.push_back(f);
+
+    for (const std::string &f : files) {
+        SCOPED_TRACE(f);
+        Lines before = oracle::dump("drawings", f, true);
+        ASSERT_FALSE(oracle::failed(before)) << before[0];
+        ASSERT_GE(before.size(), 2u);
+        ASSERT_TRUE(std::any_of(before.begin(), before.end(), [](const std::string &l) {
+            return l.compare(0, 6, "SHEET ") != 0;
+        })) << "nothing drawn";
+        BookPtr book(new BinaryBookT<char>());
+        ASSERT_TRUE(book->load(f.c_str())) << book->errorMessage();
+        EXPECT_EQ(ourLines(*book, before), withoutCharts(before));
+
+        const std::string saved = tmpPath("drawings_other_saved.xls");
+        ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
+        for (size_t s = 1; s <= size_t(book->sheetCount()); ++s)
+            EXPECT_TRUE(drawingRun(walkFile(f).substreams[s]) ==
+                        drawingRun(walkFile(saved).substreams[s]))
+                << "sheet " << s;
+
+        // One more comment: the old pictures, charts and comments stay.
+        book->getSheet(0)->writeComment(30, 6, "added", "me", 100, 50);
+        ASSERT_STREQ(book->errorMessage(), "ok");
+        ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
+        Lines after = oracle::dump("drawings", saved, true);
+        auto firstSheetEnd = [](Lines &l) {
+            return std::find_if(l.begin() + 1, l.end(), [](const std::string &x) {
+                return x.compare(0, 6, "SHEET ") == 0;
+            });
+        };
+        Lines want = before;
+        want.insert(firstSheetEnd(want), "NOTE 30 6 added");
+        std::sort(want.begin() + 1, firstSheetEnd(want));
+        EXPECT_EQ(after, want) << oracle::firstDifference(after, want);
+    }
+}
