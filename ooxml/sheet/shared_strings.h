@@ -1,0 +1,49 @@
+// SharedStrings: the book's shared string table part.  Items stay in the
+// bound tree as read (rich runs included); a hash map from an item's stored
+// (escaped) text to its index de-duplicates what is added.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "ooxml/binding/engine/document.h"
+#include "ooxml/package/xfile.h"
+
+namespace tabrix {
+
+class SharedStrings : public XFile {
+public:
+    explicit SharedStrings(binding::e_edition edition);                        // an empty table
+    SharedStrings(binding::e_edition edition, const char *bytes, size_t size); // throws tberror
+    ~SharedStrings() override;
+    void save(std::string &out) override;
+    // Index of the item holding `text` (UTF-16 units); every call counts.
+    uint32_t addString(const std::wstring &text);
+    // The user's text of an item, rich runs flattened; throws "index is out
+    // of range or no value".
+    std::wstring stringByIndex(uint32_t index) const;
+    size_t size() const { return _items.size(); }
+
+private:
+    void indexItems();
+    // The stored text of an item: its plain text, or its runs' texts joined.
+    // Points into the tree, or into `joined` for runs.
+    std::string_view storedText(const binding::c_node &item, std::string &joined) const;
+
+    binding::c_document _doc;
+    std::vector<binding::c_node *> _items; // the si elements, in order
+    std::unordered_map<std::string_view, uint32_t> _index;
+    std::deque<std::string> _joinedKeys; // keys of rich items, which the tree doesn't hold whole
+    uint64_t _count = 0;
+    bool _counted = false; // whether the part has a count to write
+    bool _grown = false;   // whether items were added since the load
+    int32_t _siDecl = -1;
+    std::string _scratch;
+};
+
+} // namespace tabrix
