@@ -67,8 +67,9 @@ std::wstring shiftFormula(const std::wstring &text, int rowDelta, int colDelta) 
         while (end < text.size() && isTokenChar(text[end])) ++end;
         const std::wstring token = text.substr(i, end - i);
         // A function name, or the tail of a longer word, isn't an address.
-        const bool word = (end < text.size() && (text[end] == '(' || (text[end] >= 'a' && text[end] <= 'z'))) ||
-                          (i > 0 && ((text[i - 1] >= 'a' && text[i - 1] <= 'z') || text[i - 1] == '_'));
+        const bool word =
+            (end < text.size() && (text[end] == '(' || (text[end] >= 'a' && text[end] <= 'z'))) ||
+            (i > 0 && ((text[i - 1] >= 'a' && text[i - 1] <= 'z') || text[i - 1] == '_'));
         out += word ? token : shiftToken(token, rowDelta, colDelta);
         i = end;
     }

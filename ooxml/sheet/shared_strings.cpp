@@ -58,8 +58,7 @@ void SharedStrings::indexItems() {
     }
 }
 
-std::string_view SharedStrings::storedText(const binding::c_node &item,
-                                           std::string &joined) const {
+std::string_view SharedStrings::storedText(const binding::c_node &item, std::string &joined) const {
     if (const binding::c_node *t = textChild(item)) return t->_text;
     for (const binding::c_child &c : item._children) {
         if (c.kind != binding::K_NODE || !c.node) continue;
@@ -101,8 +100,7 @@ void SharedStrings::save(std::string &out) {
     if (_counted) sst.set_count(uint32_t(_count > 0xFFFFFFFFu ? 0xFFFFFFFFu : _count));
     if (_grown) sst.set_uniqueCount(uint32_t(_items.size()));
     lmx::s_debug_error debug;
-    if (lmx::elmx_error e = _doc.marshal(out, &debug))
-        throw tberror(lmx::get_error_description(e));
+    if (lmx::elmx_error e = _doc.marshal(out, &debug)) throw tberror(lmx::get_error_description(e));
 }
 
 } // namespace tabrix

@@ -53,7 +53,8 @@ std::string inlineText(const c_node &is) {
     if (const c_node *t = is.child("t")) return t->_text;
     std::string joined;
     for (const binding::c_child &c : is._children)
-        if (c.kind == binding::K_NODE && c.node && std::strcmp(is.set()->elems[c.decl].name, "r") == 0)
+        if (c.kind == binding::K_NODE && c.node &&
+            std::strcmp(is.set()->elems[c.decl].name, "r") == 0)
             if (const c_node *t = c.node->child("t")) joined += t->_text;
     return joined;
 }
@@ -183,8 +184,7 @@ template <class C> bool XMLSheetCellsT<C>::writeBlank(int row, int col, IFormatT
     return true;
 }
 
-template <class C>
-void XMLSheetCellsT<C>::setCellFormat(int row, int col, IFormatT<C> *format) {
+template <class C> void XMLSheetCellsT<C>::setCellFormat(int row, int col, IFormatT<C> *format) {
     if (format) {
         write(row, col, format, false);
     } else if (c_cell *cell = find(row, col)) {

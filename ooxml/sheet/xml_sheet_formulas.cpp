@@ -28,8 +28,7 @@ bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C
     return true;
 }
 
-template <class C>
-const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFormatT<C> **format) {
+template <class C> const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFormatT<C> **format) {
     const c_cell &cell = lookup(row, col, format);
     const c_node *f = formulaOf(cell);
     if (!f) throw tberror("this cell doesn't contain a formula");
@@ -60,7 +59,8 @@ std::wstring XMLSheetCellsT<C>::sharedFormula(int row, int col, const std::strin
                 const c_cell &cell = XMLCellStore::cellOf(k);
                 const c_node *f = formulaOf(cell);
                 if (f && isSharedFormula(*f) && !f->_text.empty())
-                    _masters.emplace(*f->attribute("si"), std::make_pair(int(r.row), int(cell.col())));
+                    _masters.emplace(*f->attribute("si"),
+                                     std::make_pair(int(r.row), int(cell.col())));
             }
         _mastersValid = true;
         at = _masters.find(si);

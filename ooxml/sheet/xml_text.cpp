@@ -93,7 +93,8 @@ void unescapeXmlText(std::string_view text, std::wstring &out) {
         if (b < 0x80) {
             if (b == '_' && isEscape(text, i)) {
                 uint32_t v = 0;
-                for (size_t k = 2; k < 6; ++k) v = v * 16 + uint32_t(hexValue(wchar_t(text[i + k])));
+                for (size_t k = 2; k < 6; ++k)
+                    v = v * 16 + uint32_t(hexValue(wchar_t(text[i + k])));
                 out += wchar_t(v);
                 i += 7;
             } else {
