@@ -69,16 +69,20 @@ std::string_view SharedStrings::storedText(const binding::c_node &item, std::str
 }
 
 uint32_t SharedStrings::addString(const std::wstring &text) {
-    ++_count;
-    _counted = true;
     _scratch.clear();
     escapeXmlText(text, _scratch);
-    auto found = _index.find(_scratch);
+    return addStoredText(_scratch);
+}
+
+uint32_t SharedStrings::addStoredText(std::string_view stored) {
+    ++_count;
+    _counted = true;
+    auto found = _index.find(stored);
     if (found != _index.end()) return found->second;
     binding::c_node *item = _doc.root().append("si");
     binding::c_node *t = item->append("t");
-    t->_text = _scratch;
-    if (!_scratch.empty() && (isBlank(_scratch.front()) || isBlank(_scratch.back())))
+    t->_text = stored;
+    if (!stored.empty() && (isBlank(stored.front()) || isBlank(stored.back())))
         t->_foreign.push_back({"xml", std::string(lmx::k_uri_xml), "space", "preserve"});
     const uint32_t index = uint32_t(_items.size());
     _items.push_back(item);
@@ -93,6 +97,12 @@ std::wstring SharedStrings::stringByIndex(uint32_t index) const {
     std::wstring out;
     unescapeXmlText(storedText(*_items[index], joined), out);
     return out;
+}
+
+const std::string *SharedStrings::plainStoredText(uint32_t index) const {
+    if (index >= _items.size()) return nullptr;
+    const binding::c_node *t = textChild(*_items[index]);
+    return t ? &t->_text : nullptr;
 }
 
 void SharedStrings::save(std::string &out) {

@@ -29,6 +29,13 @@ public:
     std::wstring stringByIndex(uint32_t index) const;
     size_t size() const { return _items.size(); }
 
+    // The same for a text already in its stored form (UTF-8 with the
+    // escapes made), which the caller has checked.
+    uint32_t addStoredText(std::string_view stored);
+    // The stored text of a plain item, or null for a rich one or an index
+    // out of range: lets a UTF-8 caller skip the wide round trip.
+    const std::string *plainStoredText(uint32_t index) const;
+
 private:
     void indexItems();
     // The stored text of an item: its plain text, or its runs' texts joined.

@@ -1,6 +1,7 @@
 // Finding, making and deleting rows and cells of sheetData.
 #include "ooxml/sheet/xml_cell_store.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -16,6 +17,8 @@ using binding::K_HAND;
 using binding::K_NODE;
 
 namespace {
+
+const unsigned long kRowsPast = 1048576; // zero-based number of the row after the last
 
 // Column of the cell at `i`, or of the nearest cell before a child that is
 // no cell (-1 when none): a non-decreasing key over the children.
@@ -48,10 +51,13 @@ void XMLCellStore::rebuild() {
         if (r) {
             char *end = nullptr;
             const unsigned long v = std::strtoul(r->c_str(), &end, 10);
-            if (v >= 1 && end && *end == 0) number = long(v) - 1;
+            if (v >= 1 && end && *end == 0) number = long(std::min(v, kRowsPast)) - 1;
         } else {
             row.set_attribute("r", std::to_string(number + 1));
         }
+        // Rows past the sheet's end (only a broken file has them) all count as one row
+        // past it, which no address reaches.
+        number = std::min(number, long(kRowsPast));
         previous = number;
         // Cells without an address follow the cell before them.
         long col = -1;

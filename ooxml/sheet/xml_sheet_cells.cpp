@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
 
 #include "book/text_result.h"
 #include "ooxml/binding/parts/worksheet_facades.h"
@@ -160,9 +161,19 @@ bool XMLSheetCellsT<C>::writeNum(int row, int col, double value, IFormatT<C> *fo
 
 template <class C>
 bool XMLSheetCellsT<C>::writeStr(int row, int col, const C *value, IFormatT<C> *format) {
-    gate(row, col);
-    const uint32_t index = _book->sharedStrings().addString(callerText(value));
     c_cell &cell = write(row, col, format, true);
+    SharedStrings &table = _book->sharedStrings();
+    uint32_t index;
+    // UTF-8 that needs no escape goes in as it is, else through wide text.
+    if constexpr (std::is_same_v<C, char>) {
+        const std::string_view text(value ? value : "");
+        if (_book->utf8Mode() && isPlainXmlText(text))
+            index = table.addStoredText(text);
+        else
+            index = table.addString(callerText(value));
+    } else {
+        index = table.addString(callerText(value));
+    }
     cell.set_t("s");
     char buf[16];
     const auto res = std::to_chars(buf, buf + sizeof buf, index);
@@ -236,9 +247,20 @@ template <class C> const C *XMLSheetCellsT<C>::readStr(int row, int col, IFormat
     if (isType(cell, "s") && cell.isset_v()) {
         SharedStrings *sst = _book->sharedStringsIfAny();
         if (!sst) throw tberror("sharedStrings not found");
-        const unsigned long index = std::strtoul(cell.get_v().c_str(), nullptr, 10);
-        if (index > 0xFFFFFFFFul) throw tberror("index is out of range or no value");
-        return tc(sst->stringByIndex(uint32_t(index)));
+        const std::string &v = cell.get_v();
+        uint32_t index = 0;
+        const auto res = std::from_chars(v.data(), v.data() + v.size(), index);
+        if (res.ec != std::errc() || res.ptr != v.data() + v.size())
+            throw tberror("index is out of range or no value");
+        if constexpr (std::is_same_v<C, char>) {
+            // A plain UTF-8 item without escapes is the caller's text already.
+            const std::string *stored = sst->plainStoredText(index);
+            if (stored && _book->utf8Mode() && stored->find('_') == std::string::npos) {
+                _text.assign(stored->c_str());
+                return _text.template c_str<char>(true);
+            }
+        }
+        return tc(sst->stringByIndex(index));
     }
     if (isType(cell, "str") && cell.isset_v()) {
         unescapeXmlText(cell.get_v(), wide);

@@ -120,4 +120,29 @@ void unescapeXmlText(std::string_view text, std::wstring &out) {
     }
 }
 
+bool isPlainXmlText(std::string_view utf8) {
+    const size_t n = utf8.size();
+    for (size_t i = 0; i < n;) {
+        const unsigned char b = static_cast<unsigned char>(utf8[i]);
+        if (b < 0x80) {
+            if ((b < 0x20 && b != '\t' && b != '\n') || b == '_') return false;
+            ++i;
+            continue;
+        }
+        const int len = b >= 0xF0 ? 4 : b >= 0xE0 ? 3 : b >= 0xC2 ? 2 : 0;
+        if (len == 0 || b > 0xF4 || i + size_t(len) > n) return false;
+        uint32_t cp = len == 4 ? b & 0x07u : len == 3 ? b & 0x0Fu : b & 0x1Fu;
+        for (int k = 1; k < len; ++k) {
+            const unsigned char c = static_cast<unsigned char>(utf8[i + size_t(k)]);
+            if ((c & 0xC0) != 0x80) return false;
+            cp = (cp << 6) | (c & 0x3Fu);
+        }
+        if ((len == 3 && (cp < 0x800 || (cp >= 0xD800 && cp <= 0xDFFF) || cp >= 0xFFFE)) ||
+            (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)))
+            return false;
+        i += size_t(len);
+    }
+    return true;
+}
+
 } // namespace tabrix

@@ -17,4 +17,8 @@ void escapeXmlText(std::wstring_view units, std::string &out);
 // appended to `out`.  Malformed UTF-8 gives U+FFFD.
 void unescapeXmlText(std::string_view text, std::wstring &out);
 
+// Whether UTF-8 text is valid and already in its stored form: no byte that
+// needs an escape, no "_" (which might need one), no U+FFFE or U+FFFF.
+bool isPlainXmlText(std::string_view utf8);
+
 } // namespace tabrix
