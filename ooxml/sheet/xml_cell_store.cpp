@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 #include "ooxml/binding/parts/worksheet_facades.h"
 
@@ -33,6 +34,18 @@ long keyAt(const std::vector<c_child> &children, size_t i) {
 
 } // namespace
 
+// Puts the children at `positions` in ascending order of `key`, keeping
+// equal keys and every other child where they are.
+template <class Key>
+void sortAt(std::vector<c_child> &children, const std::vector<size_t> &positions, Key key) {
+    std::vector<c_child> taken;
+    taken.reserve(positions.size());
+    for (size_t p : positions) taken.push_back(std::move(children[p]));
+    std::stable_sort(taken.begin(), taken.end(),
+                     [&](const c_child &a, const c_child &b) { return key(a) < key(b); });
+    for (size_t i = 0; i < positions.size(); ++i) children[positions[i]] = std::move(taken[i]);
+}
+
 void XMLCellStore::rebuild() {
     _stale = false;
     _rows.clear();
@@ -43,7 +56,11 @@ void XMLCellStore::rebuild() {
     _cellDecl = probe.decl_of("c");
     _cellType = set.elems[_cellDecl].complex;
     long previous = -1;
-    for (c_child &c : _sheetData->_children) {
+    bool rowsSorted = true;
+    std::vector<size_t> rowPositions;
+    std::vector<c_child> &children = _sheetData->_children;
+    for (size_t i = 0; i < children.size(); ++i) {
+        c_child &c = children[i];
         if (c.kind != K_NODE || c.decl != _rowDecl) continue;
         c_node &row = *c.node;
         const std::string *r = row.attribute("r");
@@ -58,16 +75,33 @@ void XMLCellStore::rebuild() {
         // Rows past the sheet's end (only a broken file has them) all count as one row
         // past it, which no address reaches.
         number = std::min(number, long(kRowsPast));
+        rowsSorted = rowsSorted && number > previous;
         previous = number;
         // Cells without an address follow the cell before them.
         long col = -1;
-        for (c_child &k : row._children) {
-            if (k.kind != K_HAND) continue;
-            c_cell &cell = cellOf(k);
+        bool cellsSorted = true;
+        std::vector<size_t> cellPositions;
+        for (size_t k = 0; k < row._children.size(); ++k) {
+            if (row._children[k].kind != K_HAND) continue;
+            c_cell &cell = cellOf(row._children[k]);
             if (!cell.isset_r()) cell.set_r(uint32_t(number), uint32_t(col + 1));
+            cellsSorted = cellsSorted && long(cell.col()) > col;
             col = long(cell.col());
+            cellPositions.push_back(k);
         }
+        // The lookups need ascending cells; a file out of order is put in order.
+        if (!cellsSorted)
+            sortAt(row._children, cellPositions,
+                   [](const c_child &k) { return static_cast<const c_cell &>(*k.hand).col(); });
         _rows.push_back({uint32_t(number), &row});
+        rowPositions.push_back(i);
+    }
+    if (!rowsSorted) {
+        std::unordered_map<const c_node *, uint32_t> numberOf;
+        for (const Row &r : _rows) numberOf[r.node] = r.row;
+        sortAt(children, rowPositions, [&](const c_child &k) { return numberOf[k.node.get()]; });
+        std::stable_sort(_rows.begin(), _rows.end(),
+                         [](const Row &a, const Row &b) { return a.row < b.row; });
     }
 }
 

@@ -3,7 +3,8 @@
 // number, indexed here by number and node; cells are the hand-made
 // children of a row, ascending by column.  Writes keep both orders, so
 // writing in ascending order is a search and an append.  A file's rows
-// and cells without an address take the place after the one before them.
+// and cells without an address take the place after the one before them;
+// a file's rows or cells out of order are put in order when indexed.
 #pragma once
 
 #include <cstddef>

@@ -98,8 +98,12 @@ private:
     XString _text;
     XMLDimensions _dims;
     bool _dimsStale = true;
-    // Master of each shared formula index, found by one scan; checked on use.
-    std::unordered_map<std::string, std::pair<int, int>> _masters;
+    // Master of each shared formula index, found by one scan.
+    struct SharedMaster {
+        int row, col;
+        const binding::c_node *f;
+    };
+    std::unordered_map<std::string, SharedMaster> _masters;
     bool _mastersValid = false;
 };
 

@@ -70,7 +70,8 @@ bool XMLSheetCellsT<C>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst)
     const c_cell copy(*src);
     write(rowDst, colDst, nullptr, true);
     c_node *row = _store.findRow(uint32_t(rowDst));
-    const long at = XMLCellStore::cellPosition(*row, uint32_t(colDst));
+    const long at = row ? XMLCellStore::cellPosition(*row, uint32_t(colDst)) : -1;
+    if (at < 0) throw tberror("cell is not found");
     auto made = std::make_unique<c_cell>(copy);
     made->set_r(uint32_t(rowDst), uint32_t(colDst));
     row->_children[size_t(at)].hand = std::move(made);

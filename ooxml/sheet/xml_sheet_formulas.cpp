@@ -44,14 +44,9 @@ template <class C> const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFo
 
 template <class C>
 std::wstring XMLSheetCellsT<C>::sharedFormula(int row, int col, const std::string &si) {
-    auto valid = [&](int r, int c) {
-        const c_cell *m = find(r, c);
-        const c_node *f = m ? formulaOf(*m) : nullptr;
-        return f && isSharedFormula(*f) && !f->_text.empty() && *f->attribute("si") == si;
-    };
-    auto at = _masters.find(si);
-    if (!_mastersValid || at == _masters.end() || !valid(at->second.first, at->second.second)) {
+    if (!_mastersValid) {
         // One scan in row and column order: the first master of each index.
+        // Every edit of a formula or of the rows drops what is found here.
         _masters.clear();
         for (const XMLCellStore::Row &r : _store.rows())
             for (binding::c_child &k : r.node->_children) {
@@ -60,16 +55,15 @@ std::wstring XMLSheetCellsT<C>::sharedFormula(int row, int col, const std::strin
                 const c_node *f = formulaOf(cell);
                 if (f && isSharedFormula(*f) && !f->_text.empty())
                     _masters.emplace(*f->attribute("si"),
-                                     std::make_pair(int(r.row), int(cell.col())));
+                                     SharedMaster{int(r.row), int(cell.col()), f});
             }
         _mastersValid = true;
-        at = _masters.find(si);
-        if (at == _masters.end()) return std::wstring();
     }
-    const c_cell &master = *find(at->second.first, at->second.second);
+    auto at = _masters.find(si);
+    if (at == _masters.end()) return std::wstring();
     std::wstring text;
-    unescapeXmlText(formulaOf(master)->_text, text);
-    return shiftFormula(text, row - at->second.first, col - at->second.second);
+    unescapeXmlText(at->second.f->_text, text);
+    return shiftFormula(text, row - at->second.row, col - at->second.col);
 }
 
 // The first other cell of the same shared index takes a copy of the
