@@ -248,6 +248,7 @@ template <class C> const C *XMLSheetCellsT<C>::readStr(int row, int col, IFormat
         SharedStrings *sst = _book->sharedStringsIfAny();
         if (!sst) throw tberror("sharedStrings not found");
         const std::string &v = cell.get_v();
+        if (v.empty()) return tc(std::wstring()); // an empty value names no item: no text
         uint32_t index = 0;
         const auto res = std::from_chars(v.data(), v.data() + v.size(), index);
         if (res.ec != std::errc() || res.ptr != v.data() + v.size())
