@@ -182,6 +182,18 @@ TEST(XmlSheetCells, CellsOfFilesReadByKind) {
     }
     EXPECT_TRUE(sheet.isFormula(1, 4));
     EXPECT_EQ(sheet.firstRow() * 1000 + sheet.lastRow() * 100 + sheet.lastCol(), 1307);
+    // Rows and cells out of order are found, and written among.
+    xmlfake::Sheet<char> unordered(
+        book, sheetXml("<row r=\"3\"><c r=\"C3\"><v>33</v></c><c r=\"A3\"><v>31</v></c></row>"
+                       "<row r=\"1\"><c r=\"B1\"><v>12</v></c></row>"));
+    unordered.writeNum(2, 1, 32, nullptr);
+    unordered.writeNum(1, 0, 21, nullptr);
+    std::string seen;
+    for (int r = 0; r < 3; ++r)
+        for (int c = 0; c < 3; ++c)
+            if (unordered.cellType(r, c) == CELLTYPE_NUMBER)
+                seen += num(unordered.readNum(r, c, nullptr)) + " ";
+    EXPECT_EQ(seen, "12 21 31 32 33 ");
 }
 
 TEST(XmlSheetCells, SharedFormulasExpandAndSurviveTheirMaster) {
