@@ -1,7 +1,9 @@
 // The shared string table: loading, adding with de-duplication, reading.
 #include "ooxml/sheet/shared_strings.h"
 
+#include <algorithm>
 #include <cstring>
+#include <functional>
 #include <memory>
 
 #include "book/tberror.h"
@@ -15,6 +17,8 @@ namespace tabrix {
 namespace {
 
 const char *const kNoIndex = "index is out of range or no value";
+
+uint32_t hashOf(std::string_view s) { return uint32_t(std::hash<std::string_view>()(s)); }
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
@@ -46,7 +50,8 @@ SharedStrings::~SharedStrings() = default;
 void SharedStrings::indexItems() {
     for (binding::c_child &c : _doc.root()._children)
         if (c.kind == binding::K_NODE && c.decl == _siDecl) _items.push_back(c.node.get());
-    _index.reserve(_items.size());
+    _keys.reserve(_items.size());
+    while (_slots.size() < 2 * (_items.size() + 1)) grow();
     for (size_t i = 0; i < _items.size(); ++i) {
         std::string joined;
         std::string_view key = storedText(*_items[i], joined);
@@ -54,7 +59,40 @@ void SharedStrings::indexItems() {
             _joinedKeys.push_back(std::move(joined));
             key = _joinedKeys.back();
         }
-        _index[key] = uint32_t(i); // of two equal items the later one wins
+        _keys.push_back(key);
+        const uint32_t h = hashOf(key);
+        const size_t slot = probe(key, h);
+        if (_slots[slot])
+            _slots[slot] = (uint64_t(h) << 32) | (i + 1); // of two equal items the later one wins
+        else
+            enter(key, h, uint32_t(i));
+    }
+}
+
+size_t SharedStrings::probe(std::string_view key, uint32_t h) const {
+    const size_t mask = _slots.size() - 1;
+    for (size_t at = h & mask;; at = (at + 1) & mask) {
+        const uint64_t s = _slots[at];
+        if (!s) return at;
+        if (uint32_t(s >> 32) == h && _keys[uint32_t(s) - 1] == key) return at;
+    }
+}
+
+void SharedStrings::enter(std::string_view key, uint32_t h, uint32_t index) {
+    if (2 * (_used + 1) > _slots.size()) grow();
+    _slots[probe(key, h)] = (uint64_t(h) << 32) | (uint64_t(index) + 1);
+    ++_used;
+}
+
+void SharedStrings::grow() {
+    std::vector<uint64_t> old(std::max<size_t>(64, _slots.size() * 2), 0);
+    old.swap(_slots);
+    const size_t mask = _slots.size() - 1;
+    for (uint64_t s : old) {
+        if (!s) continue;
+        size_t at = uint32_t(s >> 32) & mask;
+        while (_slots[at]) at = (at + 1) & mask;
+        _slots[at] = s;
     }
 }
 
@@ -77,8 +115,11 @@ uint32_t SharedStrings::addString(const std::wstring &text) {
 uint32_t SharedStrings::addStoredText(std::string_view stored) {
     ++_count;
     _counted = true;
-    auto found = _index.find(stored);
-    if (found != _index.end()) return found->second;
+    const uint32_t h = hashOf(stored);
+    if (!_slots.empty()) {
+        const uint64_t s = _slots[probe(stored, h)];
+        if (s) return uint32_t(s) - 1;
+    }
     binding::c_node *item = _doc.root().append("si");
     binding::c_node *t = item->append("t");
     t->_text = stored;
@@ -86,7 +127,8 @@ uint32_t SharedStrings::addStoredText(std::string_view stored) {
         t->_foreign.push_back({"xml", std::string(lmx::k_uri_xml), "space", "preserve"});
     const uint32_t index = uint32_t(_items.size());
     _items.push_back(item);
-    _index.emplace(std::string_view(t->_text), index);
+    _keys.push_back(t->_text);
+    enter(_keys.back(), h, index);
     _grown = true;
     return index;
 }

@@ -1,6 +1,7 @@
 // SharedStrings: the book's shared string table part.  Items stay in the
-// bound tree as read (rich runs included); a hash map from an item's stored
-// (escaped) text to its index de-duplicates what is added.
+// bound tree as read (rich runs included); an open-addressing hash table
+// from an item's stored (escaped) text to its index de-duplicates what is
+// added, touching one slot and, on a hash match, one text per look-up.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +9,6 @@
 #include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "ooxml/binding/engine/document.h"
@@ -38,13 +38,20 @@ public:
 
 private:
     void indexItems();
+    // The slot of `key` (hash `h`): its item, or the empty slot to take.
+    size_t probe(std::string_view key, uint32_t h) const;
+    void enter(std::string_view key, uint32_t h, uint32_t index);
+    void grow();
     // The stored text of an item: its plain text, or its runs' texts joined.
     // Points into the tree, or into `joined` for runs.
     std::string_view storedText(const binding::c_node &item, std::string &joined) const;
 
     binding::c_document _doc;
     std::vector<binding::c_node *> _items; // the si elements, in order
-    std::unordered_map<std::string_view, uint32_t> _index;
+    std::vector<std::string_view> _keys;   // stored text of each item
+    // Slots: hash in the high half, item index + 1 in the low half, 0 when empty.
+    std::vector<uint64_t> _slots;
+    size_t _used = 0;                    // slots taken
     std::deque<std::string> _joinedKeys; // keys of rich items, which the tree doesn't hold whole
     uint64_t _count = 0;
     bool _counted = false; // whether the part has a count to write
