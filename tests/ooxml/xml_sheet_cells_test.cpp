@@ -245,3 +245,25 @@ TEST(XmlSheetCells, R1C1FormulasAndDimensionsAfterDeletes) {
 }
 
 } // namespace
+
+namespace {
+
+// A wide caller hands code points in and gets code points back; the table
+// holds UTF-16 units, escapes where XML needs them.
+TEST(XmlSheetCells, WideTextsRoundTrip) {
+    xmlfake::Book<wchar_t> book;
+    xmlfake::Sheet<wchar_t> sheet(book);
+    const std::vector<std::wstring> texts = {L"\U0001F600 smile", L"tab\tcr\r", L"_x0041_",
+                                             L"\x4E2D\x6587"};
+    for (size_t i = 0; i < texts.size(); ++i)
+        ASSERT_TRUE(sheet.writeStr(int(i), 0, texts[i].c_str(), nullptr));
+    std::string saved;
+    book.sst->save(saved);
+    book.sst = std::make_unique<SharedStrings>(binding::TRANSITIONAL, saved.data(), saved.size());
+    for (size_t i = 0; i < texts.size(); ++i) {
+        const wchar_t *got = sheet.readStr(int(i), 0, nullptr);
+        EXPECT_EQ(std::wstring(got ? got : L"(null)"), texts[i]) << i;
+    }
+}
+
+} // namespace
