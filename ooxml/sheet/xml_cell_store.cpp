@@ -107,7 +107,12 @@ void XMLCellStore::rebuild() {
 
 long XMLCellStore::rowPosition(uint32_t row) {
     ensure();
-    long lo = -1, hi = long(_rows.size());
+    // Reads go along a row: the row found last is tried first (the rightmost
+    // of its number, as the search would find).
+    const size_t n = _rows.size();
+    if (_hint < n && _rows[_hint].row == row && (_hint + 1 == n || _rows[_hint + 1].row != row))
+        return long(_hint);
+    long lo = -1, hi = long(n);
     while (lo < hi - 1) {
         const long mid = (lo + hi) / 2;
         if (_rows[size_t(mid)].row > row)
@@ -115,7 +120,9 @@ long XMLCellStore::rowPosition(uint32_t row) {
         else
             lo = mid;
     }
-    return lo >= 0 && _rows[size_t(lo)].row == row ? lo : -1;
+    if (lo < 0 || _rows[size_t(lo)].row != row) return -1;
+    _hint = size_t(lo);
+    return lo;
 }
 
 c_node *XMLCellStore::findRow(uint32_t row) {

@@ -72,6 +72,7 @@ private:
     binding::c_node *_sheetData = nullptr;
     std::vector<Row> _rows;
     bool _stale = true;
+    size_t _hint = 0; // position of the row found last
     int32_t _rowDecl = -1, _cellDecl = -1, _cellType = -1;
 };
 
