@@ -68,6 +68,8 @@ protected:
     XMLSheetCellsT(const XMLSheetCellsT &source, SheetServicesT<C> &book);
     binding::c_document &document() { return _doc; }
     SheetServicesT<C> &book() { return *_book; }
+    // Rows and cells by address, for the sheet's structure operations.
+    XMLCellStore &cellStore() { return _store; }
     // After a structure edit of sheetData: the row index and the extents
     // are made again at their next use.
     void markDimensionsStale();
