@@ -9,8 +9,7 @@ namespace tabrix {
 template <class C> class SheetServicesT {
 public:
     virtual ~SheetServicesT() = default;
-    virtual SharedStrings &
-    sharedStrings() = 0; // the book's table, made (part, override, relation) on first use
+    virtual SharedStrings &sharedStrings() = 0;      // the book's table, made on first use
     virtual SharedStrings *sharedStringsIfAny() = 0; // null when the book has none
     virtual Styles<C> &styles() = 0;                 // made on first use
     virtual bool refR1C1() = 0;

@@ -37,6 +37,8 @@ public:
 
 protected:
     XString &frameMessage();
+    // A read's conversion warning goes into the book's message.
+    void noteWarning(const char *text) override { frameMessage().assign(text); }
 
 private:
     XMLBookImplT<C> *_owner;

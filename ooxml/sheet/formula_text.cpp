@@ -1,0 +1,96 @@
+// Separator exchange, reference shifting and range parsing of formula texts.
+#include "ooxml/sheet/formula_text.h"
+
+#include <cstdint>
+
+#include "book/excel_util.h"
+#include "ooxml/binding/parts/cell.h"
+
+namespace tabrix {
+
+namespace {
+
+const int kRows = 1048576;
+const int kCols = 16384;
+
+bool isTokenChar(wchar_t c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '$'; }
+
+// The token moved, or as it was when it is no address.
+std::wstring shiftToken(const std::wstring &token, int rowDelta, int colDelta) {
+    const wchar_t first = token.front(), last = token.back();
+    if (!((first >= 'A' && first <= 'Z') || first == '$') || !(last >= '0' && last <= '9'))
+        return token;
+    int row = -1, col = -1;
+    bool rowRelative = false, colRelative = false;
+    ExcelUtil::addrToRowCol(token.c_str(), &row, &col, &rowRelative, &colRelative);
+    if (row < 0 || col < 0 || row >= kRows || col >= kCols) return token;
+    if (rowRelative) row += rowDelta;
+    if (colRelative) col += colDelta;
+    if (row < 0 || col < 0 || row >= kRows || col >= kCols) return L"#REF!";
+    return ExcelUtil::rowColToAddr(row, col, rowRelative, colRelative);
+}
+
+} // namespace
+
+void exchangeSeparators(std::wstring &text, wchar_t from, wchar_t to) {
+    wchar_t quote = 0;
+    for (wchar_t &c : text) {
+        if (quote) {
+            if (c == quote) quote = 0;
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == from) {
+            c = to;
+        }
+    }
+}
+
+std::wstring shiftFormula(const std::wstring &text, int rowDelta, int colDelta) {
+    std::wstring out;
+    out.reserve(text.size() + 8);
+    bool literal = false;
+    size_t i = 0;
+    while (i < text.size()) {
+        const wchar_t c = text[i];
+        if (literal || c == '"') {
+            if (c == '"') literal = !literal;
+            out += c;
+            ++i;
+            continue;
+        }
+        if (!isTokenChar(c)) {
+            out += c;
+            ++i;
+            continue;
+        }
+        size_t end = i;
+        while (end < text.size() && isTokenChar(text[end])) ++end;
+        const std::wstring token = text.substr(i, end - i);
+        // A function name, or the tail of a longer word, isn't an address.
+        const bool word =
+            (end < text.size() && (text[end] == '(' || (text[end] >= 'a' && text[end] <= 'z'))) ||
+            (i > 0 && ((text[i - 1] >= 'a' && text[i - 1] <= 'z') || text[i - 1] == '_'));
+        out += word ? token : shiftToken(token, rowDelta, colDelta);
+        i = end;
+    }
+    return out;
+}
+
+bool parseRef(const std::string &ref, int &rowFirst, int &colFirst, int &rowLast, int &colLast) {
+    const size_t colon = ref.find(':');
+    uint32_t r1 = 0, c1 = 0, r2 = 0, c2 = 0;
+    if (!binding::parse_cell_ref(std::string_view(ref).substr(0, colon), r1, c1)) return false;
+    if (colon == std::string::npos) {
+        r2 = r1;
+        c2 = c1;
+    } else if (!binding::parse_cell_ref(std::string_view(ref).substr(colon + 1), r2, c2)) {
+        return false;
+    }
+    rowFirst = int(r1);
+    colFirst = int(c1);
+    rowLast = int(r2);
+    colLast = int(c2);
+    return true;
+}
+
+} // namespace tabrix

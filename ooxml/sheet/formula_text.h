@@ -1,0 +1,21 @@
+// Formula texts of Open XML cells: the argument separator exchange and the
+// shift of a shared formula's relative references.
+#pragma once
+
+#include <string>
+
+namespace tabrix {
+
+// Replaces every `from` by `to` outside double-quoted string literals and
+// single-quoted sheet names, which keep their text.
+void exchangeSeparators(std::wstring &text, wchar_t from, wchar_t to);
+
+// The text with every relative A1 reference moved by the deltas; absolute
+// parts, literals and function names stay.  A reference moved off the
+// sheet becomes "#REF!".
+std::wstring shiftFormula(const std::wstring &text, int rowDelta, int colDelta);
+
+// Reads "A1" or "A1:B2" into zero-based corners; false when malformed.
+bool parseRef(const std::string &ref, int &rowFirst, int &colFirst, int &rowLast, int &colLast);
+
+} // namespace tabrix

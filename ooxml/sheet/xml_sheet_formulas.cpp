@@ -1,0 +1,112 @@
+// XMLSheetCellsT: formula texts and shared formulas.
+#include "ooxml/sheet/xml_sheet_cells.h"
+
+#include "book/text_result.h"
+#include "formula/xml_formula.h"
+#include "ooxml/sheet/cell_nodes.h"
+#include "ooxml/sheet/formula_text.h"
+#include "ooxml/sheet/xml_text.h"
+
+namespace tabrix {
+
+using binding::c_cell;
+using binding::c_node;
+
+template <class C>
+bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C> *format) {
+    if (c_cell *old = find(row, col))
+        if (const c_node *f = formulaOf(*old))
+            if (isSharedMaster(*f)) moveMasterFormula(row, col, *old);
+    std::wstring text = callerText(expr);
+    c_cell &cell = write(row, col, format, true);
+    if (!text.empty() && text[0] == '=') text.erase(0, 1);
+    exchangeSeparators(text, ';', ',');
+    if (_book->refR1C1()) XMLFormula::toRefA1(text, row, col, false);
+    c_node *f = cell.make_rest().append("f");
+    escapeXmlText(text, f->_text);
+    _mastersValid = false;
+    return true;
+}
+
+template <class C> const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFormatT<C> **format) {
+    const c_cell &cell = lookup(row, col, format);
+    const c_node *f = formulaOf(cell);
+    if (!f) throw tberror("this cell doesn't contain a formula");
+    std::wstring text;
+    if (f->_text.empty() && isSharedFormula(*f))
+        text = sharedFormula(row, col, *f->attribute("si"));
+    else
+        unescapeXmlText(f->_text, text);
+    if (_book->refR1C1()) XMLFormula::toRefR1C1(text, row, col);
+    exchangeSeparators(text, ',', ';');
+    return tc(text);
+}
+
+template <class C>
+std::wstring XMLSheetCellsT<C>::sharedFormula(int row, int col, const std::string &si) {
+    if (!_mastersValid) {
+        // One scan in row and column order: the first master of each index.
+        // Every edit of a formula or of the rows drops what is found here.
+        _masters.clear();
+        for (const XMLCellStore::Row &r : _store.rows())
+            for (const c_cell &cell : r.data->cells()) {
+                const c_node *f = formulaOf(cell);
+                if (f && isSharedFormula(*f) && !f->_text.empty())
+                    _masters.emplace(*f->attribute("si"),
+                                     SharedMaster{int(r.row), int(cell.col()), f});
+            }
+        _mastersValid = true;
+    }
+    auto at = _masters.find(si);
+    if (at == _masters.end()) return std::wstring();
+    std::wstring text;
+    unescapeXmlText(at->second.f->_text, text);
+    return shiftFormula(text, row - at->second.row, col - at->second.col);
+}
+
+// The first other cell of the same shared index takes a copy of the
+// master's formula element.
+template <class C> void XMLSheetCellsT<C>::moveMasterFormula(int row, int col, c_cell &cell) {
+    const c_node master = *formulaOf(cell);
+    const std::string si = *master.attribute("si");
+    for (const XMLCellStore::Row &r : _store.rows())
+        for (c_cell &other : r.data->cells()) {
+            if (int(r.row) == row && int(other.col()) == col) continue;
+            const c_node *f = formulaOf(other);
+            if (f && isSharedFormula(*f) && *f->attribute("si") == si) {
+                setFormulaNode(other, master);
+                _mastersValid = false;
+                return;
+            }
+        }
+}
+
+// Within the master's range, the first other cell of the same shared index
+// becomes master, with the text moved by its distance from the old one.
+template <class C> void XMLSheetCellsT<C>::delSharedFormula(c_cell &cell, int row, int col) {
+    const c_node master = *formulaOf(cell);
+    const std::string si = *master.attribute("si");
+    int r1 = 0, c1 = 0, r2 = 0, c2 = 0;
+    if (!parseRef(*master.attribute("ref"), r1, c1, r2, c2)) return;
+    _mastersValid = false;
+    for (const XMLCellStore::Row &r : _store.rows()) {
+        if (int(r.row) < r1 || int(r.row) > r2) continue;
+        for (c_cell &other : r.data->cells()) {
+            const int oc = int(other.col());
+            if (oc < c1 || oc > c2 || (int(r.row) == row && oc == col)) continue;
+            c_node *f = formulaOf(other);
+            if (!f || !isSharedFormula(*f) || *f->attribute("si") != si) continue;
+            std::wstring text;
+            unescapeXmlText(master._text, text);
+            f->set_attribute("ref", *master.attribute("ref"));
+            f->_text.clear();
+            escapeXmlText(shiftFormula(text, int(r.row) - row, oc - col), f->_text);
+            return;
+        }
+    }
+}
+
+template class XMLSheetCellsT<char>;
+template class XMLSheetCellsT<wchar_t>;
+
+} // namespace tabrix

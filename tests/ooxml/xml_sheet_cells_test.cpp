@@ -1,0 +1,269 @@
+// The Open XML cell store through a framed sheet of a small fake book:
+// writes and reads of every kind with their messages and limits, formula
+// texts, shared formulas, extents, clear and copy, and cells of files.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/xml_sheet_fake.h"
+
+using namespace tabrix;
+
+namespace {
+
+const char *const kHead =
+    "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"><sheetData>";
+const char *const kTail = "</sheetData></worksheet>";
+
+std::string sheetXml(const std::string &rows) { return kHead + rows + kTail; }
+
+struct Step {
+    const char *what;
+    std::function<std::string(ISheetT<char> &)> call;
+    std::string result;
+    std::string message;
+};
+
+std::string num(double d) {
+    char b[32];
+    std::snprintf(b, sizeof b, "%g", d);
+    return b;
+}
+std::string text(const char *s) { return s ? s : "(null)"; }
+
+TEST(XmlSheetCells, WritesReadsAndMessagesInOrder) {
+    xmlfake::Book<char> book;
+    xmlfake::Sheet<char> sheet(book);
+    using S = ISheetT<char>;
+    const std::vector<Step> steps = {
+        {"num", [](S &s) { return num(s.writeNum(0, 0, 1.5, nullptr)); }, "1", "ok"},
+        {"num back", [](S &s) { return num(s.readNum(0, 0, nullptr)); }, "1.5", "ok"},
+        {"row limit", [](S &s) { return num(s.writeNum(1048576, 0, 1, nullptr)); }, "0",
+         "row must be in range 0-1048575"},
+        {"col limit", [](S &s) { return num(s.writeNum(0, 16384, 1, nullptr)); }, "0",
+         "col must be in range 0-16383"},
+        {"col checked first", [](S &s) { return num(s.writeNum(-1, -1, 1, nullptr)); }, "0",
+         "col must be in range 0-16383"},
+        {"nothing made", [](S &s) { return num(s.lastRow() * 100 + s.lastCol()); }, "101", "ok"},
+        {"last cell", [](S &s) { return num(s.writeNum(1048575, 16383, -2, nullptr)); }, "1", "ok"},
+        {"last cell type", [](S &s) { return num(s.cellType(1048575, 16383)); }, "1", "ok"},
+        {"str", [](S &s) { return num(s.writeStr(0, 1, "h\xC3\xA9llo", nullptr)); }, "1", "ok"},
+        {"str back", [](S &s) { return text(s.readStr(0, 1, nullptr)); }, "h\xC3\xA9llo", "ok"},
+        {"str type", [](S &s) { return num(s.cellType(0, 1)); }, "2", "ok"},
+        {"num of str", [](S &s) { return num(s.readNum(0, 1, nullptr)); }, "0",
+         "this cell doesn't contain a number"},
+        {"str of num", [](S &s) { return text(s.readStr(0, 0, nullptr)); }, "(null)",
+         "this cell doesn't contain a string"},
+        {"missing", [](S &s) { return num(s.readNum(5, 5, nullptr)); }, "0", "cell is not found"},
+        {"missing type", [](S &s) { return num(s.cellType(5, 5)); }, "0", "ok"},
+        {"bool", [](S &s) { return num(s.writeBool(0, 2, true, nullptr)); }, "1", "ok"},
+        {"bool back", [](S &s) { return num(s.readBool(0, 2, nullptr)); }, "1", "ok"},
+        {"bool type", [](S &s) { return num(s.cellType(0, 2)); }, "3", "ok"},
+        {"bool of num", [](S &s) { return num(s.readBool(0, 0, nullptr)); }, "0",
+         "this cell doesn't contain a bool"},
+        {"blank without format", [](S &s) { return num(s.writeBlank(0, 3, nullptr)); }, "0",
+         "format is null"},
+        {"blank of num", [](S &s) { return num(s.readBlank(0, 0, nullptr)); }, "0",
+         "cell is not blank"},
+        {"error of num", [](S &s) { return num(s.readError(0, 0)); }, "255",
+         "this cell doesn't contain an error"},
+        {"formula of num", [](S &s) { return text(s.readFormula(0, 0, nullptr)); }, "(null)",
+         "this cell doesn't contain a formula"},
+        {"formula", [](S &s) { return num(s.writeFormula(1, 0, "=SUM(A1;B1)", nullptr)); }, "1",
+         "ok"},
+        {"formula back", [](S &s) { return text(s.readFormula(1, 0, nullptr)); }, "SUM(A1;B1)",
+         "ok"},
+        {"formula without value is blank", [](S &s) { return num(s.cellType(1, 0)); }, "4", "ok"},
+        {"is formula", [](S &s) { return num(s.isFormula(1, 0) * 10 + s.isFormula(0, 0)); }, "10",
+         "ok"},
+        {"literals keep separators",
+         [](S &s) {
+             s.writeFormula(1, 1, "IF(A1;\"a,b\";\"c;d\")+'x;y'!A1", nullptr);
+             return text(s.readFormula(1, 1, nullptr));
+         },
+         "IF(A1;\"a,b\";\"c;d\")+'x;y'!A1", "ok"},
+        {"number over formula",
+         [](S &s) { return num(s.writeNum(1, 0, 7, nullptr) + s.isFormula(1, 0)); }, "1", "ok"},
+        {"copy", [](S &s) { return num(s.copyCell(0, 1, 4, 4)); }, "1", "ok"},
+        {"copy back", [](S &s) { return text(s.readStr(4, 4, nullptr)); }, "h\xC3\xA9llo", "ok"},
+        {"copy of nothing", [](S &s) { return num(s.copyCell(9, 9, 4, 4)); }, "0",
+         "source cell is not found"},
+        {"clear order rows", [](S &s) { return num(s.clear(2, 1, 0, 0)); }, "0",
+         "rowLast must be greater than or equal to rowFirst"},
+        {"clear order cols", [](S &s) { return num(s.clear(0, 0, 2, 1)); }, "0",
+         "colLast must be greater than or equal to colFirst"},
+        {"clear", [](S &s) { return num(s.clear(1, 1048575, 0, 16383)); }, "1", "ok"},
+        {"cleared", [](S &s) { return num(s.cellType(4, 4) * 10 + s.cellType(0, 1)); }, "2", "ok"},
+        {"extents after clear",
+         [](S &s) {
+             return num(s.firstRow()) + " " + num(s.lastRow()) + " " + num(s.firstCol()) + " " +
+                    num(s.lastCol());
+         },
+         "0 1 0 3", "ok"},
+        {"clear all", [](S &s) { return num(s.clear(0, 1048575, 0, 16383) + s.lastRow()); }, "1",
+         "ok"},
+    };
+    for (const Step &step : steps) {
+        EXPECT_EQ(step.call(sheet), step.result) << step.what;
+        EXPECT_EQ(xmlfake::message(book), step.message) << step.what;
+    }
+    // Two writes of one text: one item, counted twice.
+    sheet.writeStr(0, 0, "twice", nullptr);
+    sheet.writeStr(0, 1, "twice", nullptr);
+    std::string sst;
+    book.sst->save(sst);
+    EXPECT_NE(sst.find("count=\"3\""), std::string::npos) << sst;
+    EXPECT_NE(sst.find("uniqueCount=\"2\""), std::string::npos) << sst;
+}
+
+TEST(XmlSheetCells, SavedCellsAreCompactAndReload) {
+    xmlfake::Book<char> book;
+    xmlfake::Sheet<char> sheet(book);
+    sheet.writeNum(0, 2, 0.1, nullptr);
+    sheet.writeNum(0, 0, 1e21, nullptr);
+    sheet.writeNum(2, 1, -3, nullptr);
+    sheet.writeBool(0, 1, false, nullptr);
+    sheet.writeFormula(3, 0, "A1&\";\"", nullptr);
+    const std::string xml = sheet.save();
+    EXPECT_NE(
+        xml.find("<sheetData><row r=\"1\"><c r=\"A1\"><v>1e+21</v></c><c r=\"B1\" t=\"b\">"
+                 "<v>0</v></c><c r=\"C1\"><v>0.1</v></c></row><row r=\"3\"><c r=\"B3\"><v>-3"
+                 "</v></c></row><row r=\"4\"><c r=\"A4\"><f>A1&amp;&quot;;&quot;</f></c></row>"),
+        std::string::npos)
+        << xml;
+    xmlfake::Sheet<char> again(book, xml);
+    EXPECT_EQ(again.readNum(0, 2, nullptr), 0.1);
+    EXPECT_EQ(again.readNum(0, 0, nullptr), 1e21);
+    EXPECT_EQ(text(again.readFormula(3, 0, nullptr)), "A1&\";\"");
+    EXPECT_EQ(again.firstCol() * 1000 + again.lastCol() * 100 + again.lastRow(), 304);
+}
+
+TEST(XmlSheetCells, CellsOfFilesReadByKind) {
+    xmlfake::Book<char> book;
+    const char *sst = "<sst xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
+                      "<si><t>zero</t></si><si><r><t>ri</t></r><r><rPr><b/></rPr><t>ch</t></r></si>"
+                      "</sst>";
+    book.sst = std::make_unique<SharedStrings>(binding::TRANSITIONAL, sst, std::strlen(sst));
+    xmlfake::Sheet<char> sheet(
+        book,
+        sheetXml("<row r=\"2\"><c t=\"s\"><v>1</v></c><c><v>2.5</v></c>"
+                 "<c r=\"E2\" t=\"str\"><f>\"a\"&amp;\"b\"</f><v>ab_x000D_</v></c>"
+                 "<c t=\"e\"><v>#DIV/0!</v></c><c t=\"e\"><v>#BAD</v></c></row>"
+                 "<row><c r=\"A3\" t=\"inlineStr\"><is><r><t>in</t></r><r><t>line</t></r></is></c>"
+                 "<c t=\"s\"><v>7</v></c><c t=\"b\"><v>1</v></c></row>"));
+    struct Case {
+        int row, col;
+        int type;
+        std::string value, message;
+    };
+    const std::vector<Case> cases = {
+        {1, 0, 2, "rich", "ok"}, // rich item flattened; no address: first column
+        {1, 1, 1, "2.5", "ok"},  // follows the cell before it
+        {1, 4, 2, "ab\r", "ok"}, // a formula's text result, escapes decoded
+        {1, 5, 5, "7", "ok"},    // error cells follow too
+        {1, 6, 5, "255", "unknown error value"},
+        {2, 0, 2, "inline", "ok"}, // row without r follows the row before it
+        {2, 1, 2, "(null)", "index is out of range or no value"},
+        {2, 2, 3, "1", "ok"},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(sheet.cellType(c.row, c.col), c.type) << c.row << "," << c.col;
+        std::string got;
+        switch (c.type) {
+        case 1: got = num(sheet.readNum(c.row, c.col, nullptr)); break;
+        case 2: got = text(sheet.readStr(c.row, c.col, nullptr)); break;
+        case 3: got = num(sheet.readBool(c.row, c.col, nullptr)); break;
+        case 5: got = num(sheet.readError(c.row, c.col)); break;
+        }
+        EXPECT_EQ(got, c.value) << c.row << "," << c.col;
+        EXPECT_EQ(xmlfake::message(book), c.message) << c.row << "," << c.col;
+    }
+    EXPECT_TRUE(sheet.isFormula(1, 4));
+    EXPECT_EQ(sheet.firstRow() * 1000 + sheet.lastRow() * 100 + sheet.lastCol(), 1307);
+    // Rows and cells out of order are found, and written among.
+    xmlfake::Sheet<char> unordered(
+        book, sheetXml("<row r=\"3\"><c r=\"C3\"><v>33</v></c><c r=\"A3\"><v>31</v></c></row>"
+                       "<row r=\"1\"><c r=\"B1\"><v>12</v></c></row>"));
+    unordered.writeNum(2, 1, 32, nullptr);
+    unordered.writeNum(1, 0, 21, nullptr);
+    std::string seen;
+    for (int r = 0; r < 3; ++r)
+        for (int c = 0; c < 3; ++c)
+            if (unordered.cellType(r, c) == CELLTYPE_NUMBER)
+                seen += num(unordered.readNum(r, c, nullptr)) + " ";
+    EXPECT_EQ(seen, "12 21 31 32 33 ");
+}
+
+TEST(XmlSheetCells, SharedFormulasExpandAndSurviveTheirMaster) {
+    xmlfake::Book<char> book;
+    const std::string rows =
+        "<row r=\"1\"><c r=\"B1\"><f t=\"shared\" ref=\"B1:C3\" si=\"0\">A1*$A$1+SUM(A1:B1)</f>"
+        "<v>1</v></c><c r=\"C1\"><f t=\"shared\" si=\"0\"/><v>1</v></c></row>"
+        "<row r=\"2\"><c r=\"B2\"><f t=\"shared\" si=\"0\"/></c></row>"
+        "<row r=\"3\"><c r=\"C3\"><f t=\"shared\" si=\"0\"/></c></row>";
+    struct Case {
+        const char *what;
+        std::function<void(ISheetT<char> &)> edit;
+        std::vector<std::string> expected; // readFormula of C1, B2, C3
+    };
+    const std::vector<Case> cases = {
+        {"expanded",
+         [](ISheetT<char> &) {},
+         {"B1*$A$1+SUM(B1:C1)", "A2*$A$1+SUM(A2:B2)", "B3*$A$1+SUM(B3:C3)"}},
+        {"number over the master",
+         [](ISheetT<char> &s) { s.writeNum(0, 1, 5, nullptr); },
+         {"B1*$A$1+SUM(B1:C1)", "A2*$A$1+SUM(A2:B2)", "B3*$A$1+SUM(B3:C3)"}},
+        {"formula over the master",
+         [](ISheetT<char> &s) { s.writeFormula(0, 1, "1+1", nullptr); },
+         {"B1*$A$1+SUM(B1:C1)", "A2*$A$1+SUM(A2:B2)", "B3*$A$1+SUM(B3:C3)"}},
+    };
+    for (const Case &c : cases) {
+        xmlfake::Sheet<char> sheet(book, sheetXml(rows));
+        c.edit(sheet);
+        const int at[3][2] = {{0, 2}, {1, 1}, {2, 2}};
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(text(sheet.readFormula(at[i][0], at[i][1], nullptr)), c.expected[i])
+                << c.what << " " << i;
+    }
+}
+
+TEST(XmlSheetCells, R1C1FormulasAndDimensionsAfterDeletes) {
+    xmlfake::Book<char> book;
+    book.r1c1 = true;
+    xmlfake::Sheet<char> sheet(book);
+    sheet.writeFormula(2, 2, "SUM(R[-1]C;R1C1)", nullptr);
+    EXPECT_NE(sheet.save().find("<f>SUM(C2,$A$1)</f>"), std::string::npos) << sheet.save();
+    EXPECT_EQ(text(sheet.readFormula(2, 2, nullptr)), "SUM(R[-1]C;R1C1)");
+    sheet.writeNum(5, 1, 1, nullptr);
+    sheet.delCell(5, 1); // the row goes; the extents wait for a recount
+    EXPECT_EQ(sheet.lastRow(), 6);
+    sheet.structureEdited();
+    EXPECT_EQ(sheet.lastRow(), 3);
+    EXPECT_EQ(sheet.firstCol(), 2);
+}
+
+} // namespace
+
+namespace {
+
+// A wide caller hands code points in and gets code points back; the table
+// holds UTF-16 units, escapes where XML needs them.
+TEST(XmlSheetCells, WideTextsRoundTrip) {
+    xmlfake::Book<wchar_t> book;
+    xmlfake::Sheet<wchar_t> sheet(book);
+    const std::vector<std::wstring> texts = {L"\U0001F600 smile", L"tab\tcr\r", L"_x0041_",
+                                             L"\x4E2D\x6587"};
+    for (size_t i = 0; i < texts.size(); ++i)
+        ASSERT_TRUE(sheet.writeStr(int(i), 0, texts[i].c_str(), nullptr));
+    std::string saved;
+    book.sst->save(saved);
+    book.sst = std::make_unique<SharedStrings>(binding::TRANSITIONAL, saved.data(), saved.size());
+    for (size_t i = 0; i < texts.size(); ++i) {
+        const wchar_t *got = sheet.readStr(int(i), 0, nullptr);
+        EXPECT_EQ(std::wstring(got ? got : L"(null)"), texts[i]) << i;
+    }
+}
+
+} // namespace
