@@ -85,17 +85,16 @@ long XMLCellStore::rowPosition(uint32_t row) {
     const size_t n = _rows.size();
     if (_hint < n && _rows[_hint].row == row && (_hint + 1 == n || _rows[_hint + 1].row != row))
         return long(_hint);
-    long lo = -1, hi = long(n);
-    while (lo < hi - 1) {
-        const long mid = (lo + hi) / 2;
-        if (_rows[size_t(mid)].row > row)
-            hi = mid;
-        else
-            lo = mid;
-    }
+    const long lo = long(upperRow(row)) - 1;
     if (lo < 0 || _rows[size_t(lo)].row != row) return -1;
     _hint = size_t(lo);
     return lo;
+}
+
+size_t XMLCellStore::upperRow(uint32_t row) const {
+    return size_t(std::upper_bound(_rows.begin(), _rows.end(), row,
+                                   [](uint32_t r, const Row &x) { return r < x.row; }) -
+                  _rows.begin());
 }
 
 c_row_data *XMLCellStore::findRow(uint32_t row) {
@@ -142,18 +141,11 @@ c_cell &XMLCellStore::overwrite(uint32_t row, uint32_t col) {
     if (!_rows.empty() && _rows.back().row == row) {
         p = _rows.size() - 1;
     } else {
-        long lo = -1, hi = long(_rows.size());
-        while (lo < hi - 1) {
-            const long mid = (lo + hi) / 2;
-            if (_rows[size_t(mid)].row > row)
-                hi = mid;
-            else
-                lo = mid;
-        }
-        if (lo >= 0 && _rows[size_t(lo)].row == row) {
-            p = size_t(lo);
+        const size_t hi = upperRow(row);
+        if (hi > 0 && _rows[hi - 1].row == row) {
+            p = hi - 1;
         } else {
-            p = size_t(hi);
+            p = hi;
             const binding::s_schema_set &set = *_doc->set();
             c_child c;
             c.kind = K_HAND;
@@ -201,9 +193,9 @@ bool XMLCellStore::erase(uint32_t row, uint32_t col) {
 void XMLCellStore::eraseAll() {
     ensure();
     std::vector<c_child> &ch = _sheetData->_children;
-    ch.erase(std::remove_if(ch.begin(), ch.end(),
-                            [&](const c_child &c) { return isRow(c, _rowDecl); }),
-             ch.end());
+    ch.erase(
+        std::remove_if(ch.begin(), ch.end(), [&](const c_child &c) { return isRow(c, _rowDecl); }),
+        ch.end());
     _rows.clear();
     _hint = 0;
 }

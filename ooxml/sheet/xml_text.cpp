@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "ooxml/lmx/xml_encoding.h"
+
 namespace tabrix {
 
 namespace {
@@ -28,24 +30,6 @@ void appendEscape(uint32_t unit, std::string &out) {
     out += "_x";
     for (int shift = 12; shift >= 0; shift -= 4) out += kHex[(unit >> shift) & 0xF];
     out += '_';
-}
-
-void appendUtf8(uint32_t cp, std::string &out) {
-    if (cp < 0x80) {
-        out += char(cp);
-    } else if (cp < 0x800) {
-        out += char(0xC0 | (cp >> 6));
-        out += char(0x80 | (cp & 0x3F));
-    } else if (cp < 0x10000) {
-        out += char(0xE0 | (cp >> 12));
-        out += char(0x80 | ((cp >> 6) & 0x3F));
-        out += char(0x80 | (cp & 0x3F));
-    } else {
-        out += char(0xF0 | (cp >> 18));
-        out += char(0x80 | ((cp >> 12) & 0x3F));
-        out += char(0x80 | ((cp >> 6) & 0x3F));
-        out += char(0x80 | (cp & 0x3F));
-    }
 }
 
 void appendUnits(uint32_t cp, std::wstring &out) {
@@ -76,11 +60,11 @@ void escapeXmlText(std::wstring_view units, std::string &out) {
                    (uint32_t(units[i + 1]) & 0xFFFFu) >= 0xDC00 &&
                    (uint32_t(units[i + 1]) & 0xFFFFu) <= 0xDFFF) {
             const uint32_t lo = uint32_t(units[++i]) & 0xFFFFu;
-            appendUtf8(0x10000 + ((u - 0xD800) << 10) + (lo - 0xDC00), out);
+            lmx::append_utf8(out, 0x10000 + ((u - 0xD800) << 10) + (lo - 0xDC00));
         } else if (u >= 0xD800 && u <= 0xDFFF) {
             appendEscape(u, out);
         } else {
-            appendUtf8(u, out);
+            lmx::append_utf8(out, u);
         }
     }
 }

@@ -177,11 +177,13 @@ template <class C> void XMLFormatImplT<C>::setAlignH(AlignH align) {
 template <class C> AlignV XMLFormatImplT<C>::alignV() {
     const c_node *a = _xf->child("alignment");
     return AlignV(
-        a ? stylenames::kAlignV.value(c_alignment(const_cast<c_node *>(a)).get_vertical_text(), 2) : 2);
+        a ? stylenames::kAlignV.value(c_alignment(const_cast<c_node *>(a)).get_vertical_text(), 2)
+          : 2);
 }
 
 template <class C> void XMLFormatImplT<C>::setAlignV(AlignV align) {
-    if (const char *w = stylenames::kAlignV.word(align)) xfFacade().get_alignment().set_vertical_text(w);
+    if (const char *w = stylenames::kAlignV.word(align))
+        xfFacade().get_alignment().set_vertical_text(w);
 }
 
 template <class C> bool XMLFormatImplT<C>::wrap() {
@@ -280,8 +282,8 @@ template <class C> void XMLFormatImplT<C>::setBorderDiagonal(BorderDiagonal bord
 template <class C> FillPattern XMLFormatImplT<C>::fillPattern() {
     c_node *fill = shownFill();
     c_node *p = fill ? fill->child("patternFill") : nullptr;
-    return FillPattern(p ? stylenames::kFillPattern.value(c_pattern_fill(p).get_patternType_text(), 0)
-                         : 0);
+    return FillPattern(
+        p ? stylenames::kFillPattern.value(c_pattern_fill(p).get_patternType_text(), 0) : 0);
 }
 
 template <class C> void XMLFormatImplT<C>::setFillPattern(FillPattern pattern) {
