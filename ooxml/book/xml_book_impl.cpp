@@ -124,6 +124,7 @@ template <class C> SharedStrings &XMLBookImplT<C>::sharedStrings() {
 template <class C> Styles<C> &XMLBookImplT<C>::styles() {
     if (_styles) return *_styles;
     auto part = std::make_unique<Styles<C>>(edition(), _utf8);
+    part->reportTo(_message);
     const std::wstring dir = FileUtil::getDir(_workbookPart);
     std::wstring name = dir + L"/styles.xml";
     if (_parts.count(name))

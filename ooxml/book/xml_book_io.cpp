@@ -114,6 +114,7 @@ template <class C> void XMLBookImplT<C>::readPackage(ZipReader &zip) {
     if (!_workbookRels) throw tberror("workbook relationships not found");
     _sharedStrings = getXml<SharedStrings>(findTarget(L"sharedStrings"));
     _styles = getXml<Styles<C>>(findTarget(L"styles"));
+    if (_styles) _styles->reportTo(_message);
 }
 
 // The calculation chain names cells that an edit may have moved; it never

@@ -172,7 +172,7 @@ template <class C> const C *Styles<C>::customNumFormat(int fmt) {
     if (!text) return nullptr;
     std::wstring wide;
     utf8ToWide(text->c_str(), wide);
-    return textResult<C>(_text, _message, wide.c_str(), _utf8);
+    return textResult<C>(_text, *_message, wide.c_str(), _utf8);
 }
 
 template <class C> int Styles<C>::addCustomNumFormat(const C *code) {
@@ -221,7 +221,7 @@ template <class C> const C *Styles<C>::defaultFont(int *size) {
     if (!fontsElement()->child("font")) throw tberror(kFontsNotFound);
     if (size) *size = defaultFontSize();
     const std::wstring name = defaultFontName();
-    return textResult<C>(_text, _message, name.c_str(), _utf8);
+    return textResult<C>(_text, *_message, name.c_str(), _utf8);
 }
 
 template <class C> void Styles<C>::setDefaultFont(const C *fontName, int size) {

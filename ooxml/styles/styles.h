@@ -56,8 +56,10 @@ public:
     binding::c_node &root() { return _doc.root(); }
     bool utf8() const { return _utf8; }
     // The failure text of the last handle operation that failed (handles
-    // answer their neutral value then).
-    XString &message() { return _message; }
+    // answer their neutral value then): the owning book's message once the
+    // book has said so, so that its errorMessage() tells the cause.
+    XString &message() { return *_message; }
+    void reportTo(XString &message) { _message = &message; }
     // Writes `color` into a colour element: rgb in RGB mode, indexed otherwise.
     void makeColorElement(binding::c_node *element, int color);
     // The caller's colour of a colour element; -1 when it has none we can speak.
@@ -84,7 +86,8 @@ private:
     bool _utf8;
     bool _rgbMode = false;
     XString _text;
-    XString _message;
+    XString _ownMessage;
+    XString *_message = &_ownMessage;
 };
 
 extern template class Styles<char>;

@@ -177,6 +177,9 @@ TEST(XMLBook, Messages) {
          "index is out of range"},
         {"bad locale", [](Book &b) { return b->setLocale("no_such_LOCALE.xyz"); }, false,
          "setlocale error"},
+        {"font name not UTF-8",
+         [](Book &b) { return b->setLocale("UTF-8") && b->addFont(nullptr)->setName("\xff"); },
+         false, "Invalid UTF-8"},
         {"active sheet out of range", [](Book &b) { return b->setActiveSheet(5), false; }, false,
          "index is out of range"},
     };
