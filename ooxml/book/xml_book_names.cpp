@@ -27,16 +27,17 @@ bool XMLBookImplT<C>::clearDefinedName(int sheetIndex, const std::string &name, 
     binding::c_workbook wb(&document().root());
     if (!wb.isset_definedNames()) return false;
     std::wstring sheetName;
-    utf8ToWide(std::string(sheets().child("sheet", size_t(sheetIndex))->attribute_or_default("name"))
-                   .c_str(),
-               sheetName);
+    utf8ToWide(
+        std::string(sheets().child("sheet", size_t(sheetIndex))->attribute_or_default("name"))
+            .c_str(),
+        sheetName);
     binding::c_defined_names names = wb.get_definedNames();
     bool removed = false;
     for (size_t i = names.size_definedName(); i-- > 0;) {
         binding::c_defined_name n = names.get_definedName(i);
-        const bool fits = scope == -2 || (scope == -1 && !n.isset_localSheetId()) ||
-                          (scope >= 0 && n.isset_localSheetId() &&
-                           n.get_localSheetId() == uint32_t(scope));
+        const bool fits =
+            scope == -2 || (scope == -1 && !n.isset_localSheetId()) ||
+            (scope >= 0 && n.isset_localSheetId() && n.get_localSheetId() == uint32_t(scope));
         if (fits && n.get_name() == name && citedSheet(n.get_value()) == sheetName) {
             names.delete_definedName(i);
             removed = true;

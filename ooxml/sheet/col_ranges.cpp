@@ -115,15 +115,14 @@ void keepSpans(binding::c_node &cols, const std::vector<Piece> &old,
 
 void moveCols(binding::c_node &cols, int insertAt, int count) {
     keepSpans(
-        cols, piecesOf(cols),
-        [](Span s, int at, int n, Span) { return spanAfterInsert(s, at, n); }, insertAt, count,
-        Span{0, 0});
+        cols, piecesOf(cols), [](Span s, int at, int n, Span) { return spanAfterInsert(s, at, n); },
+        insertAt, count, Span{0, 0});
 }
 
 void removeCols(binding::c_node &cols, Span removed) {
     keepSpans(
-        cols, piecesOf(cols), [](Span s, int, int, Span cut) { return spanAfterRemove(s, cut); },
-        0, 0, removed);
+        cols, piecesOf(cols), [](Span s, int, int, Span cut) { return spanAfterRemove(s, cut); }, 0,
+        0, removed);
 }
 
 } // namespace tabrix

@@ -50,8 +50,7 @@ public:
     // ---- columns and rows (xml_sheet_rows_cols.cpp) ----
     double colWidth(int col) override;
     double rowHeight(int row) override;
-    bool setCol(int colFirst, int colLast, double width, IFormatT<C> *format,
-                bool hidden) override;
+    bool setCol(int colFirst, int colLast, double width, IFormatT<C> *format, bool hidden) override;
     bool setRow(int row, double height, IFormatT<C> *format, bool hidden) override;
     bool rowHidden(int row) override;
     bool setRowHidden(int row, bool hidden) override;
@@ -162,8 +161,8 @@ private:
     // The merge list rebuilt with each rectangle replaced by what `move` gives.
     void moveMerges(const std::function<std::vector<CellRect>(const CellRect &)> &move);
     void setRepeat(bool rows, int first, int last);
-    bool defineName(const std::wstring &name, int rowFirst, int rowLast, int colFirst,
-                    int colLast, int scopeId);
+    bool defineName(const std::wstring &name, int rowFirst, int rowLast, int colFirst, int colLast,
+                    int scopeId);
     std::wstring sheetName();
     const C *result(const std::wstring &text);
 

@@ -86,8 +86,8 @@ bool XMLSheetImplT<C>::setNamedRange(const C *name, int rowFirst, int rowLast, i
 }
 
 template <class C>
-bool XMLSheetImplT<C>::defineName(const std::wstring &wide, int rowFirst, int rowLast,
-                                  int colFirst, int colLast, int scopeId) {
+bool XMLSheetImplT<C>::defineName(const std::wstring &wide, int rowFirst, int rowLast, int colFirst,
+                                  int colLast, int scopeId) {
     if (wide.find(L' ') != std::wstring::npos) throw tberror("space symbol isn't allowed");
     if (rowLast < rowFirst) throw tberror("rowLast must be greater than or equal to rowFirst");
     if (colLast < colFirst) throw tberror("colLast must be greater than or equal to colFirst");
@@ -131,8 +131,7 @@ bool XMLSheetImplT<C>::getNamedRange(const C *name, int *rowFirst, int *rowLast,
         binding::c_defined_names names = wb.get_definedNames();
         for (size_t i = 0; i < names.size_definedName(); ++i) {
             binding::c_defined_name n = names.get_definedName(i);
-            if (sicmp(wideOf(n.get_name()), wanted) != 0 || !scopeFits(n, scopeId, index))
-                continue;
+            if (sicmp(wideOf(n.get_name()), wanted) != 0 || !scopeFits(n, scopeId, index)) continue;
             const std::vector<std::wstring> parts = partsOf(wideOf(n.get_value()));
             const Area a = areaOf(parts.front());
             setOut(rowFirst, a.rowFirst);
@@ -162,7 +161,8 @@ template <class C> int XMLSheetImplT<C>::namedRangeSize() {
     binding::c_defined_names names = wb.get_definedNames();
     const std::wstring self = sheetName();
     for (size_t i = 0; i < names.size_definedName(); ++i)
-        count += areaOf(partsOf(wideOf(names.get_definedName(i).get_value())).front()).sheet == self;
+        count +=
+            areaOf(partsOf(wideOf(names.get_definedName(i).get_value())).front()).sheet == self;
     return count;
 }
 
@@ -239,8 +239,9 @@ template <class C> void XMLSheetImplT<C>::setRepeat(bool rows, int first, int la
     else
         colPart = prefix + ExcelUtil::rowColToAddr(-1, first, false, false) + L":" +
                   ExcelUtil::rowColToAddr(-1, last, false, false);
-    const std::wstring formula =
-        colPart.empty() ? rowPart : rowPart.empty() ? colPart : colPart + L"," + rowPart;
+    const std::wstring formula = colPart.empty()   ? rowPart
+                                 : rowPart.empty() ? colPart
+                                                   : colPart + L"," + rowPart;
     entry.set_name(kPrintTitles);
     entry.set_localSheetId(uint32_t(index));
     entry.set_value(utf8Of(formula));
@@ -261,7 +262,8 @@ template <class C> void XMLSheetImplT<C>::setPrintRepeatCols(int colFirst, int c
                                                   bool *);                                         \
     template bool XMLSheetImplT<C>::delNamedRange(const C *, int);                                 \
     template int XMLSheetImplT<C>::namedRangeSize();                                               \
-    template const C *XMLSheetImplT<C>::namedRange(int, int *, int *, int *, int *, int *, bool *); \
+    template const C *XMLSheetImplT<C>::namedRange(int, int *, int *, int *, int *, int *,         \
+                                                   bool *);                                        \
     template void XMLSheetImplT<C>::setPrintArea(int, int, int, int);                              \
     template void XMLSheetImplT<C>::clearPrintArea();                                              \
     template void XMLSheetImplT<C>::clearPrintRepeats();                                           \

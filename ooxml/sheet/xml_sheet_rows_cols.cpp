@@ -55,7 +55,8 @@ template <class C> binding::c_row XMLSheetImplT<C>::overwriteRow(int row) {
     return made;
 }
 
-template <class C> std::vector<binding::c_node *> XMLSheetImplT<C>::overwriteCols(int first, int last) {
+template <class C>
+std::vector<binding::c_node *> XMLSheetImplT<C>::overwriteCols(int first, int last) {
     const int w = this->book().styles().maxDigWidth();
     const double width =
         std::floor(defaultWidthPx(this->document().root(), w) * 256.0 / (w > 0 ? w : 1)) / 256.0;

@@ -23,9 +23,7 @@ binding::c_worksheet_setup setupOf(binding::c_node &root) {
     return binding::c_worksheet_setup(&root);
 }
 
-const binding::c_node *childOf(binding::c_node &root, const char *name) {
-    return root.child(name);
-}
+const binding::c_node *childOf(binding::c_node &root, const char *name) { return root.child(name); }
 
 bool flagOf(binding::c_node &root, const char *element, const char *attribute) {
     const binding::c_node *e = childOf(root, element);
@@ -282,8 +280,7 @@ template <class C> void XMLSheetImplT<C>::setProtect(bool protect) {
 template <class C> const C *XMLSheetImplT<C>::readComment(int, int) {
     throw tberror("not supported");
 }
-template <class C>
-void XMLSheetImplT<C>::writeComment(int, int, const C *, const C *, int, int) {
+template <class C> void XMLSheetImplT<C>::writeComment(int, int, const C *, const C *, int, int) {
     throw tberror("not supported");
 }
 

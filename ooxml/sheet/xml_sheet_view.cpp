@@ -69,7 +69,8 @@ template <class C> void XMLSheetImplT<C>::setTopLeftView(int row, int col) {
 
 template <class C> bool XMLSheetImplT<C>::rightToLeft() {
     const binding::c_node *view = firstViewIfAny();
-    return view && binding::c_sheet_view_setup(const_cast<binding::c_node *>(view)).get_rightToLeft();
+    return view &&
+           binding::c_sheet_view_setup(const_cast<binding::c_node *>(view)).get_rightToLeft();
 }
 
 template <class C> void XMLSheetImplT<C>::setRightToLeft(bool rightToLeft) {
