@@ -1,4 +1,6 @@
 // Defined names of an Open XML workbook, as the sheets edit them.
+#include <cwctype>
+
 #include "book/encoding.h"
 #include "book/str_util.h"
 #include "ooxml/binding/parts/workbook_facades.h"
@@ -14,6 +16,23 @@ std::wstring citedSheet(const std::string &formula) {
     utf8ToWide(formula.c_str(), wide);
     if (!StrUtil::split(wide, L"!", left, right)) return std::wstring();
     return StrUtil::unquote(left);
+}
+
+// Replaces each "Name!" that starts a reference: one that follows the start
+// of the formula or an operator, so that "Sheet1!" leaves "MySheet1!" alone.
+bool replaceSheetPrefix(std::wstring &formula, const std::wstring &from, const std::wstring &to) {
+    bool changed = false;
+    for (size_t at = formula.find(from); at != std::wstring::npos; at = formula.find(from, at)) {
+        const wchar_t before = at ? formula[at - 1] : L',';
+        if (std::iswalnum(before) || before == L'_' || before == L'.' || before == L'\'') {
+            at += from.size();
+            continue;
+        }
+        formula.replace(at, from.size(), to);
+        at += to.size();
+        changed = true;
+    }
+    return changed;
 }
 
 } // namespace
@@ -57,7 +76,7 @@ void XMLBookImplT<C>::changeDependencies(const std::wstring &oldName, const std:
         binding::c_defined_name n = names.get_definedName(i);
         std::wstring formula;
         utf8ToWide(n.get_value().c_str(), formula);
-        if (!StrUtil::replace(formula, from, to)) continue;
+        if (!replaceSheetPrefix(formula, from, to)) continue;
         std::string utf8;
         wideToUtf8(formula.c_str(), utf8);
         n.set_value(std::move(utf8));

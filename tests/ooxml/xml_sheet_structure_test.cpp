@@ -24,8 +24,8 @@ std::string rel(const std::string &id, const std::string &type, const std::strin
            "\"/>";
 }
 
-// A one-sheet book whose worksheet holds `body`.
-std::string book(const std::string &body) {
+// A one-sheet book "S" whose worksheet holds `body`, with defined names `names`.
+std::string book(const std::string &body, const std::string &names) {
     ZipWriter w;
     auto add = [&](const wchar_t *name, const std::string &text) {
         w.add(name, text.data(), text.size());
@@ -45,7 +45,8 @@ std::string book(const std::string &body) {
         rels + rel("rId1", "officeDocument", "xl/workbook.xml") + "</Relationships>");
     add(L"/xl/workbook.xml", std::string("<workbook xmlns=\"") + kMain + "\" xmlns:r=\"" + kRel +
                                  "\"><sheets><sheet name=\"S\" sheetId=\"1\" r:id=\"rId1\"/>"
-                                 "</sheets></workbook>");
+                                 "</sheets>" +
+                                 names + "</workbook>");
     add(L"/xl/_rels/workbook.xml.rels",
         rels + rel("rId1", "worksheet", "worksheets/sheet1.xml") + "</Relationships>");
     add(L"/xl/worksheets/sheet1.xml",
@@ -59,22 +60,25 @@ std::string book(const std::string &body) {
     return out;
 }
 
-std::string savedSheet(IBookT<char> &b) {
+// The saved sheet part, then the saved workbook part.
+std::string savedParts(IBookT<char> &b) {
     const char *bytes = nullptr;
     unsigned size = 0;
     EXPECT_TRUE(b.saveRaw(&bytes, &size)) << b.errorMessage();
     ZipReader r(bytes, size);
-    for (size_t i = 0; i < r.size(); ++i) {
-        if (r.name(i) != L"xl/worksheets/sheet1.xml" && r.name(i) != L"/xl/worksheets/sheet1.xml")
-            continue;
-        char *data = nullptr;
-        size_t length = 0;
-        r.data(i, data, length);
-        std::string text(data ? data : "", length);
-        std::free(data);
-        return text;
-    }
-    return "";
+    std::string out;
+    for (const wchar_t *part : {L"worksheets/sheet1.xml", L"workbook.xml"})
+        for (size_t i = 0; i < r.size(); ++i) {
+            const std::wstring name = r.name(i);
+            if (name != std::wstring(L"xl/") + part && name != std::wstring(L"/xl/") + part)
+                continue;
+            char *data = nullptr;
+            size_t length = 0;
+            r.data(i, data, length);
+            out.append(data ? data : "", length);
+            std::free(data);
+        }
+    return out;
 }
 
 const std::string kCols9 = "<cols><col min=\"1\" max=\"9\" width=\"20\" customWidth=\"1\"/></cols>";
@@ -93,7 +97,10 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
         const char *message;
         std::vector<std::string> present;
         std::vector<std::string> absent;
+        std::string names = "";
     };
+    const std::string citing = "<definedNames><definedName name=\"a\">S!$A$1,SS!$B$2</definedName>"
+                               "<definedName name=\"b\">SUM(S!$A:$A)</definedName></definedNames>";
     const Case cases[] = {
         {"a range inside a col splits it in three",
          kCols9 + kData,
@@ -253,6 +260,16 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          {"<pageMargins left=\"0.7\" right=\"0.7\" top=\"2\" bottom=\"0.75\" header=\"0.3\" "
           "footer=\"0.3\"/>"},
          {}},
+        {"a rename follows into names citing the sheet, not into other sheets' names",
+         kData,
+         [](Sheet &s) {
+             s.setName("New S");
+             return true;
+         },
+         "ok",
+         {"&apos;New S&apos;!$A$1,SS!$B$2", "SUM(&apos;New S&apos;!$A:$A)"},
+         {},
+         citing},
         {"notes are not kept here",
          kData,
          [](Sheet &s) {
@@ -266,14 +283,14 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);
         auto *b = static_cast<IBookT<char> *>(tbCreateXMLBookA());
-        const std::string bytes = book(c.body);
+        const std::string bytes = book(c.body, c.names);
         ASSERT_TRUE(b->loadRaw(bytes.data(), unsigned(bytes.size()))) << b->errorMessage();
         Sheet *s = b->getSheet(0);
         ASSERT_NE(s, nullptr);
         const bool ok = c.run(*s);
         EXPECT_STREQ(b->errorMessage(), c.message);
         EXPECT_EQ(ok, std::string(c.message) == "ok");
-        const std::string xml = savedSheet(*b);
+        const std::string xml = savedParts(*b);
         for (const std::string &p : c.present)
             EXPECT_NE(xml.find(p), std::string::npos) << p << "\n" << xml;
         for (const std::string &p : c.absent)
