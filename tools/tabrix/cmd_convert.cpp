@@ -64,6 +64,7 @@ void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
             throw Failure("cannot add sheet '" + std::string(from->name() ? from->name() : "") +
                           "' to " + outPath + ": " + out.message());
         changed += copySheet(in, from, out, to, formats);
+        copyMergesAndNames(from, i, to, only < 0);
     }
     if (changed > 0)
         std::cerr << "tabrix: note: " << changed
