@@ -560,6 +560,11 @@ TEST(Cli, InfoAndDumpOfCorpusFiles) {
             if (copied.compare(0, 8, "formula ") != 0 || cell.second.find('!') != std::string::npos)
                 copied = cell.second;
         }
+        // A merged block comes along, its cells made blank with the format
+        // of its first one.
+        for (auto it = now.begin(); it != now.end();)
+            it = !was.count(it->first) && it->second.compare(0, 6, "blank ") == 0 ? now.erase(it)
+                                                                                  : std::next(it);
         EXPECT_EQ(now, was) << f;
     }
     EXPECT_GT(loaded, 0);
