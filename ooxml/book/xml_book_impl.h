@@ -121,6 +121,16 @@ public:
     SheetState sheetState(const XFile *sheet);
     void setSheetState(const XFile *sheet, SheetState state);
 
+    // ---- defined names (xml_book_names.cpp) ----
+    // The workbook's definedNames, made on first use.
+    binding::c_node &definedNames();
+    // Removes the names of `name` whose formula cites sheet `sheetIndex` and
+    // whose scope fits (-2 any, -1 the workbook, else that local sheet);
+    // answers whether any went.
+    bool clearDefinedName(int sheetIndex, const std::string &name, int scope);
+    // Formulas of defined names citing the old sheet name cite the new one.
+    void changeDependencies(const std::wstring &oldName, const std::wstring &newName);
+
     // ---- the package ----
     const PartMap &parts() const { return _parts; }
     // How far the last load got: two for each part read, one more when it

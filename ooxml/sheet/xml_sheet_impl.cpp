@@ -47,9 +47,12 @@ template <class C> const C *XMLSheetImplT<C>::name() {
     return textResult<C>(_text, _owner->message(), wide.c_str(), _owner->utf8Mode());
 }
 
+// Defined names citing the sheet follow the new name.
 template <class C> void XMLSheetImplT<C>::setName(const C *name) {
-    if (_owner->renameSheet(this, name))
-        _owner->message().assign("warning: sheet's name is cut to 31 characters");
+    const std::wstring before = sheetName();
+    const bool cut = _owner->renameSheet(this, name);
+    _owner->changeDependencies(before, sheetName());
+    if (cut) _owner->message().assign("warning: sheet's name is cut to 31 characters");
 }
 
 template <class C> SheetState XMLSheetImplT<C>::hidden() { return _owner->sheetState(this); }

@@ -20,6 +20,12 @@ usage: oracle.py READER PATH [utf8]
   libreoffice-structure  the same, as LibreOffice saves the book as Open XML
                (read back with openpyxl)
   make-xlwt    writes a small binary book with merges, sizes and groups
+  openpyxl-dims   the first sheet's merges ("merge r1 r2 c1 c2"), then its rows
+               and columns with a size, hidden flag or outline level set:
+               "row r height H hidden H level L", "col c width W hidden H level L"
+               (zero-based, widths rounded to 2 places), and "summary below right"
+  libreoffice-dims  the same after LibreOffice has read the book and saved it again
+  libreoffice-settings  openpyxl-settings after LibreOffice has saved the book again
   openpyxl-styles  the style of each cell of the first sheet, a line for each
                of "r c" numfmt, font, fill, border, align and protection
   drawings     pictures, charts and comments of each sheet, from an Open XML
@@ -255,9 +261,9 @@ def dump_formulas():
             print(sheet, row, col, bk.sheet_by_index(sheet).cell_type(row, col), text)
 
 
-def dump_settings():
+def dump_settings(book_path=None):
     import openpyxl
-    wb = openpyxl.load_workbook(path)
+    wb = openpyxl.load_workbook(book_path or path)
     for ws in wb.worksheets:
         print(ws.title, 'state', ws.sheet_state)
     ws = wb.worksheets[0]
@@ -277,6 +283,41 @@ def dump_settings():
              if not dn.name.startswith('Excel_BuiltIn')]
     for n in sorted(names):
         print('name', n)
+
+
+def dump_dims(book_path):
+    import openpyxl
+    from openpyxl.utils import column_index_from_string
+    ws = openpyxl.load_workbook(book_path).worksheets[0]
+    for m in sorted(ws.merged_cells.ranges, key=lambda m: (m.min_row, m.min_col)):
+        print('merge', m.min_row - 1, m.max_row - 1, m.min_col - 1, m.max_col - 1)
+    for r, d in sorted(ws.row_dimensions.items()):
+        if d.customHeight or d.hidden or d.outlineLevel:
+            print('row', r - 1, 'height', d.height if d.customHeight else '-', 'hidden', int(bool(d.hidden)),
+                  'level', d.outlineLevel)
+    lines = []
+    for key, d in ws.column_dimensions.items():
+        first = d.min or column_index_from_string(key)
+        for c in range(first, (d.max or first) + 1):
+            if d.customWidth or d.hidden or d.outlineLevel:
+                lines.append((c - 1, 'width %s hidden %d level %d' % (
+                    '%.2f' % d.width if d.customWidth else '-', int(bool(d.hidden)), d.outlineLevel)))
+    for c, line in sorted(lines):
+        print('col', c, line)
+    o = ws.sheet_properties.outlinePr
+    print('summary', o.summaryBelow if o else None, o.summaryRight if o else None)
+
+
+def lo_resaved(reader):
+    out = tempfile.mkdtemp(prefix='oracle_lo_')
+    base = os.path.splitext(os.path.basename(path))[0]
+    try:
+        subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
+                        '--convert-to', 'xlsx:Calc MS Excel 2007 XML', '--outdir', out + '/book', path],
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        reader(os.path.join(out, 'book', base + '.xlsx'))
+    finally:
+        subprocess.run(['rm', '-rf', out])
 
 
 def dump_sheets(book_path):
@@ -378,6 +419,8 @@ try:
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
      'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
      'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
-     'make-xlwt': make_xlwt, 'openpyxl-styles': dump_styles, 'drawings': dump_drawings}[reader]()
+     'make-xlwt': make_xlwt, 'drawings': dump_drawings,
+     'openpyxl-dims': lambda: dump_dims(path), 'libreoffice-dims': lambda: lo_resaved(dump_dims),
+     'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': dump_styles}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)

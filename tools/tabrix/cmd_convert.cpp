@@ -63,6 +63,9 @@ void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
         if (!to)
             throw Failure("cannot add sheet '" + std::string(from->name() ? from->name() : "") +
                           "' to " + outPath + ": " + out.message());
+        // Merges first: a merge made over written cells would spread the
+        // first cell's format over the block as blank cells.
+        copyMergesAndNames(from, i, to, only < 0);
         changed += copySheet(in, from, out, to, formats);
     }
     if (changed > 0)

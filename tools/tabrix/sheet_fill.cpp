@@ -58,6 +58,47 @@ Format *NumFormats::from(Workbook &source, int id) {
     return f;
 }
 
+void copyMergesAndNames(Sheet *from, int fromIndex, Sheet *to, bool allSheets) {
+    const int lastRow = from->lastRow() - 1, lastCol = from->lastCol() - 1;
+    for (int row = 0; row <= lastRow; ++row)
+        for (int col = 0; col <= lastCol; ++col) {
+            int rf = 0, rl = 0, cf = 0, cl = 0;
+            if (from->getMerge(row, col, &rf, &rl, &cf, &cl) && rf == row && cf == col)
+                to->setMerge(rf, rl, cf, cl);
+        }
+    // Names are read first: setting one on `to` may be seen from `from`
+    // when both are one book.
+    struct Name {
+        std::string text;
+        int rf, rl, cf, cl, scope;
+    };
+    std::vector<Name> names;
+    for (int i = 0, n = from->namedRangeSize(); i < n; ++i) {
+        Name nm{};
+        const char *text = from->namedRange(i, &nm.rf, &nm.rl, &nm.cf, &nm.cl, &nm.scope, nullptr);
+        if (!text) continue;
+        nm.text = text;
+        names.push_back(nm);
+    }
+    for (Name &nm : names) {
+        const std::string builtIn = "_xlnm.";
+        if (nm.text.compare(0, builtIn.size(), builtIn) == 0) nm.text.erase(0, builtIn.size());
+        // A missing part of a reference (whole rows or columns) reads as -1
+        // in one format and as the full span in the other.
+        const bool wholeRows = nm.cf < 0 || (nm.cf == 0 && nm.cl >= 255);
+        const bool wholeCols = nm.rf < 0 || (nm.rf == 0 && nm.rl >= 65535);
+        if (nm.text == "Print_Area") {
+            to->setPrintArea(nm.rf, nm.rl, nm.cf, nm.cl);
+        } else if (nm.text == "Print_Titles") {
+            if (wholeRows && nm.rf >= 0) to->setPrintRepeatRows(nm.rf, nm.rl);
+            if (wholeCols && nm.cf >= 0) to->setPrintRepeatCols(nm.cf, nm.cl);
+        } else if (nm.scope == -1 || nm.scope == fromIndex || allSheets) {
+            const int scope = nm.scope == fromIndex ? -2 : nm.scope;
+            to->setNamedRange(nm.text.c_str(), nm.rf, nm.rl, nm.cf, nm.cl, scope);
+        }
+    }
+}
+
 long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to, NumFormats &formats) {
     int lastRow = from->lastRow() - 1, lastCol = from->lastCol() - 1;
     if (lastRow >= target.maxRows() || lastCol >= target.maxCols())

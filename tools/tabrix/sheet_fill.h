@@ -36,6 +36,13 @@ private:
 // Returns the number of cells that could not keep their kind.
 long copySheet(Workbook &source, Sheet *from, Workbook &target, Sheet *to, NumFormats &formats);
 
+// Copies the merged blocks of `from` within its used cells, and the named
+// ranges citing it, into `to`.  A name scoped to the sheet keeps to its
+// copy; one scoped to another sheet keeps that index only when every sheet
+// is copied (`allSheets`).  The print area and titles go through their own
+// setters, whatever the source book calls them.
+void copyMergesAndNames(Sheet *from, int fromIndex, Sheet *to, bool allSheets);
+
 // Reads comma- or tab-separated text into `to` from A1 on: numbers,
 // booleans and ISO dates become those (unless `allText`), other fields
 // text.  Throws Failure naming the line for what the sheet cannot hold.

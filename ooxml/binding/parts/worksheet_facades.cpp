@@ -32,6 +32,19 @@ c_row c_sheet_data::append_row() {
     return c_row(static_cast<c_row_data *>(_n->_children.insert(at, std::move(c))->hand.get()));
 }
 
+c_row c_sheet_data::insert_row(size_t i) {
+    const int32_t d = _n->decl_of("row");
+    auto at = _n->_children.begin();
+    for (; at != _n->_children.end(); ++at)
+        if (at->kind == K_HAND && at->decl == d && i-- == 0) break;
+    if (at == _n->_children.end()) return append_row();
+    c_child c;
+    c.kind = K_HAND;
+    c.decl = d;
+    c.hand = std::make_unique<c_row_data>(*_n->set(), _n->set()->elems[d].complex);
+    return c_row(static_cast<c_row_data *>(_n->_children.insert(at, std::move(c))->hand.get()));
+}
+
 void c_sheet_data::delete_row(size_t i) {
     const int32_t d = _n->decl_of("row");
     for (auto it = _n->_children.begin(); it != _n->_children.end(); ++it)

@@ -21,6 +21,7 @@ public:
     BINDING_ATTR_BOOL(customHeight)
     BINDING_ATTR_BOOL(customFormat)
     BINDING_ATTR_U32(outlineLevel)
+    BINDING_ATTR_BOOL(collapsed)
     // Cells, in order.  get_c past the end appends default cells up to the index.
     size_t size_c() const { return _n->cells().size(); }
     c_cell &get_c(size_t i) {
@@ -38,6 +39,8 @@ public:
     size_t size_row() const;
     c_row get_row(size_t i) const;
     c_row append_row();
+    // A new row placed before the row at index i (at the end past the last).
+    c_row insert_row(size_t i);
     void delete_row(size_t i);
 };
 
@@ -50,6 +53,8 @@ public:
     BINDING_ATTR_U32(style)
     BINDING_ATTR_BOOL(hidden)
     BINDING_ATTR_BOOL(customWidth)
+    BINDING_ATTR_U32(outlineLevel)
+    BINDING_ATTR_BOOL(collapsed)
 };
 
 class c_cols : public c_facade {

@@ -1,0 +1,146 @@
+// Insertion and removal of rows and columns on an Open XML sheet: rows'
+// and cells' numbers, merges and column ranges move; formula texts are
+// left as they are.
+#include "ooxml/binding/parts/worksheet_facades.h"
+#include "ooxml/sheet/col_ranges.h"
+#include "ooxml/sheet/sheet_limits.h"
+#include "ooxml/sheet/xml_sheet_impl.h"
+
+namespace tabrix {
+
+namespace {
+
+void checkLines(int first, int last, bool rows) {
+    if (last < first)
+        throw tberror(rows ? "rowLast must be greater than or equal to rowFirst"
+                           : "colLast must be greater than or equal to colFirst");
+    if (rows) {
+        checkXmlRow(first);
+        checkXmlRow(last);
+    } else {
+        checkXmlCol(first);
+        checkXmlCol(last);
+    }
+}
+
+void renumberRow(binding::c_row row, uint32_t r) {
+    row.set_r(r);
+    for (size_t i = 0; i < row.size_c(); ++i) row.get_c(i).set_r(r - 1, row.get_c(i).col());
+}
+
+// Every rectangle with its rows (or columns) replaced by each of `spans`.
+std::vector<CellRect> withSpans(const CellRect &rect, bool rows, const std::vector<Span> &spans) {
+    std::vector<CellRect> out;
+    for (const Span &s : spans) {
+        CellRect r = rect;
+        (rows ? r.rows : r.cols) = s;
+        out.push_back(r);
+    }
+    return out;
+}
+
+} // namespace
+
+template <class C> bool XMLSheetImplT<C>::insertRow(int rowFirst, int rowLast) {
+    checkLines(rowFirst, rowLast, true);
+    const int n = rowLast - rowFirst + 1;
+    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
+    for (size_t i = data.size_row(); i-- > 0;) {
+        binding::c_row row = data.get_row(i);
+        if (int(row.get_r()) - 1 < rowFirst) break;
+        if (int(row.get_r()) + n > kXmlRows)
+            data.delete_row(i);
+        else
+            renumberRow(row, row.get_r() + uint32_t(n));
+    }
+    moveMerges([&](const CellRect &r) {
+        return withSpans(r, true, spanAfterInsert(r.rows, rowFirst, n));
+    });
+    this->markDimensionsStale();
+    return true;
+}
+
+template <class C> bool XMLSheetImplT<C>::removeRow(int rowFirst, int rowLast) {
+    checkLines(rowFirst, rowLast, true);
+    const int n = rowLast - rowFirst + 1;
+    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
+    for (size_t i = data.size_row(); i-- > 0;) {
+        binding::c_row row = data.get_row(i);
+        const int r = int(row.get_r()) - 1;
+        if (r < rowFirst) break;
+        if (r <= rowLast)
+            data.delete_row(i);
+        else
+            renumberRow(row, row.get_r() - uint32_t(n));
+    }
+    moveMerges([&](const CellRect &r) {
+        return withSpans(r, true, spanAfterRemove(r.rows, Span{rowFirst, rowLast}));
+    });
+    this->markDimensionsStale();
+    return true;
+}
+
+template <class C> bool XMLSheetImplT<C>::insertCol(int colFirst, int colLast) {
+    checkLines(colFirst, colLast, false);
+    const int n = colLast - colFirst + 1;
+    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
+    for (size_t i = 0, rows = data.size_row(); i < rows; ++i) {
+        binding::c_row row = data.get_row(i);
+        for (size_t k = row.size_c(); k-- > 0;) {
+            binding::c_cell &cell = row.get_c(k);
+            if (int(cell.col()) < colFirst) break;
+            if (int(cell.col()) + n >= kXmlCols)
+                row.delete_c(k);
+            else
+                cell.set_r(cell.row(), cell.col() + uint32_t(n));
+        }
+    }
+    binding::c_node &root = this->document().root();
+    for (size_t i = 0, lists = root.count("cols"); i < lists; ++i)
+        moveCols(*root.child("cols", i), colFirst + 1, n);
+    moveMerges([&](const CellRect &r) {
+        return withSpans(r, false, spanAfterInsert(r.cols, colFirst, n));
+    });
+    this->markDimensionsStale();
+    return true;
+}
+
+template <class C> bool XMLSheetImplT<C>::removeCol(int colFirst, int colLast) {
+    checkLines(colFirst, colLast, false);
+    const int n = colLast - colFirst + 1;
+    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
+    for (size_t i = 0, rows = data.size_row(); i < rows; ++i) {
+        binding::c_row row = data.get_row(i);
+        for (size_t k = row.size_c(); k-- > 0;) {
+            binding::c_cell &cell = row.get_c(k);
+            const int c = int(cell.col());
+            if (c < colFirst) break;
+            if (c <= colLast)
+                row.delete_c(k);
+            else
+                cell.set_r(cell.row(), cell.col() - uint32_t(n));
+        }
+    }
+    binding::c_node &root = this->document().root();
+    for (size_t i = root.count("cols"); i-- > 0;) {
+        binding::c_node &cols = *root.child("cols", i);
+        removeCols(cols, Span{colFirst + 1, colLast + 1});
+        if (cols.count("col") == 0) root.remove("cols", i);
+    }
+    moveMerges([&](const CellRect &r) {
+        return withSpans(r, false, spanAfterRemove(r.cols, Span{colFirst, colLast}));
+    });
+    this->markDimensionsStale();
+    return true;
+}
+
+#define TABRIX_XML_SHEET_SHIFT(C)                                                                  \
+    template bool XMLSheetImplT<C>::insertRow(int, int);                                           \
+    template bool XMLSheetImplT<C>::removeRow(int, int);                                           \
+    template bool XMLSheetImplT<C>::insertCol(int, int);                                           \
+    template bool XMLSheetImplT<C>::removeCol(int, int);
+TABRIX_XML_SHEET_SHIFT(char)
+TABRIX_XML_SHEET_SHIFT(wchar_t)
+#undef TABRIX_XML_SHEET_SHIFT
+
+} // namespace tabrix

@@ -1,0 +1,302 @@
+// Structure edits of Open XML sheets checked in the saved worksheet part:
+// column ranges split and filled, merges split and shrunk, rows and cells
+// renumbered with formula texts left alone, panes, views, breaks, groups.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ooxml/package/zip_package.h"
+#include "tabrix.h"
+#include "tabrix/IBookT.h"
+
+using namespace tabrix;
+
+namespace {
+
+const char *const kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+const char *const kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+
+std::string rel(const std::string &id, const std::string &type, const std::string &target) {
+    return "<Relationship Id=\"" + id + "\" Type=\"" + kRel + "/" + type + "\" Target=\"" + target +
+           "\"/>";
+}
+
+// A one-sheet book "S" whose worksheet holds `body`, with defined names `names`.
+std::string book(const std::string &body, const std::string &names) {
+    ZipWriter w;
+    auto add = [&](const wchar_t *name, const std::string &text) {
+        w.add(name, text.data(), text.size());
+    };
+    add(L"/[Content_Types].xml",
+        "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
+        "<Default Extension=\"rels\" ContentType=\"application/"
+        "vnd.openxmlformats-package.relationships+xml\"/>"
+        "<Default Extension=\"xml\" ContentType=\"application/xml\"/>"
+        "<Override PartName=\"/xl/workbook.xml\" ContentType=\"application/"
+        "vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
+        "<Override PartName=\"/xl/worksheets/sheet1.xml\" ContentType=\"application/"
+        "vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/></Types>");
+    const std::string rels =
+        "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">";
+    add(L"/_rels/.rels",
+        rels + rel("rId1", "officeDocument", "xl/workbook.xml") + "</Relationships>");
+    add(L"/xl/workbook.xml", std::string("<workbook xmlns=\"") + kMain + "\" xmlns:r=\"" + kRel +
+                                 "\"><sheets><sheet name=\"S\" sheetId=\"1\" r:id=\"rId1\"/>"
+                                 "</sheets>" +
+                                 names + "</workbook>");
+    add(L"/xl/_rels/workbook.xml.rels",
+        rels + rel("rId1", "worksheet", "worksheets/sheet1.xml") + "</Relationships>");
+    add(L"/xl/worksheets/sheet1.xml",
+        std::string("<worksheet xmlns=\"") + kMain + "\">" + body + "</worksheet>");
+    w.close();
+    char *bytes = nullptr;
+    size_t size = 0;
+    w.getRaw(bytes, size);
+    std::string out(bytes, size);
+    std::free(bytes);
+    return out;
+}
+
+// The saved sheet part, then the saved workbook part.
+std::string savedParts(IBookT<char> &b) {
+    const char *bytes = nullptr;
+    unsigned size = 0;
+    EXPECT_TRUE(b.saveRaw(&bytes, &size)) << b.errorMessage();
+    ZipReader r(bytes, size);
+    std::string out;
+    for (const wchar_t *part : {L"worksheets/sheet1.xml", L"workbook.xml"})
+        for (size_t i = 0; i < r.size(); ++i) {
+            const std::wstring name = r.name(i);
+            if (name != std::wstring(L"xl/") + part && name != std::wstring(L"/xl/") + part)
+                continue;
+            char *data = nullptr;
+            size_t length = 0;
+            r.data(i, data, length);
+            out.append(data ? data : "", length);
+            std::free(data);
+        }
+    return out;
+}
+
+const std::string kCols9 = "<cols><col min=\"1\" max=\"9\" width=\"20\" customWidth=\"1\"/></cols>";
+// B3 holds the formula A5; B2:C5 is merged.
+const std::string kData = "<sheetData><row r=\"1\"><c r=\"C1\"><v>1</v></c></row>"
+                          "<row r=\"3\"><c r=\"B3\"><f>A5</f><v>0</v></c></row>"
+                          "<row r=\"7\"><c r=\"A7\"><v>7</v></c></row></sheetData>";
+const std::string kMerge = "<mergeCells count=\"1\"><mergeCell ref=\"B2:C5\"/></mergeCells>";
+
+TEST(XMLSheetStructure, EditsInTheSavedPart) {
+    using Sheet = ISheetT<char>;
+    struct Case {
+        const char *what;
+        std::string body;
+        std::function<bool(Sheet &)> run;
+        const char *message;
+        std::vector<std::string> present;
+        std::vector<std::string> absent;
+        std::string names = "";
+    };
+    const std::string citing = "<definedNames><definedName name=\"a\">S!$A$1,SS!$B$2</definedName>"
+                               "<definedName name=\"b\">SUM(S!$A:$A)</definedName></definedNames>";
+    const Case cases[] = {
+        {"a range inside a col splits it in three",
+         kCols9 + kData,
+         [](Sheet &s) { return s.setCol(2, 4, 10, nullptr, true); },
+         "ok",
+         {"<col min=\"1\" max=\"2\" width=\"20\"", "<col min=\"3\" max=\"5\" width=\"10.7",
+          "hidden=\"1\"", "<col min=\"6\" max=\"9\" width=\"20\""},
+         {"max=\"9\" width=\"10"}},
+        {"gaps of the range get cols of their own",
+         "<cols><col min=\"2\" max=\"2\" width=\"20\"/><col min=\"4\" max=\"4\" width=\"30\"/>"
+         "</cols>" +
+             kData,
+         [](Sheet &s) { return s.setColHidden(0, true) && s.setCol(2, 5, 12, nullptr, false); },
+         "ok",
+         {"<col min=\"1\" max=\"1\" width=\"9.1", "<col min=\"2\" max=\"2\" width=\"20\"",
+          "<col min=\"3\" max=\"3\" width=\"12.7", "<col min=\"4\" max=\"4\" width=\"12.7",
+          "<col min=\"5\" max=\"6\" width=\"12.7"},
+         {}},
+        {"rows inserted inside a merge split it; formulas keep their text",
+         kData + kMerge,
+         [](Sheet &s) { return s.insertRow(2, 3); },
+         "ok",
+         {"<mergeCell ref=\"B2:C2\"/>", "<mergeCell ref=\"B5:C7\"/>", "count=\"2\"",
+          "<row r=\"5\"><c r=\"B5\"><f>A5</f>", "<row r=\"9\"><c r=\"A9\"", "<row r=\"1\">"},
+         {"B2:C5", "r=\"B3\""}},
+        {"rows inserted above a merge move it",
+         kData + kMerge,
+         [](Sheet &s) { return s.insertRow(0, 0); },
+         "ok",
+         {"<mergeCell ref=\"B3:C6\"/>", "<row r=\"2\"><c r=\"C2\""},
+         {}},
+        {"removed rows shrink a merge and take their cells",
+         kData + kMerge,
+         [](Sheet &s) { return s.removeRow(2, 5); },
+         "ok",
+         {"<mergeCell ref=\"B2:C2\"/>", "<row r=\"3\"><c r=\"A3\"", "<row r=\"1\">"},
+         {"<f>", "r=\"7\""}},
+        {"a merge wholly removed goes with its list",
+         kData + kMerge,
+         [](Sheet &s) { return s.removeRow(0, 6); },
+         "ok",
+         {},
+         {"mergeCell", "<row"}},
+        {"columns inserted split a col range, move cells and merges",
+         kCols9 + kData + kMerge,
+         [](Sheet &s) { return s.insertCol(2, 3); },
+         "ok",
+         {"<col min=\"1\" max=\"2\"", "<col min=\"5\" max=\"11\"", "<c r=\"E1\"",
+          "<c r=\"B3\"><f>A5</f>", "<mergeCell ref=\"B2:B5\"/>", "<mergeCell ref=\"E2:E5\"/>"},
+         {"<c r=\"C1\"", "max=\"9\""}},
+        {"removed columns shrink cols and merges",
+         kCols9 + kData + kMerge,
+         [](Sheet &s) { return s.removeCol(0, 1); },
+         "ok",
+         {"<col min=\"1\" max=\"7\"", "<c r=\"A1\"", "<mergeCell ref=\"A2:A5\"/>"},
+         {"<c r=\"B3\"", "<c r=\"A7\""}},
+        {"a merge set twice is kept twice",
+         kData,
+         [](Sheet &s) { return s.setMerge(0, 1, 0, 1) && s.setMerge(0, 1, 0, 1); },
+         "ok",
+         {"<mergeCells count=\"2\"><mergeCell ref=\"A1:B2\"/><mergeCell ref=\"A1:B2\"/>"},
+         {}},
+        {"deleting the last merge drops the list",
+         kData + kMerge,
+         [](Sheet &s) { return s.delMerge(4, 2); },
+         "ok",
+         {},
+         {"mergeCell"}},
+        {"a cell outside every merge",
+         kData + kMerge,
+         [](Sheet &s) { return s.delMerge(0, 0); },
+         "this cell isn't in merging block",
+         {"B2:C5"},
+         {}},
+        {"merge with reversed rows",
+         kData,
+         [](Sheet &s) { return s.setMerge(3, 2, 0, 0); },
+         "rowLast must be greater than or equal to rowFirst",
+         {},
+         {"mergeCell"}},
+        {"merge past the last column",
+         kData,
+         [](Sheet &s) { return s.setMerge(0, 0, 0, 16384); },
+         "col must be less than 16384",
+         {},
+         {"mergeCell"}},
+        {"groups that overlap partly",
+         kData,
+         [](Sheet &s) { return s.groupRows(3, 4, false) && s.groupRows(2, 5, false); },
+         "detect overlap",
+         {"<row r=\"3\" outlineLevel=\"1\"", "<row r=\"4\" outlineLevel=\"1\"/>"},
+         {}},
+        {"a collapsed group hides its rows and marks the next",
+         kData,
+         [](Sheet &s) { return s.groupRows(1, 2, true); },
+         "ok",
+         {"<row r=\"2\" hidden=\"1\" outlineLevel=\"1\"/>", "<row r=\"4\" collapsed=\"1\"/>"},
+         {}},
+        {"column groups",
+         kCols9 + kData,
+         [](Sheet &s) { return s.groupCols(1, 2, false) && s.groupCols(3, 1, false); },
+         "must be colFirst <= colLast",
+         {"<col min=\"2\" max=\"2\" width=\"20\" customWidth=\"1\" outlineLevel=\"1\"/>",
+          "<col min=\"3\" max=\"3\" width=\"20\" customWidth=\"1\" outlineLevel=\"1\"/>"},
+         {}},
+        {"frozen panes",
+         kData,
+         [](Sheet &s) {
+             s.split(3, 2);
+             return true;
+         },
+         "ok",
+         {"<sheetViews><sheetView workbookViewId=\"0\"><pane xSplit=\"2\" ySplit=\"3\" "
+          "topLeftCell=\"C4\" activePane=\"bottomRight\" state=\"frozenSplit\"/>"},
+         {}},
+        {"zoom makes a view",
+         kData,
+         [](Sheet &s) {
+             s.setZoom(80);
+             return s.zoom() == 80;
+         },
+         "ok",
+         {"<sheetView zoomScale=\"80\" zoomScaleNormal=\"80\" workbookViewId=\"0\"/>"},
+         {}},
+        {"breaks keep the order of the calls",
+         kData,
+         [](Sheet &s) {
+             return s.setHorPageBreak(9, true) && s.setHorPageBreak(3, true) &&
+                    s.setHorPageBreak(9, true) && s.getHorPageBreak(1) == 3;
+         },
+         "ok",
+         {"<rowBreaks count=\"2\" manualBreakCount=\"2\"><brk id=\"9\" max=\"16383\" man=\"1\"/>"
+          "<brk id=\"3\" max=\"16383\" man=\"1\"/></rowBreaks>"},
+         {}},
+        {"a break index past the list",
+         kData,
+         [](Sheet &s) { return s.getVerPageBreak(0) != -1; },
+         "index is out of range",
+         {},
+         {"colBreaks"}},
+        {"unprotecting an unprotected sheet adds nothing",
+         kData,
+         [](Sheet &s) {
+             s.setProtect(false);
+             return !s.protect();
+         },
+         "ok",
+         {},
+         {"sheetProtection"}},
+        {"margins start from their defaults",
+         kData,
+         [](Sheet &s) {
+             s.setMarginTop(2);
+             return s.marginLeft() == 0.7;
+         },
+         "ok",
+         {"<pageMargins left=\"0.7\" right=\"0.7\" top=\"2\" bottom=\"0.75\" header=\"0.3\" "
+          "footer=\"0.3\"/>"},
+         {}},
+        {"a rename follows into names citing the sheet, not into other sheets' names",
+         kData,
+         [](Sheet &s) {
+             s.setName("New S");
+             return true;
+         },
+         "ok",
+         {"&apos;New S&apos;!$A$1,SS!$B$2", "SUM(&apos;New S&apos;!$A:$A)"},
+         {},
+         citing},
+        {"notes are not kept here",
+         kData,
+         [](Sheet &s) {
+             s.writeComment(0, 0, "note", "me", 100, 50);
+             return s.readComment(0, 0) != nullptr;
+         },
+         "not supported",
+         {"<c r=\"C1\"><v>1</v></c>"},
+         {"comment", "legacy"}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        auto *b = static_cast<IBookT<char> *>(tbCreateXMLBookA());
+        const std::string bytes = book(c.body, c.names);
+        ASSERT_TRUE(b->loadRaw(bytes.data(), unsigned(bytes.size()))) << b->errorMessage();
+        Sheet *s = b->getSheet(0);
+        ASSERT_NE(s, nullptr);
+        const bool ok = c.run(*s);
+        EXPECT_STREQ(b->errorMessage(), c.message);
+        EXPECT_EQ(ok, std::string(c.message) == "ok");
+        const std::string xml = savedParts(*b);
+        for (const std::string &p : c.present)
+            EXPECT_NE(xml.find(p), std::string::npos) << p << "\n" << xml;
+        for (const std::string &p : c.absent)
+            EXPECT_EQ(xml.find(p), std::string::npos) << p << "\n" << xml;
+        b->release();
+    }
+}
+
+} // namespace
