@@ -5,6 +5,8 @@
 // FramedSheetT<XMLSheetImplT<C>>.
 #pragma once
 
+#include <string>
+
 #include "book/xstring.h"
 #include "ooxml/package/xfile.h"
 #include "ooxml/sheet/xml_sheet_cells.h"
@@ -12,6 +14,7 @@
 namespace tabrix {
 
 template <class C> class XMLBookImplT;
+class Drawing;
 
 template <class C> class XMLSheetImplT : public XMLSheetCellsT<C>, public XFile {
 public:
@@ -34,6 +37,17 @@ public:
     // The tabSelected flag of every view of the sheet.
     void setSelected(bool selected);
     XMLBookImplT<C> &owner() { return *_owner; }
+
+    // ---- pictures (xml_sheet_pictures.cpp) ----
+    int pictureSize() override;
+    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight, int *width,
+                   int *height, int *offsetX, int *offsetY) override;
+    void setPicture(int row, int col, int pictureId, double scale, int offsetX,
+                    int offsetY) override;
+    void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
+                     int offsetY) override;
+    // The drawing a relation of the sheet names, or null.
+    Drawing *getDrawing(const std::wstring &relationId);
 
 protected:
     XString &frameMessage();
