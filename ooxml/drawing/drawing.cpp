@@ -116,8 +116,7 @@ DrawingPicture Drawing::picture(int index) const {
 void Drawing::addAnchor(int rowTop, int colLeft, int rowBottom, int colRight, int colOffTop,
                         int rowOffTop, int colOffBottom, int rowOffBottom,
                         const std::string &relationId) {
-    const int number =
-        relationId.size() > 3 ? std::atoi(relationId.c_str() + 3) : 0;
+    const int number = relationId.size() > 3 ? std::atoi(relationId.c_str() + 3) : 0;
     c_node &root = document().root();
     // Appended last whatever anchors the part holds, so that the new
     // picture is the last one counted.

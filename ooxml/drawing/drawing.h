@@ -23,9 +23,9 @@ struct DrawingMarker {
 // What an anchor holding a picture says.
 struct DrawingPicture {
     enum Kind { TwoCell, OneCell } kind = TwoCell;
-    DrawingMarker from, to;     // `to` is only set for a two-cell anchor
-    int64_t cx = 0, cy = 0;     // the extent of a one-cell anchor, EMU
-    std::string embed;          // the relation id of the image
+    DrawingMarker from, to; // `to` is only set for a two-cell anchor
+    int64_t cx = 0, cy = 0; // the extent of a one-cell anchor, EMU
+    std::string embed;      // the relation id of the image
 };
 
 class Drawing : public XmlFile {
@@ -42,7 +42,8 @@ public:
     // Appends a two-cell anchor holding a picture of the image `relationId`
     // ("rIdN"); offsets in pixels.
     void addAnchor(int rowTop, int colLeft, int rowBottom, int colRight, int colOffTop,
-                   int rowOffTop, int colOffBottom, int rowOffBottom, const std::string &relationId);
+                   int rowOffTop, int colOffBottom, int rowOffBottom,
+                   const std::string &relationId);
 };
 
 } // namespace tabrix

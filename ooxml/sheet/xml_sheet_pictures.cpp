@@ -42,13 +42,14 @@ public:
                 binding::c_col c = list.get_col(i);
                 if (uint32_t(col) + 1 < c.get_min() || uint32_t(col) + 1 > c.get_max()) continue;
                 if (c.get_hidden()) return 0;
-                if (c.isset_width()) return ExcelUnitsConverter::xmlWidthToPx(c.get_width(), _digit);
+                if (c.isset_width())
+                    return ExcelUnitsConverter::xmlWidthToPx(c.get_width(), _digit);
                 break;
             }
         }
         if (_format && _format->attribute("defaultColWidth"))
-            return ExcelUnitsConverter::xmlWidthToPx(
-                attributeNumber(_format, "defaultColWidth", 0), _digit);
+            return ExcelUnitsConverter::xmlWidthToPx(attributeNumber(_format, "defaultColWidth", 0),
+                                                     _digit);
         const int base = int(attributeNumber(_format, "baseColWidth", 8));
         return ExcelUnitsConverter::defaultColWidthPx(base, _digit);
     }
@@ -109,8 +110,7 @@ std::wstring relativeTarget(const std::wstring &source, const std::wstring &part
 PictureSize imageSize(const BinaryFile &file) {
     const std::vector<char> &d = file.data();
     try {
-        const BlipKind kind =
-            sniffPicture(reinterpret_cast<const uint8_t *>(d.data()), d.size());
+        const BlipKind kind = sniffPicture(reinterpret_cast<const uint8_t *>(d.data()), d.size());
         size_t skip = 0;
         if (kind == BlipKind::DIB && d.size() > 14 && d[0] == 'B' && d[1] == 'M') skip = 14;
         const std::vector<uint8_t> bytes(d.begin() + std::ptrdiff_t(skip), d.end());
@@ -135,8 +135,8 @@ template <class C> Drawing *XMLSheetImplT<C>::getDrawing(const std::wstring &rel
 
 template <class C> int XMLSheetImplT<C>::pictureSize() {
     const binding::c_node *ref = this->document().root().child("drawing");
-    Drawing *drawing = ref ? getDrawing(packageWide(std::string(ref->attribute_or_default("id"))))
-                           : nullptr;
+    Drawing *drawing =
+        ref ? getDrawing(packageWide(std::string(ref->attribute_or_default("id")))) : nullptr;
     return drawing ? drawing->pictureSize() : 0;
 }
 
@@ -145,8 +145,8 @@ int XMLSheetImplT<C>::getPicture(int index, int *rowTop, int *colLeft, int *rowB
                                  int *colRight, int *width, int *height, int *offsetX,
                                  int *offsetY) {
     const binding::c_node *ref = this->document().root().child("drawing");
-    Drawing *drawing = ref ? getDrawing(packageWide(std::string(ref->attribute_or_default("id"))))
-                           : nullptr;
+    Drawing *drawing =
+        ref ? getDrawing(packageWide(std::string(ref->attribute_or_default("id")))) : nullptr;
     XString &message = _owner->message();
     if (!drawing) {
         message.assign("can't find drawing object");
@@ -163,9 +163,10 @@ int XMLSheetImplT<C>::getPicture(int index, int *rowTop, int *colLeft, int *rowB
     }
     const DrawingPicture p = drawing->picture(index);
     const std::wstring target = rels->target(packageWide(p.embed));
-    const int id = target.empty() ? -1
-                                  : _owner->picIndex(FileUtil::resolveTarget(
-                                        _owner->getFileName(drawing), target));
+    const int id =
+        target.empty()
+            ? -1
+            : _owner->picIndex(FileUtil::resolveTarget(_owner->getFileName(drawing), target));
     if (id < 0) {
         message.assign("picture not found");
         return -1;

@@ -1,0 +1,228 @@
+// Pictures on Open XML sheets: placed, saved, loaded and read back with
+// their anchors, kinds and bytes; the messages; the package parts a placed
+// picture makes; drawings of real files through a save.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "ooxml/book/xml_book_impl.h"
+#include "ooxml/drawing/drawing.h"
+#include "ooxml/package/zip_package.h"
+#include "ooxml/xml_book_proxy.h"
+#include "support/test_images.h"
+#include "support/xml_parts.h"
+#include "tabrix.h"
+
+using namespace tabrix;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Entries = std::map<std::wstring, std::string>;
+
+Entries unzip(const char *bytes, size_t size) {
+    ZipReader r(bytes, size);
+    Entries out;
+    for (size_t i = 0; i < r.size(); ++i) {
+        char *data = nullptr;
+        size_t length = 0;
+        r.data(i, data, length);
+        out[r.name(i)] = std::string(data ? data : "", length);
+        std::free(data);
+    }
+    return out;
+}
+
+struct Book {
+    IBookT<char> *b = static_cast<IBookT<char> *>(tbCreateXMLBookA());
+    ~Book() { b->release(); }
+    IBookT<char> *operator->() { return b; }
+    std::string msg() { return b->errorMessage(); }
+};
+
+bool has(const std::string &text, const std::string &part) {
+    return text.find(part) != std::string::npos;
+}
+
+// Default cells are 64 by 20 pixels.
+TEST(XMLPictures, PlacedSavedAndReadBack) {
+    struct Case {
+        const char *what;
+        std::string image;
+        int kind; // what the book's getPicture answers: 0 PNG, 1 JPEG, 3 DIB, 4 EMF
+        int sheet, row, col;
+        double scale; // 0: setPicture2 with width and height
+        int width, height, offsetX, offsetY;
+        // expected anchor: bottom-right cell and what is read back
+        int rowBottom, colRight, readWidth, readHeight, readX, readY;
+        const char *message;
+    };
+    const Case cases[] = {
+        {"png at A1, own size", testimages::png(100, 50), 0, 0, 0, 0, 1.0, 0, 0, 0, 0, 2, 1, 100,
+         50, 0, 0, "ok"},
+        {"jpeg scaled by 2", testimages::jpeg(40, 30), 1, 0, 3, 2, 2.0, 0, 0, 5, 4, 6, 3, 80, 60, 5,
+         4, "ok"},
+        {"bmp sized exactly to a cell", testimages::bmp(8, 8), 3, 1, 10, 5, 0, 64, 20, 0, 0, 11, 6,
+         64, 20, 0, 0, "ok"},
+        {"emf with offsets", testimages::emf(200, 120), 4, 1, 0, 0, 0, 150, 45, 10, 15, 3, 2, 150,
+         45, 10, 15, "ok"},
+        {"x offset cut to the width", testimages::png(10, 10), 0, 0, 20, 0, 1.0, 0, 0, 70, 0, 20, 1,
+         10, 10, 64, 0, "warning: offset_x exceed cell's width"},
+        {"y offset cut to the height", testimages::png(10, 10), 0, 0, 30, 0, 1.0, 0, 0, 0, 25, 31,
+         0, 10, 10, 0, 20, "warning: offset_y exceed cell's height"},
+        {"both offsets cut", testimages::png(10, 10), 0, 1, 40, 0, 1.0, 0, 0, 99, 99, 41, 1, 10, 10,
+         64, 20, "warning: offset_x and offset_y exceed cell's size"},
+    };
+    Book b;
+    b->addSheet("one", nullptr);
+    b->addSheet("two", nullptr);
+    std::vector<int> ids;
+    for (const Case &c : cases) {
+        const int id = b->addPicture2(c.image.data(), unsigned(c.image.size()));
+        ASSERT_GE(id, 0) << c.what << ": " << b.msg();
+        ids.push_back(id);
+        ISheetT<char> *s = b->getSheet(c.sheet);
+        if (c.scale > 0)
+            s->setPicture(c.row, c.col, id, c.scale, c.offsetX, c.offsetY);
+        else
+            s->setPicture2(c.row, c.col, id, c.width, c.height, c.offsetX, c.offsetY);
+        EXPECT_EQ(b.msg(), c.message) << c.what;
+    }
+    const char *bytes = nullptr;
+    unsigned size = 0;
+    ASSERT_TRUE(b->saveRaw(&bytes, &size)) << b.msg();
+    Entries parts = unzip(bytes, size);
+    // One drawing a sheet, each named in the sheet's relationships and the
+    // content types.
+    EXPECT_TRUE(has(parts[L"/xl/worksheets/_rels/sheet1.xml.rels"], "../drawings/drawing1.xml"));
+    EXPECT_TRUE(has(parts[L"/xl/worksheets/_rels/sheet2.xml.rels"], "../drawings/drawing2.xml"));
+    EXPECT_TRUE(has(parts[L"/[Content_Types].xml"], "/xl/drawings/drawing2.xml"));
+    EXPECT_TRUE(has(parts[L"/xl/drawings/_rels/drawing1.xml.rels"], "../media/image1.png"));
+
+    Book again;
+    ASSERT_TRUE(again->loadRaw(bytes, size)) << again.msg();
+    int onSheet[2] = {0, 0};
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        const Case &c = cases[i];
+        ISheetT<char> *s = again->getSheet(c.sheet);
+        int rowTop, colLeft, rowBottom, colRight, width, height, x, y;
+        const int id = s->getPicture(onSheet[c.sheet]++, &rowTop, &colLeft, &rowBottom, &colRight,
+                                     &width, &height, &x, &y);
+        EXPECT_EQ(again.msg(), "ok") << c.what;
+        const char *data = nullptr;
+        unsigned length = 0;
+        ASSERT_GE(id, 0) << c.what;
+        EXPECT_EQ(again->getPicture(id, &data, &length), c.kind) << c.what;
+        EXPECT_EQ(std::string(data, length), c.image) << c.what;
+        EXPECT_EQ(std::vector<int>({rowTop, colLeft, rowBottom, colRight, width, height, x, y}),
+                  std::vector<int>({c.row, c.col, c.rowBottom, c.colRight, c.readWidth,
+                                    c.readHeight, c.readX, c.readY}))
+            << c.what;
+    }
+    EXPECT_EQ(again->getSheet(0)->pictureSize(), onSheet[0]);
+    EXPECT_EQ(again->getSheet(1)->pictureSize(), onSheet[1]);
+}
+
+TEST(XMLPictures, Messages) {
+    struct Case {
+        const char *what;
+        std::function<int(IBookT<char> &, ISheetT<char> &)> act;
+        int result;
+        const char *message;
+    };
+    const std::string png = testimages::png(4, 4);
+    const Case cases[] = {
+        {"setPicture of no picture",
+         [](IBookT<char> &, ISheetT<char> &s) { return s.setPicture(0, 0, 1, 1.0, 0, 0), 0; }, 0,
+         "pictureId is out of range"},
+        {"setPicture2 of a negative id",
+         [](IBookT<char> &, ISheetT<char> &s) { return s.setPicture2(0, 0, -1, 5, 5, 0, 0), 0; }, 0,
+         "pictureId is out of range"},
+        {"getPicture of a sheet without a drawing",
+         [](IBookT<char> &, ISheetT<char> &s) {
+             return s.getPicture(0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr);
+         },
+         -1, "can't find drawing object"},
+        {"getPicture past the last picture",
+         [](IBookT<char> &, ISheetT<char> &s) {
+             s.setPicture(0, 0, 0, 1.0, 0, 0);
+             return s.getPicture(1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr);
+         },
+         -1, "picture index is out of range"},
+        {"the same picture twice",
+         [](IBookT<char> &, ISheetT<char> &s) {
+             s.setPicture(0, 0, 0, 1.0, 0, 0);
+             s.setPicture(5, 5, 0, 1.0, 0, 0);
+             return s.getPicture(1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr) +
+                    10 * s.pictureSize();
+         },
+         20, "ok"},
+    };
+    for (const Case &c : cases) {
+        Book b;
+        ISheetT<char> *s = b->addSheet("a", nullptr);
+        ASSERT_EQ(b->addPicture2(png.data(), unsigned(png.size())), 0);
+        EXPECT_EQ(c.act(*b.b, *s), c.result) << c.what;
+        EXPECT_EQ(b.msg(), c.message) << c.what;
+    }
+}
+
+// Drawings of the corpus are read by the binding, come back through a save
+// unchanged, and each picture they hold is found in the book.
+TEST(XMLPictures, CorpusDrawingsKeptAndPicturesFound) {
+    const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
+    if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
+    int drawings = 0, pictures = 0;
+    for (const auto &e : fs::recursive_directory_iterator(corpus)) {
+        const std::string ext = e.path().extension().string();
+        if (ext != ".xlsx" && ext != ".xlsm") continue;
+        XMLBookProxy<char> book;
+        if (!book.load(e.path().string().c_str())) continue; // the book test covers loading
+        auto *impl = dynamic_cast<XMLBookImplT<char> *>(book.impl());
+        ASSERT_TRUE(impl);
+        const std::string file = xmlparts::slurp(e.path());
+        Entries source = unzip(file.data(), file.size());
+        std::map<std::wstring, std::string> before;
+        for (const auto &p : impl->parts())
+            if (impl->contentTypes().contentType(p.first) ==
+                L"application/vnd.openxmlformats-officedocument.drawing+xml") {
+                EXPECT_TRUE(dynamic_cast<Drawing *>(p.second)) << e.path() << " kept as bytes";
+                before[p.first] = source[p.first];
+            }
+        if (before.empty()) continue;
+        for (int i = 0; i < book.sheetCount(); ++i) {
+            ISheetT<char> *s = book.getSheet(i);
+            if (!s || book.sheetType(i) != SHEETTYPE_SHEET) continue;
+            for (int k = 0; k < s->pictureSize(); ++k, ++pictures) {
+                int w = 0, h = 0;
+                const int id =
+                    s->getPicture(k, nullptr, nullptr, nullptr, nullptr, &w, &h, nullptr, nullptr);
+                EXPECT_GE(id, 0) << e.path() << " picture " << k << ": " << book.errorMessage();
+                EXPECT_TRUE(w >= 0 && h >= 0) << e.path();
+            }
+        }
+        const char *bytes = nullptr;
+        unsigned size = 0;
+        ASSERT_TRUE(book.saveRaw(&bytes, &size)) << e.path();
+        Entries saved = unzip(bytes, size);
+        std::map<std::wstring, std::string, CaseInsensitiveLess> savedParts(saved.begin(),
+                                                                            saved.end());
+        for (const auto &d : before) {
+            ++drawings;
+            const std::string source = xmlparts::canonicalXml(d.second);
+            EXPECT_FALSE(source.empty()) << e.path();
+            EXPECT_EQ(xmlparts::canonicalXml(savedParts[d.first]), source) << e.path();
+        }
+    }
+    EXPECT_GT(drawings, 100);
+    EXPECT_GT(pictures, 20);
+}
+
+} // namespace
