@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 
+#include "book/tberror.h"
 #include "ooxml/book/xml_book_impl.h"
 #include "ooxml/drawing/drawing.h"
 #include "ooxml/package/zip_package.h"
@@ -172,6 +173,50 @@ TEST(XMLPictures, Messages) {
         EXPECT_EQ(c.act(*b.b, *s), c.result) << c.what;
         EXPECT_EQ(b.msg(), c.message) << c.what;
     }
+}
+
+// A drawing of every anchor kind: pictures of one-cell and two-cell anchors
+// counted in order, the chart and the group shape left alone and written
+// back, a new picture counted last.
+TEST(XMLPictures, DrawingAnchors) {
+    const std::string xml =
+        "<xdr:wsDr xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/"
+        "spreadsheetDrawing\" xmlns:a=\"http://schemas.openxmlformats.org/drawingml/2006/main\" "
+        "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
+        "<xdr:twoCellAnchor><xdr:from><xdr:col>4</xdr:col><xdr:colOff>0</xdr:colOff><xdr:row>1"
+        "</xdr:row><xdr:rowOff>0</xdr:rowOff></xdr:from><xdr:to><xdr:col>9</xdr:col><xdr:colOff>0"
+        "</xdr:colOff><xdr:row>15</xdr:row><xdr:rowOff>0</xdr:rowOff></xdr:to><xdr:graphicFrame "
+        "macro=\"\"><xdr:nvGraphicFramePr><xdr:cNvPr id=\"3\" name=\"Chart 1\"/>"
+        "<xdr:cNvGraphicFramePr/></xdr:nvGraphicFramePr><xdr:xfrm/><a:graphic><a:graphicData "
+        "uri=\"urn:chart\"/></a:graphic></xdr:graphicFrame><xdr:clientData/></xdr:twoCellAnchor>"
+        "<xdr:oneCellAnchor><xdr:from><xdr:col>1</xdr:col><xdr:colOff>19050</xdr:colOff><xdr:row>2"
+        "</xdr:row><xdr:rowOff>9525</xdr:rowOff></xdr:from><xdr:ext cx=\"952500\" "
+        "cy=\"476250\"/><xdr:pic><xdr:nvPicPr><xdr:cNvPr id=\"2\" name=\"P\"/><xdr:cNvPicPr/>"
+        "</xdr:nvPicPr><xdr:blipFill><a:blip r:embed=\"rId7\"/></xdr:blipFill><xdr:spPr/>"
+        "</xdr:pic><xdr:clientData/></xdr:oneCellAnchor>"
+        "<xdr:absoluteAnchor><xdr:pos x=\"0\" y=\"0\"/><xdr:ext cx=\"9\" cy=\"9\"/><xdr:grpSp>"
+        "<xdr:nvGrpSpPr><xdr:cNvPr id=\"4\" name=\"G\"/><xdr:cNvGrpSpPr/></xdr:nvGrpSpPr>"
+        "<xdr:grpSpPr/></xdr:grpSp><xdr:clientData/></xdr:absoluteAnchor></xdr:wsDr>";
+    Drawing d(binding::TRANSITIONAL, xml.data(), xml.size());
+    ASSERT_EQ(d.pictureSize(), 1);
+    DrawingPicture p = d.picture(0);
+    EXPECT_EQ(p.kind, DrawingPicture::OneCell);
+    EXPECT_EQ(
+        std::vector<int64_t>({p.from.col, p.from.row, p.from.colOff, p.from.rowOff, p.cx, p.cy}),
+        std::vector<int64_t>({1, 2, 19050, 9525, 952500, 476250}));
+    EXPECT_EQ(p.embed, "rId7");
+    d.addAnchor(3, 4, 5, 6, 1, 2, 3, 4, "rId8");
+    std::string out;
+    d.save(out);
+    Drawing again(binding::TRANSITIONAL, out.data(), out.size());
+    ASSERT_EQ(again.pictureSize(), 2);
+    p = again.picture(1);
+    EXPECT_EQ(std::vector<int64_t>({p.from.row, p.from.col, p.to.row, p.to.col, p.from.colOff,
+                                    p.from.rowOff, p.to.colOff, p.to.rowOff}),
+              std::vector<int64_t>({3, 4, 5, 6, 9525, 19050, 28575, 38100}));
+    EXPECT_EQ(p.embed, "rId8");
+    EXPECT_TRUE(has(out, "Chart 1") && has(out, "grpSp")) << out;
+    EXPECT_THROW(again.picture(2), tberror);
 }
 
 // Drawings of the corpus are read by the binding, come back through a save
