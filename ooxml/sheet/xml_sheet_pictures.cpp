@@ -3,6 +3,7 @@
 // book.  The drawing and its relationships are made on first use.
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -28,59 +29,64 @@ double attributeNumber(const binding::c_node *n, const char *name, double fallba
     return v ? std::strtod(v->c_str(), nullptr) : fallback;
 }
 
-// Pixel sizes of the sheet's cells, read from its columns, rows and
-// format defaults.
+// Pixel sizes of the sheet's cells, from its columns, rows and format
+// defaults, read once so that a walk over many cells stays cheap.
 class CellPixels {
 public:
-    CellPixels(binding::c_node &worksheet, int maxDigWidth)
-        : _root(worksheet), _digit(maxDigWidth), _format(worksheet.child("sheetFormatPr")) {}
-
-    int col(int col) const {
-        if (binding::c_node *cols = _root.child("cols")) {
+    CellPixels(binding::c_node &worksheet, int maxDigWidth) {
+        const binding::c_node *format = worksheet.child("sheetFormatPr");
+        if (format && format->attribute("defaultColWidth"))
+            _defaultCol = ExcelUnitsConverter::xmlWidthToPx(
+                attributeNumber(format, "defaultColWidth", 0), maxDigWidth);
+        else
+            _defaultCol = ExcelUnitsConverter::defaultColWidthPx(
+                int(attributeNumber(format, "baseColWidth", 8)), maxDigWidth);
+        _defaultRow = pixels(attributeNumber(format, "defaultRowHeight", 15.0));
+        if (binding::c_node *cols = worksheet.child("cols")) {
             binding::c_cols list(cols);
             for (size_t i = 0; i < list.size_col(); ++i) {
                 binding::c_col c = list.get_col(i);
-                if (uint32_t(col) + 1 < c.get_min() || uint32_t(col) + 1 > c.get_max()) continue;
-                if (c.get_hidden()) return 0;
-                if (c.isset_width())
-                    return ExcelUnitsConverter::xmlWidthToPx(c.get_width(), _digit);
-                break;
+                if (!c.get_hidden() && !c.isset_width()) continue;
+                const int px = c.get_hidden()
+                                   ? 0
+                                   : ExcelUnitsConverter::xmlWidthToPx(c.get_width(), maxDigWidth);
+                _cols.push_back({c.get_min(), c.get_max(), px});
             }
         }
-        if (_format && _format->attribute("defaultColWidth"))
-            return ExcelUnitsConverter::xmlWidthToPx(attributeNumber(_format, "defaultColWidth", 0),
-                                                     _digit);
-        const int base = int(attributeNumber(_format, "baseColWidth", 8));
-        return ExcelUnitsConverter::defaultColWidthPx(base, _digit);
+        if (binding::c_node *data = worksheet.child("sheetData"))
+            for (const binding::c_child &child : data->_children) {
+                if (child.kind != binding::K_HAND) continue;
+                binding::c_row r(static_cast<binding::c_row_data *>(child.hand.get()));
+                if (r.get_hidden())
+                    _rows[r.get_r()] = 0;
+                else if (r.isset_ht())
+                    _rows[r.get_r()] = pixels(r.get_ht());
+            }
+    }
+
+    // The first span naming the column decides.
+    int col(int col) const {
+        const uint32_t number = uint32_t(col) + 1;
+        for (const Span &s : _cols)
+            if (number >= s.min && number <= s.max) return s.px;
+        return _defaultCol;
     }
 
     int row(int row) const {
-        double points = attributeNumber(_format, "defaultRowHeight", 15.0);
-        if (binding::c_node *data = _root.child("sheetData")) {
-            binding::c_sheet_data rows(data);
-            size_t lo = 0, hi = rows.size_row();
-            while (lo < hi) {
-                const size_t mid = (lo + hi) / 2;
-                if (rows.get_row(mid).get_r() < uint32_t(row) + 1)
-                    lo = mid + 1;
-                else
-                    hi = mid;
-            }
-            if (lo < rows.size_row()) {
-                binding::c_row r = rows.get_row(lo);
-                if (r.get_r() == uint32_t(row) + 1) {
-                    if (r.get_hidden()) return 0;
-                    if (r.isset_ht()) points = r.get_ht();
-                }
-            }
-        }
-        return int(points * 20.0 + 0.5) / 15;
+        auto it = _rows.find(uint32_t(row) + 1);
+        return it == _rows.end() ? _defaultRow : it->second;
     }
 
 private:
-    binding::c_node &_root;
-    int _digit;
-    binding::c_node *_format;
+    struct Span {
+        uint32_t min, max;
+        int px;
+    };
+    static int pixels(double points) { return int(points * 20.0 + 0.5) / 15; }
+
+    std::vector<Span> _cols;
+    std::map<uint32_t, int> _rows; // by one-based row number
+    int _defaultCol = 64, _defaultRow = 20;
 };
 
 // Walks `length` pixels from `first` over sizes `size(i)`: the cell where

@@ -176,6 +176,46 @@ TEST(XMLPictures, Messages) {
     }
 }
 
+// Custom column widths and row heights move the far corner, and the size
+// read back adds them up again.
+TEST(XMLPictures, SizedCells) {
+    Book made;
+    made->addSheet("a", nullptr);
+    const char *bytes = nullptr;
+    unsigned size = 0;
+    ASSERT_TRUE(made->saveRaw(&bytes, &size));
+    Entries parts = unzip(bytes, size);
+    std::string &sheet = parts[L"/xl/worksheets/sheet1.xml"];
+    const size_t at = sheet.find("<sheetData/>");
+    ASSERT_NE(at, std::string::npos) << sheet;
+    // Columns B:C are 140 pixels, row 2 is 40 and row 4 hidden.
+    sheet.replace(at, 12,
+                  "<cols><col min=\"2\" max=\"3\" width=\"20\" customWidth=\"1\"/></cols>"
+                  "<sheetData><row r=\"2\" ht=\"30\" customHeight=\"1\"/>"
+                  "<row r=\"4\" hidden=\"1\"/></sheetData>");
+    ZipWriter w;
+    for (const auto &p : parts) w.add(p.first, p.second.data(), p.second.size());
+    w.close();
+    char *zipped = nullptr;
+    size_t zippedSize = 0;
+    w.getRaw(zipped, zippedSize);
+    Book b;
+    const bool loaded = b->loadRaw(zipped, unsigned(zippedSize));
+    std::free(zipped);
+    ASSERT_TRUE(loaded) << b.msg();
+    const std::string png = testimages::png(200, 85);
+    b->getSheet(0)->setPicture(0, 0, b->addPicture2(png.data(), unsigned(png.size())), 1.0, 0, 0);
+    int rowTop, colLeft, rowBottom, colRight, width, height, x, y;
+    b->getSheet(0)->getPicture(0, &rowTop, &colLeft, &rowBottom, &colRight, &width, &height, &x,
+                               &y);
+    EXPECT_EQ(std::vector<int>({rowBottom, colRight, width, height}),
+              std::vector<int>({4, 1, 200, 85}));
+    ASSERT_TRUE(b->saveRaw(&bytes, &size));
+    EXPECT_TRUE(has(unzip(bytes, size)[L"/xl/drawings/drawing1.xml"],
+                    "<xdr:to><xdr:col>1</xdr:col><xdr:colOff>1295400</xdr:colOff><xdr:row>4</"
+                    "xdr:row><xdr:rowOff>47625</xdr:rowOff></xdr:to>"));
+}
+
 // A Strict book takes a picture in its own edition and reads it back.
 TEST(XMLPictures, StrictBook) {
     const fs::path file = fs::path(TABRIX_CORPUS_DIR) / "public/calamine/strict_iso_paths.xlsx";
