@@ -166,6 +166,14 @@ TEST(XMLPictures, Messages) {
                     10 * s.pictureSize();
          },
          20, "ok"},
+        {"a copy of the sheet shares its drawing",
+         [](IBookT<char> &b, ISheetT<char> &s) {
+             s.setPicture(0, 0, 0, 1.0, 0, 0);
+             ISheetT<char> *copy = b.addSheet("b", &s);
+             copy->setPicture(3, 3, 0, 1.0, 0, 0);
+             return s.pictureSize() + 10 * copy->pictureSize();
+         },
+         22, "ok"},
     };
     for (const Case &c : cases) {
         Book b;
