@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 
 #include "book/tberror.h"
@@ -26,10 +27,12 @@ namespace {
 
 using Entries = std::map<std::wstring, std::string>;
 
-Entries unzip(const char *bytes, size_t size) {
+// The entries of an archive, or those of the names in `only`.
+Entries unzip(const char *bytes, size_t size, const std::set<std::wstring> *only = nullptr) {
     ZipReader r(bytes, size);
     Entries out;
     for (size_t i = 0; i < r.size(); ++i) {
+        if (only && !only->count(r.name(i))) continue;
         char *data = nullptr;
         size_t length = 0;
         r.data(i, data, length);
@@ -309,16 +312,16 @@ TEST(XMLPictures, CorpusDrawingsKeptAndPicturesFound) {
         if (!book.load(e.path().string().c_str())) continue; // the book test covers loading
         auto *impl = dynamic_cast<XMLBookImplT<char> *>(book.impl());
         ASSERT_TRUE(impl);
-        const std::string file = xmlparts::slurp(e.path());
-        Entries source = unzip(file.data(), file.size());
-        std::map<std::wstring, std::string> before;
+        std::set<std::wstring> names;
         for (const auto &p : impl->parts())
             if (impl->contentTypes().contentType(p.first) ==
                 L"application/vnd.openxmlformats-officedocument.drawing+xml") {
                 EXPECT_TRUE(dynamic_cast<Drawing *>(p.second)) << e.path() << " kept as bytes";
-                before[p.first] = source[p.first];
+                names.insert(p.first);
             }
-        if (before.empty()) continue;
+        if (names.empty()) continue;
+        const std::string file = xmlparts::slurp(e.path());
+        const Entries before = unzip(file.data(), file.size(), &names);
         for (int i = 0; i < book.sheetCount(); ++i) {
             ISheetT<char> *s = book.getSheet(i);
             if (!s || book.sheetType(i) != SHEETTYPE_SHEET) continue;
@@ -333,7 +336,7 @@ TEST(XMLPictures, CorpusDrawingsKeptAndPicturesFound) {
         const char *bytes = nullptr;
         unsigned size = 0;
         ASSERT_TRUE(book.saveRaw(&bytes, &size)) << e.path();
-        Entries saved = unzip(bytes, size);
+        Entries saved = unzip(bytes, size, &names);
         std::map<std::wstring, std::string, CaseInsensitiveLess> savedParts(saved.begin(),
                                                                             saved.end());
         for (const auto &d : before) {
