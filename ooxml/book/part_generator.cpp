@@ -1,6 +1,7 @@
 #include "ooxml/book/part_generator.h"
 
 #include "ooxml/book/xml_book_impl.h"
+#include "ooxml/drawing/drawing.h"
 #include "ooxml/package/package_names.h"
 #include "ooxml/sheet/xml_sheet_impl.h"
 
@@ -22,7 +23,16 @@ XFile *XGenerator<C>::create(XMLBookImplT<C> &book, const char *bytes, size_t si
     if (type == pkg::kCtWorksheet)
         return new FramedSheetT<XMLSheetImplT<C>>(book, edition, bytes, size);
     if (type == pkg::kCtChartsheet) return new XMLChartSheet(bytes, size);
-    // Theme, properties, printer settings, drawings, comments, tables, VBA
+    if (type == pkg::kCtDrawing) {
+        // A drawing the binding can't read still comes through a save as
+        // bytes; its pictures are then not listed.
+        try {
+            return new Drawing(edition, bytes, size);
+        } catch (const std::exception &) {
+            return new BinaryFile(bytes, size);
+        }
+    }
+    // Theme, properties, printer settings, comments, tables, VBA
     // and anything unknown stay as they are.
     return new BinaryFile(bytes, size);
 }

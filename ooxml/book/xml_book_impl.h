@@ -151,6 +151,13 @@ public:
     // Stores `file` under prefix + n + "." + extension, the first n free.
     std::wstring addFile(XFile *file, const std::wstring &prefix, const std::wstring &extension);
     int picIndex(const std::wstring &imagePath) const;
+    // The picture of an id, or null when out of range.
+    const PicInfo *pictureInfo(int id) const {
+        return id < 0 || size_t(id) >= _pictures.size() ? nullptr : &_pictures[size_t(id)];
+    }
+    // Stores a new part under `name`; the book owns it.
+    void addPart(const std::wstring &name, XFile *file) { storePart(name, file); }
+    ContentTypes &contentTypes() { return *_contentTypes; }
 
 protected:
     XString &frameMessage() { return _message; }

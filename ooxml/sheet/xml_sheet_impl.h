@@ -18,6 +18,7 @@
 namespace tabrix {
 
 template <class C> class XMLBookImplT;
+class Drawing;
 
 template <class C> class XMLSheetImplT : public XMLSheetCellsT<C>, public XFile {
 public:
@@ -138,6 +139,16 @@ public:
     int namedRangeSize() override;
     const C *namedRange(int index, int *rowFirst, int *rowLast, int *colFirst, int *colLast,
                         int *scopeId, bool *hidden) override;
+    // ---- pictures (xml_sheet_pictures.cpp) ----
+    int pictureSize() override;
+    int getPicture(int index, int *rowTop, int *colLeft, int *rowBottom, int *colRight, int *width,
+                   int *height, int *offsetX, int *offsetY) override;
+    void setPicture(int row, int col, int pictureId, double scale, int offsetX,
+                    int offsetY) override;
+    void setPicture2(int row, int col, int pictureId, int width, int height, int offsetX,
+                     int offsetY) override;
+    // The drawing a relation of the sheet names, or null.
+    Drawing *getDrawing(const std::wstring &relationId);
 
 protected:
     XString &frameMessage();

@@ -33,6 +33,14 @@ usage: oracle.py READER PATH [utf8]
                "PIC r c" (the anchor's first cell), "CHART r c", "NOTE r c
                text", sorted, under "SHEET name"; texts as UTF-8 (the
                conversion keeps no comment authors)
+  openpyxl-pictures  the pictures of each worksheet of an Open XML book, as
+               openpyxl's drawing reader finds them: after "SHEET name", one
+               line a picture, sorted, "PIC row col row2 col2 dx dy dx2 dy2
+               size crc32" (offsets in pixels; a one-cell anchor has "-" for
+               the far cell and gives its extent as dx2 dy2), then
+               "OTHER n" with the count of anchors holding something else
+  libreoffice-pictures  the same after LibreOffice has read the book and
+               saved it as Open XML
 
 Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
 kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
@@ -339,6 +347,63 @@ def dump_libreoffice_sheets():
         subprocess.run(['rm', '-rf', out])
 
 
+def dump_pictures(book_path):
+    """Pictures through openpyxl's own package and drawing readers; the
+    image objects themselves need an imaging library, so the bytes are
+    taken from the archive as the drawing's relationships name them."""
+    import zipfile, zlib
+    from openpyxl.drawing.spreadsheet_drawing import SpreadsheetDrawing
+    from openpyxl.packaging.relationship import get_dependents, get_rels_path
+    from openpyxl.reader.excel import _find_workbook_part
+    from openpyxl.packaging.manifest import Manifest
+    from openpyxl.reader.workbook import WorkbookParser
+    from openpyxl.xml.functions import fromstring
+    archive = zipfile.ZipFile(book_path)
+    names = set(archive.namelist())
+    package = Manifest.from_tree(fromstring(archive.read('[Content_Types].xml')))
+    parser = WorkbookParser(archive, _find_workbook_part(package).PartName[1:])
+    parser.parse()
+    emu = 9525
+    for sheet, rel in parser.find_sheets():
+        print('SHEET', text(sheet.name))
+        rels_path = get_rels_path(rel.target)
+        if rels_path not in names:
+            continue
+        lines, other = [], 0
+        for r in get_dependents(archive, rels_path).find(SpreadsheetDrawing._rel_type):
+            drawing = SpreadsheetDrawing.from_tree(fromstring(archive.read(r.target)))
+            drels = get_rels_path(r.target)
+            deps = get_dependents(archive, drels) if drels in names else None
+            for a in drawing.twoCellAnchor + drawing.oneCellAnchor + drawing.absoluteAnchor:
+                if a.pic is None or a.pic.blipFill is None or a.pic.blipFill.blip is None:
+                    other += 1
+                    continue
+                data = archive.read(deps[a.pic.blipFill.blip.embed].target)
+                f = a._from
+                if a.tagname == 'twoCellAnchor':
+                    far = '%d %d %d %d %d %d' % (a.to.row, a.to.col, f.colOff // emu, f.rowOff // emu,
+                                                  a.to.colOff // emu, a.to.rowOff // emu)
+                elif a.tagname == 'oneCellAnchor':
+                    far = '- - %d %d %d %d' % (f.colOff // emu, f.rowOff // emu, a.ext.width // emu,
+                                               a.ext.height // emu)
+                else:
+                    other += 1
+                    continue
+                lines.append('PIC %d %d %s %d %08x' % (f.row, f.col, far, len(data),
+                                                       zlib.crc32(data) & 0xffffffff))
+        for line in sorted(lines):
+            print(line)
+        print('OTHER', other)
+
+
+def dump_libreoffice_pictures():
+    out, files = lo_convert('xlsx:Calc MS Excel 2007 XML', '.xlsx')
+    try:
+        dump_pictures(files[0])
+    finally:
+        subprocess.run(['rm', '-rf', out])
+
+
 def dump_styles():
     import openpyxl
     ws = openpyxl.load_workbook(path).worksheets[0]
@@ -421,6 +486,8 @@ try:
      'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
      'make-xlwt': make_xlwt, 'drawings': dump_drawings,
      'openpyxl-dims': lambda: dump_dims(path), 'libreoffice-dims': lambda: lo_resaved(dump_dims),
-     'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': dump_styles}[reader]()
+     'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': dump_styles,
+     'openpyxl-pictures': lambda: dump_pictures(path),
+     'libreoffice-pictures': dump_libreoffice_pictures}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)

@@ -1,0 +1,238 @@
+// Pictures on Open XML sheets: placed, saved, loaded and read back with
+// their anchors, kinds and bytes; the messages; drawings of real files
+// through a save.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ooxml/book/xml_book_impl.h"
+#include "ooxml/drawing/drawing.h"
+#include "ooxml/package/zip_package.h"
+#include "ooxml/xml_book_proxy.h"
+#include "support/test_images.h"
+#include "support/xml_parts.h"
+#include "tabrix.h"
+
+using namespace tabrix;
+namespace fs = std::filesystem;
+
+namespace {
+
+using Entries = std::map<std::wstring, std::string, CaseInsensitiveLess>;
+
+// The entries of an archive, or those of the names in `only`.
+Entries unzip(const std::string &zip, const std::set<std::wstring> *only = nullptr) {
+    ZipReader r(zip.data(), zip.size());
+    Entries out;
+    for (size_t i = 0; i < r.size(); ++i) {
+        if (only && !only->count(r.name(i))) continue;
+        char *data = nullptr;
+        size_t length = 0;
+        r.data(i, data, length);
+        out[r.name(i)] = std::string(data ? data : "", length);
+        std::free(data);
+    }
+    return out;
+}
+
+struct Book {
+    IBookT<char> *b = static_cast<IBookT<char> *>(tbCreateXMLBookA());
+    ~Book() { b->release(); }
+    IBookT<char> *operator->() { return b; }
+    std::string msg() { return b->errorMessage(); }
+    std::string bytes() {
+        const char *data = nullptr;
+        unsigned size = 0;
+        EXPECT_TRUE(b->saveRaw(&data, &size)) << msg();
+        return std::string(data ? data : "", size);
+    }
+};
+
+// Anchor cells, size and offsets of a sheet's picture, then its kind and
+// whether its bytes are `image`.
+std::vector<int> readBack(IBookT<char> &book, int sheet, int index, const std::string &image) {
+    std::vector<int> v(8);
+    const int id = book.getSheet(sheet)->getPicture(index, &v[0], &v[1], &v[2], &v[3], &v[4], &v[5],
+                                                    &v[6], &v[7]);
+    const char *data = nullptr;
+    unsigned size = 0;
+    v.push_back(book.getPicture(id, &data, &size));
+    v.push_back(data && std::string(data, size) == image);
+    return v;
+}
+
+// Default cells are 64 by 20 pixels.  Kinds: 0 PNG, 1 JPEG, 3 DIB, 4 EMF.
+TEST(XMLPictures, PlacedSavedAndReadBack) {
+    using namespace testimages;
+    struct Case {
+        std::string image;
+        double scale;          // 0: setPicture2 with the width and height
+        std::vector<int> at;   // sheet, row, col, width, height, offsets
+        std::vector<int> read; // as readBack gives it
+        const char *message;
+    };
+    // clang-format off
+    const Case cases[] = {
+        {png(100, 50), 1, {0, 0, 0, 0, 0, 0, 0}, {0, 0, 2, 1, 100, 50, 0, 0, 0, 1}, "ok"},
+        {jpeg(40, 30), 2, {0, 3, 2, 0, 0, 5, 4}, {3, 2, 6, 3, 80, 60, 5, 4, 1, 1}, "ok"},
+        {bmp(8, 8), 0, {1, 10, 5, 64, 20, 0, 0}, {10, 5, 11, 6, 64, 20, 0, 0, 3, 1}, "ok"},
+        {emf(200, 120), 0, {1, 0, 0, 150, 45, 10, 15}, {0, 0, 3, 2, 150, 45, 10, 15, 4, 1},
+         "ok"},
+        {png(10, 10), 1, {0, 20, 0, 0, 0, 70, 0}, {20, 0, 20, 1, 10, 10, 64, 0, 0, 1},
+         "warning: offset_x exceed cell's width"},
+        {png(10, 10), 1, {0, 30, 0, 0, 0, 0, 25}, {30, 0, 31, 0, 10, 10, 0, 20, 0, 1},
+         "warning: offset_y exceed cell's height"},
+        {png(10, 10), 1, {1, 40, 0, 0, 0, 99, 99}, {40, 0, 41, 1, 10, 10, 64, 20, 0, 1},
+         "warning: offset_x and offset_y exceed cell's size"},
+    };
+    // clang-format on
+    Book b;
+    b->addSheet("one", nullptr);
+    b->addSheet("two", nullptr);
+    for (const Case &c : cases) {
+        const int id = b->addPicture2(c.image.data(), unsigned(c.image.size()));
+        const std::vector<int> &a = c.at;
+        if (c.scale > 0)
+            b->getSheet(a[0])->setPicture(a[1], a[2], id, c.scale, a[5], a[6]);
+        else
+            b->getSheet(a[0])->setPicture2(a[1], a[2], id, a[3], a[4], a[5], a[6]);
+        EXPECT_EQ(b.msg(), c.message) << a[1];
+    }
+    const std::string saved = b.bytes();
+    Book again;
+    ASSERT_TRUE(again->loadRaw(saved.data(), unsigned(saved.size()))) << again.msg();
+    int onSheet[2] = {0, 0};
+    for (const Case &c : cases)
+        EXPECT_EQ(readBack(*again.b, c.at[0], onSheet[c.at[0]]++, c.image), c.read) << c.at[1];
+    EXPECT_EQ(again->getSheet(1)->pictureSize(), onSheet[1]);
+}
+
+TEST(XMLPictures, Messages) {
+    struct Case {
+        std::function<int(IBookT<char> &, ISheetT<char> &)> act;
+        int result;
+        const char *message;
+    };
+    auto get = [](ISheetT<char> &s, int i) {
+        return s.getPicture(i, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                            nullptr);
+    };
+    const Case cases[] = {
+        {[](IBookT<char> &, ISheetT<char> &s) { return s.setPicture(0, 0, 1, 1.0, 0, 0), 0; }, 0,
+         "pictureId is out of range"},
+        {[](IBookT<char> &, ISheetT<char> &s) { return s.setPicture2(0, 0, -1, 5, 5, 0, 0), 0; }, 0,
+         "pictureId is out of range"},
+        {[&](IBookT<char> &, ISheetT<char> &s) { return get(s, 0); }, -1,
+         "can't find drawing object"},
+        {[&](IBookT<char> &, ISheetT<char> &s) {
+             return s.setPicture(0, 0, 0, 1, 0, 0), get(s, 1);
+         },
+         -1, "picture index is out of range"},
+        // One image twice on a sheet; a copy of the sheet shares its drawing.
+        {[&](IBookT<char> &b, ISheetT<char> &s) {
+             s.setPicture(0, 0, 0, 1.0, 0, 0);
+             s.setPicture(5, 5, 0, 1.0, 0, 0);
+             b.addSheet("b", &s)->setPicture(3, 3, 0, 1.0, 0, 0);
+             return get(s, 2) + 10 * s.pictureSize();
+         },
+         30, "ok"},
+    };
+    const std::string png = testimages::png(4, 4);
+    for (const Case &c : cases) {
+        Book b;
+        ISheetT<char> *s = b->addSheet("a", nullptr);
+        ASSERT_EQ(b->addPicture2(png.data(), unsigned(png.size())), 0);
+        EXPECT_EQ(c.act(*b.b, *s), c.result) << c.message;
+        EXPECT_EQ(b.msg(), c.message);
+    }
+}
+
+// Columns B:C of 140 pixels, row 2 of 40 and row 4 hidden move the far
+// corner; the size read back adds them up again.  A Strict book places a
+// picture in its own edition.
+TEST(XMLPictures, SizedCellsAndStrict) {
+    Book made;
+    made->addSheet("a", nullptr);
+    Entries parts = unzip(made.bytes());
+    std::string &sheet = parts[L"/xl/worksheets/sheet1.xml"];
+    const size_t at = sheet.find("<sheetData/>");
+    ASSERT_NE(at, std::string::npos) << sheet;
+    sheet.replace(
+        at, 12,
+        "<cols><col min=\"2\" max=\"3\" width=\"20\" customWidth=\"1\"/></cols><sheetData>"
+        "<row r=\"2\" ht=\"30\" customHeight=\"1\"/><row r=\"4\" hidden=\"1\"/></sheetData>");
+    const fs::path dir = fs::path(::testing::TempDir());
+    ZipWriter w((dir / "sized.xlsx").wstring());
+    for (const auto &p : parts) w.add(p.first, p.second.data(), p.second.size());
+    w.close();
+    const fs::path strict = fs::path(TABRIX_CORPUS_DIR) / "public/calamine/strict_iso_paths.xlsx";
+    const std::string png = testimages::png(200, 85);
+    for (const fs::path &file : {dir / "sized.xlsx", strict}) {
+        if (!fs::exists(file)) continue;
+        Book b;
+        ASSERT_TRUE(b->load(file.string().c_str())) << b.msg();
+        b->getSheet(0)->setPicture(0, 0, b->addPicture2(png.data(), unsigned(png.size())), 1, 0, 0);
+        const fs::path saved = dir / "sized_saved.xlsx";
+        ASSERT_TRUE(b->save(saved.string().c_str())) << b.msg();
+        Book again; // loaded by name, which tries both editions
+        ASSERT_TRUE(again->load(saved.string().c_str())) << again.msg();
+        const std::vector<int> want = file == strict
+                                          ? std::vector<int>{0, 0, 3, 1, 200, 85, 0, 0, 0, 1}
+                                          : std::vector<int>{0, 0, 4, 1, 200, 85, 0, 0, 0, 1};
+        EXPECT_EQ(readBack(*again.b, 0, 0, png), want) << file;
+        std::remove(saved.string().c_str());
+    }
+}
+
+// Drawings of the corpus are read by the binding, come back through a save
+// unchanged, and each picture they hold is found in the book.
+TEST(XMLPictures, CorpusDrawingsKeptAndPicturesFound) {
+    const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
+    if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
+    int drawings = 0, pictures = 0;
+    for (const auto &e : fs::recursive_directory_iterator(corpus)) {
+        const std::string ext = e.path().extension().string();
+        if (ext != ".xlsx" && ext != ".xlsm") continue;
+        XMLBookProxy<char> book;
+        if (!book.load(e.path().string().c_str())) continue; // the book test covers loading
+        auto *impl = dynamic_cast<XMLBookImplT<char> *>(book.impl());
+        ASSERT_TRUE(impl);
+        std::set<std::wstring> names;
+        for (const auto &p : impl->parts())
+            if (impl->contentTypes().contentType(p.first) ==
+                L"application/vnd.openxmlformats-officedocument.drawing+xml") {
+                EXPECT_TRUE(dynamic_cast<Drawing *>(p.second)) << e.path() << " kept as bytes";
+                names.insert(p.first);
+            }
+        if (names.empty()) continue;
+        for (int i = 0; i < book.sheetCount(); ++i)
+            for (int k = 0;
+                 book.sheetType(i) == SHEETTYPE_SHEET && k < book.getSheet(i)->pictureSize();
+                 ++k, ++pictures)
+                EXPECT_GE(book.getSheet(i)->getPicture(k, nullptr, nullptr, nullptr, nullptr,
+                                                       nullptr, nullptr, nullptr, nullptr),
+                          0)
+                    << e.path() << " picture " << k << ": " << book.errorMessage();
+        const char *bytes = nullptr;
+        unsigned size = 0;
+        ASSERT_TRUE(book.saveRaw(&bytes, &size)) << e.path();
+        Entries saved = unzip(std::string(bytes, size), &names);
+        for (const auto &d : unzip(xmlparts::slurp(e.path()), &names)) {
+            ++drawings;
+            const std::string source = xmlparts::canonicalXml(d.second);
+            EXPECT_FALSE(source.empty()) << e.path();
+            EXPECT_EQ(xmlparts::canonicalXml(saved[d.first]), source) << e.path();
+        }
+    }
+    EXPECT_GT(drawings, 100);
+    EXPECT_GT(pictures, 20);
+}
+
+} // namespace
