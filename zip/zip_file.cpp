@@ -76,7 +76,7 @@ CZipMemFile::~CZipMemFile() {
 }
 
 size_t CZipMemFile::Read(void *buf, size_t n) {
-    if (_pos >= _size) return 0;
+    if (n == 0 || _pos >= _size) return 0;
     size_t got = static_cast<size_t>(std::min<uint64_t>(n, _size - _pos));
     memcpy(buf, _data + _pos, got);
     _pos += got;
