@@ -205,16 +205,7 @@ template <class C> void XMLSheetImplT<C>::clearPrintRepeats() {
 // The print titles are one name of up to two parts, rows "$1:$2" and
 // columns "$A:$C"; setting one part keeps the other.
 template <class C> void XMLSheetImplT<C>::setRepeat(bool rows, int first, int last) {
-    if (last < first)
-        throw tberror(rows ? "rowLast must be greater than or equal to rowFirst"
-                           : "colLast must be greater than or equal to colFirst");
-    if (rows) {
-        checkXmlRow(first);
-        checkXmlRow(last);
-    } else {
-        checkXmlCol(first);
-        checkXmlCol(last);
-    }
+    checkXmlSpan(first, last, rows);
     const int index = _owner->sheetIndexOf(this);
     if (index < 0) throw tberror("sheet doen't have relationship with book");
     binding::c_defined_names names(&_owner->definedNames());

@@ -10,19 +10,6 @@ namespace tabrix {
 
 namespace {
 
-void checkLines(int first, int last, bool rows) {
-    if (last < first)
-        throw tberror(rows ? "rowLast must be greater than or equal to rowFirst"
-                           : "colLast must be greater than or equal to colFirst");
-    if (rows) {
-        checkXmlRow(first);
-        checkXmlRow(last);
-    } else {
-        checkXmlCol(first);
-        checkXmlCol(last);
-    }
-}
-
 void renumberRow(binding::c_row row, uint32_t r) {
     row.set_r(r);
     for (size_t i = 0; i < row.size_c(); ++i) row.get_c(i).set_r(r - 1, row.get_c(i).col());
@@ -42,7 +29,7 @@ std::vector<CellRect> withSpans(const CellRect &rect, bool rows, const std::vect
 } // namespace
 
 template <class C> bool XMLSheetImplT<C>::insertRow(int rowFirst, int rowLast) {
-    checkLines(rowFirst, rowLast, true);
+    checkXmlSpan(rowFirst, rowLast, true);
     const int n = rowLast - rowFirst + 1;
     binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
     for (size_t i = data.size_row(); i-- > 0;) {
@@ -61,7 +48,7 @@ template <class C> bool XMLSheetImplT<C>::insertRow(int rowFirst, int rowLast) {
 }
 
 template <class C> bool XMLSheetImplT<C>::removeRow(int rowFirst, int rowLast) {
-    checkLines(rowFirst, rowLast, true);
+    checkXmlSpan(rowFirst, rowLast, true);
     const int n = rowLast - rowFirst + 1;
     binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
     for (size_t i = data.size_row(); i-- > 0;) {
@@ -81,7 +68,7 @@ template <class C> bool XMLSheetImplT<C>::removeRow(int rowFirst, int rowLast) {
 }
 
 template <class C> bool XMLSheetImplT<C>::insertCol(int colFirst, int colLast) {
-    checkLines(colFirst, colLast, false);
+    checkXmlSpan(colFirst, colLast, false);
     const int n = colLast - colFirst + 1;
     binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
     for (size_t i = 0, rows = data.size_row(); i < rows; ++i) {
@@ -106,7 +93,7 @@ template <class C> bool XMLSheetImplT<C>::insertCol(int colFirst, int colLast) {
 }
 
 template <class C> bool XMLSheetImplT<C>::removeCol(int colFirst, int colLast) {
-    checkLines(colFirst, colLast, false);
+    checkXmlSpan(colFirst, colLast, false);
     const int n = colLast - colFirst + 1;
     binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
     for (size_t i = 0, rows = data.size_row(); i < rows; ++i) {
