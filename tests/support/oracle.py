@@ -48,7 +48,7 @@ empty texts are left out.  Texts and names are UTF-16LE hex ("-" when
 empty), or with the last argument "utf8" UTF-8 with backslash and newline
 escaped.  A reader that can't open the book prints "ERROR why".
 """
-import csv, glob, os, re, subprocess, sys, tempfile
+import csv, glob, os, re, shutil, subprocess, sys, tempfile
 
 reader, path = sys.argv[1], sys.argv[2]
 utf8 = len(sys.argv) > 3 and sys.argv[3] == 'utf8'
@@ -202,13 +202,10 @@ NUMBER = re.compile(r'^[-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?%?$')
 
 
 def dump_libreoffice():
-    out = tempfile.mkdtemp(prefix='oracle_lo_')
     base = os.path.splitext(os.path.basename(path))[0]
     # Comma, quote, UTF-8, raw values rather than as shown, every sheet.
-    subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
-                    '--convert-to', 'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true,false,false,false,-1',
-                    '--outdir', out, path], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
-    files = sorted(glob.glob(os.path.join(glob.escape(out), glob.escape(base) + '-*.csv')))
+    out, files = lo_convert('csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true,false,false,false,-1',
+                            '-*.csv')
     if not files:
         raise RuntimeError('no csv')
     for name in files:
@@ -317,15 +314,14 @@ def dump_dims(book_path):
 
 
 def lo_resaved(reader):
-    out = tempfile.mkdtemp(prefix='oracle_lo_')
-    base = os.path.splitext(os.path.basename(path))[0]
+    """`reader` run on the book as LibreOffice saves it again as Open XML."""
+    out, files = lo_convert('xlsx:Calc MS Excel 2007 XML', '.xlsx')
     try:
-        subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
-                        '--convert-to', 'xlsx:Calc MS Excel 2007 XML', '--outdir', out + '/book', path],
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
-        reader(os.path.join(out, 'book', base + '.xlsx'))
+        if not files:
+            raise RuntimeError('no xlsx')
+        reader(files[0])
     finally:
-        subprocess.run(['rm', '-rf', out])
+        shutil.rmtree(out, ignore_errors=True)
 
 
 def dump_sheets(book_path):
@@ -333,18 +329,6 @@ def dump_sheets(book_path):
     wb = openpyxl.load_workbook(book_path)
     for ws in wb.worksheets:
         print('SHEET', text(ws.title), ws.sheet_state)
-
-
-def dump_libreoffice_sheets():
-    out = tempfile.mkdtemp(prefix='oracle_lo_')
-    base = os.path.splitext(os.path.basename(path))[0]
-    subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
-                    '--convert-to', 'xlsx:Calc MS Excel 2007 XML', '--outdir', out + '/book', path],
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
-    try:
-        dump_sheets(os.path.join(out, 'book', base + '.xlsx'))
-    finally:
-        subprocess.run(['rm', '-rf', out])
 
 
 def dump_pictures(book_path):
@@ -396,14 +380,6 @@ def dump_pictures(book_path):
         print('OTHER', other)
 
 
-def dump_libreoffice_pictures():
-    out, files = lo_convert('xlsx:Calc MS Excel 2007 XML', '.xlsx')
-    try:
-        dump_pictures(files[0])
-    finally:
-        subprocess.run(['rm', '-rf', out])
-
-
 def dump_styles():
     import openpyxl
     ws = openpyxl.load_workbook(path).worksheets[0]
@@ -433,11 +409,7 @@ def dump_drawings():
     utf8 = True
     book = path
     if not path.endswith('.xlsx'):
-        out = tempfile.mkdtemp(prefix='oracle_lo_')
-        subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
-                        '--convert-to', 'xlsx', '--outdir', out, path],
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
-        book = os.path.join(out, os.path.splitext(os.path.basename(path))[0] + '.xlsx')
+        book = lo_convert('xlsx', '.xlsx')[1][0]
     z = zipfile.ZipFile(book)
     R = '{http://schemas.openxmlformats.org/officeDocument/2006/relationships}'
     X = '{http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing}'
@@ -479,7 +451,7 @@ def dump_drawings():
 
 
 try:
-    {'openpyxl-sheets': lambda: dump_sheets(path), 'libreoffice-sheets': dump_libreoffice_sheets,
+    {'openpyxl-sheets': lambda: dump_sheets(path), 'libreoffice-sheets': lambda: lo_resaved(dump_sheets),
      'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
      'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
@@ -488,6 +460,6 @@ try:
      'openpyxl-dims': lambda: dump_dims(path), 'libreoffice-dims': lambda: lo_resaved(dump_dims),
      'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': dump_styles,
      'openpyxl-pictures': lambda: dump_pictures(path),
-     'libreoffice-pictures': dump_libreoffice_pictures}[reader]()
+     'libreoffice-pictures': lambda: lo_resaved(dump_pictures)}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)
