@@ -453,12 +453,6 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     EXPECT_EQ(l.dumpText(),
               L"[Lbl flags=32 chKey=0 cch=1 cce=0 reserved=0 itab=2 name=Print_Area rgce=()]\n");
 
-    EXPECT_EQ(Lbl::builtinName(0), std::wstring(L"Consolidate_Area"));
-    EXPECT_EQ(Lbl::builtinName(13), std::wstring(L"_FilterDatabase"));
-    EXPECT_EQ(Lbl::builtinName(14), nullptr);
-    EXPECT_EQ(Lbl::builtinCode(L"sheet_title"), 12);
-    EXPECT_EQ(Lbl::builtinCode(L"Sheet"), -1);
-
     Lbl fresh;
     EXPECT_EQ(fresh.size(), 14u);
     fresh.setHidden(true);

@@ -111,38 +111,7 @@ TEST_F(TransferIn, LabelsSelectCellsAndFailWithBothMessages) {
     }
 }
 
-TEST_F(TransferIn, EmptyFileHasNoSheet) {
-    Set *set = ctx.newSet(QD_INT);
-    EXPECT_EQ(1, read("", "[]", set->type(), set));
-    EXPECT_EQ(std::string("SHEET: Sheet not found.\n") + kBadRange, ctx.allErrors());
-}
-
 // ---- scalars and conversions -------------------------------------------------
-
-TEST_F(TransferIn, ScalarConversions) {
-    struct {
-        const char *cell;
-        qd_type type;
-        const char *text;
-    } cases[] = {
-        {"2.9", QD_INT, "2"},        {"-2.9", QD_INT, "-2"},    {"abc", QD_REAL, "0"},
-        {"1e3", QD_REAL, "1000"},    {"TRUE", QD_BOOL, "true"}, {"true", QD_BOOL, "true"},
-        {"FALSE", QD_BOOL, "false"}, {"yes", QD_BOOL, "false"}, {"0.5", QD_BOOL, "true"},
-        {"007", QD_STRING, "007"},   {"2.5", QD_STRING, "2.5"}, {"TRUE", QD_STRING, "TRUE"},
-        {"TRUE", QD_INT, "1"},       {"FALSE", QD_REAL, "0"},   {"\"a,b\"", QD_STRING, "a,b"},
-        {"", QD_INT, "0"},           {"", QD_STRING, ""},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(std::string(c.cell) + " as type " + std::to_string(c.type));
-        qd_value v;
-        v.i = 12345;
-        int counter = 0;
-        ASSERT_EQ(0, read(std::string("x,") + c.cell + "\n", "[B1]", c.type, &v, &counter));
-        EXPECT_EQ(c.text, valueText(c.type, v));
-        EXPECT_EQ(1, counter);
-    }
-    EXPECT_EQ("", ctx.allErrors());
-}
 
 TEST_F(TransferIn, ExternalScalarsAndTheBooleanWord) {
     struct {
