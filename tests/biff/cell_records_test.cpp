@@ -78,15 +78,6 @@ TEST(CellRecordsTest, RkExactness) {
     }
 }
 
-TEST(CellRecordsTest, NewRowDefaults) {
-    Opened out(writeBook([&](Xls<char> &x) { Row().write(x); }));
-    auto recs = out.records();
-    ASSERT_FALSE(recs.empty());
-    std::vector<uint8_t> want;
-    for (uint16_t f : {0, 0, 1, 255, 0, 0, 0x100, 15}) put16(want, f);
-    EXPECT_EQ(recs[0].second, want);
-}
-
 TEST(CellRecordsTest, DimensionsUpdate) {
     struct Case {
         std::vector<std::pair<uint32_t, uint16_t>> cells;

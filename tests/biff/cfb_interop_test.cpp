@@ -92,42 +92,10 @@ TEST(CfbInterop, WrittenContainersListTheSameStream) {
     }
 }
 
-namespace {
-
-// Workbooks written just now by the producers installed here: LibreOffice,
-// gnumeric's ssconvert and python's xlwt, each from the same small table.
-// A producer that is missing or fails adds no file.
-std::vector<std::string> freshProducersFiles() {
-    std::vector<std::string> files;
-    std::string dir = tmpPath("producers");
-    std::string csv = dir + "/table.csv";
-    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
-    std::ofstream(csv) << "name,amount,ok\nSeattle,350.5,TRUE\nSan Diego,600,FALSE\n\"caf\xc3\xa9, "
-                          "ltd\",-1e-3,TRUE\n";
-    auto made = [&](const std::string &path, const std::string &cmd) {
-        if (std::system((cmd + " >/dev/null 2>&1").c_str()) == 0 && std::ifstream(path).good())
-            files.push_back(path);
-    };
-    made(dir + "/table.xls",
-         "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
-             "/lo_profile --convert-to 'xls:MS Excel 97' table.csv");
-    made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + csv +
-                                    "' '" + dir + "/gnumeric.xls'");
-    made(dir + "/xlwt.xls",
-         "/usr/bin/python3 -c \"import xlwt; b = xlwt.Workbook(); s = b.add_sheet('Data'); "
-         "[s.write(r, c, v) for r, row in enumerate([['name', 'amount'], ['Seattle', 350.5], "
-         "['San Diego', 600]]) for c, v in enumerate(row)]; b.add_sheet('Other').write(0, 0, 'x'); "
-         "b.save('" +
-             dir + "/xlwt.xls')\"");
-    return files;
-}
-
-} // namespace
-
 TEST(CfbInterop, ProducersFilesKeepTheirStreamsThroughASave) {
     if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile is not installed";
     std::vector<std::string> files = corpusXlsFiles();
-    std::vector<std::string> fresh = freshProducersFiles();
+    std::vector<std::string> fresh = freshProducersFiles("cfb_producers");
     files.insert(files.end(), fresh.begin(), fresh.end());
     if (files.empty())
         GTEST_SKIP() << "no producers' files: neither the corpus nor a producer is here";

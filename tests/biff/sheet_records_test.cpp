@@ -2,8 +2,8 @@
 // record kind loaded and saved, runs split into single cells, records the
 // sheet doesn't model kept in order, chart sheets kept whole, the records a
 // new sheet writes, and the size messages of the load.
-#include "support/biff_bytes.h"
 #include "support/fake_owner.h"
+#include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
@@ -13,15 +13,6 @@ using namespace tabrix;
 using namespace bifftest;
 
 namespace {
-
-typedef std::vector<uint8_t> Bytes;
-typedef std::vector<std::pair<uint16_t, Bytes>> Records;
-
-Bytes words(std::initializer_list<uint16_t> ws) {
-    Bytes b;
-    for (uint16_t w : ws) put16(b, w);
-    return b;
-}
 
 Bytes cat(Bytes a, const Bytes &b) {
     a.insert(a.end(), b.begin(), b.end());

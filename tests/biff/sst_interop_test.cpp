@@ -4,8 +4,8 @@
 #include "biff/strings/ext_string.h"
 #include "biff/strings/short_xl_unicode_string.h"
 #include "biff/records/sst.h"
-#include "biff/support/biff_bytes.h"
 #include "biff/support/interop_tools.h"
+#include "biff/support/record_trip.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 #include "support/oracle.h"
@@ -29,14 +29,7 @@ void rec(Xls<char> &x, uint16_t id, const std::vector<uint8_t> &d) {
 }
 
 std::vector<uint8_t> bof(uint16_t type) {
-    std::vector<uint8_t> v;
-    put16(v, 0x0600);
-    put16(v, type);
-    put16(v, 0x0DBB);
-    put16(v, 0x07CC);
-    put32(v, 0);
-    put32(v, 0x0006);
-    return v;
+    return words({0x0600, type, 0x0DBB, 0x07CC, 0, 0, 6, 0});
 }
 
 // A workbook of one sheet whose cells (row i, column 0) show string i.
@@ -47,13 +40,7 @@ std::string writeWorkbook(SST &sst) {
         rec(x, 0x0042, {0xB0, 0x04}); // code page 1200
         rec(x, 0x003D, std::vector<uint8_t>(18, 0));
         for (int i = 0; i < 5; ++i) {
-            std::vector<uint8_t> f;
-            put16(f, 200);
-            put16(f, 0);
-            put16(f, 0x7FFF);
-            put16(f, 400);
-            put16(f, 0);
-            f.insert(f.end(), {0, 0, 0, 0});
+            std::vector<uint8_t> f = words({200, 0, 0x7FFF, 400, 0, 0, 0});
             f.insert(f.end(), {5, 0, 'A', 'r', 'i', 'a', 'l'});
             rec(x, 0x0031, f);
         }
@@ -77,21 +64,9 @@ std::string writeWorkbook(SST &sst) {
         x.patchInt16(bsPos + 2, uint16_t(sheetPos >> 16));
         rec(x, 0x0809, bof(0x0010));
         unsigned n = sst.strings().count();
-        std::vector<uint8_t> dim;
-        put32(dim, 0);
-        put32(dim, n);
-        put16(dim, 0);
-        put16(dim, 1);
-        put16(dim, 0);
-        rec(x, 0x0200, dim);
-        for (unsigned i = 0; i < n; ++i) {
-            std::vector<uint8_t> c;
-            put16(c, uint16_t(i));
-            put16(c, 0);
-            put16(c, 15);
-            put32(c, i);
-            rec(x, 0x00FD, c);
-        }
+        rec(x, 0x0200, words({0, 0, uint16_t(n), uint16_t(n >> 16), 0, 1, 0}));
+        for (unsigned i = 0; i < n; ++i)
+            rec(x, 0x00FD, words({uint16_t(i), 0, 15, uint16_t(i), uint16_t(i >> 16)}));
         rec(x, 0x000A, {});
     });
 }

@@ -126,284 +126,179 @@ Array *intVector(Context &ctx, Set *index, const std::vector<qd_int> &values) {
 }
 
 Item item(const std::string &label, Object *object) { return Item{label, object->type(), object}; }
+
+// Builders of the objects a case writes; the case's label is set afterwards.
+using Build = std::function<Item(Context &)>;
+using Costs = std::vector<std::pair<std::vector<int>, double>>;
+
+Build value(qd_type type, qd_value *v) {
+    return [=](Context &) { return Item{"", type, v}; };
+}
+Build intsOf(std::vector<qd_int> values) {
+    return [=](Context &ctx) { return item("", tout::intSet(ctx, values)); };
+}
+Build costsOf(Costs entries) {
+    return [=](Context &ctx) { return item("", costs(ctx, entries)); };
+}
+Build vectorOf(std::vector<qd_int> values) {
+    return
+        [=](Context &ctx) { return item("", intVector(ctx, tout::intSet(ctx, values), values)); };
+}
+Item aPoint(Context &ctx) { return item("", point(ctx, 1, 2)); }
+Item aLeg(Context &ctx) {
+    Record *r = ctx.newRecord(legType());
+    r->set("id", qdInt(7));
+    r->nested("at")->set("x", qdReal(1.5));
+    r->nested("at")->set("y", qdReal(-2));
+    return item("", r);
+}
+Item shipments(Context &ctx, int count) {
+    List *list = ctx.newList(shipmentType());
+    list->append(shipmentType(), qdPtr(shipment(ctx, "p1", "m1", 10, true)));
+    if (count > 1) list->append(shipmentType(), qdPtr(shipment(ctx, "p2", "m2", 5, false)));
+    return item("", list);
+}
+Item threePoints(Context &ctx) {
+    List *list = ctx.newList(pointType());
+    for (int i = 0; i < 3; i++) list->append(pointType(), qdPtr(point(ctx, i, -i)));
+    return item("", list);
+}
+Item mixedValues(Context &ctx) {
+    List *list = ctx.newList();
+    list->append(QD_INT, qdInt(1));
+    list->append(QD_STRING, qdStr("a"));
+    list->append(QD_REAL, qdReal(2.5));
+    return item("", list);
+}
+Item recordArray(Context &ctx) {
+    Array *a = ctx.newArray(pointType(), {tout::textSet(ctx, {"a", "b"})});
+    Record *r = a->record({1});
+    r->set("x", qdReal(3));
+    r->set("y", qdReal(4));
+    return item("", a);
+}
+Item sparseMatrix(Context &ctx) {
+    Array *a =
+        ctx.newArray(QD_INT, {tout::intSet(ctx, {1, 2, 3}), tout::intSet(ctx, {1, 2, 3, 4})});
+    a->set({0, 1}, qdInt(5));
+    a->set({2, 3}, qdInt(9));
+    return item("", a);
+}
 // A list item as a model declares it: the structure is the list's, whatever
 // its elements are.
-Item listItem(const std::string &label, List *list) {
-    return Item{label, QD_LIST | QD_DYNAMIC, list};
+Item listOf(Context &ctx, qd_type type, std::vector<Array *> arrays) {
+    List *list = ctx.newList(type);
+    for (Array *a : arrays) list->append(a->type(), qdPtr(a));
+    return Item{"", QD_LIST | QD_DYNAMIC, list};
+}
+Item textArrays(Context &ctx) {
+    Set *k = tout::intSet(ctx, {1, 2, 3});
+    Array *a = ctx.newArray(QD_STRING, {k}), *b = ctx.newArray(QD_STRING, {k});
+    a->set({0}, qdStr("a"));
+    a->set({1}, qdStr("b"));
+    b->set({1}, qdStr("c"));
+    b->set({2}, qdStr("d"));
+    return listOf(ctx, QD_STRING | QD_ARRAY, {a, b});
+}
+Item untypedArrays(Context &ctx) {
+    Set *k = tout::intSet(ctx, {1, 2, 3});
+    Array *b = ctx.newArray(QD_INT, {k});
+    b->set({2}, qdInt(30));
+    return listOf(ctx, 0, {intVector(ctx, k, {10, 20}), b});
+}
+Item sameArrayTwice(Context &ctx) {
+    Array *a = intVector(ctx, tout::intSet(ctx, {1}), {1});
+    return listOf(ctx, QD_INT | QD_ARRAY, {a, a});
+}
+Item mixedDimensions(Context &ctx) {
+    Set *k = tout::intSet(ctx, {1});
+    return listOf(ctx, QD_INT | QD_ARRAY, {intVector(ctx, k, {1}), ctx.newArray(QD_INT, {k, k})});
+}
+Item longExternal(Context &ctx) {
+    Array *a = ctx.newArray(codeType(), {tout::intSet(ctx, {1})});
+    a->setObject({0}, *ctx.newExternal(codeType(), std::string(1024, 'x')));
+    return item("", a);
 }
 
-struct WriteCase {
-    const char *name;
-    const char *fileOptions;
-    const char *label;
-    std::function<Item(Context &, const char *label)> build;
-    int status;
-    const char *text;
-    const char *errors;
-};
-
 TEST(TransferOut, WritesEachKindAndLayout) {
-    static qd_value answer = qdInt(42), half = qdReal(2.5), yes = qdBool(true);
-    static qd_value commaText;
-    const WriteCase
-        cases
-            [] =
-                {
-                    {"integer scalar", "", "[B2]",
-                     [](Context &, const char *l) {
-                         return Item{l, QD_INT, &answer};
-                     },
-                     0, "\n,42\n", ""},
-                    {"real scalar", "", "[A1]",
-                     [](Context &, const char *l) {
-                         return Item{l, QD_REAL, &half};
-                     },
-                     0, "2.5\n", ""},
-                    {"text with separator", "", "[A1]",
-                     [](Context &ctx, const char *l) {
-                         commaText = qdStr(ctx.intern("a,b"));
-                         return Item{l, QD_STRING, &commaText};
-                     },
-                     0, "\"a,b\"\n", ""},
-                    {"boolean scalar", "", "[A1]",
-                     [](Context &, const char *l) {
-                         return Item{l, QD_BOOL, &yes};
-                     },
-                     0, "TRUE\n", ""},
-                    {"record scalar", "", "[A1:B1]",
-                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0,
-                     "1,2\n", ""},
-                    {"record scalar cut to first row", "", "[A1:B3]",
-                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0,
-                     "1,2\n", ""},
-                    {"nested record", "", "[B1:D1]",
-                     [](Context &ctx, const char *l) {
-                         Record *r = ctx.newRecord(legType());
-                         r->set("id", qdInt(7));
-                         r->nested("at")->set("x", qdReal(1.5));
-                         r->nested("at")->set("y", qdReal(-2));
-                         return item(l, r);
-                     },
-                     0, ",7,1.5,-2\n", ""},
-                    {"record reordered by selection", "", "[A1:B1](#2,#1)",
-                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 0,
-                     "2,1\n", ""},
-                    {"record scalar too narrow", "", "[A1]",
-                     [](Context &ctx, const char *l) { return item(l, point(ctx, 1, 2)); }, 1, "\n",
-                     ""},
-                    {"external scalar", "", "[A1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, ctx.newExternal(codeType(), "X-1"));
-                     },
-                     0, "X-1\n", ""},
-                    {"external without text", "", "[A1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, ctx.newExternal(opaqueType()));
-                     },
-                     1, "\n", "SHEET: Wrong data type.\n"},
-                    {"set cut without grow", "", "[A1:B1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, tout::intSet(ctx, {3, 1, 2}));
-                     },
-                     0, "3,1\n", ""},
-                    {"set grows", "grow;", "[A1:B1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, tout::intSet(ctx, {3, 1, 2}));
-                     },
-                     0, "3,1\n2\n", ""},
-                    {"ten elements in two columns grow to five rows", "", "grow;[A1:B1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, tout::intSet(ctx, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
-                     },
-                     0, "1,2\n3,4\n5,6\n7,8\n9,10\n", ""},
-                    {"set on a base above zero", "", "[A1:A3]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, tout::textSet(ctx, {"x", "y"}, SetOptions{true, false, 5}));
-                     },
-                     0, "x\ny\n", ""},
-                    {"records list", "grow;", "[A1:D1]",
-                     [](Context &ctx, const char *l) {
-                         List *list = ctx.newList(shipmentType());
-                         list->append(shipmentType(), qdPtr(shipment(ctx, "p1", "m1", 10, true)));
-                         list->append(shipmentType(), qdPtr(shipment(ctx, "p2", "m2", 5, false)));
-                         return item(l, list);
-                     },
-                     0, "p1,m1,10,TRUE\np2,m2,5,FALSE\n", ""},
-                    {"two records a row", "grow;", "[A1:D1]",
-                     [](Context &ctx, const char *l) {
-                         List *list = ctx.newList(pointType());
-                         for (int i = 0; i < 3; i++)
-                             list->append(pointType(), qdPtr(point(ctx, i, -i)));
-                         return item(l, list);
-                     },
-                     0, "0,0,1,-1\n2,-2\n", ""},
-                    {"records list in too few columns", "", "[A1:C1]",
-                     [](Context &ctx, const char *l) {
-                         List *list = ctx.newList(shipmentType());
-                         list->append(shipmentType(), qdPtr(shipment(ctx, "p1", "m1", 10, true)));
-                         return item(l, list);
-                     },
-                     1, "\n", "SHEET: Wrong number of columns (req:4 found:3).\n"},
-                    {"untyped list of values", "", "[A1:C1]",
-                     [](Context &ctx, const char *l) {
-                         List *list = ctx.newList();
-                         list->append(QD_INT, qdInt(1));
-                         list->append(QD_STRING, qdStr("a"));
-                         list->append(QD_REAL, qdReal(2.5));
-                         return item(l, list);
-                     },
-                     0, "1,a,2.5\n", ""},
-                    {"sparse array", "", "[A1:C3]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, costs(ctx, {{{0, 1}, 1.5}, {{2, 0}, 2}}));
-                     },
-                     0, "p1,m2,1.5\np3,m1,2\n", ""},
-                    {"array of records", "", "[A1:C1]",
-                     [](Context &ctx, const char *l) {
-                         Set *k = tout::textSet(ctx, {"a", "b"});
-                         Array *a = ctx.newArray(pointType(), {k});
-                         Record *r = a->record({1});
-                         r->set("x", qdReal(3));
-                         r->set("y", qdReal(4));
-                         return item(l, a);
-                     },
-                     0, "b,3,4\n", ""},
-                    {"array without entries", "", "[A1:C1]",
-                     [](Context &ctx, const char *l) { return item(l, costs(ctx, {})); }, 0, "\n",
-                     ""},
-                    {"one row without grow", "", "[A1:C1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, costs(ctx, {{{0, 0}, 1}, {{1, 1}, 2}, {{2, 1}, 3}}));
-                     },
-                     0, "p1,m1,1\n", ""},
-                    {"one row with grow", "grow;", "[A1:C1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, costs(ctx, {{{0, 0}, 1}, {{1, 1}, 2}, {{2, 1}, 3}}));
-                     },
-                     0, "p1,m1,1\np2,m2,2\np3,m2,3\n", ""},
-                    {"array in too few columns", "", "[A1:B4]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, costs(ctx, {{{0, 0}, 1}}));
-                     },
-                     1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
-                    {"noindex 3 by 4 writes zeros", "", "noindex;[A1:D3]",
-                     [](Context &ctx, const char *l) {
-                         Set *rows = tout::intSet(ctx, {1, 2, 3});
-                         Set *cols = tout::intSet(ctx, {1, 2, 3, 4});
-                         Array *a = ctx.newArray(QD_INT, {rows, cols});
-                         a->set({0, 1}, qdInt(5));
-                         a->set({2, 3}, qdInt(9));
-                         return item(l, a);
-                     },
-                     0, "0,5,0,0\n0,0,0,0\n0,0,0,9\n", ""},
-                    {"noindex needs the last set's width", "", "noindex;[A1:C3]",
-                     [](Context &ctx, const char *l) {
-                         Array *a = ctx.newArray(QD_INT, {tout::intSet(ctx, {1, 2, 3}),
-                                                          tout::intSet(ctx, {1, 2, 3, 4})});
-                         return item(l, a);
-                     },
-                     1, "\n", "SHEET: Wrong number of columns (req:4 found:3).\n"},
-                    {"noindex one dimension grows", "grow;noindex;", "[A1:B1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, intVector(ctx, tout::intSet(ctx, {1, 2, 3, 4, 5}),
-                                                  {1, 2, 3, 4, 5}));
-                     },
-                     0, "1,2\n3,4\n5\n", ""},
-                    {"partndx rows for stored combinations", "partndx;", "[A1:C5]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, costs(ctx, {{{0, 1}, 5}, {{2, 0}, 6}, {{2, 1}, 7}}));
-                     },
-                     0, "p1,0,5\np3,6,7\n", ""},
-                    {"partindex spelling grows", "", "partindex;grow;[B2:D2]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, costs(ctx, {{{0, 1}, 5}, {{1, 0}, 6}}));
-                     },
-                     0, "\n,p1,0,5\n,p2,6,0\n", ""},
-                    {"partndx on one dimension", "partndx;", "[A1:B1]",
-                     [](Context &ctx, const char *l) {
-                         return item(l, intVector(ctx, tout::intSet(ctx, {1, 2, 3}), {1, 2, 3}));
-                     },
-                     1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
-                    {"list of arrays merged by tuple", "", "[A1:C3]",
-                     [](Context &ctx, const char *l) {
-                         Set *k = tout::intSet(ctx, {1, 2, 3});
-                         Array *a = ctx.newArray(QD_STRING, {k});
-                         a->set({0}, qdStr("a"));
-                         a->set({1}, qdStr("b"));
-                         Array *b = ctx.newArray(QD_STRING, {k});
-                         b->set({1}, qdStr("c"));
-                         b->set({2}, qdStr("d"));
-                         List *list = ctx.newList(QD_STRING | QD_ARRAY);
-                         list->append(a->type(), qdPtr(a));
-                         list->append(b->type(), qdPtr(b));
-                         return listItem(l, list);
-                     },
-                     0, "1,a\n2,b,c\n3,,d\n", ""},
-                    {"untyped list of arrays grows", "grow;", "[A1:C1]",
-                     [](Context &ctx, const char *l) {
-                         Set *k = tout::intSet(ctx, {1, 2, 3});
-                         Array *a = intVector(ctx, k, {10, 20});
-                         Array *b = ctx.newArray(QD_INT, {k});
-                         b->set({2}, qdInt(30));
-                         List *list = ctx.newList();
-                         list->append(a->type(), qdPtr(a));
-                         list->append(b->type(), qdPtr(b));
-                         return listItem(l, list);
-                     },
-                     0, "1,10\n2,20\n3,,30\n", ""},
-                    {"list of arrays in too few columns", "", "[A1:B3]",
-                     [](Context &ctx, const char *l) {
-                         Set *k = tout::intSet(ctx, {1});
-                         List *list = ctx.newList(QD_INT | QD_ARRAY);
-                         Array *a = intVector(ctx, k, {1});
-                         list->append(a->type(), qdPtr(a));
-                         list->append(a->type(), qdPtr(a));
-                         return listItem(l, list);
-                     },
-                     1, "\n", "SHEET: Wrong number of columns (req:3 found:2).\n"},
-                    {"arrays of different dimensions", "", "[A1:C3]",
-                     [](Context &ctx, const char *l) {
-                         Set *k = tout::intSet(ctx, {1});
-                         List *list = ctx.newList(QD_INT | QD_ARRAY);
-                         Array *a = intVector(ctx, k, {1});
-                         Array *b = ctx.newArray(QD_INT, {k, k});
-                         list->append(a->type(), qdPtr(a));
-                         list->append(b->type(), qdPtr(b));
-                         return listItem(l, list);
-                     },
-                     1, "\n", "SHEET: Inconsistent array list.\n"},
-                    {"header created from the selection", "", "skiph+;grow;[A1:C1](key,value)",
-                     [](Context &ctx, const char *l) {
-                         return item(l, intVector(ctx, tout::textSet(ctx, {"a", "b"}), {1, 2}));
-                     },
-                     0, "key,value\na,1\nb,2\n", ""},
-                    {"uninitialised set", "", "[A1]",
-                     [](Context &, const char *l) { return Item{l, QD_INT | QD_SET, nullptr}; }, 1,
-                     "\n", "SHEET: Trying to access an uninitialized set.\n"},
-                    {"uninitialised list", "", "[A1]",
-                     [](Context &, const char *l) { return Item{l, QD_INT | QD_LIST, nullptr}; }, 1,
-                     "\n", "SHEET: Trying to access an uninitialized list.\n"},
-                    {"uninitialised array", "", "[A1]",
-                     [](Context &, const char *l) { return Item{l, QD_INT | QD_ARRAY, nullptr}; },
-                     1, "\n", "SHEET: Trying to access an uninitialized array.\n"},
-                    {"unknown structure", "", "[A1]",
-                     [](Context &, const char *l) { return Item{l, QD_INT | 0x5000, &answer}; }, 1,
-                     "\n", "SHEET: Wrong column type.\n"},
-                    {"bad range", "", "[$A1]",
-                     [](Context &, const char *l) { return Item{l, QD_INT, &answer}; }, 1, "\n",
-                     "SHEET: Invalid range.\nSHEET: Invalid range or name not found.\n"},
-                    {"external text beyond the buffer", "bufsize=1;", "[A1:B2]",
-                     [](Context &ctx, const char *l) {
-                         Array *a = ctx.newArray(codeType(), {tout::intSet(ctx, {1})});
-                         a->setObject({0}, *ctx.newExternal(codeType(), std::string(1024, 'x')));
-                         return item(l, a);
-                     },
-                     1, "1\n", "SHEET: Buffer overflow.\nSHEET: Wrong data value for [R1C2].\n"},
-                };
-    for (const WriteCase &c : cases) {
-        SCOPED_TRACE(c.name);
+    static qd_value answer = qdInt(42), half = qdReal(2.5), yes = qdBool(true),
+                    comma = qdStr("a,b");
+    const std::string columns = "SHEET: Wrong number of columns ";
+    const Costs three = {{{0, 0}, 1}, {{1, 1}, 2}, {{2, 1}, 3}};
+    struct {
+        const char *fileOptions, *label;
+        Build build;
+        int status;
+        std::string text, errors;
+    } cases[] = {
+        {"", "[B2]", value(QD_INT, &answer), 0, "\n,42\n", ""},
+        {"", "[A1]", value(QD_REAL, &half), 0, "2.5\n", ""},
+        {"", "[A1]", value(QD_STRING, &comma), 0, "\"a,b\"\n", ""},
+        {"", "[A1]", value(QD_BOOL, &yes), 0, "TRUE\n", ""},
+        {"", "[A1:B1]", aPoint, 0, "1,2\n", ""},
+        {"", "[A1:B3]", aPoint, 0, "1,2\n", ""}, // cut to the first row
+        {"", "[B1:D1]", aLeg, 0, ",7,1.5,-2\n", ""},
+        {"", "[A1:B1](#2,#1)", aPoint, 0, "2,1\n", ""},
+        {"", "[A1]", aPoint, 1, "\n", ""}, // too narrow
+        {"", "[A1]", [](Context &c) { return item("", c.newExternal(codeType(), "X-1")); }, 0,
+         "X-1\n", ""},
+        {"", "[A1]", [](Context &c) { return item("", c.newExternal(opaqueType())); }, 1, "\n",
+         "SHEET: Wrong data type.\n"},
+        {"", "[A1:B1]", intsOf({3, 1, 2}), 0, "3,1\n", ""},
+        {"grow;", "[A1:B1]", intsOf({3, 1, 2}), 0, "3,1\n2\n", ""},
+        {"", "grow;[A1:B1]", intsOf({1, 2, 3, 4, 5, 6, 7, 8, 9, 10}), 0,
+         "1,2\n3,4\n5,6\n7,8\n9,10\n", ""},
+        {"", "[A1:A3]",
+         [](Context &c) {
+             return item("", tout::textSet(c, {"x", "y"}, SetOptions{true, false, 5}));
+         },
+         0, "x\ny\n", ""},
+        {"grow;", "[A1:D1]", [](Context &c) { return shipments(c, 2); }, 0,
+         "p1,m1,10,TRUE\np2,m2,5,FALSE\n", ""},
+        {"grow;", "[A1:D1]", threePoints, 0, "0,0,1,-1\n2,-2\n", ""},
+        {"", "[A1:C1]", [](Context &c) { return shipments(c, 1); }, 1, "\n",
+         columns + "(req:4 found:3).\n"},
+        {"", "[A1:C1]", mixedValues, 0, "1,a,2.5\n", ""},
+        {"", "[A1:C3]", costsOf({{{0, 1}, 1.5}, {{2, 0}, 2}}), 0, "p1,m2,1.5\np3,m1,2\n", ""},
+        {"", "[A1:C1]", recordArray, 0, "b,3,4\n", ""},
+        {"", "[A1:C1]", costsOf({}), 0, "\n", ""},
+        {"", "[A1:C1]", costsOf(three), 0, "p1,m1,1\n", ""},
+        {"grow;", "[A1:C1]", costsOf(three), 0, "p1,m1,1\np2,m2,2\np3,m2,3\n", ""},
+        {"", "[A1:B4]", costsOf({{{0, 0}, 1}}), 1, "\n", columns + "(req:3 found:2).\n"},
+        {"", "noindex;[A1:D3]", sparseMatrix, 0, "0,5,0,0\n0,0,0,0\n0,0,0,9\n", ""},
+        {"", "noindex;[A1:C3]", sparseMatrix, 1, "\n", columns + "(req:4 found:3).\n"},
+        {"grow;noindex;", "[A1:B1]", vectorOf({1, 2, 3, 4, 5}), 0, "1,2\n3,4\n5\n", ""},
+        {"partndx;", "[A1:C5]", costsOf({{{0, 1}, 5}, {{2, 0}, 6}, {{2, 1}, 7}}), 0,
+         "p1,0,5\np3,6,7\n", ""},
+        {"", "partindex;grow;[B2:D2]", costsOf({{{0, 1}, 5}, {{1, 0}, 6}}), 0,
+         "\n,p1,0,5\n,p2,6,0\n", ""},
+        {"partndx;", "[A1:B1]", vectorOf({1, 2, 3}), 1, "\n", columns + "(req:3 found:2).\n"},
+        {"", "[A1:C3]", textArrays, 0, "1,a\n2,b,c\n3,,d\n", ""},
+        {"grow;", "[A1:C1]", untypedArrays, 0, "1,10\n2,20\n3,,30\n", ""},
+        {"", "[A1:B3]", sameArrayTwice, 1, "\n", columns + "(req:3 found:2).\n"},
+        {"", "[A1:C3]", mixedDimensions, 1, "\n", "SHEET: Inconsistent array list.\n"},
+        {"", "skiph+;grow;[A1:C1](key,value)",
+         [](Context &c) {
+             return item("", intVector(c, tout::textSet(c, {"a", "b"}), {1, 2}));
+         },
+         0, "key,value\na,1\nb,2\n", ""},
+        {"", "[A1]", value(QD_INT | QD_SET, nullptr), 1, "\n",
+         "SHEET: Trying to access an uninitialized set.\n"},
+        {"", "[A1]", value(QD_INT | QD_LIST, nullptr), 1, "\n",
+         "SHEET: Trying to access an uninitialized list.\n"},
+        {"", "[A1]", value(QD_INT | QD_ARRAY, nullptr), 1, "\n",
+         "SHEET: Trying to access an uninitialized array.\n"},
+        {"", "[A1]", value(QD_INT | 0x5000, &answer), 1, "\n", "SHEET: Wrong column type.\n"},
+        {"", "[$A1]", value(QD_INT, &answer), 1, "\n",
+         "SHEET: Invalid range.\nSHEET: Invalid range or name not found.\n"},
+        {"bufsize=1;", "[A1:B2]", longExternal, 1, "1\n",
+         "SHEET: Buffer overflow.\nSHEET: Wrong data value for [R1C2].\n"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(std::string(c.fileOptions) + c.label + " -> " + c.text);
         Context ctx;
-        std::vector<Item> items{c.build(ctx, c.label)};
+        std::vector<Item> items{c.build(ctx)};
+        items[0].label = c.label;
         Outcome out = writeItems(ctx, c.fileOptions, items);
         EXPECT_EQ(out.status, c.status);
         EXPECT_EQ(out.text, c.text);

@@ -156,68 +156,91 @@ TEST(XlsClose, FailedSaveIsReported) {
     rmdir(pathOf("gone.xls").c_str());
 }
 
-TEST(XlsOpen, SharingRules) {
+// Opens of one file within a context share its store: two reads save nothing,
+// a write after a read-only open is refused with code 2, a read after a write
+// shares the writer's store and the last close saves it.  Two contexts get
+// stores of their own.
+TEST(DriverOpen, SharingRules) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
-    makeBook("shared.xls", [](void *book) {
-        void *sheet = tbBookAddSheetA(book, "Sheet1", nullptr);
-        tbSheetWriteNumA(sheet, 0, 0, 1, nullptr);
-        tbSheetWriteStrA(sheet, 0, 1, "two", nullptr);
-    });
-    const std::string original = tout::slurp(pathOf("shared.xls"));
-    {
-        // Two reads share one book; nothing is saved.
-        Context ctx(scratchDir());
-        void *a = host().open(ctx, "xls", "shared.xls", false);
-        int mode = 0;
-        void *b = host().open(ctx, "xls", "noindex;shared.xls", false, &mode);
-        ASSERT_NE(a, nullptr) << ctx.allErrors();
-        EXPECT_EQ(a, b);
-        EXPECT_EQ(mode & QD_MODE_PENDING, 0);
-        EXPECT_EQ(fileOf(a)->references, 2);
-        EXPECT_EQ(fileOf(a)->flags, 0u); // the options of the first open
-        EXPECT_EQ(host().close(ctx, "xls", a), 0);
-        EXPECT_EQ(host().close(ctx, "xls", b), 0);
-        EXPECT_EQ(tout::slurp(pathOf("shared.xls")), original);
+    for (const char *driver : {"csv", "xls"}) {
+        SCOPED_TRACE(driver);
+        const bool csv = driver[0] == 'c';
+        const std::string name = std::string("shared.") + driver;
+        if (csv)
+            tout::spit(pathOf(name), "1,two\n");
+        else
+            makeBook(name, [](void *book) {
+                void *sheet = tbBookAddSheetA(book, "Sheet1", nullptr);
+                tbSheetWriteNumA(sheet, 0, 0, 1, nullptr);
+                tbSheetWriteStrA(sheet, 0, 1, "two", nullptr);
+            });
+        const std::string original = tout::slurp(pathOf(name));
+        auto sheetOf = [](void *f) { return fileOf(f)->ops->getSheet(fileOf(f)->handle, 0); };
+        {
+            Context ctx(scratchDir());
+            void *a = host().open(ctx, driver, name, false);
+            int mode = 0;
+            void *b = host().open(ctx, driver, "noindex;" + name, false, &mode);
+            ASSERT_NE(a, nullptr) << ctx.allErrors();
+            EXPECT_EQ(a, b);
+            EXPECT_EQ(mode & QD_MODE_PENDING, 0);
+            EXPECT_EQ(fileOf(a)->references, 2);
+            EXPECT_EQ(fileOf(a)->flags, 0u); // the options of the first open
+            if (csv) {
+                EXPECT_EQ(ctx.streamsOpened, 1);
+            }
+            tout::spit(pathOf(name), "changed\n"); // a save would overwrite this
+            EXPECT_EQ(host().close(ctx, driver, a), 0);
+            EXPECT_EQ(host().close(ctx, driver, b), 0);
+            EXPECT_EQ(tout::slurp(pathOf(name)), "changed\n");
+            tout::spit(pathOf(name), original);
+        }
+        {
+            Context ctx(scratchDir());
+            void *a = host().open(ctx, driver, name, false);
+            int mode = 0;
+            EXPECT_EQ(host().open(ctx, driver, name, true, &mode), nullptr);
+            EXPECT_EQ(mode & QD_MODE_PENDING, 0);
+            ASSERT_EQ(ctx.reports.size(), 1u);
+            EXPECT_EQ(ctx.reports[0],
+                      std::make_pair(std::string("file already open for reading only"), 2));
+            EXPECT_EQ(host().close(ctx, driver, a), 0);
+        }
+        {
+            Context ctx(scratchDir());
+            void *w = host().open(ctx, driver, name, true);
+            void *r = host().open(ctx, driver, name, false);
+            ASSERT_NE(w, nullptr) << ctx.allErrors();
+            EXPECT_EQ(w, r);
+            EXPECT_TRUE(fileOf(w)->ops->writeStr(sheetOf(w), 0, 2, "new"));
+            EXPECT_EQ(host().close(ctx, driver, r), 0);
+            EXPECT_EQ(tout::slurp(pathOf(name)), original); // still in memory
+            EXPECT_EQ(host().close(ctx, driver, w), 0);
+        }
+        const std::string saved = tout::slurp(pathOf(name));
+        EXPECT_NE(saved, original);
+        {
+            Context one(scratchDir()), two(scratchDir());
+            void *w = host().open(one, driver, name, true);
+            void *r = host().open(two, driver, name, false);
+            ASSERT_NE(w, nullptr) << one.allErrors();
+            ASSERT_NE(r, nullptr) << two.allErrors();
+            EXPECT_NE(fileOf(w)->handle, fileOf(r)->handle);
+            EXPECT_TRUE(fileOf(w)->ops->writeStr(sheetOf(w), 0, 0, "mine"));
+            // The writer, opened first, closes first and saves; the reader
+            // still sees its own store.
+            EXPECT_EQ(host().close(one, driver, w), 0);
+            EXPECT_NE(tout::slurp(pathOf(name)), saved);
+            EXPECT_EQ(fileOf(r)->ops->cellType(sheetOf(r), 0, 0), CELL_NUMBER);
+            EXPECT_EQ(host().close(two, driver, r), 0);
+        }
+        Context check(scratchDir());
+        void *f = host().open(check, driver, name, false);
+        ASSERT_NE(f, nullptr) << check.allErrors();
+        const char *row[] = {"mine", "two", "new"};
+        for (int c = 0; c < 3; c++) EXPECT_STREQ(fileOf(f)->ops->readStr(sheetOf(f), 0, c), row[c]);
+        EXPECT_EQ(host().close(check, driver, f), 0);
     }
-    {
-        // Writing after a read-only open is refused with code 2.
-        Context ctx(scratchDir());
-        void *a = host().open(ctx, "xls", "shared.xls", false);
-        int mode = 0;
-        EXPECT_EQ(host().open(ctx, "xls", "shared.xls", true, &mode), nullptr);
-        EXPECT_EQ(mode & QD_MODE_PENDING, 0);
-        ASSERT_EQ(ctx.reports.size(), 1u);
-        EXPECT_EQ(ctx.reports[0],
-                  std::make_pair(std::string("file already open for reading only"), 2));
-        EXPECT_EQ(host().close(ctx, "xls", a), 0);
-    }
-    {
-        // Two contexts get two books; the reader does not see the writer's
-        // cells, and the writer's last close saves them.
-        Context one(scratchDir()), two(scratchDir());
-        void *w = host().open(one, "xls", "shared.xls", true);
-        void *r = host().open(two, "xls", "shared.xls", false);
-        ASSERT_NE(w, nullptr) << one.allErrors();
-        ASSERT_NE(r, nullptr) << two.allErrors();
-        EXPECT_NE(w, r);
-        EXPECT_NE(fileOf(w)->handle, fileOf(r)->handle);
-        SheetFile *fw = fileOf(w), *fr = fileOf(r);
-        void *sheetW = fw->ops->getSheet(fw->handle, 0);
-        void *sheetR = fr->ops->getSheet(fr->handle, 0);
-        EXPECT_TRUE(fw->ops->writeStr(sheetW, 0, 0, "mine"));
-        EXPECT_EQ(fr->ops->cellType(sheetR, 0, 0), CELL_NUMBER);
-        EXPECT_EQ(host().close(two, "xls", r), 0);
-        EXPECT_EQ(tout::slurp(pathOf("shared.xls")), original); // held in memory
-        EXPECT_EQ(host().close(one, "xls", w), 0);
-    }
-    Context check(scratchDir());
-    void *f = host().open(check, "xls", "shared.xls", false);
-    ASSERT_NE(f, nullptr) << check.allErrors();
-    SheetFile *file = fileOf(f);
-    void *sheet = file->ops->getSheet(file->handle, 0);
-    EXPECT_STREQ(file->ops->readStr(sheet, 0, 0), "mine");
-    EXPECT_STREQ(file->ops->readStr(sheet, 0, 1), "two");
-    EXPECT_EQ(host().close(check, "xls", f), 0);
 }
 
 // ---- cells ---------------------------------------------------------------------

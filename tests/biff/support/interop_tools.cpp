@@ -1,4 +1,5 @@
 #include "biff/support/interop_tools.h"
+#include "support/oracle.h"
 
 #include <dirent.h>
 
@@ -54,6 +55,66 @@ std::vector<std::string> corpusXlsFiles() {
         closedir(d);
     }
     std::sort(files.begin(), files.end());
+    return files;
+}
+
+std::vector<std::string> freshProducersFiles(const std::string &scratchName) {
+    std::vector<std::string> files;
+    std::string dir = tmpPath(scratchName);
+    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
+    std::string csv = dir + "/table.csv";
+    std::ofstream(csv) << "name,amount,ok\nSeattle,350.5,TRUE\nSan Diego,600,FALSE\n\"caf\xc3\xa9, "
+                          "ltd\",-1e-3,TRUE\n"
+                          "\"two\nlines\",12345678.125,\n";
+    auto made = [&](const std::string &path, const std::string &cmd) {
+        if (std::system((cmd + " >/dev/null 2>&1").c_str()) == 0 && std::ifstream(path).good())
+            files.push_back(path);
+    };
+    std::string lo =
+        "soffice --headless --norestore -env:UserInstallation=file://" + dir + "/lo_profile ";
+    made(dir + "/table.xls",
+         "cd '" + dir + "' && " + lo + "--convert-to 'xls:MS Excel 97' table.csv");
+    if (oracle::has("openpyxl")) {
+        std::string py = dir + "/make_xlsx.py";
+        std::ofstream(py) << "import openpyxl, sys\n"
+                             "from openpyxl.styles import Font\n"
+                             "wb = openpyxl.Workbook()\n"
+                             "ws = wb.active\n"
+                             "ws.title = 'Données'\n"
+                             "for r in range(1, 200):\n"
+                             "    ws.cell(r, 1, r * 1.5)\n"
+                             "    ws.cell(r, 2, 'text %d' % r)\n"
+                             "    ws.cell(r, 3, r % 3 == 0)\n"
+                             "ws['E1'] = 'bold'\n"
+                             "ws['E1'].font = Font(bold=True, color='FFFF0000')\n"
+                             "ws['E2'] = 0.25\n"
+                             "ws['E2'].number_format = '0.0%'\n"
+                             "ws['E3'] = '#N/A'\n"
+                             "ws['E4'] = '#DIV/0!'\n"
+                             "ws2 = wb.create_sheet('Лист')\n"
+                             "ws2['A1'] = '中文'\n"
+                             "ws2['C7'] = -3.75\n"
+                             "wb.create_sheet('Empty')\n"
+                             "wb.save(sys.argv[1])\n";
+        if (std::system(("/usr/bin/python3 '" + py + "' '" + dir + "/book.xlsx' >/dev/null 2>&1")
+                            .c_str()) == 0)
+            made(dir + "/book.xls",
+                 "cd '" + dir + "' && " + lo + "--convert-to 'xls:MS Excel 97' book.xlsx");
+    }
+    made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + csv +
+                                    "' '" + dir + "/gnumeric.xls'");
+    if (oracle::has("xlwt"))
+        made(
+            dir + "/xlwt.xls",
+            "/usr/bin/python3 -c \"import xlwt; b = xlwt.Workbook(); s = b.add_sheet('Data'); "
+            "bold = xlwt.easyxf('font: bold on, colour red'); "
+            "[s.write(r, c, v) for r, row in enumerate([['name', 'amount', 'ok'], ['Seattle', "
+            "350.5, True], "
+            "['San Diego', 600, False]]) for c, v in enumerate(row)]; s.write(5, 3, 'bold', bold); "
+            "s.write(65535, 255, 'corner'); "
+            "t = b.add_sheet(u'\\u0414\\u0440\\u0443\\u0433\\u043e\\u0439'); t.write(0, 0, 1.5); "
+            "t.write(1, 1, u'caf\\u00e9'); b.save('" +
+                dir + "/xlwt.xls')\"");
     return files;
 }
 

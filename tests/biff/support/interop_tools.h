@@ -19,6 +19,12 @@ std::vector<std::string> runPython(const std::string &scriptName, const char *sc
 // The .xls files of the public corpus, sorted; empty when it is absent.
 std::vector<std::string> corpusXlsFiles();
 
+// Workbooks written just now by the producers installed here (LibreOffice,
+// from a small table and from an Open XML book of openpyxl's; gnumeric's
+// ssconvert; python's xlwt) into the scratch folder `scratchName`.  A producer
+// that is missing or fails adds no file.
+std::vector<std::string> freshProducersFiles(const std::string &scratchName);
+
 } // namespace bifftest
 
 #endif

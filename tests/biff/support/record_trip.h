@@ -82,6 +82,21 @@ template <class R> Bytes roundTrip(const Bytes &data) {
     return recs[0].second;
 }
 
+// The body of the first record `r` writes.
+template <class R> Bytes firstBody(R &r) {
+    Opened out(writeBook([&](tabrix::Xls<char> &x) { r.write(x); }));
+    return out.records().at(0).second;
+}
+
+// Reads the record that starts `wb` with read(stream, body size).
+template <class F> void readSized(const Bytes &wb, F read) {
+    Opened in(rawBook(wb));
+    uint16_t id = 0, size = 0;
+    in.x.readInt16(id);
+    in.x.readInt16(size);
+    read(in.x, size);
+}
+
 template <class R> std::string readError(const Bytes &data) {
     return errorOf([&] { readBack<R>(data); });
 }
