@@ -1,6 +1,6 @@
-// Sheet cell store: values of every kind written and read back, range and
-// argument messages, shared strings, formats, dates, extents, clearing,
-// copying, rows, columns, merges and a copy into another book.
+// The binary sheet's cell store: the records cells take, messages of reads
+// of another kind, shared strings, formats, merges, rows, columns and a copy
+// into another book.  What both kinds of book share is in book/.
 #include "support/biff_bytes.h"
 #include "support/fake_owner.h"
 
@@ -71,33 +71,6 @@ TEST(SheetCells, NumbersKeepTheirValueAndTakeTheRightRecord) {
     uint32_t word = savedRkWord(rk.sheet);
     EXPECT_EQ(word & 3u, 0u);
     EXPECT_EQ(rkDecode(word), 100.25);
-}
-
-TEST(SheetCells, OutOfRangeCellsGiveTheRangeMessages) {
-    const std::string row = "row must be in range 0-65535", col = "col must be in range 0-255";
-    struct Case {
-        int r, c;
-        std::string message;
-    } cases[] = {{-1, 0, row}, {65536, 0, row}, {0, 256, col}, {0, -1, col}, {70000, 300, row}};
-    for (const Case &c : cases) {
-        SCOPED_TRACE(std::to_string(c.r) + "," + std::to_string(c.c));
-        Book b;
-        EXPECT_FALSE(b.sheet.writeNum(c.r, c.c, 1, nullptr));
-        EXPECT_EQ(b.owner.msg(), c.message);
-        EXPECT_FALSE(b.sheet.writeStr(c.r, c.c, "x", nullptr));
-        EXPECT_EQ(b.owner.msg(), c.message);
-        EXPECT_FALSE(b.sheet.writeBool(c.r, c.c, true, nullptr));
-        EXPECT_EQ(b.owner.msg(), c.message);
-        EXPECT_FALSE(b.sheet.writeBlank(c.r, c.c, nullptr));
-        EXPECT_EQ(b.owner.msg(), c.message);
-        EXPECT_EQ(b.sheet.readNum(c.r, c.c, nullptr), 0.0);
-        EXPECT_EQ(b.owner.msg(), c.message);
-        EXPECT_EQ(b.sheet.readStr(c.r, c.c, nullptr), nullptr);
-        EXPECT_EQ(b.owner.msg(), c.message);
-        EXPECT_EQ(b.sheet.readError(c.r, c.c), ERRORTYPE_NOERROR);
-        EXPECT_EQ(b.owner.msg(), c.message);
-        EXPECT_EQ(b.sheet.lastRow(), 0);
-    }
 }
 
 TEST(SheetCells, ReadsOfAnotherKindAnswerNeutrallyWithTheirMessage) {
@@ -254,37 +227,6 @@ TEST(SheetCells, BooleansBlanksAndOverwrites) {
     EXPECT_EQ(savedCellIds(b.sheet), std::vector<uint16_t>{638});
 }
 
-TEST(SheetCells, ExtentsAreOnePastTheLastUsedCell) {
-    Book b;
-    EXPECT_EQ(b.sheet.lastRow(), 0);
-    EXPECT_EQ(b.sheet.lastCol(), 0);
-    b.sheet.writeNum(0, 0, 1, nullptr);
-    EXPECT_EQ(b.sheet.lastRow(), 1);
-    EXPECT_EQ(b.sheet.lastCol(), 1);
-    b.sheet.writeStr(9, 4, "x", nullptr);
-    EXPECT_EQ(b.sheet.firstRow(), 0);
-    EXPECT_EQ(b.sheet.lastRow(), 10);
-    EXPECT_EQ(b.sheet.lastCol(), 5);
-    // After a clear the extents are recalculated.
-    b.sheet.clear(9, 9, 0, 255);
-    EXPECT_EQ(b.sheet.lastRow(), 1);
-    b.sheet.clear(0, 0, 0, 0);
-    EXPECT_EQ(b.sheet.lastRow(), 0);
-
-    // A row's far cells cleared: its remaining cells set the extents, and
-    // the last column of the sheet still counts.
-    b.sheet.writeNum(3, 2, 1, nullptr);
-    b.sheet.writeNum(3, 200, 1, nullptr);
-    b.sheet.writeNum(4, 255, 1, nullptr);
-    b.sheet.clear(3, 3, 200, 200);
-    EXPECT_EQ(b.sheet.firstCol(), 2);
-    EXPECT_EQ(b.sheet.lastCol(), 256);
-    b.sheet.clear(4, 4, 0, 255);
-    EXPECT_EQ(b.sheet.lastCol(), 3);
-    EXPECT_EQ(b.sheet.firstRow(), 3);
-    EXPECT_EQ(b.sheet.lastRow(), 4);
-}
-
 TEST(SheetCells, FormatsOfCellsAndTheirFallbacks) {
     Book b;
     StyleTable<char> &st = b.owner.styles();
@@ -318,28 +260,6 @@ TEST(SheetCells, FormatsOfCellsAndTheirFallbacks) {
     EXPECT_EQ(b.sheet.cellFormat(4, 4), colFmt);
     b.sheet.setCellFormat(4, 4, foreign);
     EXPECT_EQ(b.owner.msg(), "specified format is not found");
-}
-
-TEST(SheetCells, DatesFollowTheNumberFormat) {
-    Book b;
-    StyleTable<char> &st = b.owner.styles();
-    int ymd = st.addCustomNumFormat("yyyy-mm-dd");
-    int red = st.addCustomNumFormat("[Red]0.00");
-    int quoted = st.addCustomNumFormat("0 \"days\"");
-    struct Case {
-        int numFormat;
-        bool date;
-    } cases[] = {{0, false}, {13, false}, {14, true},  {22, true},  {37, false},  {45, true},
-                 {47, true}, {48, false}, {30, false}, {ymd, true}, {red, false}, {quoted, false}};
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.numFormat);
-        IFormatT<char> *f = st.addFormat(nullptr);
-        f->setNumFormat(c.numFormat);
-        b.sheet.writeNum(0, 0, 45000, f);
-        EXPECT_EQ(b.sheet.isDate(0, 0), c.date);
-        b.sheet.writeStr(0, 1, "text", f);
-        EXPECT_FALSE(b.sheet.isDate(0, 1));
-    }
 }
 
 TEST(SheetCells, ClearTakesMergedAreasWithTheirBlanks) {
@@ -377,36 +297,6 @@ TEST(SheetCells, ClearTakesMergedAreasWithTheirBlanks) {
     EXPECT_TRUE(b.sheet.setMerge(0, 0, 0, 1));
     EXPECT_TRUE(b.sheet.delMerge(0, 1));
     EXPECT_FALSE(b.sheet.delMerge(0, 1));
-}
-
-TEST(SheetCells, CopyCellCopiesEveryKind) {
-    Book b;
-    IFormatT<char> *f = b.owner.styles().addFormat(nullptr);
-    b.sheet.writeNum(0, 0, 1.5, f);
-    b.sheet.writeNum(0, 1, 0.1, nullptr);
-    b.sheet.writeStr(0, 2, "text", nullptr);
-    b.sheet.writeBool(0, 3, true, nullptr);
-    b.sheet.writeBlank(0, 4, f);
-    for (int c = 0; c < 5; ++c) {
-        SCOPED_TRACE(c);
-        ASSERT_TRUE(b.sheet.copyCell(0, c, 5, c));
-        EXPECT_EQ(b.sheet.cellType(5, c), b.sheet.cellType(0, c));
-        EXPECT_EQ(b.sheet.cellFormat(5, c), b.sheet.cellFormat(0, c));
-    }
-    EXPECT_EQ(b.sheet.readNum(5, 0, nullptr), 1.5);
-    EXPECT_EQ(b.sheet.readNum(5, 1, nullptr), 0.1);
-    EXPECT_STREQ(b.sheet.readStr(5, 2, nullptr), "text");
-    // The copy shares the string: changing it leaves the source alone.
-    b.sheet.writeStr(5, 2, "other", nullptr);
-    EXPECT_STREQ(b.sheet.readStr(0, 2, nullptr), "text");
-    // Onto a cell of the same kind, in place.
-    ASSERT_TRUE(b.sheet.copyCell(0, 0, 5, 1));
-    EXPECT_EQ(b.sheet.readNum(5, 1, nullptr), 1.5);
-
-    EXPECT_FALSE(b.sheet.copyCell(9, 9, 5, 5));
-    EXPECT_EQ(b.owner.msg(), "empty cell");
-    EXPECT_FALSE(b.sheet.copyCell(0, 0, 0, 256));
-    EXPECT_EQ(b.owner.msg(), "col must be in range 0-255");
 }
 
 TEST(SheetCells, RowsAndColumns) {
