@@ -5,7 +5,9 @@ usage: oracle.py READER PATH [utf8]
   xlrd         every worksheet of a binary book
   xlrd-format  the same cells, each as "r c bold colour format" instead
   xlrd-sst     "COUNT n", then each entry of the shared string table
-  openpyxl     every worksheet of an Open XML book
+  openpyxl     every worksheet of an Open XML book (dates as serial numbers)
+  openpyxl-formulas     each formula of an Open XML book: "r c text" under "SHEET name"
+  libreoffice-formulas  the same, as LibreOffice saves the book as Open XML
   libreoffice  every sheet through LibreOffice's csv export (raw values)
   olefile      each stream of a compound file: "path size crc32"
   xlrd-formulas   each formula cell as xlrd decompiles it: "sheet row col kind text"
@@ -170,7 +172,8 @@ def dump_sst():
 
 
 def dump_openpyxl():
-    import openpyxl
+    import datetime, openpyxl
+    from openpyxl.utils.datetime import to_excel
     bk = openpyxl.load_workbook(path, data_only=True)
     for sh in bk.worksheets:
         print('SHEET', text(sh.title))
@@ -179,12 +182,32 @@ def dump_openpyxl():
                 v = x.value
                 if v is None:
                     continue
+                if isinstance(v, (datetime.datetime, datetime.date, datetime.time, datetime.timedelta)):
+                    v = to_excel(v, bk.epoch)
                 kind = 'b' if isinstance(v, bool) else 'n' if isinstance(v, (int, float)) else \
                     'e' if x.data_type == 'e' else 's'
                 cell(x.row - 1, x.column - 1, kind, v if kind != 'n' else float(v))
 
 
 NUMBER = re.compile(r'^[-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?%?$')
+
+
+def dump_formulas_openpyxl(book_path):
+    import openpyxl
+    for sh in openpyxl.load_workbook(book_path).worksheets:
+        print('SHEET', text(sh.title))
+        for row in sh.iter_rows():
+            for x in row:
+                if x.data_type == 'f':
+                    print(x.row - 1, x.column - 1, text(str(x.value).lstrip('=')))
+
+
+def dump_formulas_libreoffice():
+    out, files = lo_convert('xlsx', '.xlsx')
+    if not files:
+        raise RuntimeError('no xlsx')
+    dump_formulas_openpyxl(files[0])
+    subprocess.run(['rm', '-rf', out])
 
 
 def dump_libreoffice():
@@ -378,6 +401,7 @@ try:
      'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
      'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
      'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
-     'make-xlwt': make_xlwt, 'openpyxl-styles': dump_styles, 'drawings': dump_drawings}[reader]()
+     'make-xlwt': make_xlwt, 'openpyxl-formulas': lambda: dump_formulas_openpyxl(path),
+     'libreoffice-formulas': dump_formulas_libreoffice, 'openpyxl-styles': dump_styles, 'drawings': dump_drawings}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)
