@@ -177,16 +177,17 @@ def dump_openpyxl():
     bk = openpyxl.load_workbook(path, data_only=True)
     for sh in bk.worksheets:
         print('SHEET', text(sh.title))
-        for row in sh.iter_rows():
-            for x in row:
-                v = x.value
-                if v is None:
-                    continue
-                if isinstance(v, (datetime.datetime, datetime.date, datetime.time, datetime.timedelta)):
-                    v = to_excel(v, bk.epoch)
-                kind = 'b' if isinstance(v, bool) else 'n' if isinstance(v, (int, float)) else \
-                    'e' if x.data_type == 'e' else 's'
-                cell(x.row - 1, x.column - 1, kind, v if kind != 'n' else float(v))
+        # The stored cells only, in row order: a cell at XFD1048576 would
+        # make iter_rows walk the whole grid.
+        for _, x in sorted(sh._cells.items()):
+            v = x.value
+            if v is None:
+                continue
+            if isinstance(v, (datetime.datetime, datetime.date, datetime.time, datetime.timedelta)):
+                v = to_excel(v, bk.epoch)
+            kind = 'b' if isinstance(v, bool) else 'n' if isinstance(v, (int, float)) else \
+                'e' if x.data_type == 'e' else 's'
+            cell(x.row - 1, x.column - 1, kind, v if kind != 'n' else float(v))
 
 
 NUMBER = re.compile(r'^[-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?%?$')
@@ -196,10 +197,9 @@ def dump_formulas_openpyxl(book_path):
     import openpyxl
     for sh in openpyxl.load_workbook(book_path).worksheets:
         print('SHEET', text(sh.title))
-        for row in sh.iter_rows():
-            for x in row:
-                if x.data_type == 'f':
-                    print(x.row - 1, x.column - 1, text(str(x.value).lstrip('=')))
+        for _, x in sorted(sh._cells.items()):
+            if x.data_type == 'f':
+                print(x.row - 1, x.column - 1, text(str(x.value).lstrip('=')))
 
 
 def dump_formulas_libreoffice():
