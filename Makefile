@@ -54,13 +54,15 @@ test-asan: deps $(ASAN_BUILD)/CMakeCache.txt
 test: test-normal test-asan
 
 # The demo sends a model's data through the drivers, then shows the
-# workbook it wrote with the command-line tool.
-DEMO_BOOK = $(BUILD)/examples/qdsheet-demo/model.xls
+# workbooks it wrote with the command-line tool.
+DEMO_DIR = $(BUILD)/examples/qdsheet-demo
 demo: build
 	@cd $(BUILD)/examples && ./demo
-	@echo; echo "== tabrix info $(notdir $(DEMO_BOOK))"; $(BUILD)/tools/tabrix info $(DEMO_BOOK)
-	@echo; echo "== tabrix dump $(notdir $(DEMO_BOOK)) --sheet cost"; \
-	  $(BUILD)/tools/tabrix dump $(DEMO_BOOK) --sheet cost
+	@for book in model.xls model.xlsx; do \
+	  echo; echo "== tabrix info $$book"; $(BUILD)/tools/tabrix info $(DEMO_DIR)/$$book || exit 1; \
+	  echo; echo "== tabrix dump $$book --sheet cost"; \
+	  $(BUILD)/tools/tabrix dump $(DEMO_DIR)/$$book --sheet cost || exit 1; \
+	done
 
 bench: deps
 	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DTABRIX_TESTS=OFF

@@ -1,6 +1,6 @@
 // demo: a small transport model's data making the whole trip through the
-// qdsheet module, once through the "csv" driver and once through the "xls"
-// driver.
+// qdsheet module, once through the "csv" driver and once through each
+// workbook driver ("xls" and "xlsx").
 //
 // A modelling runtime drives the module through the driver operations open,
 // transfer out (write), transfer in (read) and close.  The reference host
@@ -17,8 +17,8 @@
 // (that is when they are saved), then everything is read back into fresh
 // objects and compared.
 //
-// The csv leg puts the items into several text files.  The xls leg puts the
-// same layouts into one workbook, a sheet for each csv file, and then reads
+// The csv leg puts the items into several text files.  The workbook legs put
+// the same layouts into one workbook each, a sheet for each csv file, and read
 // one item once more through a named range, defined in the workbook the way
 // a spreadsheet user would define it (here with the library's flat entry
 // points).  The program exits with 1 when anything differs.
@@ -286,7 +286,7 @@ std::string sheetFor(const Placement &p) {
     return dot == std::string::npos ? name : name.substr(0, dot);
 }
 
-// The xls leg puts each csv file on a sheet of one workbook.  The field
+// A workbook leg puts each csv file on a sheet of one workbook.  The field
 // separator option of a csv file means nothing to a workbook and stays out.
 std::vector<LegItem> xlsItems(const std::string &book) {
     std::vector<LegItem> items;
@@ -360,6 +360,7 @@ int readLeg(const Host &host, Context &reader, Model &copy, const std::string &d
 struct Library {
     void *handle = nullptr;
     decltype(&tbCreateBookCA) createBook = nullptr;
+    decltype(&tbCreateXMLBookCA) createXMLBook = nullptr;
     decltype(&tbBookSetLocaleA) setLocale = nullptr;
     decltype(&tbBookLoadA) load = nullptr;
     decltype(&tbBookSaveA) save = nullptr;
@@ -382,10 +383,11 @@ struct Library {
             *why = dlerror();
             return false;
         }
-        bool all = find(createBook, "tbCreateBookCA") & find(setLocale, "tbBookSetLocaleA") &
-                   find(load, "tbBookLoadA") & find(save, "tbBookSaveA") &
-                   find(sheetCount, "tbBookSheetCountA") & find(getSheet, "tbBookGetSheetA") &
-                   find(sheetName, "tbSheetNameA") & find(setNamedRange, "tbSheetSetNamedRangeA") &
+        bool all = find(createBook, "tbCreateBookCA") & find(createXMLBook, "tbCreateXMLBookCA") &
+                   find(setLocale, "tbBookSetLocaleA") & find(load, "tbBookLoadA") &
+                   find(save, "tbBookSaveA") & find(sheetCount, "tbBookSheetCountA") &
+                   find(getSheet, "tbBookGetSheetA") & find(sheetName, "tbSheetNameA") &
+                   find(setNamedRange, "tbSheetSetNamedRangeA") &
                    find(errorMessage, "tbBookErrorMessageA") & find(release, "tbBookReleaseA");
         if (!all) *why = "an entry point is missing from " + path;
         return all;
@@ -395,13 +397,14 @@ struct Library {
     }
 };
 
-// Defines `name` on the sheet `sheetName` of the workbook at `path`, with
-// zero-based inclusive bounds.  False with the reason when it cannot.
-bool defineName(const std::string &path, const std::string &sheetName, const char *name,
+// Defines `name` on the sheet `sheetName` of the workbook at `path` (an Open
+// XML one when `xml`), with zero-based inclusive bounds.  False with the
+// reason when it cannot.
+bool defineName(const std::string &path, bool xml, const std::string &sheetName, const char *name,
                 int rowFirst, int rowLast, int colFirst, int colLast, std::string *why) {
     Library tb;
     if (!tb.open(why)) return false;
-    void *book = tb.createBook();
+    void *book = xml ? tb.createXMLBook() : tb.createBook();
     tb.setLocale(book, "UTF-8");
     bool done = false;
     if (tb.load(book, path.c_str())) {
@@ -452,38 +455,45 @@ int csvLeg(const Host &host, const std::string &directory, int *total) {
     return readLeg(host, reader, copy, "csv", items, written);
 }
 
-// ---- the xls leg ---------------------------------------------------------------
-const char kBook[] = "model.xls";
+// ---- the workbook legs -----------------------------------------------------
+// The driver of each leg and its workbook.
+struct BookLeg {
+    const char *driver;
+    const char *book;
+    bool xml;
+};
+const BookLeg kBookLegs[] = {{"xls", "model.xls", false}, {"xlsx", "model.xlsx", true}};
 const char kName[] = "capacity_row";
 
 // Answers the number of items that differ, -1 when writing failed.
 // *named tells whether the named range could be read.
-int xlsLeg(const Host &host, const std::string &directory, int *total, bool *named) {
-    std::remove((directory + "/" + kBook).c_str());
+int bookLeg(const Host &host, const BookLeg &leg, const std::string &directory, int *total,
+            bool *named) {
+    std::remove((directory + "/" + leg.book).c_str());
     Context writer(directory);
     Model model = buildModel(writer);
     auto written = itemsOf(model);
-    std::vector<LegItem> items = xlsItems(kBook);
+    std::vector<LegItem> items = xlsItems(leg.book);
     *total = (int)items.size();
-    std::cout << "\n== xls: writing the same " << items.size() << " items into " << directory << "/"
-              << kBook << ", one sheet for each csv file\n";
-    if (!writeLeg(host, writer, "xls", items, written)) return -1;
+    std::cout << "\n== " << leg.driver << ": writing the same " << items.size() << " items into "
+              << directory << "/" << leg.book << ", one sheet for each csv file\n";
+    if (!writeLeg(host, writer, leg.driver, items, written)) return -1;
 
     // The capacity row is the first row of its sheet, three columns wide.
     std::string why;
-    *named = defineName(directory + "/" + kBook, "capacity", kName, 0, 0, 0, 2, &why);
+    *named = defineName(directory + "/" + leg.book, leg.xml, "capacity", kName, 0, 0, 0, 2, &why);
     if (!*named) std::cout << "  (no named range: " << why << ")\n";
 
     Context reader(directory);
     Model copy = emptyModel(reader);
     std::cout << "\nReading back\n";
-    int mismatches = readLeg(host, reader, copy, "xls", items, written);
+    int mismatches = readLeg(host, reader, copy, leg.driver, items, written);
     if (*named) {
         // The same capacities once more, found by the name alone.
         Array *capacity = reader.newArray(QD_INT, {copy.plants});
         std::string label = std::string("noindex;") + kName;
         *total += 1;
-        if (!readBack(host, reader, "xls", kBook, label, "capacity through a named range",
+        if (!readBack(host, reader, leg.driver, leg.book, label, "capacity through a named range",
                       {capacity->type(), capacity}, {model.capacity->type(), model.capacity},
                       false))
             mismatches++;
@@ -512,18 +522,21 @@ int main() {
     const std::string directory = "qdsheet-demo";
     mkdir(directory.c_str(), 0755);
 
-    int csvTotal = 0, xlsTotal = 0;
-    bool named = false;
+    int csvTotal = 0;
     int csvBad = csvLeg(host, directory, &csvTotal);
-    int xlsBad = xlsLeg(host, directory, &xlsTotal, &named);
-
-    std::cout << "\n"
-              << summary("csv", csvBad, csvTotal, "text files") << "\n"
-              << summary("xls", xlsBad, xlsTotal,
-                         std::string(kBook) +
-                             (xlsBad < 0 ? ""
-                              : named ? ", one item through the named range " + std::string(kName)
-                                      : ", no named range"))
-              << "\n";
-    return csvBad == 0 && xlsBad == 0 ? 0 : 1;
+    std::string lines = summary("csv", csvBad, csvTotal, "text files") + "\n";
+    bool allEqual = csvBad == 0;
+    for (const BookLeg &leg : kBookLegs) {
+        int total = 0;
+        bool named = false;
+        int bad = bookLeg(host, leg, directory, &total, &named);
+        std::string where = leg.book;
+        if (bad >= 0)
+            where += named ? ", one item through the named range " + std::string(kName)
+                           : ", no named range";
+        lines += summary(leg.driver, bad, total, where) + "\n";
+        allEqual = allEqual && bad == 0;
+    }
+    std::cout << "\n" << lines;
+    return allEqual ? 0 : 1;
 }

@@ -209,9 +209,11 @@ template <class C> CellType XMLSheetCellsT<C>::cellType(int row, int col) {
     const c_cell *cell = find(row, col);
     if (!cell) return CELLTYPE_EMPTY;
     if (!cell->isset_v() && !(cell->rest() && cell->rest()->child("is"))) return CELLTYPE_BLANK;
-    if (!cell->isset_t()) return CELLTYPE_NUMBER;
-    const std::string_view t = cell->get_t();
-    if (t == "n") return CELLTYPE_NUMBER;
+    const std::string_view t = cell->isset_t() ? std::string_view(cell->get_t()) : "n";
+    // An empty number value, as some writers give a formula they did not
+    // calculate, holds no number: the cell is blank.
+    if (t == "n")
+        return cell->isset_v() && cell->get_v().empty() ? CELLTYPE_BLANK : CELLTYPE_NUMBER;
     if (t == "s" || t == "str" || t == "inlineStr") return CELLTYPE_STRING;
     if (t == "b") return CELLTYPE_BOOLEAN;
     if (t == "e") return CELLTYPE_ERROR;
@@ -225,7 +227,8 @@ template <class C> bool XMLSheetCellsT<C>::isFormula(int row, int col) {
 
 template <class C> double XMLSheetCellsT<C>::readNum(int row, int col, IFormatT<C> **format) {
     const c_cell &cell = lookup(row, col, format);
-    if ((!cell.isset_t() || cell.get_t() == "n") && cell.isset_v()) return toDouble(cell.get_v());
+    if ((!cell.isset_t() || cell.get_t() == "n") && cell.isset_v() && !cell.get_v().empty())
+        return toDouble(cell.get_v());
     throw tberror("this cell doesn't contain a number");
 }
 

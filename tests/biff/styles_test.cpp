@@ -597,40 +597,4 @@ TEST(StylesTest, WideTwinBehavesAlike) {
     EXPECT_STREQ(t.defaultFont(&size), L"Arial");
 }
 
-TEST(StylesTest, DateFormats) {
-    const struct {
-        int id;
-        const wchar_t *code;
-        bool date;
-    } cases[] = {
-        {0, nullptr, false},
-        {13, nullptr, false},
-        {14, nullptr, true},
-        {22, nullptr, true},
-        {37, nullptr, false},
-        {44, nullptr, false},
-        {45, nullptr, true},
-        {47, nullptr, true},
-        {48, nullptr, false},
-        {49, nullptr, false},
-        {164, L"[Red]0.00", false},
-        {164, L"yyyy-mm-dd", true},
-        {164, L"h:mm", true},
-        {164, L"\"d\"0", false},
-        {164, L"0\\d", false},
-        {164, L"[h]:mm", true},
-        {164, L"#,##0_);[Red](#,##0)", false},
-        {164, L"General", false},
-        {164, L"0.00E+00", false},
-        {164, L"DD/MM", true},
-        {164, L"*s0", false},
-        {164, L"\"unterminated", false},
-        {164, nullptr, false},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.id);
-        EXPECT_EQ(isDateNumFormat(c.id, c.code), c.date) << (c.code ? "custom" : "");
-    }
-}
-
 } // namespace

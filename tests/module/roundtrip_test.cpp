@@ -352,8 +352,7 @@ TEST_P(RoundTrip, RandomSparseArrays) {
     }
 }
 
-// The Open XML driver joins this list once it reads what it writes.
-INSTANTIATE_TEST_SUITE_P(Drivers, RoundTrip, ::testing::Values("csv", "xls"),
+INSTANTIATE_TEST_SUITE_P(Drivers, RoundTrip, ::testing::Values("csv", "xls", "xlsx"),
                          [](const ::testing::TestParamInfo<std::string> &i) { return i.param; });
 
 } // namespace

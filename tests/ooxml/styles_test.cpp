@@ -432,30 +432,6 @@ TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
     EXPECT_NE(out.find("fillId=\"2\" borderId=\"1\""), std::string::npos) << out;
 }
 
-TEST(Styles, IsDateByBuiltInIdOrCustomText) {
-    const struct {
-        int id;
-        const char *custom; // a custom format's text instead of the id
-        bool date;
-    } rows[] = {
-        {0, nullptr, false},     {13, nullptr, false},       {14, nullptr, true},
-        {22, nullptr, true},     {23, nullptr, false},       {37, nullptr, false},
-        {45, nullptr, true},     {47, nullptr, true},        {49, nullptr, false},
-        {50, nullptr, false},    {163, nullptr, false},      {0, "yyyy-mm-dd", true},
-        {0, "[Red]0.00", false}, {0, "[h]:mm", true},        {0, "0.00%", false},
-        {0, "\"days\" 0", true}, {0, "[$-409]#,##0", false}, {0, "General;[Blue]@", false},
-        {0, "S", true},
-    };
-    Styles<char> s(TRANSITIONAL, true);
-    for (const auto &r : rows) {
-        IFormatT<char> *f = s.addFormat(nullptr);
-        f->setNumFormat(r.custom ? s.addCustomNumFormat(r.custom) : r.id);
-        EXPECT_EQ(s.isDate(s.getStyleID(f)), r.date) << r.id << " " << (r.custom ? r.custom : "");
-    }
-    EXPECT_FALSE(s.isDate(100000));
-    EXPECT_EQ(s.formatByIndex(100000), nullptr);
-}
-
 TEST(Styles, NewStylesheetAndForeignMarkupKeptThroughASave) {
     Styles<char> n(TRANSITIONAL, true);
     int size = 0;

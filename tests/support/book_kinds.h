@@ -13,14 +13,25 @@
 
 namespace bookkinds {
 
+// What differs by design between the kinds: the last row and column, the
+// message of a read beyond them (null: the range message, as for writes),
+// the message of a copy from a cell that is not there, and whether the
+// letters of a quoted text in a custom number format make it a date format.
 struct BookKind {
     const char *name;
     tabrix::IBookT<char> *(*make)();
+    int lastRow;
+    int lastCol;
+    const char *readBeyond;
+    const char *noSourceCell;
+    bool quotedLettersMakeDates;
 };
 
 inline const BookKind kBookKinds[] = {
-    {"binary", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateBookA()); }},
-    {"xlsx", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateXMLBookA()); }},
+    {"binary", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateBookA()); }, 65535, 255,
+     nullptr, "empty cell", false},
+    {"xlsx", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateXMLBookA()); }, 1048575, 16383,
+     "cell is not found", "source cell is not found", true},
 };
 
 // A test's name suffix: the kind's name.

@@ -5,7 +5,9 @@ usage: oracle.py READER PATH [utf8]
   xlrd         every worksheet of a binary book
   xlrd-format  the same cells, each as "r c bold colour format" instead
   xlrd-sst     "COUNT n", then each entry of the shared string table
-  openpyxl     every worksheet of an Open XML book
+  openpyxl     every worksheet of an Open XML book (dates as serial numbers)
+  openpyxl-formulas     each formula of an Open XML book: "r c text" under "SHEET name"
+  libreoffice-formulas  the same, as LibreOffice saves the book as Open XML
   libreoffice  every sheet through LibreOffice's csv export (raw values)
   olefile      each stream of a compound file: "path size crc32"
   xlrd-formulas   each formula cell as xlrd decompiles it: "sheet row col kind text"
@@ -184,21 +186,34 @@ def dump_sst():
 
 
 def dump_openpyxl():
-    import openpyxl
+    import datetime, openpyxl
+    from openpyxl.utils.datetime import to_excel
     bk = openpyxl.load_workbook(path, data_only=True)
     for sh in bk.worksheets:
         print('SHEET', text(sh.title))
-        for row in sh.iter_rows():
-            for x in row:
-                v = x.value
-                if v is None:
-                    continue
-                kind = 'b' if isinstance(v, bool) else 'n' if isinstance(v, (int, float)) else \
-                    'e' if x.data_type == 'e' else 's'
-                cell(x.row - 1, x.column - 1, kind, v if kind != 'n' else float(v))
+        # The stored cells only, in row order: a cell at XFD1048576 would
+        # make iter_rows walk the whole grid.
+        for _, x in sorted(sh._cells.items()):
+            v = x.value
+            if v is None:
+                continue
+            if isinstance(v, (datetime.datetime, datetime.date, datetime.time, datetime.timedelta)):
+                v = to_excel(v, bk.epoch)
+            kind = 'b' if isinstance(v, bool) else 'n' if isinstance(v, (int, float)) else \
+                'e' if x.data_type == 'e' else 's'
+            cell(x.row - 1, x.column - 1, kind, v if kind != 'n' else float(v))
 
 
 NUMBER = re.compile(r'^[-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?%?$')
+
+
+def dump_formulas_openpyxl(book_path):
+    import openpyxl
+    for sh in openpyxl.load_workbook(book_path).worksheets:
+        print('SHEET', text(sh.title))
+        for _, x in sorted(sh._cells.items()):
+            if x.data_type == 'f':
+                print(x.row - 1, x.column - 1, text(str(x.value).lstrip('=')))
 
 
 def dump_libreoffice():
@@ -460,6 +475,8 @@ try:
      'openpyxl-dims': lambda: dump_dims(path), 'libreoffice-dims': lambda: lo_resaved(dump_dims),
      'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': dump_styles,
      'openpyxl-pictures': lambda: dump_pictures(path),
-     'libreoffice-pictures': lambda: lo_resaved(dump_pictures)}[reader]()
+     'libreoffice-pictures': lambda: lo_resaved(dump_pictures),
+     'openpyxl-formulas': lambda: dump_formulas_openpyxl(path),
+     'libreoffice-formulas': lambda: lo_resaved(dump_formulas_openpyxl)}[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)

@@ -361,12 +361,17 @@ TEST(Cli, DumpJsonParsesBack) {
 }
 
 // xls to csv or tsv and back keeps every value; xls to xls with --sheet
-// keeps one sheet; --cells copies the cells of both.
+// keeps one sheet; --cells copies the cells of both.  Between xls and the
+// Open XML kinds, both ways, every sheet keeps values, formulas and formats.
 TEST(Cli, ConvertRoundTrips) {
     std::string book = writeTestBook();
     std::string csv = scratch("round.csv"), back = scratch("round.xls");
     std::string tsv = scratch("round.tsv"), back2 = scratch("round2.xls");
     std::string one = scratch("one.xls"), cells = scratch("cells.xls");
+    std::string xlsx = scratch("open.xlsx"), xlsm = scratch("open.xlsm"),
+                xltx = scratch("open.xltx"), fromXml = scratch("from-open.xls"),
+                oneXml = scratch("one.xlsx"), csvXml = scratch("round.xlsx");
+    const std::string openXml = "format:        Open XML workbook (zip package)\n";
     runCases({
         {{"convert", book, csv}, 0, ""},
         {{"convert", csv, back}, 0, ""},
@@ -375,6 +380,22 @@ TEST(Cli, ConvertRoundTrips) {
         {{"convert", book, one, "--sheet", "Second"}, 0, ""},
         {{"convert", book, cells, "--cells"}, 0, ""},
         {{"info", one}, 0, "sheets:        1 (active: 1)\n  1  Second"},
+        {{"convert", book, xlsx}, 0, ""},
+        {{"convert", book, xlsm}, 0, ""},
+        {{"convert", book, xltx}, 0, ""},
+        {{"convert", xlsx, fromXml}, 0, ""},
+        {{"convert", xlsx, oneXml, "--sheet", "2"}, 0, ""},
+        {{"convert", csv, csvXml}, 0, ""},
+        {{"info", xlsm}, 0, openXml},
+        {{"info", xltx},
+         0,
+         "sheets:        2 (active: 1)\n  1  Data    sheet    visible      A1:D6\n"
+         "  2  Second  sheet    visible      A1:C3\n"},
+        {{"info", oneXml},
+         0,
+         "sheets:        1 (active: 1)\n  1  Second  sheet    visible      A1:C3"},
+        {{"dump", xlsx, "-r", "B6", "--formulas"}, 0, "=SUM(B2:B3)\n"},
+        {{"dump", xlsx, "-r", "A1:IW1"}, 0, "name,amount,flag,when" + std::string(253, ',') + "\n"},
         {{"convert", book, scratch("x.csv"), "--cells"},
          2,
          "--cells applies between two workbooks"},
@@ -384,16 +405,17 @@ TEST(Cli, ConvertRoundTrips) {
     // Text has no blank cells and no formulas: rows 1 to 5 without C4.
     auto original = cellsOf(runTool({"dump", book, "-f", "json", "-r", "A1:D5"}));
     original.erase("C4");
-    for (const std::string &copy : {back, back2}) {
+    for (const std::string &copy : {back, back2, csvXml}) {
         std::string sheet;
         EXPECT_EQ(cellsOf(runTool({"dump", copy, "-f", "json", "-r", "A1:D5"}), &sheet), original)
             << copy;
         EXPECT_EQ(sheet, "round");
     }
-    for (const char *sheet : {"1", "2"})
-        EXPECT_EQ(cellsOf(runTool({"dump", cells, "-s", sheet, "-f", "json"})),
-                  cellsOf(runTool({"dump", book, "-s", sheet, "-f", "json"})))
-            << "sheet " << sheet;
+    for (const std::string &copy : {cells, xlsx, xlsm, xltx, fromXml})
+        for (const char *sheet : {"1", "2"})
+            EXPECT_EQ(cellsOf(runTool({"dump", copy, "-s", sheet, "-f", "json"})),
+                      cellsOf(runTool({"dump", book, "-s", sheet, "-f", "json"})))
+                << copy << " sheet " << sheet;
 }
 
 // A copy through --cells keeps the merged blocks, the named ranges with
@@ -507,21 +529,6 @@ TEST(Cli, ProgressLineOnlyOnATerminal) {
     EXPECT_TRUE(contains(seen, "\r\x1b[Kfile:")) << "the line is wiped before the report\n" << seen;
 }
 
-// Open XML goes through the library's Open XML book: while it has none, a
-// clear message and exit 1; once it has, the same commands work.
-TEST(Cli, OpenXmlAsTheLibraryHasIt) {
-    std::string csv = scratch("small.csv"), xlsx = scratch("small.xlsx");
-    writeFile(csv, "a,1\nb,2\n");
-    RunResult r = runTool({"convert", csv, xlsx});
-    if (r.exitCode == 1) {
-        EXPECT_TRUE(contains(r.err, "not supported yet")) << r.err;
-        return;
-    }
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    r = runTool({"dump", xlsx});
-    EXPECT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(r.out, "a,1\nb,2\n");
-}
 // Real files: every corpus .xls either loads, with a full report, or fails
 // with a message; nothing crashes.
 TEST(Cli, InfoAndDumpOfCorpusFiles) {

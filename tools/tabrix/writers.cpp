@@ -19,7 +19,9 @@ public:
     void cell(int, int, const CellValue &value) override {
         if (!_first) _out << (_tabs ? '\t' : ',');
         _first = false;
-        if (value.kind != tabrix::CELLTYPE_EMPTY && value.kind != tabrix::CELLTYPE_BLANK)
+        // A formula without a cached value is blank yet has its text to show.
+        if ((value.kind != tabrix::CELLTYPE_EMPTY && value.kind != tabrix::CELLTYPE_BLANK) ||
+            !value.text.empty())
             _out << (_tabs ? tsvField(value.text) : csvField(value.text));
     }
     void endRow() override { _out << '\n'; }
