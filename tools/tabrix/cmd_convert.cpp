@@ -2,6 +2,7 @@
 // sheet and comma- or tab-separated text.
 #include "args.h"
 #include "cli.h"
+#include "sheet_drawings.h"
 #include "sheet_dump.h"
 #include "sheet_fill.h"
 #include "workbook.h"
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <map>
 
 namespace cli {
 
@@ -54,7 +56,9 @@ void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
     int count = in.book()->sheetCount();
     int only = sheetArg.empty() ? -1 : in.findSheet(sheetArg);
     long changed = 0;
+    int refusedComments = 0;
     NumFormats formats(out);
+    std::map<int, int> pictures;
     for (int i = 0; i < count; ++i) {
         if ((only >= 0 && i != only) || in.book()->sheetType(i) != tabrix::SHEETTYPE_SHEET)
             continue;
@@ -67,10 +71,14 @@ void copyBook(Workbook &in, const std::string &sheetArg, FileKind outKind,
         // first cell's format over the block as blank cells.
         copyMergesAndNames(from, i, to, only < 0);
         changed += copySheet(in, from, out, to, formats);
+        refusedComments += copyDrawings(in, from, out, to, pictures);
     }
     if (changed > 0)
         std::cerr << "tabrix: note: " << changed
                   << " formula or error cells kept only their value or text\n";
+    if (refusedComments > 0)
+        std::cerr << "tabrix: note: " << refusedComments << " comments stay behind: " << outPath
+                  << " takes no comments here\n";
     out.save(outPath);
 }
 

@@ -2,6 +2,7 @@
 #include "args.h"
 #include "cell_range.h"
 #include "cli.h"
+#include "sheet_drawings.h"
 #include "workbook.h"
 
 #include <algorithm>
@@ -57,9 +58,6 @@ std::string oneLine(const char *text) {
     return out;
 }
 
-// Comments are looked for in the used range, and at least in A1:Z100.
-const int kCommentRows = 100, kCommentCols = 26;
-
 std::string padded(const std::string &s, size_t width) {
     return s.size() >= width ? s : s + std::string(width - s.size(), ' ');
 }
@@ -107,15 +105,10 @@ int runInfo(const Args &args) {
             picturesText += "  " + name + "!" + cellName(row, col) + "  " + pictureKind(book, id) +
                             "  " + std::to_string(width) + "x" + std::to_string(height) + "\n";
         }
-        const int rows = std::max(s->lastRow(), kCommentRows),
-                  cols = std::max(s->lastCol(), kCommentCols);
-        for (int r = 0; r < rows; ++r)
-            for (int c = 0; c < cols; ++c)
-                if (const char *text = s->readComment(r, c)) {
-                    ++comments;
-                    commentsText +=
-                        "  " + name + "!" + cellName(r, c) + "  " + oneLine(text) + "\n";
-                }
+        forEachComment(s, [&](int r, int c, const char *text) {
+            ++comments;
+            commentsText += "  " + name + "!" + cellName(r, c) + "  " + oneLine(text) + "\n";
+        });
         int names = s->namedRangeSize();
         for (int n = 0; n < names; ++n) {
             int rf = 0, rl = 0, cf = 0, cl = 0, scope = -1;
