@@ -51,8 +51,10 @@ std::string loadMessage(bool xml, const std::string &path) {
 }
 
 // Builds a workbook directly with the library: `fill` gets the new book.
+// A book of the kind its name's extension says.
 void makeBook(const std::string &name, const std::function<void(void *)> &fill) {
-    void *book = tbCreateBookCA();
+    const bool xml = name.size() > 5 && name.compare(name.size() - 5, 5, ".xlsx") == 0;
+    void *book = xml ? tbCreateXMLBookCA() : tbCreateBookCA();
     tbBookSetLocaleA(book, "UTF-8");
     fill(book);
     EXPECT_TRUE(tbBookSaveA(book, pathOf(name).c_str())) << tbBookErrorMessageA(book);
@@ -346,45 +348,51 @@ TEST(XlsWrite, ExistingContentIsKept) {
 
 // ---- named ranges --------------------------------------------------------------
 
-TEST(XlsNames, GlobalAndSheetScopedNamesByLabel) {
+TEST(WorkbookDriverNames, GlobalAndSheetScopedNamesByLabel) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
-    bool named = true;
-    makeBook("names.xls", [&named](void *book) {
-        void *data = tbBookAddSheetA(book, "Data", nullptr);
-        void *other = tbBookAddSheetA(book, "Other", nullptr);
-        for (int r = 0; r < 3; r++) {
-            tbSheetWriteNumA(data, 1 + r, 1, 10 * (r + 1), nullptr);
-            tbSheetWriteStrA(other, 4 + r, 2, std::string(1, char('x' + r)).c_str(), nullptr);
+    for (const std::string driver : {"xls", "xlsx"}) {
+        SCOPED_TRACE(driver);
+        const std::string file = "names." + driver;
+        bool named = true;
+        makeBook(file, [&named](void *book) {
+            void *data = tbBookAddSheetA(book, "Data", nullptr);
+            void *other = tbBookAddSheetA(book, "Other", nullptr);
+            for (int r = 0; r < 3; r++) {
+                tbSheetWriteNumA(data, 1 + r, 1, 10 * (r + 1), nullptr);
+                tbSheetWriteStrA(other, 4 + r, 2, std::string(1, char('x' + r)).c_str(), nullptr);
+            }
+            // Two names of one sheet that differ in case only: the later one wins.
+            named = tbSheetSetNamedRangeA(data, "prices", 1, 3, 1, 1, -1) &&
+                    tbSheetSetNamedRangeA(other, "codes", 4, 6, 2, 2, -2) &&
+                    tbSheetSetNamedRangeA(data, "twice", 1, 1, 1, 1, -1) &&
+                    tbSheetSetNamedRangeA(data, "TWICE", 2, 3, 1, 1, -2);
+        });
+        ASSERT_TRUE(named);
+        struct Case {
+            const char *label;
+            qd_type type;
+            std::vector<std::string> texts;
+        } cases[] = {
+            {"prices", QD_REAL, {"10", "20", "30"}},
+            {"PRICES", QD_INT, {"10", "20", "30"}},
+            {"codes", QD_STRING, {"x", "y", "z"}},
+            {"Twice", QD_REAL, {"20", "30"}},
+        };
+        for (const Case &c : cases) {
+            SCOPED_TRACE(c.label);
+            Context ctx(scratchDir());
+            List *list = ctx.newList(c.type);
+            ASSERT_EQ(
+                host().readItem(ctx, driver.c_str(), file.c_str(), c.label, list->type(), list), 0)
+                << ctx.allErrors();
+            EXPECT_EQ(list->texts(), c.texts);
         }
-        // Two names of one sheet that differ in case only: the later one wins.
-        named = tbSheetSetNamedRangeA(data, "prices", 1, 3, 1, 1, -1) &&
-                tbSheetSetNamedRangeA(other, "codes", 4, 6, 2, 2, -2) &&
-                tbSheetSetNamedRangeA(data, "twice", 1, 1, 1, 1, -1) &&
-                tbSheetSetNamedRangeA(data, "TWICE", 2, 3, 1, 1, -2);
-    });
-    ASSERT_TRUE(named);
-    struct Case {
-        const char *label;
-        qd_type type;
-        std::vector<std::string> texts;
-    } cases[] = {
-        {"prices", QD_REAL, {"10", "20", "30"}},
-        {"PRICES", QD_INT, {"10", "20", "30"}},
-        {"codes", QD_STRING, {"x", "y", "z"}},
-        {"Twice", QD_REAL, {"20", "30"}},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.label);
         Context ctx(scratchDir());
-        List *list = ctx.newList(c.type);
-        ASSERT_EQ(host().readItem(ctx, "xls", "names.xls", c.label, list->type(), list), 0)
-            << ctx.allErrors();
-        EXPECT_EQ(list->texts(), c.texts);
+        List *list = ctx.newList(QD_REAL);
+        EXPECT_NE(host().readItem(ctx, driver.c_str(), file.c_str(), "nowhere", list->type(), list),
+                  0);
+        EXPECT_NE(ctx.allErrors().find("SHEET: Range name not found.\n"), std::string::npos);
     }
-    Context ctx(scratchDir());
-    List *list = ctx.newList(QD_REAL);
-    EXPECT_NE(host().readItem(ctx, "xls", "names.xls", "nowhere", list->type(), list), 0);
-    EXPECT_NE(ctx.allErrors().find("SHEET: Range name not found.\n"), std::string::npos);
 }
 
 } // namespace

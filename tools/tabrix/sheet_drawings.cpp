@@ -24,15 +24,17 @@ int targetPicture(Workbook &source, Workbook &target, int id, std::map<int, int>
     unsigned size = 0;
     source.book()->getPicture(id, &data, &size);
     const int made = data ? target.book()->addPicture2(data, size) : -1;
-    if (made < 0) throw Failure("cannot copy picture " + std::to_string(id + 1) + ": " +
-                                (data ? target.message() : source.message()));
+    if (made < 0)
+        throw Failure("cannot copy picture " + std::to_string(id + 1) + ": " +
+                      (data ? target.message() : source.message()));
     return added[id] = made;
 }
 
 } // namespace
 
 void forEachComment(Sheet *s, const std::function<void(int, int, const char *)> &seen) {
-    const int rows = std::max(s->lastRow(), kCommentRows), cols = std::max(s->lastCol(), kCommentCols);
+    const int rows = std::max(s->lastRow(), kCommentRows),
+              cols = std::max(s->lastCol(), kCommentCols);
     for (int r = 0; r < rows; ++r)
         for (int c = 0; c < cols; ++c)
             if (const char *text = s->readComment(r, c)) seen(r, c, text);
@@ -48,7 +50,9 @@ int copyDrawings(Workbook &source, Sheet *from, Workbook &target, Sheet *to,
     }
     // The texts first: a comment's text lives in the source book's buffer.
     std::vector<std::pair<std::pair<int, int>, std::string>> comments;
-    forEachComment(from, [&](int r, int c, const char *text) { comments.push_back({{r, c}, text}); });
+    forEachComment(from, [&](int r, int c, const char *text) {
+        comments.push_back({{r, c}, text});
+    });
     int refused = 0;
     for (const auto &k : comments) {
         to->writeComment(k.first.first, k.first.second, k.second.c_str(), nullptr, kCommentWidth,
