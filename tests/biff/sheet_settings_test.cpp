@@ -21,11 +21,6 @@ namespace {
 
 using Sheet = ISheetT<char>;
 
-struct BookDeleter {
-    void operator()(IBookT<char> *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<IBookT<char>, BookDeleter>;
-
 // The kind of book the running test was given.
 const BookKind *gKind = &kBookKinds[0];
 
@@ -34,20 +29,8 @@ protected:
     void SetUp() override { gKind = &GetParam(); }
 };
 
-BookPtr newBook() {
-    BookPtr b(gKind->make());
-    b->setLocale("UTF-8");
-    return b;
-}
-
-BookPtr reloaded(IBookT<char> &b) {
-    const char *data = nullptr;
-    unsigned size = 0;
-    EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
-    BookPtr back = newBook();
-    EXPECT_TRUE(back->loadRaw(data, size)) << back->errorMessage();
-    return back;
-}
+BookPtr newBook() { return bookkinds::newBook(*gKind); }
+BookPtr reloaded(IBookT<char> &b) { return bookkinds::reloaded(*gKind, b); }
 
 std::string text(const char *t) { return t ? t : "(null)"; }
 

@@ -19,26 +19,10 @@ namespace {
 
 using Sheet = ISheetT<char>;
 
-struct BookDeleter {
-    void operator()(IBookT<char> *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<IBookT<char>, BookDeleter>;
-
 class SheetCells : public ::testing::TestWithParam<BookKind> {
 protected:
-    BookPtr newBook() {
-        BookPtr b(GetParam().make());
-        b->setLocale("UTF-8");
-        return b;
-    }
-    BookPtr reloaded(IBookT<char> &b) {
-        const char *data = nullptr;
-        unsigned size = 0;
-        EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
-        BookPtr back = newBook();
-        EXPECT_TRUE(back->loadRaw(data, size)) << back->errorMessage();
-        return back;
-    }
+    BookPtr newBook() { return bookkinds::newBook(GetParam()); }
+    BookPtr reloaded(IBookT<char> &b) { return bookkinds::reloaded(GetParam(), b); }
 };
 
 std::string text(const char *t) { return t ? t : "(null)"; }

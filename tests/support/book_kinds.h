@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace bookkinds {
@@ -33,6 +34,28 @@ inline const BookKind kBookKinds[] = {
     {"xlsx", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateXMLBookA()); }, 1048575, 16383,
      "cell is not found", "source cell is not found", true},
 };
+
+struct BookDeleter {
+    void operator()(tabrix::IBookT<char> *b) const { b->release(); }
+};
+using BookPtr = std::unique_ptr<tabrix::IBookT<char>, BookDeleter>;
+
+// A new book of the kind, with UTF-8 texts.
+inline BookPtr newBook(const BookKind &kind) {
+    BookPtr b(kind.make());
+    b->setLocale("UTF-8");
+    return b;
+}
+
+// `b` saved in memory and loaded into a new book of the kind.
+inline BookPtr reloaded(const BookKind &kind, tabrix::IBookT<char> &b) {
+    const char *data = nullptr;
+    unsigned size = 0;
+    EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
+    BookPtr back = newBook(kind);
+    EXPECT_TRUE(back->loadRaw(data, size)) << back->errorMessage();
+    return back;
+}
 
 // A test's name suffix: the kind's name.
 inline std::string kindName(const ::testing::TestParamInfo<BookKind> &info) {
