@@ -30,6 +30,7 @@ usage: oracle.py READER PATH [utf8]
   libreoffice-settings  openpyxl-settings after LibreOffice has saved the book again
   openpyxl-styles  the style of each cell of the first sheet, a line for each
                of "r c" numfmt, font, fill, border, align and protection
+  libreoffice-styles  the same after LibreOffice has read the book and saved it again
   drawings     pictures, charts and comments of each sheet, from an Open XML
                book or from LibreOffice's Open XML conversion of another one:
                "PIC r c" (the anchor's first cell), "CHART r c", "NOTE r c
@@ -395,9 +396,9 @@ def dump_pictures(book_path):
         print('OTHER', other)
 
 
-def dump_styles():
+def dump_styles(book_path):
     import openpyxl
-    ws = openpyxl.load_workbook(path).worksheets[0]
+    ws = openpyxl.load_workbook(book_path).worksheets[0]
 
     def col(c):
         return '-' if c is None or c.value is None else '%s:%s' % (c.type, c.value)
@@ -473,7 +474,8 @@ try:
      'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
      'make-xlwt': make_xlwt, 'drawings': dump_drawings,
      'openpyxl-dims': lambda: dump_dims(path), 'libreoffice-dims': lambda: lo_resaved(dump_dims),
-     'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': dump_styles,
+     'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': lambda: dump_styles(path),
+     'libreoffice-styles': lambda: lo_resaved(dump_styles),
      'openpyxl-pictures': lambda: dump_pictures(path),
      'libreoffice-pictures': lambda: lo_resaved(dump_pictures),
      'openpyxl-formulas': lambda: dump_formulas_openpyxl(path),
