@@ -134,32 +134,28 @@ size_t XMLCellStore::rowChildPosition(size_t position) const {
     return _rows.empty() ? 0 : at;
 }
 
-c_cell &XMLCellStore::overwrite(uint32_t row, uint32_t col) {
+c_row_data &XMLCellStore::overwriteRow(uint32_t row) {
     ensure();
-    // The row: the last one on an ascending write, else a search.
-    size_t p;
-    if (!_rows.empty() && _rows.back().row == row) {
-        p = _rows.size() - 1;
-    } else {
-        const size_t hi = upperRow(row);
-        if (hi > 0 && _rows[hi - 1].row == row) {
-            p = hi - 1;
-        } else {
-            p = hi;
-            const binding::s_schema_set &set = *_doc->set();
-            c_child c;
-            c.kind = K_HAND;
-            c.decl = _rowDecl;
-            auto data = std::make_unique<c_row_data>(set, set.elems[_rowDecl].complex);
-            data->set_r(row + 1);
-            c_row_data *made = data.get();
-            c.hand = std::move(data);
-            const size_t at = rowChildPosition(p);
-            _sheetData->_children.insert(_sheetData->_children.begin() + long(at), std::move(c));
-            _rows.insert(_rows.begin() + long(p), Row{row, made});
-        }
-    }
-    c_row_data &r = *_rows[p].data;
+    // The last row on an ascending write, else a search.
+    if (!_rows.empty() && _rows.back().row == row) return *_rows.back().data;
+    const size_t p = upperRow(row);
+    if (p > 0 && _rows[p - 1].row == row) return *_rows[p - 1].data;
+    const binding::s_schema_set &set = *_doc->set();
+    c_child c;
+    c.kind = K_HAND;
+    c.decl = _rowDecl;
+    auto data = std::make_unique<c_row_data>(set, set.elems[_rowDecl].complex);
+    data->set_r(row + 1);
+    c_row_data *made = data.get();
+    c.hand = std::move(data);
+    const size_t at = rowChildPosition(p);
+    _sheetData->_children.insert(_sheetData->_children.begin() + long(at), std::move(c));
+    _rows.insert(_rows.begin() + long(p), Row{row, made});
+    return *made;
+}
+
+c_cell &XMLCellStore::overwrite(uint32_t row, uint32_t col) {
+    c_row_data &r = overwriteRow(row);
     std::vector<c_cell> &cells = r.cells();
     size_t at;
     if (!cells.empty() && cells.back().col() < col) {

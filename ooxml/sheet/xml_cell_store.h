@@ -39,6 +39,8 @@ public:
     long rowPosition(uint32_t row);
     binding::c_row_data *findRow(uint32_t row);
     binding::c_cell *findCell(uint32_t row, uint32_t col);
+    // The row, made in its place when missing.
+    binding::c_row_data &overwriteRow(uint32_t row);
     // The cell, made (with its row) when missing.
     binding::c_cell &overwrite(uint32_t row, uint32_t col);
     // Deletes the cell, and its row when no cell is left; false if absent.

@@ -29,30 +29,15 @@ int defaultWidthPx(binding::c_node &root, int w) {
 
 } // namespace
 
+// Rows go through the cell store: a binary search, and its index stays true.
 template <class C> binding::c_row XMLSheetImplT<C>::findRow(int row) {
-    binding::c_worksheet sheet(&this->document().root());
-    if (!sheet.isset_sheetData()) return binding::c_row();
-    binding::c_sheet_data data = sheet.get_sheetData();
-    for (size_t i = 0, n = data.size_row(); i < n; ++i) {
-        binding::c_row r = data.get_row(i);
-        if (r.get_r() == uint32_t(row) + 1) return r;
-        if (r.get_r() > uint32_t(row) + 1) break;
-    }
-    return binding::c_row();
+    if (row < 0 || row >= kXmlRows) return binding::c_row();
+    return binding::c_row(this->cellStore().findRow(uint32_t(row)));
 }
 
 template <class C> binding::c_row XMLSheetImplT<C>::overwriteRow(int row) {
     checkXmlRow(row);
-    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
-    size_t i = 0;
-    for (const size_t n = data.size_row(); i < n; ++i) {
-        binding::c_row r = data.get_row(i);
-        if (r.get_r() == uint32_t(row) + 1) return r;
-        if (r.get_r() > uint32_t(row) + 1) break;
-    }
-    binding::c_row made = data.insert_row(i);
-    made.set_r(uint32_t(row) + 1);
-    return made;
+    return binding::c_row(&this->cellStore().overwriteRow(uint32_t(row)));
 }
 
 template <class C>

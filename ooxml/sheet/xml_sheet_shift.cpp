@@ -1,6 +1,9 @@
 // Insertion and removal of rows and columns on an Open XML sheet: rows'
 // and cells' numbers, merges and column ranges move; formula texts are
 // left as they are.
+#include <algorithm>
+#include <functional>
+
 #include "ooxml/binding/parts/worksheet_facades.h"
 #include "ooxml/sheet/col_ranges.h"
 #include "ooxml/sheet/sheet_limits.h"
@@ -13,6 +16,21 @@ namespace {
 void renumberRow(binding::c_row row, uint32_t r) {
     row.set_r(r);
     for (size_t i = 0; i < row.size_c(); ++i) row.get_c(i).set_r(r - 1, row.get_c(i).col());
+}
+
+// One pass over the rows of the sheet data in order: `edit` renumbers a
+// row or moves its cells, and answers true for a row to drop.
+void editRows(binding::c_node &root, const std::function<bool(binding::c_row)> &edit) {
+    binding::c_node &data = *binding::c_worksheet(&root).get_sheetData().node();
+    const int32_t decl = data.decl_of("row");
+    auto &ch = data._children;
+    ch.erase(std::remove_if(ch.begin(), ch.end(),
+                            [&](binding::c_child &c) {
+                                return c.kind == binding::K_HAND && c.decl == decl &&
+                                       edit(binding::c_row(
+                                           static_cast<binding::c_row_data *>(c.hand.get())));
+                            }),
+             ch.end());
 }
 
 // Every rectangle with its rows (or columns) replaced by each of `spans`.
@@ -31,15 +49,12 @@ std::vector<CellRect> withSpans(const CellRect &rect, bool rows, const std::vect
 template <class C> bool XMLSheetImplT<C>::insertRow(int rowFirst, int rowLast) {
     checkXmlSpan(rowFirst, rowLast, true);
     const int n = rowLast - rowFirst + 1;
-    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
-    for (size_t i = data.size_row(); i-- > 0;) {
-        binding::c_row row = data.get_row(i);
-        if (int(row.get_r()) - 1 < rowFirst) break;
-        if (int(row.get_r()) + n > kXmlRows)
-            data.delete_row(i);
-        else
-            renumberRow(row, row.get_r() + uint32_t(n));
-    }
+    editRows(this->document().root(), [&](binding::c_row row) {
+        if (int(row.get_r()) - 1 < rowFirst) return false;
+        if (int(row.get_r()) + n > kXmlRows) return true;
+        renumberRow(row, row.get_r() + uint32_t(n));
+        return false;
+    });
     moveMerges([&](const CellRect &r) {
         return withSpans(r, true, spanAfterInsert(r.rows, rowFirst, n));
     });
@@ -50,16 +65,13 @@ template <class C> bool XMLSheetImplT<C>::insertRow(int rowFirst, int rowLast) {
 template <class C> bool XMLSheetImplT<C>::removeRow(int rowFirst, int rowLast) {
     checkXmlSpan(rowFirst, rowLast, true);
     const int n = rowLast - rowFirst + 1;
-    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
-    for (size_t i = data.size_row(); i-- > 0;) {
-        binding::c_row row = data.get_row(i);
+    editRows(this->document().root(), [&](binding::c_row row) {
         const int r = int(row.get_r()) - 1;
-        if (r < rowFirst) break;
-        if (r <= rowLast)
-            data.delete_row(i);
-        else
-            renumberRow(row, row.get_r() - uint32_t(n));
-    }
+        if (r < rowFirst) return false;
+        if (r <= rowLast) return true;
+        renumberRow(row, row.get_r() - uint32_t(n));
+        return false;
+    });
     moveMerges([&](const CellRect &r) {
         return withSpans(r, true, spanAfterRemove(r.rows, Span{rowFirst, rowLast}));
     });
@@ -70,9 +82,7 @@ template <class C> bool XMLSheetImplT<C>::removeRow(int rowFirst, int rowLast) {
 template <class C> bool XMLSheetImplT<C>::insertCol(int colFirst, int colLast) {
     checkXmlSpan(colFirst, colLast, false);
     const int n = colLast - colFirst + 1;
-    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
-    for (size_t i = 0, rows = data.size_row(); i < rows; ++i) {
-        binding::c_row row = data.get_row(i);
+    editRows(this->document().root(), [&](binding::c_row row) {
         for (size_t k = row.size_c(); k-- > 0;) {
             binding::c_cell &cell = row.get_c(k);
             if (int(cell.col()) < colFirst) break;
@@ -81,7 +91,8 @@ template <class C> bool XMLSheetImplT<C>::insertCol(int colFirst, int colLast) {
             else
                 cell.set_r(cell.row(), cell.col() + uint32_t(n));
         }
-    }
+        return false;
+    });
     binding::c_node &root = this->document().root();
     for (size_t i = 0, lists = root.count("cols"); i < lists; ++i)
         moveCols(*root.child("cols", i), colFirst + 1, n);
@@ -95,9 +106,7 @@ template <class C> bool XMLSheetImplT<C>::insertCol(int colFirst, int colLast) {
 template <class C> bool XMLSheetImplT<C>::removeCol(int colFirst, int colLast) {
     checkXmlSpan(colFirst, colLast, false);
     const int n = colLast - colFirst + 1;
-    binding::c_sheet_data data = binding::c_worksheet(&this->document().root()).get_sheetData();
-    for (size_t i = 0, rows = data.size_row(); i < rows; ++i) {
-        binding::c_row row = data.get_row(i);
+    editRows(this->document().root(), [&](binding::c_row row) {
         for (size_t k = row.size_c(); k-- > 0;) {
             binding::c_cell &cell = row.get_c(k);
             const int c = int(cell.col());
@@ -107,7 +116,8 @@ template <class C> bool XMLSheetImplT<C>::removeCol(int colFirst, int colLast) {
             else
                 cell.set_r(cell.row(), cell.col() - uint32_t(n));
         }
-    }
+        return false;
+    });
     binding::c_node &root = this->document().root();
     for (size_t i = root.count("cols"); i-- > 0;) {
         binding::c_node &cols = *root.child("cols", i);
