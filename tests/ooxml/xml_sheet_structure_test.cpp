@@ -119,6 +119,15 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
           "<col min=\"3\" max=\"3\" width=\"12.7", "<col min=\"4\" max=\"4\" width=\"12.7",
           "<col min=\"5\" max=\"6\" width=\"12.7"},
          {}},
+        {"a row made by its height takes the cells written into it",
+         kData,
+         [](Sheet &s) {
+             return s.setRow(4, 30, nullptr, false) && s.writeNum(4, 1, 5, nullptr) &&
+                    s.writeNum(4, 0, 4, nullptr);
+         },
+         "ok",
+         {"<row r=\"5\" ht=\"30\" customHeight=\"1\"><c r=\"A5\"><v>4</v></c><c r=\"B5\">"},
+         {"<row r=\"5\"><c"}},
         {"rows inserted inside a merge split it; formulas keep their text",
          kData + kMerge,
          [](Sheet &s) { return s.insertRow(2, 3); },
