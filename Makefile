@@ -14,7 +14,7 @@ PREFIX ?= /usr/local
 DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
        zlib1g-dev libdeflate-dev libbz2-dev libsparsehash-dev libutfcpp-dev libxml2-dev gettext \
        python3 python3-olefile python3-xlrd python3-openpyxl python3-xlwt libreoffice-calc-nogui gnumeric \
-       libfreexl-dev libxml2-utils libpugixml-dev clang-format lcov
+       libfreexl-dev libxml2-utils libpugixml-dev libxlsxwriter-dev clang-format lcov
 
 .PHONY: all deps build install test test-normal test-asan demo bench fuzz clean format format-check coverage
 
