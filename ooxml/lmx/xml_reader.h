@@ -109,6 +109,23 @@ public:
     // end.
     elmx_error capture_element(c_any_info &out);
 
+    // Raw access, for hand-made readers that take common plain content
+    // straight from the bytes.  Inside an element's content (after a start
+    // tag that is not empty, an end tag or a text), the bytes from the
+    // reader's position to the end; empty elsewhere.
+    std::string_view raw_rest() const {
+        return _pending_end || _debug.code || !_p ? std::string_view()
+                                                  : std::string_view(_p, size_t(_end - _p));
+    }
+    // Moves the position within raw_rest() past whole elements (and white
+    // space) that the caller has read and checked: they open and close at
+    // the current depth and declare no namespaces, so no state changes.
+    void raw_advance(size_t bytes) { _p += bytes; }
+    // The namespace id of an unprefixed element name at the position.
+    int default_ns() const {
+        return _default_binding >= 0 ? _bindings[size_t(_default_binding)].id : NS_NONE;
+    }
+
     // Input line (from 1) of the reader's position.
     int line() const;
     // The XML declaration's version, encoding and standalone values (empty when absent).

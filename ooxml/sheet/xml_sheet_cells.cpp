@@ -41,12 +41,12 @@ void gate(int row, int col) {
 
 bool isType(const c_cell &cell, const char *t) { return cell.isset_t() && cell.get_t() == t; }
 
-double toDouble(const std::string &v) {
+double toDouble(std::string_view v) {
     double d = 0.0;
     const char *end = v.data() + v.size();
     auto [p, ec] = std::from_chars(v.data(), end, d);
     if (ec == std::errc() && p == end) return d;
-    return std::strtod(v.c_str(), nullptr);
+    return std::strtod(std::string(v).c_str(), nullptr);
 }
 
 // The text of an inline string: its plain text or its runs' texts.
@@ -155,7 +155,7 @@ bool XMLSheetCellsT<C>::writeNum(int row, int col, double value, IFormatT<C> *fo
     c_cell &cell = write(row, col, format, true);
     char buf[32];
     const auto res = std::to_chars(buf, buf + sizeof buf, value);
-    cell.set_v(std::string(buf, res.ptr));
+    cell.set_v(std::string_view(buf, size_t(res.ptr - buf)));
     return true;
 }
 
@@ -177,7 +177,7 @@ bool XMLSheetCellsT<C>::writeStr(int row, int col, const C *value, IFormatT<C> *
     cell.set_t("s");
     char buf[16];
     const auto res = std::to_chars(buf, buf + sizeof buf, index);
-    cell.set_v(std::string(buf, res.ptr));
+    cell.set_v(std::string_view(buf, size_t(res.ptr - buf)));
     return true;
 }
 
@@ -234,7 +234,8 @@ template <class C> double XMLSheetCellsT<C>::readNum(int row, int col, IFormatT<
 
 template <class C> bool XMLSheetCellsT<C>::readBool(int row, int col, IFormatT<C> **format) {
     const c_cell &cell = lookup(row, col, format);
-    if (isType(cell, "b") && cell.isset_v()) return std::atoi(cell.get_v().c_str()) != 0;
+    if (isType(cell, "b") && cell.isset_v())
+        return std::atoi(std::string(cell.get_v()).c_str()) != 0;
     throw tberror("this cell doesn't contain a bool");
 }
 
@@ -250,7 +251,7 @@ template <class C> const C *XMLSheetCellsT<C>::readStr(int row, int col, IFormat
     if (isType(cell, "s") && cell.isset_v()) {
         SharedStrings *sst = _book->sharedStringsIfAny();
         if (!sst) throw tberror("sharedStrings not found");
-        const std::string &v = cell.get_v();
+        const std::string_view v = cell.get_v();
         if (v.empty()) return tc(std::wstring()); // an empty value names no item: no text
         uint32_t index = 0;
         const auto res = std::from_chars(v.data(), v.data() + v.size(), index);

@@ -51,6 +51,60 @@ void append_cell_ref(std::string &out, uint32_t row, uint32_t col) {
     out += std::to_string(row + 1);
 }
 
+namespace {
+
+bool starts(std::string_view in, size_t at, std::string_view what) {
+    return in.size() >= at + what.size() && in.compare(at, what.size(), what) == 0;
+}
+
+// Printable ASCII that needs no decoding: no markup, references or "]]>".
+bool plain_char(char c) { return c >= 0x20 && c < 0x7F && c != '<' && c != '&' && c != ']'; }
+
+} // namespace
+
+size_t c_cell::read_plain(std::string_view in) {
+    if (!starts(in, 0, "<c")) return 0;
+    size_t p = 2;
+    uint8_t seen = 0; // 1 r, 2 s, 4 t
+    for (;;) {
+        if (p >= in.size()) return 0;
+        if (in[p] == '>') {
+            ++p;
+            break;
+        }
+        if (in[p] == '/') return starts(in, p, "/>") ? p + 2 : 0;
+        if (in[p] != ' ') return 0;
+        while (p < in.size() && in[p] == ' ') ++p;
+        if (p + 3 > in.size() || in[p] == '>' || in[p] == '/') continue;
+        const char name = in[p];
+        if (in[p + 1] != '=' || in[p + 2] != '"') return 0;
+        const size_t v = p + 3;
+        size_t q = v;
+        while (q < in.size() && in[q] != '"')
+            if (!plain_char(in[q++])) return 0;
+        if (q >= in.size()) return 0;
+        const std::string_view value = in.substr(v, q - v);
+        const uint8_t bit = name == 'r' ? 1 : name == 's' ? 2 : name == 't' ? 4 : 0;
+        if (!bit || (seen & bit)) return 0;
+        seen |= bit;
+        if (bit == 1 && !parse_cell_ref(value, _row, _col)) return 0;
+        if (bit == 2 && !parse_canonical_u32(value, _s)) return 0;
+        if (bit == 4 && !set_t(value)) return 0;
+        p = q + 1;
+    }
+    if (seen & 1) _flags |= HAS_R;
+    if (seen & 2) _flags |= HAS_S;
+    if (starts(in, p, "<v>")) {
+        const size_t t = p + 3;
+        for (p = t; p < in.size() && plain_char(in[p]);) ++p;
+        if (!starts(in, p, "</v>")) return 0;
+        _v.assign(in.substr(t, p - t));
+        _flags |= HAS_V;
+        p += 4;
+    }
+    return starts(in, p, "</c>") ? p + 4 : 0;
+}
+
 c_cell::c_cell(const c_cell &o)
     : _row(o._row), _col(o._col), _s(o._s), _type(o._type), _flags(o._flags), _t(o._t), _v(o._v),
       _rest(o._rest ? std::make_unique<c_node>(*o._rest) : nullptr) {}
@@ -73,11 +127,13 @@ c_node &c_cell::make_rest() {
 
 lmx::elmx_error c_cell::read_v(c_read_context &ctx) {
     lmx::c_xml_reader &r = ctx.reader();
+    std::string text; // the value may come in several runs (around comments, CDATA)
     for (;;) {
         const int ev = r.next();
         if (ev == lmx::EV_TEXT) {
-            _v.append(r.text());
+            text.append(r.text());
         } else if (ev == lmx::EV_END) {
+            _v.assign(text);
             _flags |= HAS_V;
             return lmx::ELMX_OK;
         } else if (ev == lmx::EV_START) {
@@ -190,7 +246,7 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
     bool v_done = !(_flags & HAS_V);
     auto write_v = [&] {
         w.start_element(ctx.ns(ns), "v");
-        w.text(_v);
+        w.text(_v.view());
         w.end_element();
         v_done = true;
     };

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "ooxml/binding/engine/context.h"
+#include "ooxml/binding/parts/short_text.h"
 
 namespace binding {
 
@@ -29,6 +30,11 @@ public:
     // At the start tag; consumes up to and including the end tag.
     lmx::elmx_error unmarshal(c_read_context &ctx);
     void marshal(c_write_context &ctx, int ns, std::string_view name) const;
+    // Reads a cell in its plain form from the bytes at the start of `in`:
+    // an unprefixed <c> with only r, s and t (double-quoted, printable
+    // ASCII), and nothing or a <v> of printable ASCII without markup.  The
+    // bytes taken, or 0 for anything else, which the general reader takes.
+    size_t read_plain(std::string_view in);
     const s_schema_set &set() const { return _flags & STRICT ? k_strict : k_transitional; }
 
     // r: zero-based row and column, present or not.
@@ -59,10 +65,10 @@ public:
     bool set_t(std::string_view t);
     void unset_t() { _t = 0; }
     // v: the value's text.
-    const std::string &get_v() const { return _v; }
+    std::string_view get_v() const { return _v.view(); }
     bool isset_v() const { return _flags & HAS_V; }
-    void set_v(std::string v) {
-        _v = std::move(v);
+    void set_v(std::string_view v) {
+        _v.assign(v);
         _flags |= HAS_V;
     }
     void unset_v() {
@@ -83,7 +89,7 @@ private:
     uint16_t _type; // CT_Cell in the set
     uint8_t _flags;
     uint8_t _t = 0; // 1 + index in the type table, 0 when absent
-    std::string _v;
+    c_short_text _v;
     std::unique_ptr<c_node> _rest;
 };
 

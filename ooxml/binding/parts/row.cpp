@@ -121,6 +121,25 @@ void c_row_data::erase_cell(size_t at) {
         for (size_t &n : _rest->cells_before) n -= n > at;
 }
 
+void c_row_data::read_plain_cells(lmx::c_xml_reader &r, int32_t cell_type) {
+    const std::string_view in = r.raw_rest();
+    size_t p = 0;
+    for (;;) {
+        size_t q = p;
+        while (q < in.size() && (in[q] == ' ' || in[q] == '\n' || in[q] == '\r' || in[q] == '\t'))
+            ++q;
+        if (q + 1 >= in.size() || in[q] != '<' || in[q + 1] != 'c') break;
+        c_cell &cell = _cells.emplace_back(set(), cell_type);
+        const size_t n = cell.read_plain(in.substr(q));
+        if (!n) {
+            _cells.pop_back();
+            break;
+        }
+        p = q + n;
+    }
+    r.raw_advance(p);
+}
+
 lmx::elmx_error c_row_data::unmarshal(c_read_context &ctx) {
     lmx::c_xml_reader &r = ctx.reader();
     const s_schema_set &st = set();
@@ -146,8 +165,12 @@ lmx::elmx_error c_row_data::unmarshal(c_read_context &ctx) {
     // The content model: cells, then at most one extension list.
     const int32_t cell_decl = child_decl(st, _type, "c");
     const s_element_decl &cd = st.elems[cell_decl];
+    // Plain cells are read straight from the bytes when an unprefixed "c"
+    // is the cell element here.
+    const bool plain = r.default_ns() == cd.ns;
     bool ended = false; // the extension list was read
     for (;;) {
+        if (plain && !ended) read_plain_cells(r, cd.complex);
         const int ev = r.next();
         if (ev == lmx::EV_END) break;
         if (ev == lmx::EV_ERROR) return r.error();

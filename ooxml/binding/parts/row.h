@@ -53,6 +53,8 @@ private:
         std::vector<size_t> cells_before;
     };
     s_rest &make_rest();
+    // Takes the plain cells at the reader's position straight from its bytes.
+    void read_plain_cells(lmx::c_xml_reader &r, int32_t cell_type);
 
     uint32_t _r = 0;
     uint16_t _type; // CT_Row in the set
