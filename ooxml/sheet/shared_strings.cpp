@@ -10,6 +10,7 @@
 #include "ooxml/binding/parts/sst_facades.h"
 #include "ooxml/lmx/lmx_error.h"
 #include "ooxml/lmx/xml_names.h"
+#include "ooxml/sheet/plain_strings.h"
 #include "ooxml/sheet/xml_text.h"
 
 namespace tabrix {
@@ -22,17 +23,29 @@ uint32_t hashOf(std::string_view s) { return uint32_t(std::hash<std::string_view
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-// The text child of an item or run, or null.
-const binding::c_node *textChild(const binding::c_node &n) { return n.child("t"); }
+// The text child of an item or run (declaration `t`), or null: the first
+// child is the text in every plain item, so it is looked at first.
+const binding::c_node *textChild(const binding::c_node &n, int32_t t) {
+    for (const binding::c_child &c : n._children)
+        if (c.kind == binding::K_NODE && c.decl == t) return c.node.get();
+    return nullptr;
+}
 
 } // namespace
 
-SharedStrings::SharedStrings(binding::e_edition edition) {
-    _doc.create(edition, binding::PART_SST);
-    _siDecl = _doc.root().decl_of("si");
+SharedStrings::SharedStrings(binding::e_edition edition) : _edition(edition), _plain(true) {
+    _indexed = true;
 }
 
-SharedStrings::SharedStrings(binding::e_edition edition, const char *bytes, size_t size) {
+SharedStrings::SharedStrings(binding::e_edition edition, const char *bytes, size_t size)
+    : _edition(edition) {
+    if (readPlainStrings(std::string_view(bytes, size), edition, _table)) {
+        _plain = true;
+        _count = _table.count;
+        _counted = _table.hasCount;
+        return;
+    }
+    _table = PlainStrings();
     lmx::s_debug_error debug;
     if (lmx::elmx_error e = _doc.unmarshal(bytes, size, edition, binding::PART_SST, &debug))
         throw tberror(lmx::get_error_description(e));
@@ -50,12 +63,22 @@ SharedStrings::~SharedStrings() = default;
 void SharedStrings::indexItems() {
     for (binding::c_child &c : _doc.root()._children)
         if (c.kind == binding::K_NODE && c.decl == _siDecl) _items.push_back(c.node.get());
-    _keys.reserve(_items.size());
-    while (_slots.size() < 2 * (_items.size() + 1)) grow();
-    for (size_t i = 0; i < _items.size(); ++i) {
+    if (!_items.empty()) {
+        _tDecl = _items[0]->decl_of("t");
+        _rDecl = _items[0]->decl_of("r");
+    }
+}
+
+// The hash index is made at the first addition: a book that is only read
+// never needs it.
+void SharedStrings::indexTexts() {
+    _indexed = true;
+    _keys.reserve(size());
+    while (_slots.size() < 2 * (size() + 1)) grow();
+    for (size_t i = 0; i < size(); ++i) {
         std::string joined;
-        std::string_view key = storedText(*_items[i], joined);
-        if (!textChild(*_items[i])) {
+        std::string_view key = _plain ? _table.texts[i] : storedText(*_items[i], joined);
+        if (!_plain && !textChild(*_items[i], _tDecl)) {
             _joinedKeys.push_back(std::move(joined));
             key = _joinedKeys.back();
         }
@@ -97,11 +120,10 @@ void SharedStrings::grow() {
 }
 
 std::string_view SharedStrings::storedText(const binding::c_node &item, std::string &joined) const {
-    if (const binding::c_node *t = textChild(item)) return t->_text;
+    if (const binding::c_node *t = textChild(item, _tDecl)) return t->_text;
     for (const binding::c_child &c : item._children) {
-        if (c.kind != binding::K_NODE || !c.node) continue;
-        if (std::strcmp(_doc.set()->elems[c.decl].name, "r") != 0) continue;
-        if (const binding::c_node *t = textChild(*c.node)) joined += t->_text;
+        if (c.kind != binding::K_NODE || !c.node || c.decl != _rDecl) continue;
+        if (const binding::c_node *t = c.node->child("t")) joined += t->_text;
     }
     return joined;
 }
@@ -115,39 +137,61 @@ uint32_t SharedStrings::addString(const std::wstring &text) {
 uint32_t SharedStrings::addStoredText(std::string_view stored) {
     ++_count;
     _counted = true;
+    if (!_indexed) indexTexts();
     const uint32_t h = hashOf(stored);
     if (!_slots.empty()) {
         const uint64_t s = _slots[probe(stored, h)];
         if (s) return uint32_t(s) - 1;
     }
+    const bool blankEnd = !stored.empty() && (isBlank(stored.front()) || isBlank(stored.back()));
+    _grown = true;
+    if (_plain) {
+        const uint32_t index = uint32_t(_table.texts.size());
+        _table.texts.emplace_back(stored);
+        _table.preserve.push_back(blankEnd);
+        _keys.push_back(_table.texts.back());
+        enter(_keys.back(), h, index);
+        return index;
+    }
+    if (_siDecl < 0) _siDecl = _doc.root().decl_of("si");
     binding::c_node *item = _doc.root().append("si");
     binding::c_node *t = item->append("t");
+    if (_tDecl < 0) _tDecl = item->decl_of("t");
     t->_text = stored;
-    if (!stored.empty() && (isBlank(stored.front()) || isBlank(stored.back())))
-        t->_foreign.push_back({"xml", std::string(lmx::k_uri_xml), "space", "preserve"});
+    if (blankEnd) t->_foreign.push_back({"xml", std::string(lmx::k_uri_xml), "space", "preserve"});
     const uint32_t index = uint32_t(_items.size());
     _items.push_back(item);
     _keys.push_back(t->_text);
     enter(_keys.back(), h, index);
-    _grown = true;
     return index;
 }
 
 std::wstring SharedStrings::stringByIndex(uint32_t index) const {
-    if (index >= _items.size()) throw tberror(kNoIndex);
+    if (index >= size()) throw tberror(kNoIndex);
     std::string joined;
     std::wstring out;
-    unescapeXmlText(storedText(*_items[index], joined), out);
+    unescapeXmlText(_plain ? _table.texts[index] : storedText(*_items[index], joined), out);
     return out;
 }
 
 const std::string *SharedStrings::plainStoredText(uint32_t index) const {
-    if (index >= _items.size()) return nullptr;
-    const binding::c_node *t = textChild(*_items[index]);
+    if (index >= size()) return nullptr;
+    if (_plain) return &_table.texts[index];
+    const binding::c_node *t = textChild(*_items[index], _tDecl);
     return t ? &t->_text : nullptr;
 }
 
 void SharedStrings::save(std::string &out) {
+    if (_plain) {
+        _table.hasCount = _counted;
+        _table.count = std::min<uint64_t>(_count, 0xFFFFFFFFu);
+        if (_grown) {
+            _table.hasUnique = true;
+            _table.unique = uint32_t(_table.texts.size());
+        }
+        writePlainStrings(_table, _edition, out);
+        return;
+    }
     binding::c_sst sst(&_doc.root());
     if (_counted) sst.set_count(uint32_t(_count > 0xFFFFFFFFu ? 0xFFFFFFFFu : _count));
     if (_grown) sst.set_uniqueCount(uint32_t(_items.size()));

@@ -1,5 +1,6 @@
-// SharedStrings: the book's shared string table part.  Items stay in the
-// bound tree as read (rich runs included); an open-addressing hash table
+// SharedStrings: the book's shared string table part.  A plain table (see
+// plain_strings.h) is held as its texts; any other stays in the bound tree
+// as read (rich runs included).  An open-addressing hash table
 // from an item's stored (escaped) text to its index de-duplicates what is
 // added, touching one slot and, on a hash match, one text per look-up.
 #pragma once
@@ -13,6 +14,7 @@
 
 #include "ooxml/binding/engine/document.h"
 #include "ooxml/package/xfile.h"
+#include "ooxml/sheet/plain_strings.h"
 
 namespace tabrix {
 
@@ -27,7 +29,7 @@ public:
     // The user's text of an item, rich runs flattened; throws "index is out
     // of range or no value".
     std::wstring stringByIndex(uint32_t index) const;
-    size_t size() const { return _items.size(); }
+    size_t size() const { return _plain ? _table.texts.size() : _items.size(); }
 
     // The same for a text already in its stored form (UTF-8 with the
     // escapes made), which the caller has checked.
@@ -38,6 +40,7 @@ public:
 
 private:
     void indexItems();
+    void indexTexts();
     // The slot of `key` (hash `h`): its item, or the empty slot to take.
     size_t probe(std::string_view key, uint32_t h) const;
     void enter(std::string_view key, uint32_t h, uint32_t index);
@@ -46,6 +49,9 @@ private:
     // Points into the tree, or into `joined` for runs.
     std::string_view storedText(const binding::c_node &item, std::string &joined) const;
 
+    binding::e_edition _edition;
+    bool _plain = false; // the table is held in _table, not in the tree
+    PlainStrings _table;
     binding::c_document _doc;
     std::vector<binding::c_node *> _items; // the si elements, in order
     std::vector<std::string_view> _keys;   // stored text of each item
@@ -54,9 +60,10 @@ private:
     size_t _used = 0;                    // slots taken
     std::deque<std::string> _joinedKeys; // keys of rich items, which the tree doesn't hold whole
     uint64_t _count = 0;
-    bool _counted = false; // whether the part has a count to write
-    bool _grown = false;   // whether items were added since the load
-    int32_t _siDecl = -1;
+    bool _counted = false;                          // whether the part has a count to write
+    bool _grown = false;                            // whether items were added since the load
+    int32_t _siDecl = -1, _tDecl = -1, _rDecl = -1; // declarations of si, its t and r
+    bool _indexed = false;                          // whether _keys and _slots are made
     std::string _scratch;
 };
 
