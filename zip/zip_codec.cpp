@@ -16,11 +16,15 @@ struct DecompressorFree {
     void operator()(libdeflate_decompressor *d) const { libdeflate_free_decompressor(d); }
 };
 
+// The default level: 6, and 5 for members of 8 MiB and more (a large
+// worksheet), where it takes half the time of 6 for a few percent more bytes.
+int defaultLevel(size_t n) { return n >= (8u << 20) ? 5 : 6; }
+
 } // namespace
 
 bool zipDeflate(const unsigned char *in, size_t n, int level, std::vector<unsigned char> &out) {
     std::unique_ptr<libdeflate_compressor, CompressorFree> c(
-        libdeflate_alloc_compressor(level < 0 ? 6 : level));
+        libdeflate_alloc_compressor(level < 0 ? defaultLevel(n) : level));
     if (!c) throw CZipException(CZipException::noMemory);
     // The compressor wants its bound as room; only a result smaller than
     // the input is worth keeping.

@@ -7,7 +7,7 @@
 
 namespace tabrix {
 
-// Deflates `in` at `level` (-1: the default, 6). Returns false when the
+// Deflates `in` at `level` (-1: the default, 6, or 5 from 8 MiB on). Returns false when the
 // deflated form would not be smaller than the input.
 bool zipDeflate(const unsigned char *in, size_t n, int level, std::vector<unsigned char> &out);
 // Inflates into exactly `outSize` bytes; anything else throws CZipException 504.
