@@ -103,6 +103,22 @@ void c_xml_writer::close_tag() {
     }
 }
 
+bool c_xml_writer::unprefixed(int ns) const {
+    if (ns == NS_NONE) return true;
+    const s_ns *n = find_id(ns);
+    return n && n->prefix.empty();
+}
+
+std::string &c_xml_writer::raw_content() {
+    if (_open.empty()) {
+        _misuse = true;
+    } else {
+        close_tag();
+        _open.back().content = true;
+    }
+    return _out;
+}
+
 void c_xml_writer::put_name(int ns, std::string_view local) {
     if (ns != NS_NONE) {
         const s_ns *n = find_id(ns);

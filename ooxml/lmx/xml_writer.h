@@ -60,6 +60,12 @@ public:
 
     // Open elements.
     size_t depth() const { return _open.size(); }
+    // Whether names of namespace id `ns` are written without a prefix.
+    bool unprefixed(int ns) const;
+    // For hand-made writers of many small elements: closes the open tag and
+    // answers the output, to which whole elements may be appended, escaped
+    // and balanced, named without prefixes or with prefixes declared.
+    std::string &raw_content();
 
 private:
     struct s_ns {

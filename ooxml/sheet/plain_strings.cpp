@@ -69,8 +69,8 @@ bool itemText(Cursor &c, std::string &out) {
         static const struct {
             std::string_view name;
             char c;
-        } kEntities[] = {{"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'},
-                         {"&apos;", '\''}};
+        } kEntities[] = {
+            {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
         bool known = false;
         for (const auto &e : kEntities)
             if (raw.substr(0, e.name.size()) == e.name) {

@@ -28,10 +28,11 @@ template <class C> XString &XMLSheetImplT<C>::frameMessage() { return _owner->me
 // source are written back as read.
 template <class C> void XMLSheetImplT<C>::save(std::string &out) {
     binding::c_node &root = this->document().root();
-    if (binding::c_node *data = root.child("sheetData")) {
-        const size_t rows = data->count("row");
-        for (size_t i = 0; i < rows; ++i) data->child("row", i)->unset_attribute("spans");
-    }
+    if (binding::c_node *data = root.child("sheetData"))
+        for (binding::c_child &c : data->_children)
+            if (c.kind == binding::K_HAND)
+                if (auto *row = dynamic_cast<binding::c_row_data *>(c.hand.get()))
+                    row->unset_attribute("spans");
     if (!root.child("sheetFormatPr")) {
         if (binding::c_node *pr = root.append("sheetFormatPr"))
             pr->set_attribute("defaultRowHeight", "15");

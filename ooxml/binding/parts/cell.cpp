@@ -3,6 +3,7 @@
 // form, and every other child, goes through the generic engine into the
 // rest node, so the schema's checks and tolerance rules are the same as for
 // any element.
+#include <charconv>
 #include <cstring>
 
 #include "ooxml/binding/parts/cell.h"
@@ -48,7 +49,8 @@ void append_cell_ref(std::string &out, uint32_t row, uint32_t col) {
     for (uint32_t c = col + 1; c > 0; c = (c - 1) / 26)
         buf[n++] = static_cast<char>('A' + (c - 1) % 26);
     while (n > 0) out += buf[--n];
-    out += std::to_string(row + 1);
+    const auto res = std::to_chars(buf, buf + sizeof buf, row + 1);
+    out.append(buf, res.ptr);
 }
 
 namespace {
@@ -72,7 +74,12 @@ size_t c_cell::read_plain(std::string_view in) {
             ++p;
             break;
         }
-        if (in[p] == '/') return starts(in, p, "/>") ? p + 2 : 0;
+        if (in[p] == '/') {
+            if (!starts(in, p, "/>")) return 0;
+            if (seen & 1) _flags |= HAS_R;
+            if (seen & 2) _flags |= HAS_S;
+            return p + 2;
+        }
         if (in[p] != ' ') return 0;
         while (p < in.size() && in[p] == ' ') ++p;
         if (p + 3 > in.size() || in[p] == '>' || in[p] == '/') continue;
@@ -210,6 +217,43 @@ lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
 
 void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const {
     lmx::c_xml_writer &w = ctx.writer();
+    if (!_rest && w.unprefixed(ctx.ns(ns))) {
+        // The plain cell, the common one, goes out in one piece.
+        std::string &out = w.raw_content();
+        out += '<';
+        out += name;
+        if (_flags & HAS_R) {
+            out += " r=\"";
+            append_cell_ref(out, _row, _col);
+            out += '"';
+        }
+        if (_flags & HAS_S) {
+            char buf[16];
+            const auto res = std::to_chars(buf, buf + sizeof buf, _s);
+            out += " s=\"";
+            out.append(buf, res.ptr);
+            out += '"';
+        }
+        if (_t) {
+            out += " t=\"";
+            out += k_types[_t - 1];
+            out += '"';
+        }
+        if (!(_flags & HAS_V)) {
+            out += "/>";
+            return;
+        }
+        out += '>';
+        out += _v.empty() ? std::string_view("<v/>") : std::string_view("<v>");
+        if (!_v.empty()) {
+            lmx::output_convert_to_xml(out, _v.view(), false);
+            out += "</v>";
+        }
+        out += "</";
+        out += name;
+        out += '>';
+        return;
+    }
     w.start_element(ctx.ns(ns), name);
     // Declared order: r, s, t, then the rest (cm, vm, ph), then foreign ones.
     const s_schema_set &st = set();
