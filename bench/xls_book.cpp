@@ -5,21 +5,17 @@
 // the peak resident memory, and reads the same file with FreeXL, when it is installed, for the
 // ratio. Targets: reading faster than FreeXL; writing at least 5 million cells a second, the save
 // included.
+#include "support/child_measure.h"
 #include "tabrix.h"
 #include "tabrix/IBookT.h"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #ifdef TABRIX_HAVE_FREEXL
 #include <freexl.h>
 #endif
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -30,6 +26,8 @@
 #include <vector>
 
 using namespace tabrix;
+using tabrix::bench::Measure;
+using tabrix::bench::measure;
 
 namespace {
 
@@ -51,39 +49,6 @@ BookPtr newBook() {
     BookPtr b(static_cast<Book *>(tbCreateBookA()));
     if (b) b->setLocale("UTF-8");
     return b;
-}
-
-// A field of /proc/self/status in KiB ("VmRSS", "VmHWM"), 0 if unknown.
-long statusKiB(const char *field) {
-    long v = 0;
-    if (FILE *f = std::fopen("/proc/self/status", "r")) {
-        char line[256];
-        size_t n = std::strlen(field);
-        while (std::fgets(line, sizeof line, f))
-            if (std::strncmp(line, field, n) == 0 && line[n] == ':') v = std::atol(line + n + 1);
-        std::fclose(f);
-    }
-    return v;
-}
-
-// Starts the peak resident memory again from the current one.
-void resetPeak() {
-    if (FILE *f = std::fopen("/proc/self/clear_refs", "w")) {
-        std::fputs("5", f);
-        std::fclose(f);
-    }
-}
-
-// The best of kRounds runs of `work`, in seconds; a failing run stops all.
-double best(const std::function<bool()> &work) {
-    double t = 1e30;
-    for (int i = 0; i < kRounds; ++i) {
-        auto start = std::chrono::steady_clock::now();
-        if (!work()) return -1;
-        std::chrono::duration<double> d = std::chrono::steady_clock::now() - start;
-        t = std::min(t, d.count());
-    }
-    return t;
 }
 
 // The texts of the odd columns in cell order: all distinct, or 1,000
@@ -135,40 +100,6 @@ bool readAll(Book &b) {
     benchmark::DoNotOptimize(sum);
     benchmark::DoNotOptimize(chars);
     return true;
-}
-
-struct Measure {
-    double seconds = -1; // the best round; below 0 when a round failed
-    long peakKiB = 0;    // the peak resident memory above the start
-};
-
-// Runs `work` in a child process, so that its peak memory is its own: the
-// peak of the child less what it had at its start.
-Measure measure(const std::function<bool()> &work) {
-    Measure m;
-    int fds[2];
-    if (pipe(fds) != 0) return m;
-    // Freed memory the child would reuse without growing.
-    malloc_trim(0);
-    pid_t pid = fork();
-    if (pid == 0) {
-        close(fds[0]);
-        resetPeak();
-        long start = statusKiB("VmRSS");
-        Measure r;
-        r.seconds = best(work);
-        r.peakKiB = statusKiB("VmHWM") - start;
-        ssize_t n = write(fds[1], &r, sizeof r);
-        _exit(n == sizeof r ? 0 : 1);
-    }
-    close(fds[1]);
-    if (pid > 0) {
-        if (read(fds[0], &m, sizeof m) != sizeof m) m = Measure();
-        int status = 0;
-        waitpid(pid, &status, 0);
-    }
-    close(fds[0]);
-    return m;
 }
 
 void report(const char *what, const Measure &m) {

@@ -120,18 +120,16 @@ bool peerWrite(const Layout &l, const std::string &path) {
     lxw_workbook *wb = workbook_new(path.c_str());
     lxw_worksheet *ws = wb ? workbook_add_worksheet(wb, "Data") : nullptr;
     if (!ws) return false;
-    CellSink sink{[&](int r, int c, double v) {
-                      return worksheet_write_number(ws, r, lxw_col_t(c), v, nullptr) ==
-                             LXW_NO_ERROR;
-                  },
-                  [&](int r, int c, const char *t) {
-                      return worksheet_write_string(ws, r, lxw_col_t(c), t, nullptr) ==
-                             LXW_NO_ERROR;
-                  },
-                  [&](int r, int c, const char *f) {
-                      return worksheet_write_formula(ws, r, lxw_col_t(c), f, nullptr) ==
-                             LXW_NO_ERROR;
-                  }};
+    CellSink sink{
+        [&](int r, int c, double v) {
+            return worksheet_write_number(ws, r, lxw_col_t(c), v, nullptr) == LXW_NO_ERROR;
+        },
+        [&](int r, int c, const char *t) {
+            return worksheet_write_string(ws, r, lxw_col_t(c), t, nullptr) == LXW_NO_ERROR;
+        },
+        [&](int r, int c, const char *f) {
+            return worksheet_write_formula(ws, r, lxw_col_t(c), f, nullptr) == LXW_NO_ERROR;
+        }};
     const bool filled = fill(l, sink);
     return workbook_close(wb) == LXW_NO_ERROR && filled;
 }
@@ -233,8 +231,8 @@ bool run(const Layout &l, const std::string &dir, const std::string &only) {
     // The sums of the last rounds ran in the children; check them once here.
     bench::ReferenceSums a, b;
     if (ourRead(l, ours, &a) && bench::referenceRead(ours, b, error) &&
-        (a.numbers != b.numbers || a.textChars != b.textChars ||
-         a.formulaChars != b.formulaChars || a.cells != b.cells)) {
+        (a.numbers != b.numbers || a.textChars != b.textChars || a.formulaChars != b.formulaChars ||
+         a.cells != b.cells)) {
         std::printf("  the two readers disagree: %zu/%zu cells, %zu/%zu text bytes\n", a.cells,
                     b.cells, a.textChars, b.textChars);
         return false;

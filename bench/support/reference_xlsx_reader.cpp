@@ -64,8 +64,7 @@ size_t itemLength(pugi::xml_node si) {
     return len;
 }
 
-bool parse(pugi::xml_document &doc, std::vector<char> &text, const char *what,
-           std::string &error) {
+bool parse(pugi::xml_document &doc, std::vector<char> &text, const char *what, std::string &error) {
     pugi::xml_parse_result rc = doc.load_buffer_inplace(text.data(), text.size());
     if (!rc) error = std::string(what) + ": " + rc.description();
     return bool(rc);
