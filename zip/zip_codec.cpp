@@ -26,11 +26,13 @@ bool zipDeflate(const unsigned char *in, size_t n, int level, std::vector<unsign
     std::unique_ptr<libdeflate_compressor, CompressorFree> c(
         libdeflate_alloc_compressor(level < 0 ? defaultLevel(n) : level));
     if (!c) throw CZipException(CZipException::noMemory);
-    // The compressor wants its bound as room; only a result smaller than
-    // the input is worth keeping.
-    out.resize(libdeflate_deflate_compress_bound(c.get(), n));
-    size_t got = n ? libdeflate_deflate_compress(c.get(), in, n, out.data(), out.size()) : 0;
-    out.resize(got);
+    // The compressor wants its bound as room, which is left uninitialised:
+    // only the pages the result takes are touched.  Only a result smaller
+    // than the input is worth keeping.
+    const size_t room = libdeflate_deflate_compress_bound(c.get(), n);
+    std::unique_ptr<unsigned char[]> buffer(new unsigned char[room]);
+    size_t got = n ? libdeflate_deflate_compress(c.get(), in, n, buffer.get(), room) : 0;
+    out.assign(buffer.get(), buffer.get() + got);
     return got != 0 && got < n;
 }
 

@@ -82,4 +82,20 @@ Measure measure(const std::function<bool()> &work, int rounds) {
     return m;
 }
 
+std::pair<Measure, Measure> measurePair(const std::function<bool()> &a,
+                                        const std::function<bool()> &b, int rounds) {
+    Measure best[2];
+    const std::function<bool()> *work[2] = {&a, &b};
+    for (int i = 0; i < rounds; ++i)
+        for (int k = 0; k < 2; ++k) {
+            const Measure m = measure(*work[k], 1);
+            if (m.seconds < 0) return {Measure(), Measure()};
+            Measure &t = best[k];
+            t.seconds = t.seconds < 0 ? m.seconds : std::min(t.seconds, m.seconds);
+            t.cpu = t.cpu < 0 ? m.cpu : std::min(t.cpu, m.cpu);
+            t.peakKiB = std::max(t.peakKiB, m.peakKiB);
+        }
+    return {best[0], best[1]};
+}
+
 } // namespace tabrix::bench

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 namespace tabrix::bench {
 
@@ -14,5 +15,10 @@ struct Measure {
 
 // The best of `rounds` runs of `work` in one child; a failing run stops all.
 Measure measure(const std::function<bool()> &work, int rounds = 3);
+
+// Two pieces of work measured in turns, one round a child each, so that a
+// busy spell of the machine falls on both alike; the best round of each.
+std::pair<Measure, Measure> measurePair(const std::function<bool()> &a,
+                                        const std::function<bool()> &b, int rounds = 5);
 
 } // namespace tabrix::bench

@@ -110,6 +110,11 @@ size_t XMLCellStore::lowerCell(const std::vector<c_cell> &cells, uint32_t col) {
 
 long XMLCellStore::cellPosition(const c_row_data &row, uint32_t col) {
     const std::vector<c_cell> &cells = row.cells();
+    // A row without gaps holds the cell at its distance from the first.
+    if (!cells.empty() && col >= cells[0].col()) {
+        const size_t guess = col - cells[0].col();
+        if (guess < cells.size() && cells[guess].col() == col) return long(guess);
+    }
     const size_t at = lowerCell(cells, col);
     return at > 0 && cells[at - 1].col() == col ? long(at - 1) : -1;
 }

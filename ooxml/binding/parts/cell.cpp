@@ -55,8 +55,12 @@ void append_cell_ref(std::string &out, uint32_t row, uint32_t col) {
 
 namespace {
 
-bool starts(std::string_view in, size_t at, std::string_view what) {
-    return in.size() >= at + what.size() && in.compare(at, what.size(), what) == 0;
+// Whether `in` holds `what` at `at`; the few bytes are compared inline.
+template <size_t N> bool starts(std::string_view in, size_t at, const char (&what)[N]) {
+    if (in.size() < at + N - 1) return false;
+    for (size_t i = 0; i + 1 < N; ++i)
+        if (in[at + i] != what[i]) return false;
+    return true;
 }
 
 // Printable ASCII that needs no decoding: no markup, references or "]]>".
