@@ -32,9 +32,10 @@ std::wstring shiftToken(const std::wstring &token, int rowDelta, int colDelta) {
 
 } // namespace
 
-void exchangeSeparators(std::wstring &text, wchar_t from, wchar_t to) {
-    wchar_t quote = 0;
-    for (wchar_t &c : text) {
+template <class S>
+void exchangeSeparators(S &text, typename S::value_type from, typename S::value_type to) {
+    typename S::value_type quote = 0;
+    for (auto &c : text) {
         if (quote) {
             if (c == quote) quote = 0;
         } else if (c == '"' || c == '\'') {
@@ -44,6 +45,9 @@ void exchangeSeparators(std::wstring &text, wchar_t from, wchar_t to) {
         }
     }
 }
+
+template void exchangeSeparators(std::wstring &, wchar_t, wchar_t);
+template void exchangeSeparators(std::string &, char, char);
 
 std::wstring shiftFormula(const std::wstring &text, int rowDelta, int colDelta) {
     std::wstring out;

@@ -8,7 +8,9 @@ namespace tabrix {
 
 // Replaces every `from` by `to` outside double-quoted string literals and
 // single-quoted sheet names, which keep their text.
-void exchangeSeparators(std::wstring &text, wchar_t from, wchar_t to);
+// A text of UTF-16 units or of UTF-8 bytes (the characters are all ASCII).
+template <class S>
+void exchangeSeparators(S &text, typename S::value_type from, typename S::value_type to);
 
 // The text with every relative A1 reference moved by the deltas; absolute
 // parts, literals and function names stay.  A reference moved off the

@@ -1,6 +1,8 @@
 // XMLSheetCellsT: formula texts and shared formulas.
 #include "ooxml/sheet/xml_sheet_cells.h"
 
+#include <type_traits>
+
 #include "book/text_result.h"
 #include "formula/xml_formula.h"
 #include "ooxml/sheet/cell_nodes.h"
@@ -17,6 +19,18 @@ bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C
     if (c_cell *old = find(row, col))
         if (const c_node *f = formulaOf(*old))
             if (isSharedMaster(*f)) moveMasterFormula(row, col, *old);
+    if constexpr (std::is_same_v<C, char>) {
+        // UTF-8 that needs no escape goes in as it is, else through wide text.
+        const std::string_view utf8(expr ? expr : "");
+        if (_book->utf8Mode() && !_book->refR1C1() && isPlainXmlText(utf8)) {
+            std::string text(utf8.substr(!utf8.empty() && utf8[0] == '=' ? 1 : 0));
+            exchangeSeparators(text, ';', ',');
+            c_cell &cell = write(row, col, format, true);
+            cell.make_rest().append("f")->_text = std::move(text);
+            _mastersValid = false;
+            return true;
+        }
+    }
     std::wstring text = callerText(expr);
     c_cell &cell = write(row, col, format, true);
     if (!text.empty() && text[0] == '=') text.erase(0, 1);
@@ -32,6 +46,16 @@ template <class C> const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFo
     const c_cell &cell = lookup(row, col, format);
     const c_node *f = formulaOf(cell);
     if (!f) throw tberror("this cell doesn't contain a formula");
+    if constexpr (std::is_same_v<C, char>) {
+        // A plain UTF-8 formula is the caller's text already.
+        if (_book->utf8Mode() && !_book->refR1C1() && !f->_text.empty() &&
+            isPlainXmlText(f->_text)) {
+            std::string text = f->_text;
+            exchangeSeparators(text, ',', ';');
+            _text.assign(text.c_str());
+            return _text.template c_str<char>(true);
+        }
+    }
     std::wstring text;
     if (f->_text.empty() && isSharedFormula(*f))
         text = sharedFormula(row, col, *f->attribute("si"));

@@ -22,7 +22,9 @@ TEST(XmlFastPaths, PlainAndGeneralCellsReadAlike) {
     const std::string rows =
         "<row r=\"1\"><c r=\"A1\" s=\"0\"><v>1.5</v></c><c r='B1'><v>2</v></c>"
         "<c r=\"C1\" t=\"inlineStr\"><is><t>in</t></is></c><c r=\"D1\"><v>3</v></c></row>"
-        "<row r=\"2\">\n  <c r=\"A2\"><f>A1*2</f><v>3</v></c>\n  <c r=\"B2\" t=\"str\"><v>a&amp;b</v></c>"
+        "<row r=\"2\">\n  <c r=\"A2\"><f>IF(A1&gt;0,&quot;a,b&quot;,1)</f><v>3</v></c>\n  <c "
+        "r=\"B2\" "
+        "t=\"str\"><v>a&amp;b</v></c>"
         "<c r=\"C2\" t=\"b\"><v>1</v></c><c r=\"E2\" s=\"0\"/><c t=\"e\"><v>#N/A</v></c></row>"
         "<row r=\"3\"><c r=\"A3\"><v>4<!-- four --></v></c><c><v></v></c><c r=\"C3\"><v>5</v></c>"
         "</row></sheetData></worksheet>";
@@ -41,7 +43,7 @@ TEST(XmlFastPaths, PlainAndGeneralCellsReadAlike) {
     EXPECT_EQ(dump, "1:1.500000 1:2.000000 2:in 1:3.000000 0: "
                     "1:3.000000 2:a&b 3: 0: 4: "
                     "1:4.000000 4: 1:5.000000 0: 0: ");
-    EXPECT_STREQ(sheet.readFormula(1, 0, nullptr), "A1*2");
+    EXPECT_STREQ(sheet.readFormula(1, 0, nullptr), "IF(A1>0;\"a,b\";1)");
     // What is written back reads canonically as the input, cell order kept
     // and the cells without an address given theirs.
     std::string addressed = kHead + rows;

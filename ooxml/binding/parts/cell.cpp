@@ -66,7 +66,65 @@ template <size_t N> bool starts(std::string_view in, size_t at, const char (&wha
 // Printable ASCII that needs no decoding: no markup, references or "]]>".
 bool plain_char(char c) { return c >= 0x20 && c < 0x7F && c != '<' && c != '&' && c != ']'; }
 
+// The text of a plain element at `at` up to its end tag `end`, with the
+// five predefined entities decoded into `out`; the position after the end
+// tag, or 0 for anything else (other references, other characters).
+template <size_t N>
+size_t plain_text(std::string_view in, size_t at, const char (&end)[N], std::string &out) {
+    static const struct {
+        std::string_view name;
+        char c;
+    } k_entities[] = {
+        {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
+    out.clear();
+    size_t p = at;
+    for (;;) {
+        const size_t run = p;
+        while (p < in.size() && plain_char(in[p])) ++p;
+        out.append(in.data() + run, p - run);
+        if (p >= in.size() || in[p] != '&') break;
+        bool known = false;
+        for (const auto &e : k_entities)
+            if (in.compare(p, e.name.size(), e.name) == 0) {
+                out += e.c;
+                p += e.name.size();
+                known = true;
+                break;
+            }
+        if (!known) return 0;
+    }
+    return starts(in, p, end) ? p + N - 1 : 0;
+}
+
+// The declaration of the element "f" of the cell type, or -1.
+int32_t find_formula_decl(const s_schema_set &set) {
+    for (uint32_t i = 0; i < set.complex_count; ++i) {
+        if (std::strcmp(set.complex[i].name, "CT_Cell") != 0) continue;
+        const s_complex_type &t = set.complex[i];
+        for (uint32_t k = 0; k < t.elem_count; ++k)
+            if (std::strcmp(set.elems[set.elem_refs[t.elem_first + k]].name, "f") == 0)
+                return static_cast<int32_t>(set.elem_refs[t.elem_first + k]);
+    }
+    return -1;
+}
+
+int32_t formula_decl(const s_schema_set &set) {
+    static const int32_t found[2] = {find_formula_decl(k_transitional),
+                                     find_formula_decl(k_strict)};
+    return found[&set == &k_strict];
+}
+
 } // namespace
+
+const c_node *c_cell::plain_formula() const {
+    if (!_rest || !_rest->_attrs.empty() || !_rest->_foreign.empty() ||
+        _rest->_children.size() != 1)
+        return nullptr;
+    const c_child &c = _rest->_children[0];
+    if (c.kind != K_NODE || c.decl != formula_decl(set()) || !c.node) return nullptr;
+    const c_node &f = *c.node;
+    return f._attrs.empty() && f._foreign.empty() && f._children.empty() ? &f : nullptr;
+}
 
 size_t c_cell::read_plain(std::string_view in) {
     if (!starts(in, 0, "<c")) return 0;
@@ -105,13 +163,21 @@ size_t c_cell::read_plain(std::string_view in) {
     }
     if (seen & 1) _flags |= HAS_R;
     if (seen & 2) _flags |= HAS_S;
+    thread_local std::string text;
+    if (starts(in, p, "<f>")) {
+        const int32_t d = formula_decl(set());
+        if (d < 0 || !(p = plain_text(in, p + 3, "</f>", text))) return 0;
+        const s_element_decl &fd = set().elems[d];
+        c_child c;
+        c.decl = d;
+        c.node = std::make_unique<c_node>(&set(), fd.complex, fd.simple);
+        c.node->_text = text;
+        make_rest()._children.push_back(std::move(c));
+    }
     if (starts(in, p, "<v>")) {
-        const size_t t = p + 3;
-        for (p = t; p < in.size() && plain_char(in[p]);) ++p;
-        if (!starts(in, p, "</v>")) return 0;
-        _v.assign(in.substr(t, p - t));
+        if (!(p = plain_text(in, p + 3, "</v>", text))) return 0;
+        _v.assign(text);
         _flags |= HAS_V;
-        p += 4;
     }
     return starts(in, p, "</c>") ? p + 4 : 0;
 }
@@ -221,7 +287,8 @@ lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
 
 void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const {
     lmx::c_xml_writer &w = ctx.writer();
-    if (!_rest && w.unprefixed(ctx.ns(ns))) {
+    const c_node *formula = plain_formula();
+    if ((!_rest || formula) && w.unprefixed(ctx.ns(ns))) {
         // The plain cell, the common one, goes out in one piece.
         std::string &out = w.raw_content();
         out += '<';
@@ -243,13 +310,20 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
             out += k_types[_t - 1];
             out += '"';
         }
-        if (!(_flags & HAS_V)) {
+        if (!(_flags & HAS_V) && !formula) {
             out += "/>";
             return;
         }
         out += '>';
-        out += _v.empty() ? std::string_view("<v/>") : std::string_view("<v>");
-        if (!_v.empty()) {
+        if (formula) {
+            out += formula->_text.empty() ? std::string_view("<f/>") : std::string_view("<f>");
+            if (!formula->_text.empty()) {
+                lmx::output_convert_to_xml(out, formula->_text, false);
+                out += "</f>";
+            }
+        }
+        if (_flags & HAS_V) out += _v.empty() ? std::string_view("<v/>") : std::string_view("<v>");
+        if ((_flags & HAS_V) && !_v.empty()) {
             lmx::output_convert_to_xml(out, _v.view(), false);
             out += "</v>";
         }

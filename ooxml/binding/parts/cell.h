@@ -32,7 +32,8 @@ public:
     void marshal(c_write_context &ctx, int ns, std::string_view name) const;
     // Reads a cell in its plain form from the bytes at the start of `in`:
     // an unprefixed <c> with only r, s and t (double-quoted, printable
-    // ASCII), and nothing or a <v> of printable ASCII without markup.  The
+    // ASCII), then an optional <f> and an optional <v>, each of printable
+    // ASCII without markup.  The
     // bytes taken, or 0 for anything else, which the general reader takes.
     size_t read_plain(std::string_view in);
     const s_schema_set &set() const { return _flags & STRICT ? k_strict : k_transitional; }
@@ -80,6 +81,9 @@ public:
     c_node *rest() { return _rest.get(); }
     const c_node *rest() const { return _rest.get(); }
     c_node &make_rest();
+    // The formula element when it is all the rest holds and is plain (a
+    // text, no attributes), else null.
+    const c_node *plain_formula() const;
 
 private:
     enum : uint8_t { HAS_R = 1, HAS_S = 2, HAS_V = 4, STRICT = 8 };
