@@ -18,7 +18,8 @@ and "OTHER n"; drawings "PIC r c", "CHART r c" and "NOTE r c text" under
 "SHEET name" (another kind of book through LibreOffice's conversion).  Each
 libreoffice-X is openpyxl-X (libreoffice-structure: xlrd-structure's lines)
 on the book as LibreOffice saves it again as Open XML.  make-xlwt writes a
-small binary book with merges, sizes and groups.
+small binary book with merges, sizes and groups at PATH, make-lo-dates one
+that LibreOffice converts from dates openpyxl wrote.
 
 Texts are UTF-16LE hex ("-" when empty), or UTF-8 with backslash and newline
 escaped under "utf8".  A reader that can't open the book prints "ERROR why".
@@ -89,13 +90,14 @@ def dump_structure_xlrd():
             print(line)
 
 
-def lo_convert(target, ext):
-    """The book converted by LibreOffice: (scratch folder, converted files)."""
+def lo_convert(target, ext, source=None):
+    """The book (or `source`) converted by LibreOffice: (scratch folder, converted files)."""
+    source = source or path
     out = tempfile.mkdtemp(prefix='oracle_lo_')
     subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
-                    '--convert-to', target, '--outdir', out, path],
+                    '--convert-to', target, '--outdir', out, source],
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
-    base = os.path.splitext(os.path.basename(path))[0]
+    base = os.path.splitext(os.path.basename(source))[0]
     return out, sorted(glob.glob(os.path.join(glob.escape(out), glob.escape(base) + ext)))
 
 
@@ -153,6 +155,30 @@ def make_xlwt():
     for r in (5, 6):
         ws.row(r).level = 1
     wb.save(path)
+
+
+def make_lo_dates():
+    # A date, a time and a date-time (milliseconds shown) as openpyxl formats
+    # them, and a plain number, in sheet "Dates", saved by LibreOffice as the
+    # binary book at `path`.
+    import datetime, openpyxl
+    folder = tempfile.mkdtemp(prefix='oracle_dates_')
+    source = os.path.join(folder, 'dates.xlsx')
+    book = openpyxl.Workbook()
+    sheet = book.active
+    sheet.title = 'Dates'
+    sheet['A1'] = datetime.date(2024, 3, 1)
+    sheet['B1'] = datetime.time(12, 30, 0)
+    sheet['C1'] = datetime.datetime(2024, 3, 1, 12, 30, 0, 500000)
+    sheet['C1'].number_format = 'yyyy-mm-dd hh:mm:ss.000'
+    sheet['D1'] = 45352.5
+    book.save(source)
+    out, files = lo_convert('xls', '.xls', source)
+    try:
+        shutil.copyfile(files[0], path)
+    finally:
+        shutil.rmtree(out, ignore_errors=True)
+        shutil.rmtree(folder, ignore_errors=True)
 
 
 def dump_sst():
@@ -447,7 +473,8 @@ READERS = {
     'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
     'xlrd-formulas': dump_formulas, 'xlrd-structure': dump_structure_xlrd, 'olefile': dump_streams,
     'openpyxl': dump_openpyxl, 'openpyxl-settings': dump_settings, 'libreoffice': dump_libreoffice,
-    'libreoffice-structure': dump_structure_libreoffice, 'make-xlwt': make_xlwt, 'drawings': dump_drawings}
+    'libreoffice-structure': dump_structure_libreoffice, 'make-xlwt': make_xlwt, 'make-lo-dates': make_lo_dates,
+    'drawings': dump_drawings}
 for name, f in (('sheets', dump_sheets), ('dims', dump_dims), ('settings', dump_settings),
                 ('styles', dump_styles), ('pictures', dump_pictures), ('formulas', dump_formulas_openpyxl)):
     READERS.setdefault('openpyxl-' + name, on_path(f))
