@@ -143,6 +143,10 @@ TEST(TextStore, PagesInAnyOrder) {
     EXPECT_EQ(cellKind(&s, -1, -1), CELL_EMPTY);
     clearStore(&s);
     EXPECT_EQ(s.rowCapacity, 0);
+    // Rows written just past the table double it up to a limit, then add that limit.
+    for (int r : {0, 256, 512, 1024, 2048, 4096, 8192, 16384}) ASSERT_EQ(setBool(&s, r, 0, 1), 0);
+    EXPECT_EQ(s.rowCapacity, 24576);
+    clearStore(&s);
     EXPECT_EQ(s.firstRow, TEXT_NO_COLUMN);
     EXPECT_EQ(cellKind(&s, 0, 0), CELL_EMPTY);
 }
