@@ -1,54 +1,17 @@
-// Fuzz target: the text-separated reader and writer over a host whose stream
-// is the input.  The first byte picks the separators and the buffer size, the
-// rest is the file.  The reader alone also splits the file under the tool's
+// Fuzz target: the text-separated reader and writer over the reference
+// host, whose stream is the input.  The first byte picks the separators and
+// the buffer size, the rest is the file.  The reader alone also splits the file under the tool's
 // rules, fed whole and byte by byte, which must agree.
 #include "csv_fields.h"
+#include "refhost.h"
 #include "text_sheet.h"
 
-#include <cstdarg>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <string>
 
 namespace {
-
-struct Stream {
-    const uint8_t *data;
-    size_t size;
-    size_t pos;
-    std::string written;
-};
-Stream g_stream;
-
-long fuzzRead(qd_context *, void *buffer, long count) {
-    size_t left = g_stream.size - g_stream.pos;
-    size_t n = left < (size_t)count ? left : (size_t)count;
-    if (n) memcpy(buffer, g_stream.data + g_stream.pos, n);
-    g_stream.pos += n;
-    return (long)n;
-}
-
-// The writer prints its output with "%s" only.
-int fuzzPrint(qd_context *, const char *format, ...) {
-    va_list ap;
-    va_start(ap, format);
-    const char *text = va_arg(ap, const char *);
-    va_end(ap);
-    g_stream.written += text;
-    return (int)strlen(text);
-}
-
-void fuzzDispatch(qd_context *, const char *, ...) {}
-
-qd_host makeHost() {
-    qd_host h;
-    memset(&h, 0, sizeof h);
-    h.read = fuzzRead;
-    h.print = fuzzPrint;
-    h.dispatchError = fuzzDispatch;
-    return h;
-}
-const qd_host g_fuzzHost = makeHost();
 
 // True when a stored text holds a line end, which the writer does not quote:
 // such a store does not survive a second round.
@@ -63,14 +26,17 @@ bool hasLineEndText(const TextSheet *s) {
     return false;
 }
 
-// Reads data into s and writes it back; the text written lands in *out; false
-// when the reading or the writing failed.
+// Reads data into s and writes it back through the reference host: the
+// input is its stream, and what the writer prints, with no stream open,
+// collects in the context's output, which lands in *out.  False when the
+// reading or the writing failed.
 bool roundTrip(TextSheet *s, const uint8_t *data, size_t size, std::string *out, bool *lineEnds) {
-    g_stream.data = data;
-    g_stream.size = size;
-    g_stream.pos = 0;
-    g_stream.written.clear();
+    qdhost::Context ctx;
+    s->context = &ctx;
+    ctx.stream = size ? fmemopen(const_cast<uint8_t *>(data), size, "r") : fopen("/dev/null", "r");
     bool ok = readTextStream(s) == 0;
+    fclose(ctx.stream);
+    ctx.stream = nullptr;
     *lineEnds = hasLineEndText(s);
     // Far sparse cells are cheap to store but not to write out.
     // A number too long for the buffer stops the writing of its row, so
@@ -80,7 +46,8 @@ bool roundTrip(TextSheet *s, const uint8_t *data, size_t size, std::string *out,
     else
         ok = false;
     clearStore(s);
-    *out = g_stream.written;
+    s->context = nullptr;
+    *out = ctx.output;
     return ok;
 }
 
@@ -121,7 +88,7 @@ void checkBlocks(const uint8_t *data, size_t size) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    g_host = &g_fuzzHost;
+    g_host = qdhost::hostTable();
     uint8_t pick = size ? data[0] : 0;
     static const char kFieldSeps[] = ",;\t|";
     static const char kDecimalSeps[] = ".,";

@@ -23,20 +23,13 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
 using namespace tabrix;
-using fuzzinput::container;
-using fuzzinput::put16;
+using namespace fuzzinput;
 
 namespace {
-
-MemPool &pool() {
-    static MemPool p;
-    return p;
-}
 
 // Each class read from a stream positioned at its header.
 template <class R> void readOne(XlsRecords &x, R &r) { r.read(x); }
@@ -74,29 +67,11 @@ template <> bool lossless<Lbl>(const Lbl &r, size_t n) { return r.size() == n; }
 template <> bool lossless<SupBookBlock>(const SupBookBlock &, size_t) { return false; }
 
 template <class R> bool load(const std::string &file, R &r) {
-    try {
-        std::stringstream ss(file);
-        Xls<char> x;
-        x.setStreamPtr(&ss);
-        x.calcFileSize();
-        unsigned total = 0;
-        x.readHeader(total);
-        readOne(x, r);
-        return true;
-    } catch (const tberror &) {
-        return false;
-    }
+    return readFile(file, [&](Xls<char> &x) { readOne(x, r); });
 }
 
 template <class R> std::string save(const R &r) {
-    std::stringstream out;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&out);
-    x.writeHeader();
-    r.write(x);
-    x.close();
-    return out.str();
+    return written([&](Xls<char> &x) { r.write(x); });
 }
 
 template <class R> void check(const std::string &file, size_t n) {
@@ -110,11 +85,7 @@ template <class R> void check(const std::string &file, size_t n) {
 }
 
 template <class R> void checkRecord(const uint8_t *body, size_t n) {
-    std::vector<uint8_t> wb;
-    put16(wb, R::kId);
-    put16(wb, uint16_t(n));
-    wb.insert(wb.end(), body, body + n);
-    check<R>(container(wb), n);
+    check<R>(container(record(R::kId, body, n)), n);
 }
 
 } // namespace

@@ -10,15 +10,12 @@
 #include "support/workbook_input.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
 using namespace tabrix;
-using fuzzinput::container;
-using fuzzinput::put16;
+using namespace fuzzinput;
 
 namespace {
 
@@ -46,28 +43,6 @@ private:
     StyleTable<char> _styles;
 };
 
-bool load(SheetImplT<char> &sheet, const std::string &file) {
-    std::stringstream ss(file);
-    Xls<char> x;
-    x.setStreamPtr(&ss);
-    x.calcFileSize();
-    unsigned total = 0;
-    x.readHeader(total);
-    sheet.read(x);
-    return true;
-}
-
-std::string save(SheetImplT<char> &sheet) {
-    std::stringstream out;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&out);
-    x.writeHeader();
-    sheet.write(x);
-    x.close();
-    return out.str();
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
@@ -84,11 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     // The second bit: the book's globals are of the older format.
     if (data[0] & 2) owner.version = 0x0500;
     BinarySheetT<char> sheet(owner, L"Fuzz");
-    try {
-        load(sheet, container(wb));
-    } catch (const tberror &) {
-        return 0;
-    }
+    if (!readFile(container(wb), [&](Xls<char> &x) { sheet.read(x); })) return 0;
     // Cell reads over the loaded sheet must not fail other than by message.
     for (int r = 0; r < 4; ++r)
         for (int c = 0; c < 4; ++c) {
@@ -99,16 +70,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     sheet.lastRow();
     std::string saved;
     try {
-        saved = save(sheet);
+        saved = written([&](Xls<char> &x) { sheet.write(x); });
     } catch (const tberror &) {
         return 0; // a sheet of an older format is refused
     }
     BinarySheetT<char> again(owner, L"Again");
-    try {
-        load(again, saved);
-    } catch (const tberror &e) {
-        std::fprintf(stderr, "a saved sheet does not load again: %s\n", e.what());
-        std::abort();
-    }
+    if (!readFile(saved, [&](Xls<char> &x) { again.read(x); })) std::abort();
     return 0;
 }

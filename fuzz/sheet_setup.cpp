@@ -16,29 +16,18 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
 using namespace tabrix;
-using fuzzinput::container;
+using namespace fuzzinput;
 
 namespace {
 
-MemPool &pool() {
-    static MemPool p;
-    return p;
-}
-
-// Loads the records of `file` into `s`; false when a record fails.
+// Loads the records of `file` into `s`, skipping those it does not own;
+// false when a record fails.
 bool load(const std::string &file, SheetSetup &s, bool old) {
-    try {
-        std::stringstream ss(file);
-        Xls<char> x;
-        x.setStreamPtr(&ss);
-        x.calcFileSize();
-        unsigned total = 0;
-        x.readHeader(total);
+    return readFile(file, [&](Xls<char> &x) {
         s.beginRead();
         for (;;) {
             uint16_t id = 0, size = 0;
@@ -46,35 +35,23 @@ bool load(const std::string &file, SheetSetup &s, bool old) {
             x.readInt16(size);
             if (x.eof() || id == 0) break;
             if (s.read(x, id, size, old)) continue;
-            uint8_t skip[256];
-            for (size_t rest = size; rest > 0 && !x.eof();) {
-                size_t n = rest < sizeof skip ? rest : sizeof skip;
-                x.read(skip, n);
-                rest -= n;
-            }
+            std::vector<uint8_t> skip(size);
+            x.read(skip.data(), size);
         }
-    } catch (const tberror &) {
-        return false;
-    }
-    return true;
+    });
 }
 
 std::string save(const SheetSetup &s) {
-    std::stringstream out;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&out);
-    x.writeHeader();
-    s.writePrintRowCol(x);
-    s.writePrintGrid(x);
-    s.writeWsBool(x);
-    s.writeBreaks(x);
-    s.writePageSetup(x);
-    s.writeWindow2(x);
-    s.writeScl(x);
-    s.writePaneSelections(x);
-    x.close();
-    return out.str();
+    return written([&](Xls<char> &x) {
+        s.writePrintRowCol(x);
+        s.writePrintGrid(x);
+        s.writeWsBool(x);
+        s.writeBreaks(x);
+        s.writePageSetup(x);
+        s.writeWindow2(x);
+        s.writeScl(x);
+        s.writePaneSelections(x);
+    });
 }
 
 void records(const uint8_t *data, size_t size, bool old) {

@@ -9,13 +9,11 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
 using namespace tabrix;
-using fuzzinput::container;
-using fuzzinput::put16;
+using namespace fuzzinput;
 
 namespace {
 
@@ -24,13 +22,7 @@ const uint16_t kVersions[3] = {0x0600, 0x0500, 0x0400};
 
 // Reads the first record of `file` into `t`; false when it is refused.
 bool load(const std::string &file, int kind, uint16_t version, StyleTable<char> &t) {
-    std::stringstream ss(file);
-    Xls<char> x;
-    x.setStreamPtr(&ss);
-    x.calcFileSize();
-    unsigned total = 0;
-    try {
-        x.readHeader(total);
+    return readFile(file, [&](Xls<char> &x) {
         uint16_t id = 0, size = 0;
         x.readInt16(id);
         x.readInt16(size);
@@ -41,23 +33,14 @@ bool load(const std::string &file, int kind, uint16_t version, StyleTable<char> 
         case 3: t.readStyle(x, size, version); break;
         default: t.readPalette(x, size); break;
         }
-        return true;
-    } catch (const tberror &) {
-        return false;
-    }
+    });
 }
 
-std::vector<uint8_t> saved(StyleTable<char> &t) {
-    std::stringstream ss;
-    Xls<char> x;
-    x.reset(true);
-    x.setStreamPtr(&ss);
-    x.writeHeader();
-    t.write(x);
-    x.write(0x0A, 0);
-    x.close();
-    std::string s = ss.str();
-    return std::vector<uint8_t>(s.begin(), s.end());
+std::string saved(StyleTable<char> &t) {
+    return written([&](Xls<char> &x) {
+        t.write(x);
+        x.write(0x0A, 0);
+    });
 }
 
 } // namespace
@@ -66,12 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (!data || size < 2) return 0;
     int kind = data[0] % 5;
     uint16_t version = kVersions[data[1] % 3];
-    size_t n = size - 2;
-    if (n > 8224) n = 8224;
-    std::vector<uint8_t> wb;
-    put16(wb, kIds[kind]);
-    put16(wb, uint16_t(n));
-    wb.insert(wb.end(), data + 2, data + 2 + n);
+    std::vector<uint8_t> wb = record(kIds[kind], data + 2, size - 2);
     if (kind == 3) { // a StyleExt after the Style, as much as is left
         put16(wb, 2194);
         put16(wb, 0);
@@ -81,11 +59,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     StyleTable<char> t;
     if (!load(container(wb), kind, version, t)) return 0;
     // What loaded writes out in the current format and reads back alike.
-    std::vector<uint8_t> first = saved(t);
+    std::string first = saved(t);
     if (kind == 1 || kind == 4) {
         StyleTable<char> again;
-        std::string file(first.begin(), first.end());
-        if (!load(file, kind, 0x0600, again)) std::abort();
+        if (!load(first, kind, 0x0600, again)) std::abort();
         if (saved(again) != first) std::abort();
     }
     return 0;

@@ -1,7 +1,8 @@
 // The workbook driver against independent software: a workbook written
 // through the driver is read by Debian's python3-xlrd, and a workbook that
 // LibreOffice writes (converted from an Open XML file made with openpyxl)
-// gives its date, time and date-time cells to the driver as texts.
+// gives its date, time and date-time cells to the driver as texts (the
+// oracle script makes that workbook).
 #include "refhost.h"
 #include "support/oracle.h"
 #include "support/tout_support.h"
@@ -10,10 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <vector>
 
 using namespace qdhost;
@@ -29,44 +28,6 @@ std::string scratchDir() {
 }
 
 std::string pathOf(const std::string &name) { return scratchDir() + "/" + name; }
-
-bool exists(const std::string &path) {
-    struct stat st;
-    return stat(path.c_str(), &st) == 0;
-}
-
-// Runs a shell command; answers its exit status and fills `out` with the
-// lines of its standard output.
-int run(const std::string &command, std::vector<std::string> *out = nullptr) {
-    FILE *pipe = popen(command.c_str(), "r");
-    if (!pipe) return -1;
-    char line[4096];
-    std::string pending;
-    while (fgets(line, sizeof line, pipe)) {
-        pending += line;
-        if (!pending.empty() && pending.back() == '\n') {
-            pending.pop_back();
-            if (out) out->push_back(pending);
-            pending.clear();
-        }
-    }
-    if (out && !pending.empty()) out->push_back(pending);
-    int status = pclose(pipe);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-// The distribution's interpreter: the one first on PATH may lack its modules.
-const char kPython[] = "/usr/bin/python3";
-
-// Runs a python script saved under `name` with one argument.
-std::vector<std::string> runPython(const std::string &name, const char *script,
-                                   const std::string &argument) {
-    tout::spit(pathOf(name), script);
-    std::vector<std::string> lines;
-    if (run(std::string(kPython) + " '" + pathOf(name) + "' '" + argument + "' 2>&1", &lines) != 0)
-        lines.push_back("FAILED");
-    return lines;
-}
 
 TEST(XlsInterop, WrittenWorkbookReadByXlrd) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
@@ -96,36 +57,16 @@ TEST(XlsInterop, WrittenWorkbookReadByXlrd) {
     EXPECT_EQ(cells, expected);
 }
 
-// Dates written by openpyxl into an Open XML file with the number formats
-// it gives dates, times and date-times, the last with milliseconds shown.
-const char kMakeDates[] = R"(import sys, datetime, openpyxl
-book = openpyxl.Workbook()
-sheet = book.active
-sheet.title = 'Dates'
-sheet['A1'] = datetime.date(2024, 3, 1)
-sheet['B1'] = datetime.time(12, 30, 0)
-sheet['C1'] = datetime.datetime(2024, 3, 1, 12, 30, 0, 500000)
-sheet['C1'].number_format = 'yyyy-mm-dd hh:mm:ss.000'
-sheet['D1'] = 45352.5
-book.save(sys.argv[1])
-)";
-
+// Dates that openpyxl writes with the number formats it gives dates, times
+// and date-times, in a binary book LibreOffice converts them into.
 TEST(XlsInterop, DatesOfALibreOfficeWorkbookAsTexts) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
-    if (!oracle::has("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
-    if (run("command -v soffice >/dev/null 2>&1") != 0)
-        GTEST_SKIP() << "LibreOffice is not installed";
-
-    const std::string source = pathOf("dates.xlsx"), converted = pathOf("dates.xls");
+    if (!oracle::has("openpyxl") || !oracle::has("soffice"))
+        GTEST_SKIP() << "python3-openpyxl or LibreOffice is not installed";
+    const std::string converted = pathOf("dates.xls");
     remove(converted.c_str());
-    std::vector<std::string> made = runPython("xls_make_dates.py", kMakeDates, source);
+    oracle::Lines made = oracle::dump("make-lo-dates", converted);
     ASSERT_TRUE(made.empty()) << made[0];
-    const std::string profile = pathOf("lo_profile");
-    std::vector<std::string> log;
-    run("soffice --headless --norestore -env:UserInstallation=file://" + profile +
-            " --convert-to xls --outdir '" + scratchDir() + "' '" + source + "' 2>&1",
-        &log);
-    ASSERT_TRUE(exists(converted)) << (log.empty() ? "no output" : log.back());
 
     Context ctx(scratchDir());
     List *texts = ctx.newList(QD_STRING);

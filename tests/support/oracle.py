@@ -1,55 +1,28 @@
 """Dumps a workbook as text through an independent reader, so that the
-interop tests compare lines instead of poking at readers themselves.
+interop tests compare lines.  usage: oracle.py READER PATH [utf8]
 
-usage: oracle.py READER PATH [utf8]
-  xlrd         every worksheet of a binary book
-  xlrd-format  the same cells, each as "r c bold colour format" instead
-  xlrd-sst     "COUNT n", then each entry of the shared string table
-  openpyxl     every worksheet of an Open XML book (dates as serial numbers)
-  openpyxl-formulas     each formula of an Open XML book: "r c text" under "SHEET name"
-  libreoffice-formulas  the same, as LibreOffice saves the book as Open XML
-  libreoffice  every sheet through LibreOffice's csv export (raw values)
-  olefile      each stream of a compound file: "path size crc32"
-  xlrd-formulas   each formula cell as xlrd decompiles it: "sheet row col kind text"
-  openpyxl-settings  the sheet states, print setup, views and names of an
-               Open XML book, one setting a line
-  openpyxl-sheets     "SHEET name state" for each sheet of an Open XML book, in order
-  libreoffice-sheets  the same after LibreOffice has read the book and saved it again
-  xlrd-structure  the cells of a binary book, then its merges, grouped or
-               hidden rows and columns and notes, sorted as text:
-               "merge r1 r2 c1 c2", "row r level L hidden H",
-               "col c level L hidden H", "note r c"
-  libreoffice-structure  the same, as LibreOffice saves the book as Open XML
-               (read back with openpyxl)
-  make-xlwt    writes a small binary book with merges, sizes and groups
-  openpyxl-dims   the first sheet's merges ("merge r1 r2 c1 c2"), then its rows
-               and columns with a size, hidden flag or outline level set:
-               "row r height H hidden H level L", "col c width W hidden H level L"
-               (zero-based, widths rounded to 2 places), and "summary below right"
-  libreoffice-dims  the same after LibreOffice has read the book and saved it again
-  libreoffice-settings  openpyxl-settings after LibreOffice has saved the book again
-  openpyxl-styles  the style of each cell of the first sheet, a line for each
-               of "r c" numfmt, font, fill, border, align and protection
-  libreoffice-styles  the same after LibreOffice has read the book and saved it again
-  drawings     pictures, charts and comments of each sheet, from an Open XML
-               book or from LibreOffice's Open XML conversion of another one:
-               "PIC r c" (the anchor's first cell), "CHART r c", "NOTE r c
-               text", sorted, under "SHEET name"; texts as UTF-8 (the
-               conversion keeps no comment authors)
-  openpyxl-pictures  the pictures of each worksheet of an Open XML book, as
-               openpyxl's drawing reader finds them: after "SHEET name", one
-               line a picture, sorted, "PIC row col row2 col2 dx dy dx2 dy2
-               size crc32" (offsets in pixels; a one-cell anchor has "-" for
-               the far cell and gives its extent as dx2 dy2), then
-               "OTHER n" with the count of anchors holding something else
-  libreoffice-pictures  the same after LibreOffice has read the book and
-               saved it as Open XML
+Readers: xlrd, openpyxl and libreoffice (LibreOffice's csv export, raw
+values) dump the cells: "SHEET name", then "r c kind value" a cell, kind n
+number (%.17g), s text, b boolean, e error; blanks and empty texts left out.
+xlrd-format gives "r c bold colour format" instead; xlrd-sst "COUNT n" and
+the shared strings; olefile "path size crc32" a stream; xlrd-formulas
+"sheet row col kind text" a formula as xlrd decompiles it; openpyxl-formulas
+"r c text" under "SHEET name".  xlrd-structure adds sorted "merge r1 r2 c1
+c2", "row|col i level L hidden H" and "note r c" lines to the cells;
+openpyxl-dims gives the first sheet's merges, sized, hidden or grouped rows
+and columns and "summary below right"; openpyxl-settings sheet states, print
+setup, views and names; openpyxl-sheets "SHEET name state"; openpyxl-styles
+numfmt, font, fill, border, align and protection lines of each "r c";
+openpyxl-pictures "PIC row col row2 col2 dx dy dx2 dy2 size crc32" a picture
+and "OTHER n"; drawings "PIC r c", "CHART r c" and "NOTE r c text" under
+"SHEET name" (another kind of book through LibreOffice's conversion).  Each
+libreoffice-X is openpyxl-X (libreoffice-structure: xlrd-structure's lines)
+on the book as LibreOffice saves it again as Open XML.  make-xlwt writes a
+small binary book with merges, sizes and groups at PATH, make-lo-dates one
+that LibreOffice converts from dates openpyxl wrote.
 
-Each sheet starts with "SHEET name", then one line a cell, "r c kind value":
-kind n number (%.17g), s text, b boolean, e error code.  Blank cells and
-empty texts are left out.  Texts and names are UTF-16LE hex ("-" when
-empty), or with the last argument "utf8" UTF-8 with backslash and newline
-escaped.  A reader that can't open the book prints "ERROR why".
+Texts are UTF-16LE hex ("-" when empty), or UTF-8 with backslash and newline
+escaped under "utf8".  A reader that can't open the book prints "ERROR why".
 """
 import csv, glob, os, re, shutil, subprocess, sys, tempfile
 
@@ -75,38 +48,39 @@ def xlrd_book(formatting=False, on_demand=False):
                                     logfile=open(os.devnull, 'w'))
 
 
-def dump_xlrd(formatting):
-    xlrd, bk = xlrd_book(formatting)
+def xlrd_cells(xlrd, sh):
+    """(r, c, kind, value) of each cell of an xlrd sheet that has a kind."""
     kinds = {xlrd.XL_CELL_NUMBER: 'n', xlrd.XL_CELL_DATE: 'n', xlrd.XL_CELL_TEXT: 's',
              xlrd.XL_CELL_BOOLEAN: 'b', xlrd.XL_CELL_ERROR: 'e'}
+    for r in range(sh.nrows):
+        for c in range(sh.row_len(r)):
+            if kinds.get(sh.cell_type(r, c)):
+                yield r, c, kinds[sh.cell_type(r, c)], sh.cell_value(r, c)
+
+
+def dump_xlrd(formatting):
+    xlrd, bk = xlrd_book(formatting)
     for sh in bk.sheets():
         print('SHEET', text(sh.name))
-        for r in range(sh.nrows):
-            for c in range(sh.row_len(r)):
-                kind, v = kinds.get(sh.cell_type(r, c)), sh.cell_value(r, c)
-                if not kind or (kind == 's' and v == ''):
-                    continue
-                if formatting:
-                    # Bold is a weight of 700 or more, as the format defines
-                    # it (xlrd's own flag reads a bit the format leaves unused).
-                    xf = bk.xf_list[sh.cell_xf_index(r, c)]
-                    f = bk.font_list[xf.font_index]
-                    print(r, c, int(f.weight >= 700), f.colour_index, text(bk.format_map[xf.format_key].format_str))
-                else:
-                    cell(r, c, kind, v)
+        for r, c, kind, v in xlrd_cells(xlrd, sh):
+            if kind == 's' and v == '':
+                continue
+            if formatting:
+                # Bold is a weight of 700 or more, as the format defines
+                # it (xlrd's own flag reads a bit the format leaves unused).
+                xf = bk.xf_list[sh.cell_xf_index(r, c)]
+                f = bk.font_list[xf.font_index]
+                print(r, c, int(f.weight >= 700), f.colour_index, text(bk.format_map[xf.format_key].format_str))
+            else:
+                cell(r, c, kind, v)
 
 
 def dump_structure_xlrd():
     xlrd, bk = xlrd_book(True)
-    kinds = {xlrd.XL_CELL_NUMBER: 'n', xlrd.XL_CELL_DATE: 'n', xlrd.XL_CELL_TEXT: 's',
-             xlrd.XL_CELL_BOOLEAN: 'b', xlrd.XL_CELL_ERROR: 'e'}
     for sh in bk.sheets():
         print('SHEET', text(sh.name))
-        for r in range(sh.nrows):
-            for c in range(sh.row_len(r)):
-                kind = kinds.get(sh.cell_type(r, c))
-                if kind:
-                    cell(r, c, kind, sh.cell_value(r, c))
+        for r, c, kind, v in xlrd_cells(xlrd, sh):
+            cell(r, c, kind, v)
         lines = ['merge %d %d %d %d' % (rlo, rhi - 1, clo, chi - 1) for rlo, rhi, clo, chi in sh.merged_cells]
         for what, infos in (('row', sh.rowinfo_map), ('col', sh.colinfo_map)):
             lines += ['%s %d level %d hidden %d' % (what, i, x.outline_level, x.hidden)
@@ -116,19 +90,28 @@ def dump_structure_xlrd():
             print(line)
 
 
-def lo_convert(target, ext):
-    """The book converted by LibreOffice: (scratch folder, converted files)."""
+def lo_convert(target, ext, source=None):
+    """The book (or `source`) converted by LibreOffice: (scratch folder, converted files)."""
+    source = source or path
     out = tempfile.mkdtemp(prefix='oracle_lo_')
     subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
-                    '--convert-to', target, '--outdir', out, path],
+                    '--convert-to', target, '--outdir', out, source],
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
-    base = os.path.splitext(os.path.basename(path))[0]
+    base = os.path.splitext(os.path.basename(source))[0]
     return out, sorted(glob.glob(os.path.join(glob.escape(out), glob.escape(base) + ext)))
+
+
+def columns(ws, last=None):
+    """(column from 1, its dimension) of each column an entry covers."""
+    from openpyxl.utils import column_index_from_string
+    for key, d in ws.column_dimensions.items():
+        first = d.min or column_index_from_string(key)
+        for c in range(first, min(d.max or first, last or 1 << 20) + 1):
+            yield c, d
 
 
 def dump_structure_libreoffice():
     import openpyxl
-    from openpyxl.utils import column_index_from_string
     out, files = lo_convert('xlsx', '.xlsx')
     if not files:
         raise RuntimeError('no xlsx')
@@ -149,11 +132,8 @@ def dump_structure_libreoffice():
         for r, d in sh.row_dimensions.items():
             if d.outlineLevel or d.hidden:
                 lines.append('row %d level %d hidden %d' % (r - 1, d.outlineLevel, int(bool(d.hidden))))
-        for key, d in sh.column_dimensions.items():
-            first = d.min or column_index_from_string(key)
-            for c in range(first, min(d.max or first, 256) + 1):
-                if d.outlineLevel or d.hidden:
-                    lines.append('col %d level %d hidden %d' % (c - 1, d.outlineLevel, int(bool(d.hidden))))
+        lines += ['col %d level %d hidden %d' % (c - 1, d.outlineLevel, int(bool(d.hidden)))
+                  for c, d in columns(sh, 256) if d.outlineLevel or d.hidden]
         for line in sorted(lines):
             print(line)
     subprocess.run(['rm', '-rf', out])
@@ -175,6 +155,30 @@ def make_xlwt():
     for r in (5, 6):
         ws.row(r).level = 1
     wb.save(path)
+
+
+def make_lo_dates():
+    # A date, a time and a date-time (milliseconds shown) as openpyxl formats
+    # them, and a plain number, in sheet "Dates", saved by LibreOffice as the
+    # binary book at `path`.
+    import datetime, openpyxl
+    folder = tempfile.mkdtemp(prefix='oracle_dates_')
+    source = os.path.join(folder, 'dates.xlsx')
+    book = openpyxl.Workbook()
+    sheet = book.active
+    sheet.title = 'Dates'
+    sheet['A1'] = datetime.date(2024, 3, 1)
+    sheet['B1'] = datetime.time(12, 30, 0)
+    sheet['C1'] = datetime.datetime(2024, 3, 1, 12, 30, 0, 500000)
+    sheet['C1'].number_format = 'yyyy-mm-dd hh:mm:ss.000'
+    sheet['D1'] = 45352.5
+    book.save(source)
+    out, files = lo_convert('xls', '.xls', source)
+    try:
+        shutil.copyfile(files[0], path)
+    finally:
+        shutil.rmtree(out, ignore_errors=True)
+        shutil.rmtree(folder, ignore_errors=True)
 
 
 def dump_sst():
@@ -308,7 +312,6 @@ def dump_settings(book_path=None):
 
 def dump_dims(book_path):
     import openpyxl
-    from openpyxl.utils import column_index_from_string
     ws = openpyxl.load_workbook(book_path).worksheets[0]
     for m in sorted(ws.merged_cells.ranges, key=lambda m: (m.min_row, m.min_col)):
         print('merge', m.min_row - 1, m.max_row - 1, m.min_col - 1, m.max_col - 1)
@@ -316,13 +319,9 @@ def dump_dims(book_path):
         if d.customHeight or d.hidden or d.outlineLevel:
             print('row', r - 1, 'height', d.height if d.customHeight else '-', 'hidden', int(bool(d.hidden)),
                   'level', d.outlineLevel)
-    lines = []
-    for key, d in ws.column_dimensions.items():
-        first = d.min or column_index_from_string(key)
-        for c in range(first, (d.max or first) + 1):
-            if d.customWidth or d.hidden or d.outlineLevel:
-                lines.append((c - 1, 'width %s hidden %d level %d' % (
-                    '%.2f' % d.width if d.customWidth else '-', int(bool(d.hidden)), d.outlineLevel)))
+    lines = [(c - 1, 'width %s hidden %d level %d' % ('%.2f' % d.width if d.customWidth else '-',
+                                                      int(bool(d.hidden)), d.outlineLevel))
+             for c, d in columns(ws) if d.customWidth or d.hidden or d.outlineLevel]
     for c, line in sorted(lines):
         print('col', c, line)
     o = ws.sheet_properties.outlinePr
@@ -466,19 +465,21 @@ def dump_drawings():
             print(line)
 
 
+def on_path(f):
+    return lambda: f(path)
+
+
+READERS = {
+    'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
+    'xlrd-formulas': dump_formulas, 'xlrd-structure': dump_structure_xlrd, 'olefile': dump_streams,
+    'openpyxl': dump_openpyxl, 'openpyxl-settings': dump_settings, 'libreoffice': dump_libreoffice,
+    'libreoffice-structure': dump_structure_libreoffice, 'make-xlwt': make_xlwt, 'make-lo-dates': make_lo_dates,
+    'drawings': dump_drawings}
+for name, f in (('sheets', dump_sheets), ('dims', dump_dims), ('settings', dump_settings),
+                ('styles', dump_styles), ('pictures', dump_pictures), ('formulas', dump_formulas_openpyxl)):
+    READERS.setdefault('openpyxl-' + name, on_path(f))
+    READERS['libreoffice-' + name] = lambda f=f: lo_resaved(f)
 try:
-    {'openpyxl-sheets': lambda: dump_sheets(path), 'libreoffice-sheets': lambda: lo_resaved(dump_sheets),
-     'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
-     'openpyxl': dump_openpyxl, 'libreoffice': dump_libreoffice, 'olefile': dump_streams,
-     'xlrd-formulas': dump_formulas, 'openpyxl-settings': dump_settings,
-     'xlrd-structure': dump_structure_xlrd, 'libreoffice-structure': dump_structure_libreoffice,
-     'make-xlwt': make_xlwt, 'drawings': dump_drawings,
-     'openpyxl-dims': lambda: dump_dims(path), 'libreoffice-dims': lambda: lo_resaved(dump_dims),
-     'libreoffice-settings': lambda: lo_resaved(dump_settings), 'openpyxl-styles': lambda: dump_styles(path),
-     'libreoffice-styles': lambda: lo_resaved(dump_styles),
-     'openpyxl-pictures': lambda: dump_pictures(path),
-     'libreoffice-pictures': lambda: lo_resaved(dump_pictures),
-     'openpyxl-formulas': lambda: dump_formulas_openpyxl(path),
-     'libreoffice-formulas': lambda: lo_resaved(dump_formulas_openpyxl)}[reader]()
+    READERS[reader]()
 except Exception as e:
     print('ERROR', type(e).__name__)

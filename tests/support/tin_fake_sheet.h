@@ -33,21 +33,10 @@ struct FakeSheet {
     std::vector<FakeName> names;
 
     void number(int r, int c, double v, bool date = false) {
-        FakeCell &x = cells[{r, c}];
-        x.kind = CELL_NUMBER;
-        x.number = v;
-        x.date = date;
+        cells[{r, c}] = FakeCell{CELL_NUMBER, v, "", date};
     }
-    void text(int r, int c, const std::string &v) {
-        FakeCell &x = cells[{r, c}];
-        x.kind = CELL_STRING;
-        x.text = v;
-    }
-    void boolean(int r, int c, bool v) {
-        FakeCell &x = cells[{r, c}];
-        x.kind = CELL_BOOL;
-        x.number = v ? 1 : 0;
-    }
+    void text(int r, int c, const std::string &v) { cells[{r, c}] = FakeCell{CELL_STRING, 0, v}; }
+    void boolean(int r, int c, bool v) { cells[{r, c}] = FakeCell{CELL_BOOL, v ? 1.0 : 0.0}; }
     void kind(int r, int c, int k) { cells[{r, c}].kind = k; }
     const FakeCell *at(int r, int c) const {
         auto it = cells.find({r, c});
@@ -78,6 +67,12 @@ struct FakeBook {
 
 inline FakeSheet *S(void *sheet) { return static_cast<FakeSheet *>(sheet); }
 inline FakeBook *B(void *book) { return static_cast<FakeBook *>(book); }
+// The cell at (r, c), an empty one where none is stored.
+inline const FakeCell &C(void *sheet, int r, int c) {
+    static const FakeCell none;
+    const FakeCell *x = S(sheet)->at(r, c);
+    return x ? *x : none;
+}
 
 inline const SheetOps fakeOps = {
     [](void *book) { return (int)B(book)->sheets.size(); },
@@ -94,52 +89,24 @@ inline const SheetOps fakeOps = {
     [](void *sheet, int index, int *r1, int *r2, int *c1, int *c2) -> const char * {
         if (index < 0 || index >= (int)S(sheet)->names.size()) return nullptr;
         const FakeName &n = S(sheet)->names[index];
-        *r1 = n.rowFirst;
-        *r2 = n.rowLast;
-        *c1 = n.colFirst;
-        *c2 = n.colLast;
+        *r1 = n.rowFirst, *r2 = n.rowLast, *c1 = n.colFirst, *c2 = n.colLast;
         return n.name.c_str();
     },
     [](void *sheet) { return S(sheet)->extent(true, false); },
     [](void *sheet) { return S(sheet)->extent(true, true); },
     [](void *sheet) { return S(sheet)->extent(false, false); },
     [](void *sheet) { return S(sheet)->extent(false, true); },
-    [](void *sheet, int r, int c) {
-        const FakeCell *x = S(sheet)->at(r, c);
-        return x ? x->kind : CELL_EMPTY;
-    },
-    [](void *sheet, int r, int c) {
-        const FakeCell *x = S(sheet)->at(r, c);
-        return x && x->date ? 1 : 0;
-    },
-    [](void *sheet, int r, int c) {
-        const FakeCell *x = S(sheet)->at(r, c);
-        return x && x->number != 0 ? 1 : 0;
-    },
+    [](void *sheet, int r, int c) { return C(sheet, r, c).kind; },
+    [](void *sheet, int r, int c) { return C(sheet, r, c).date ? 1 : 0; },
+    [](void *sheet, int r, int c) { return C(sheet, r, c).number != 0 ? 1 : 0; },
     [](void *sheet, int r, int c) -> const char * {
-        const FakeCell *x = S(sheet)->at(r, c);
-        return x && x->number > 0 ? "TRUE" : "FALSE";
+        return C(sheet, r, c).number > 0 ? "TRUE" : "FALSE";
     },
-    [](void *sheet, int r, int c) {
-        const FakeCell *x = S(sheet)->at(r, c);
-        return x ? x->number : 0.0;
-    },
-    [](void *sheet, int r, int c) -> const char * {
-        const FakeCell *x = S(sheet)->at(r, c);
-        return x ? x->text.c_str() : "";
-    },
-    [](void *sheet, int r, int c, int v) {
-        S(sheet)->boolean(r, c, v != 0);
-        return 1;
-    },
-    [](void *sheet, int r, int c, double v) {
-        S(sheet)->number(r, c, v);
-        return 1;
-    },
-    [](void *sheet, int r, int c, const char *v) {
-        S(sheet)->text(r, c, v);
-        return 1;
-    },
+    [](void *sheet, int r, int c) { return C(sheet, r, c).number; },
+    [](void *sheet, int r, int c) { return C(sheet, r, c).text.c_str(); },
+    [](void *sheet, int r, int c, int v) { return S(sheet)->boolean(r, c, v != 0), 1; },
+    [](void *sheet, int r, int c, double v) { return S(sheet)->number(r, c, v), 1; },
+    [](void *sheet, int r, int c, const char *v) { return S(sheet)->text(r, c, v), 1; },
 };
 
 // A SheetFile over a fake book, with its own scratch buffer.

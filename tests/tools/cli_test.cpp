@@ -6,7 +6,6 @@
 // A bad range is a usage error (exit 2) when its text is malformed, and a
 // failed operation (exit 1) when it is well-formed but beyond the last cell
 // of the file's format.
-#include "support/json_value.h"
 #include "support/run_tool.h"
 
 #include "tabrix.h"
@@ -88,42 +87,33 @@ std::string writeTestBook() {
     return path;
 }
 
-// The cells of a json dump by reference, each as one line of what a copy
-// must keep: kind, value, date, number format.  With `errorsAsText` an
-// error cell counts as a text cell of its error text, the form a copy gives
-// it when the target refuses the error as a formula.
-std::map<std::string, std::string> cellsOf(const RunResult &dump, std::string *sheet = nullptr,
-                                           bool errorsAsText = false) {
-    std::map<std::string, std::string> cells;
-    JsonValue doc;
-    std::string error;
-    if (!parseJson(dump.out, doc, error)) {
-        cells["error"] = error;
-        return cells;
+// The cells of a json dump by reference, read back by python's json
+// reader (support/json_cells.py): kind, value, date and number format of
+// each.  With `errorsAsText` an error cell counts as a text cell of its
+// error text.  `meta` gets the "@" entries: sheet, file, range, positions.
+using Cells = std::map<std::string, std::string>;
+Cells cellsOf(const RunResult &dump, std::string *sheet = nullptr, bool errorsAsText = false,
+              Cells *meta = nullptr) {
+    std::string path = scratch("dump.json");
+    writeFile(path, dump.out);
+    std::string command = "/usr/bin/python3 " TABRIX_SOURCE_DIR
+                          "/tests/tools/support/json_cells.py " +
+                          path + (errorsAsText ? " errors-as-text" : "");
+    std::string out;
+    if (FILE *p = popen(command.c_str(), "r")) {
+        char buffer[4096];
+        for (size_t n; (n = fread(buffer, 1, sizeof buffer, p)) > 0;) out.append(buffer, n);
+        pclose(p);
     }
-    if (sheet) *sheet = doc["sheet"].text;
-    for (const JsonValue &c : doc["cells"].items) {
-        const JsonValue &v = c["value"];
-        char number[40];
-        std::snprintf(number, sizeof number, "%.17g", v.number);
-        std::string shown = v.type == JsonValue::Number ? number
-                            : v.type == JsonValue::Bool ? (v.flag ? "true" : "false")
-                                                        : v.text;
-        // Custom number formats are numbered by each book: compare their text.
-        std::string numFormat = c.has("numFormatText") ? c["numFormatText"].text
-                                                       : std::to_string(int(c["numFormat"].number));
-        std::string kind = errorsAsText && c["kind"].text == "error" ? "string" : c["kind"].text;
-        // A formula copied is the formula: its cached value waits for a
-        // recalculation.
-        const bool formula = c.has("formula") && c["formula"].type == JsonValue::String;
-        // An error written as the formula of its constant reads as that error.
-        if (formula && errorsAsText && c["formula"].text[0] == '#')
-            cells[c["ref"].text] = "string " + c["formula"].text + "  " + numFormat;
-        else if (formula)
-            cells[c["ref"].text] = "formula " + c["formula"].text + " " + numFormat;
-        else
-            cells[c["ref"].text] = kind + " " + shown + " " + c["date"].text + " " + numFormat;
+    Cells cells, info;
+    for (size_t at = 0, end; (end = out.find('\x1e', at)) != std::string::npos; at = end + 1) {
+        size_t sep = out.find('\x1f', at);
+        (out[at] == '@' ? info : cells)[out.substr(at, sep - at)] =
+            out.substr(sep + 1, end - sep - 1);
     }
+    if (out.empty()) cells["error"] = "no output from " + command;
+    if (sheet) *sheet = info["@sheet"];
+    if (meta) *meta = info;
     return cells;
 }
 
@@ -342,22 +332,16 @@ TEST(Cli, DumpJsonParsesBack) {
                "e \xE2\x9C\x93 \x01  0"},
         {"B6", "formula SUM(B2:B3) 0"},
     };
-    std::string sheet;
-    EXPECT_EQ(cellsOf(r, &sheet), expected);
-    EXPECT_EQ(sheet, "Data");
-    JsonValue doc;
-    std::string error;
-    ASSERT_TRUE(parseJson(r.out, doc, error)) << error;
-    EXPECT_EQ(doc["file"].text, book);
-    EXPECT_EQ(doc["range"].text, "A1:D6");
-    std::map<std::string, const JsonValue *> byRef;
-    for (const JsonValue &c : doc["cells"].items) byRef[c["ref"].text] = &c;
-    ASSERT_EQ(byRef.size(), expected.size());
-    EXPECT_EQ((*byRef["B3"])["row"].number, 2);
-    EXPECT_EQ((*byRef["B3"])["col"].number, 1);
-    // Cells of the same format share its index.
-    EXPECT_EQ((*byRef["D2"])["format"].number, (*byRef["C4"])["format"].number);
-    EXPECT_NE((*byRef["D2"])["format"].number, (*byRef["D3"])["format"].number);
+    Cells meta;
+    EXPECT_EQ(cellsOf(r, nullptr, false, &meta), expected);
+    EXPECT_EQ(meta["@sheet"], "Data");
+    EXPECT_EQ(meta["@file"], book);
+    EXPECT_EQ(meta["@range"], "A1:D6");
+    // Row and column from 0; cells of the same format share its index.
+    auto pos = [&](const char *ref) { return meta[std::string("@pos ") + ref]; };
+    EXPECT_EQ(pos("B3").substr(0, 4), "2 1 ");
+    EXPECT_EQ(pos("D2").substr(4), pos("C4").substr(4));
+    EXPECT_NE(pos("D2").substr(4), pos("D3").substr(4));
 }
 
 // xls to csv or tsv and back keeps every value; xls to xls with --sheet

@@ -1,6 +1,7 @@
-// The workbook drivers through the reference host: open failures and their
-// report codes, the sharing of open books, files created and kept on
-// writing, blank cells and named ranges (the layouts' round trips run for
+// The workbook and csv drivers through the reference host: open failures
+// and their report codes, the sharing of open books, files created and kept
+// on writing, fields read into the csv store and written back, buffer
+// limits, blank cells and named ranges (the layouts' round trips run for
 // every driver in roundtrip_test).
 #include "refhost.h"
 #include "sheetfile.h"
@@ -25,7 +26,7 @@ namespace {
 
 std::string scratchDir() {
     mkdir(TABRIX_TEST_TMP, 0777);
-    std::string dir = std::string(TABRIX_TEST_TMP) + "/xls_driver";
+    std::string dir = std::string(TABRIX_TEST_TMP) + "/drivers";
     mkdir(dir.c_str(), 0777);
     return dir;
 }
@@ -63,11 +64,12 @@ void makeBook(const std::string &name, const std::function<void(void *)> &fill) 
 
 // ---- open failures ------------------------------------------------------------
 
-TEST(XlsOpen, FailuresAndTheirReports) {
+TEST(DriverOpen, FailuresAndTheirReports) {
     ASSERT_TRUE(host().loaded()) << host().loadError();
     tout::spit(pathOf("corrupt.xls"), "this is no workbook at all\n");
     remove(pathOf("missing.xls").c_str());
     remove(pathOf("missing.xlsx").c_str());
+    remove(pathOf("missing.csv").c_str());
     struct Case {
         const char *what;
         const char *driver;
@@ -88,6 +90,11 @@ TEST(XlsOpen, FailuresAndTheirReports) {
         {"options without a name", "xls", "grow;skiph;", false, 1, "access denied", QD_MODE_OPENED},
         {"no directory to create in", "xls", "no/such/dir/x.xls", true, 0, "",
          QD_MODE_OPENED | QD_MODE_NOSTREAM | QD_MODE_PENDING},
+        {"missing csv read", "csv", "missing.csv", false, 0, "", QD_MODE_OPENED | QD_MODE_NOSTREAM},
+        {"csv options without a name", "csv", "grow;skiph;", false, 1, "access denied",
+         QD_MODE_OPENED},
+        {"no directory to create a csv in", "csv", "no/such/dir/x.csv", true, 0, "",
+         QD_MODE_NOSTREAM},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);
@@ -395,6 +402,231 @@ TEST(WorkbookDriverNames, GlobalAndSheetScopedNamesByLabel) {
     }
 }
 
-} // namespace
+// ---- the csv store ----------------------------------------------------------
 
-namespace {} // namespace
+void writeFile(const std::string &name, const std::string &content) {
+    tout::spit(pathOf(name), content);
+}
+std::string readFile(const std::string &name) { return tout::slurp(pathOf(name)); }
+
+// Every stored cell of the file's sheet as "row,col=Kvalue" joined by " ":
+// N number, S string, B boolean.
+std::string dumpCells(void *handle) {
+    SheetFile *f = fileOf(handle);
+    const SheetOps *ops = f->ops;
+    if (ops->sheetCount(f->handle) == 0) return "<none>";
+    void *sheet = ops->getSheet(f->handle, 0);
+    std::string out;
+    for (int r = ops->firstRow(sheet); r <= ops->lastRow(sheet); ++r)
+        for (int c = ops->firstCol(sheet); c <= ops->lastCol(sheet); ++c) {
+            int kind = ops->cellType(sheet, r, c);
+            if (kind == CELL_EMPTY) continue;
+            char buf[64];
+            std::string value;
+            if (kind == CELL_NUMBER) {
+                snprintf(buf, sizeof buf, "N%.17g", ops->readNum(sheet, r, c));
+                value = buf;
+            } else if (kind == CELL_STRING) {
+                value = std::string("S") + ops->readStr(sheet, r, c);
+            } else {
+                value = std::string("B") + std::to_string(ops->readBool(sheet, r, c));
+            }
+            out += (out.empty() ? "" : " ") + std::to_string(r) + "," + std::to_string(c) + "=" +
+                   value;
+        }
+    return out;
+}
+
+// Each text read into the store (cells as dumpCells gives them, the file
+// left as it was) and, opened for writing, written back as `out` at the
+// close; nullptr: that side is not checked.
+struct FieldCase {
+    const char *options;
+    std::string in;
+    const char *cells;
+    const char *out;
+};
+
+TEST(CsvFields, ReadIntoTheStoreAndWrittenBack) {
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    const std::string far = std::string(70, ',') + "far\n";
+    const std::string wide = std::string(130, ',') + "x," + std::string(3, ',') + "y\n";
+    const FieldCase cases[] = {
+        {"", "a,b\n1,2.5\n", "0,0=Sa 0,1=Sb 1,0=N1 1,1=N2.5", "a,b\n1,2.5\n"},
+        {"", "\"a\"\"b\"\n", "0,0=Sa\"b", "\"a\"\"b\"\n"},
+        {"", "\"x,y\",z\n", "0,0=Sx,y 0,1=Sz", "\"x,y\",z\n"},
+        {"", "a\r\nb\r\n", "0,0=Sa 1,0=Sb", "a\nb\n"},
+        {"", "a\rb\n", "0,0=Sa\rb", nullptr},
+        {"", "\"a\nb\",c", "0,0=Sa\nb 0,1=Sc", nullptr},
+        {"", "x,,y", "0,0=Sx 0,2=Sy", nullptr},
+        {"", "\"\",\"q\"", "0,1=Sq", nullptr},
+        {"", "TRUE,true,FALSE,False", "0,0=B1 0,1=Strue 0,2=B0 0,3=SFalse",
+         "TRUE,true,FALSE,False\n"},
+        {"true=yes;false=no;", "yes,no,TRUE", "0,0=B1 0,1=B0 0,2=STRUE", "yes,no,TRUE\n"},
+        {"fsep=;;dsep=,;", "1,5;2;a,b\n", "0,0=N1.5 0,1=N2 0,2=Sa,b", nullptr},
+        {"fsep=;;dsep=,;", "1,5;2\n", nullptr, "1,5;2\n"},
+        {"dsep=,;", "\"1,5\",2\n", "0,0=N1.5 0,1=N2", "\"1,5\",2\n"},
+        {"fsep=\t;", "a b\t-3e2\n", "0,0=Sa b 0,1=N-300", nullptr},
+        {"", "007,1e,+.5e,12a,+.5,1e3", "0,0=S007 0,1=S1e 0,2=S+.5e 0,3=S12a 0,4=N0.5 0,5=N1000",
+         nullptr},
+        {"", "9007199254740992,9007199254740991", "0,0=S9007199254740992 0,1=N9007199254740991",
+         nullptr},
+        {"", far, "0,70=Sfar", far.c_str()},
+        {"", wide, nullptr, wide.c_str()},
+        {"", "\n\n\nz", "3,0=Sz", "\n\n\nz\n"},
+        {"", "", "<none>", ""},
+        {"", "\"open quote, never closed", "0,0=Sopen quote, never closed", nullptr},
+        {"", "a\"b,\"c\"d", "0,0=Sa\"b 0,1=Scd", nullptr},
+        {"", "a\n\nb\n", nullptr, "a\n\nb\n"},
+        {"", "a,b,c\nd\n", nullptr, "a,b,c\nd\n"},
+        {"", "a,,\n", nullptr, "a\n"},
+        {"", "1.0,0.10,1e3,-0.5\n", nullptr, "1,0.1,1000,-0.5\n"},
+    };
+    for (const FieldCase &c : cases) {
+        SCOPED_TRACE(c.in);
+        const std::string name = std::string(c.options) + "fields.csv";
+        Context ctx(scratchDir());
+        writeFile("fields.csv", c.in);
+        if (c.cells) {
+            int mode = 0;
+            void *f = host().open(ctx, "csv", name, false, &mode);
+            ASSERT_NE(f, nullptr);
+            EXPECT_EQ(mode & (QD_MODE_OPENED | QD_MODE_PENDING), QD_MODE_OPENED);
+            EXPECT_EQ(dumpCells(f), c.cells);
+            EXPECT_EQ(host().close(ctx, "csv", f), 0);
+            EXPECT_EQ(readFile("fields.csv"), c.in); // reading saves nothing
+        }
+        if (c.out) {
+            void *f = host().open(ctx, "csv", name, true);
+            ASSERT_NE(f, nullptr);
+            EXPECT_EQ(host().close(ctx, "csv", f), 0);
+            EXPECT_EQ(readFile("fields.csv"), c.out);
+        }
+        EXPECT_TRUE(ctx.errors.empty()) << ctx.allErrors();
+    }
+}
+
+TEST(CsvWrite, StoreWritesThroughSheetOps) {
+    Context ctx(scratchDir());
+    remove(pathOf("new.csv").c_str());
+    int mode = 0;
+    void *f = host().open(ctx, "csv", "new.csv", true, &mode);
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(mode & QD_MODE_NOSTREAM, 0);
+    EXPECT_TRUE(fileSize("new.csv") >= 0); // created at open
+    SheetFile *file = fileOf(f);
+    const SheetOps *ops = file->ops;
+    EXPECT_EQ(ops->sheetCount(file->handle), 0);
+    EXPECT_EQ(ops->getSheet(file->handle, 0), nullptr);
+    void *sheet = ops->addSheet(file->handle, "any");
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(ops->addSheet(file->handle, "again"), nullptr);
+    EXPECT_EQ(ops->sheetCount(file->handle), 1);
+    EXPECT_STREQ(ops->sheetName(sheet), "Sheet1");
+    EXPECT_TRUE(ops->writeNum(sheet, 0, 0, 1.5));
+    EXPECT_TRUE(ops->writeStr(sheet, 0, 2, "q\"t"));
+    EXPECT_TRUE(ops->writeBool(sheet, 1, 1, 1));
+    EXPECT_TRUE(ops->writeStr(sheet, 2, 0, "a,b"));
+    EXPECT_TRUE(ops->writeStr(sheet, 2, 1, "line\nfeed"));
+    EXPECT_TRUE(ops->writeNum(sheet, 3, 0, 7));
+    EXPECT_TRUE(ops->writeStr(sheet, 3, 0, "")); // clears the cell again
+    EXPECT_STREQ(ops->readBoolText(sheet, 1, 1), "TRUE");
+    EXPECT_EQ(ops->readBoolText(sheet, 9, 9), nullptr);
+    EXPECT_EQ(ops->readNum(sheet, 9, 9), 0.0);
+    EXPECT_STREQ(ops->readStr(sheet, 0, 0), "");
+    EXPECT_EQ(ops->isDate(sheet, 0, 0), 0);
+    EXPECT_EQ(ops->namedRangeCount(sheet), 0);
+    EXPECT_EQ(host().close(ctx, "csv", f), 0);
+    EXPECT_EQ(readFile("new.csv"), "1.5,,\"q\"\"t\"\n,TRUE\n\"a,b\",line\nfeed\n\n");
+}
+
+TEST(CsvWrite, NumberTooLongForTheBufferFailsTheClose) {
+    Context ctx(scratchDir());
+    ctx.realFormat = "%03000.1f";
+    writeFile("wide.csv", "1,x\n2\n");
+    void *f = host().open(ctx, "csv", "wide.csv", true);
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(host().close(ctx, "csv", f), 1);
+    EXPECT_EQ(readFile("wide.csv"), "");
+}
+
+TEST(CsvRead, BufferLimit) {
+    struct Case {
+        const char *options;
+        std::string content;
+        bool ok;
+        const char *error;
+    } cases[] = {
+        {"", "a\n" + std::string(2047, 'x') + "\n", true, ""},
+        {"", "a\n" + std::string(2048, 'x') + "\n", false, "SHEET: Buffer overflow at line 2\n"},
+        {"", "a\nb\n\"" + std::string(2048, 'x') + "\"", false,
+         "SHEET: Buffer overflow at line 3\n"},
+        {"bufsize=16;", "a\n" + std::string(3000, 'x') + "\n", true, ""},
+        {"bufsize=1;", std::string(1023, 'x'), true, ""},
+        {"bufsize=1;", std::string(1024, 'x'), false, "SHEET: Buffer overflow at line 1\n"},
+        {"bufsize=0;", std::string(2048, 'x'), false, "SHEET: Buffer overflow at line 1\n"},
+    };
+    for (const Case &c : cases) {
+        Context ctx(scratchDir());
+        writeFile("big.csv", c.content);
+        void *f = host().open(ctx, "csv", std::string(c.options) + "big.csv", false);
+        if (c.ok) {
+            ASSERT_NE(f, nullptr) << c.options << " " << c.content.size();
+            EXPECT_TRUE(ctx.reports.empty());
+            EXPECT_EQ(host().close(ctx, "csv", f), 0);
+            continue;
+        }
+        EXPECT_EQ(f, nullptr);
+        ASSERT_EQ(ctx.reports.size(), 1u);
+        EXPECT_EQ(ctx.reports[0].first, "failed to load data");
+        EXPECT_EQ(ctx.reports[0].second, 5);
+        EXPECT_EQ(ctx.allErrors(), c.error);
+        EXPECT_EQ(ctx.stream, nullptr); // closed again
+    }
+}
+
+// "[]" on a file that does not exist yet: the new sheet is the cell A1, so
+// a scalar lands there and a set written with grow runs down from it.
+TEST(CsvTransfer, WholeSheetOfANewFile) {
+    ASSERT_TRUE(host().loaded()) << host().loadError();
+    struct Case {
+        const char *label;
+        bool set; // a set of texts, else the real scalar 2.5
+        std::string file;
+        std::vector<std::string> back;
+    } cases[] = {
+        {"[]", false, "2.5\n", {"2.5"}},
+        {"grow;[]", false, "2.5\n", {"2.5"}},
+        {"grow;[]", true, "a\n\"b,c\"\nd\n", {"a", "b,c", "d"}},
+        {"[]", true, "a\n", {"a"}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(std::string(c.label) + (c.set ? " set" : " scalar"));
+        Context ctx(scratchDir());
+        remove(pathOf("whole.csv").c_str());
+        Set *names = ctx.newSet(QD_STRING);
+        for (const char *t : {"a", "b,c", "d"}) names->add(qdStr(t));
+        qd_value half = qdReal(2.5);
+        int rc = c.set ? host().writeItem(ctx, "csv", "whole.csv", c.label, names->type(), names)
+                       : host().writeItem(ctx, "csv", "whole.csv", c.label, QD_REAL, &half);
+        ASSERT_EQ(rc, 0) << ctx.allErrors();
+        EXPECT_EQ(readFile("whole.csv"), c.file);
+
+        Context in(scratchDir());
+        std::vector<std::string> back;
+        if (c.set) {
+            Set *read = in.newSet(QD_STRING);
+            ASSERT_EQ(host().readItem(in, "csv", "whole.csv", "[]", read->type(), read), 0)
+                << in.allErrors();
+            back = read->texts();
+        } else {
+            qd_value r{};
+            ASSERT_EQ(host().readItem(in, "csv", "whole.csv", "[]", QD_REAL, &r), 0)
+                << in.allErrors();
+            back = {valueText(QD_REAL, r)};
+        }
+        EXPECT_EQ(back, c.back);
+    }
+}
+
+} // namespace
