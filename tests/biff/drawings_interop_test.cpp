@@ -5,6 +5,7 @@
 // comments through our interfaces, save with their drawing records
 // unchanged, and after one more comment still show all they showed.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "biff/record_ids.h"
 #include "support/interop_tools.h"
 #include "support/oracle.h"
@@ -27,10 +28,7 @@ using namespace bifftest;
 namespace {
 
 using Book = BookImplT<char>;
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 using Lines = oracle::Lines;
 
 // A book with a chart and two comments on its first sheet.
@@ -94,27 +92,11 @@ Lines withoutCharts(const Lines &dump) {
     return out;
 }
 
-bool made(const std::string &path, const std::string &command) {
-    std::remove(path.c_str());
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 && std::ifstream(path).good();
-}
-
-std::string toXls(const std::string &dir, const std::string &xlsx, const std::string &name) {
-    std::string target = dir + "/" + name + ".xls";
-    std::string copy = dir + "/" + name + ".xlsx";
-    std::system(("cat '" + xlsx + "' > '" + copy + "'").c_str()); // writable, unlike the corpus
-    if (!made(target, "cd '" + dir + "' && soffice --headless --norestore " +
-                          "-env:UserInstallation=file://" + dir + "/lo_profile --convert-to xls '" +
-                          copy + "'"))
-        return "";
-    return target;
-}
-
 } // namespace
 
 TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
     if (!oracle::has("openpyxl") || !oracle::has("soffice")) GTEST_SKIP() << "no LibreOffice";
-    BookPtr book(new BinaryBookT<char>());
+    BookPtr book = newBinaryBook();
     ISheetT<char> *one = book->addSheet("One", nullptr);
     ISheetT<char> *two = book->addSheet("Two", nullptr);
     const ImageBytes png = pngImage(90, 40);
@@ -145,7 +127,7 @@ TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
     EXPECT_EQ(ourLines(*book, dump), expected);
 
     // A book with comments and no pictures at all.
-    BookPtr notes(new BinaryBookT<char>());
+    BookPtr notes = newBinaryBook();
     notes->addSheet("S", nullptr)->writeComment(0, 0, "alone", "me", 100, 50);
     ASSERT_TRUE(notes->save(path.c_str())) << notes->errorMessage();
     EXPECT_EQ(oracle::dump("drawings", path, true), Lines({"SHEET S", "NOTE 0 0 alone"}));
@@ -153,20 +135,12 @@ TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
 
 TEST(DrawingsInterop, OtherWritersDrawingsKeptAndExtended) {
     if (!oracle::has("openpyxl") || !oracle::has("soffice")) GTEST_SKIP() << "no LibreOffice";
-    const std::string dir = tmpPath("drawings_made");
-    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
+    const std::string dir = freshDir("drawings_made");
     const std::string corpus = std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/";
-    std::vector<std::string> files;
     runPython("chart_book.py", kChartBook, "'" + dir + "/chart_src.xlsx'");
-    for (const auto &src : {std::make_pair(dir + "/chart_src.xlsx", "chart"),
-                            std::make_pair(corpus + "image01.xlsx", "image"),
-                            std::make_pair(corpus + "comment02.xlsx", "comment")}) {
-        std::string xls = toXls(dir, src.first, src.second);
-        if (!xls.empty()) files.push_back(xls);
-    }
-    if (made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + dir +
-                                        "/chart_src.xlsx' '" + dir + "/gnumeric.xls'"))
-        files.push_back(dir + "/gnumeric.xls");
+    std::vector<std::string> files = xlsFromXlsx(dir + "/chart_src.xlsx", dir, true);
+    for (const char *name : {"image01.xlsx", "comment02.xlsx"})
+        for (const std::string &f : xlsFromXlsx(corpus + name, dir, false)) files.push_back(f);
     ASSERT_GE(files.size(), 3u);
     for (const std::string &f : corpusXlsFiles())
         for (const char *name : {"/picture.xls", "/xls_cross_sheet_chart.xls", "/Formate.xls"})
@@ -182,7 +156,7 @@ TEST(DrawingsInterop, OtherWritersDrawingsKeptAndExtended) {
         ASSERT_TRUE(std::any_of(before.begin(), before.end(), [](const std::string &l) {
             return l.compare(0, 6, "SHEET ") != 0;
         })) << "nothing drawn";
-        BookPtr book(new BinaryBookT<char>());
+        BookPtr book = newBinaryBook();
         ASSERT_TRUE(book->load(f.c_str())) << book->errorMessage();
         EXPECT_EQ(ourLines(*book, before), withoutCharts(before));
 

@@ -2,6 +2,7 @@
 // with the same anchors, texts and ids; the anchor arithmetic with its
 // clamps; the ids of every shape in step with the book's clusters.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "biff/drawing_run.h"
 #include "biff/record_ids.h"
 #include "biff/sheet_impl.h"
@@ -24,10 +25,7 @@ using namespace bifftest;
 namespace {
 
 using Book = BookImplT<char>;
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 
 BookPtr loadBook(const std::string &path) {
     BookPtr book(new BinaryBookT<char>());

@@ -3,6 +3,7 @@
 // handed back by getPicture and kept through saveRaw and loadRaw; refused
 // pictures leave the message and change nothing.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "officeart/drawing_group.h"
 #include "support/interop_tools.h"
 #include "support/test_images.h"
@@ -21,10 +22,7 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
 
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 
 BookPtr newBook() { return BookPtr(new BinaryBookT<char>()); }
 

@@ -5,6 +5,7 @@
 // gnumeric) list the same pictures through getPicture and keep their
 // drawing group byte for byte through a save.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "support/interop_tools.h"
 #include "support/oracle.h"
 #include "support/test_images.h"
@@ -24,10 +25,7 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
 
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 
 // Prints "group <hex>" with the joined drawing group bytes, then one line
 // "pic <getPicture code> <hex of the image>" for each store entry.
@@ -89,12 +87,6 @@ std::vector<std::string> ourPictures(Book &book) {
     return lines;
 }
 
-bool made(const std::string &path, const std::string &command) {
-    std::remove(path.c_str());
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 &&
-           std::fopen(path.c_str(), "rb");
-}
-
 } // namespace
 
 TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
@@ -102,7 +94,7 @@ TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
     const Bytes images[] = {pngImage(64, 32), jpegImage(0xE0, 10, 20), jpegImage(0xE1, 30, 40),
                             bmpImage(7, 8),   dibImage(9, 10),         wmfImage(),
                             emfImage(100, 50)};
-    BookPtr book(new BinaryBookT<char>());
+    BookPtr book = newBinaryBook();
     book->addSheet("Sheet1", nullptr);
     for (const Bytes &b : images)
         ASSERT_GE(book->addPicture2(reinterpret_cast<const char *>(b.data()), unsigned(b.size())),
@@ -114,7 +106,7 @@ TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()), expected);
 
-    BookPtr loaded(new BinaryBookT<char>());
+    BookPtr loaded = newBinaryBook();
     ASSERT_TRUE(loaded->load(path.c_str())) << loaded->errorMessage();
     EXPECT_EQ(ourPictures(*loaded), expected);
 }
@@ -124,18 +116,10 @@ TEST(PicturesInterop, OtherWritersPicturesAndGroupKept) {
     std::vector<std::string> files;
     for (const std::string &f : corpusXlsFiles())
         if (f.find("picture") != std::string::npos) files.push_back(f);
-    const std::string source =
-        std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/image01.xlsx";
-    const std::string dir = tmpPath("pictures_made");
-    std::system(
-        ("mkdir -p '" + dir + "' && cp '" + source + "' '" + dir + "/image01.xlsx'").c_str());
-    if (made(dir + "/image01.xls",
-             "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
-                 dir + "/lo_profile --convert-to xls image01.xlsx"))
-        files.push_back(dir + "/image01.xls");
-    if (made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + dir +
-                                        "/image01.xlsx' '" + dir + "/gnumeric.xls'"))
-        files.push_back(dir + "/gnumeric.xls");
+    for (const std::string &f :
+         xlsFromXlsx(std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/image01.xlsx",
+                     freshDir("pictures_made"), true))
+        files.push_back(f);
     ASSERT_GE(files.size(), 3u);
 
     for (const std::string &f : files) {
@@ -143,7 +127,7 @@ TEST(PicturesInterop, OtherWritersPicturesAndGroupKept) {
         std::vector<std::string> lines = walk(f);
         ASSERT_FALSE(lines.empty());
         ASSERT_NE(lines.size(), 1u) << "no pictures";
-        BookPtr book(new BinaryBookT<char>());
+        BookPtr book = newBinaryBook();
         ASSERT_TRUE(book->load(f.c_str())) << book->errorMessage();
         EXPECT_EQ(ourPictures(*book), std::vector<std::string>(lines.begin() + 1, lines.end()));
         std::string saved = tmpPath("pictures_resaved.xls");

@@ -3,6 +3,7 @@
 // make, shared formulas printed from each cell, array formula cells, the
 // R1C1 mode, and loaded formula blocks saved unchanged.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "biff/sheet_impl.h"
 #include "support/biff_bytes.h"
 #include "support/fake_owner.h"
@@ -19,16 +20,9 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 
-BookPtr newBook() {
-    BookPtr b(new BinaryBookT<char>());
-    b->setLocale("UTF-8");
-    return b;
-}
+BookPtr newBook() { return newBinaryBook(); }
 
 BookPtr reload(Book &b) {
     const char *data = nullptr;

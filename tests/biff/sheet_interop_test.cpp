@@ -24,13 +24,6 @@ namespace {
 const int kRows = 300;
 const int kCols = 40;
 
-std::string fileBytes(const std::string &path) {
-    std::ifstream f(path, std::ios::binary);
-    std::stringstream ss;
-    ss << f.rdbuf();
-    return ss.str();
-}
-
 // Reads the globals of a BIFF8 book for their shared strings, then sheet
 // substreams until the first worksheet.  False when the book is of another
 // format or has no worksheet.
@@ -100,7 +93,7 @@ TEST(SheetInterop, FirstWorksheetsMatchXlrdAndSurviveASave) {
         SheetImplT<wchar_t> &sheet = owner.addSheet(L"First");
         bool found = false;
         try {
-            found = readFirstWorksheet(fileBytes(path), owner, sheet);
+            found = readFirstWorksheet(readFile(path), owner, sheet);
         } catch (const tberror &) {
             continue; // a container or record we refuse, with its message
         }

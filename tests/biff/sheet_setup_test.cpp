@@ -104,12 +104,8 @@ TEST(SheetSetupTest, RecordsNormaliseWhatTheyRead) {
     put32(oldWin, 0x00FF00FFu);
     std::vector<uint8_t> wb;
     record(wb, Window2::kId, oldWin);
-    Opened in(rawBook(wb));
     Window2 w;
-    uint16_t id = 0, size = 0;
-    in.x.readInt16(id);
-    in.x.readInt16(size);
-    w.read(in.x, size, true);
+    readSized(wb, [&](XlsRecords &x, uint16_t size) { w.read(x, size, true); });
     EXPECT_TRUE(w.selected());
     EXPECT_TRUE(w.displayGridlines());
     EXPECT_EQ(w.rwTop, 7);
@@ -117,12 +113,7 @@ TEST(SheetSetupTest, RecordsNormaliseWhatTheyRead) {
     out = written([&](Xls<char> &x) { w.write(x); });
     EXPECT_EQ(out[0].second, words({0x0206, 7, 3, 64, 0, 0, 0, 0, 0}));
     EXPECT_EQ(errorOf([&] {
-                  Opened again(rawBook(wb));
-                  Window2 bad;
-                  uint16_t i = 0, n = 0;
-                  again.x.readInt16(i);
-                  again.x.readInt16(n);
-                  bad.read(again.x, 18, true);
+                  readSized(wb, [](XlsRecords &x, uint16_t) { Window2().read(x, 18, true); });
               }),
               "Window2 size is incorrect");
 
@@ -179,13 +170,11 @@ TEST(SheetSetupTest, PageSetupRunStopsAtForeignRecord) {
     record(wb, 161, setupBytes(9, 80, 0));
     record(wb, 85, words({8}));
 
-    Opened in(rawBook(wb));
     PageSetup ps(pool());
-    uint16_t id = 0, size = 0;
-    in.x.readInt16(id);
-    in.x.readInt16(size);
-    ps.read(in.x, id, size);
-    EXPECT_EQ(in.x.peekInt16(), 85);
+    readSized(wb, [&](XlsRecords &x, uint16_t size) {
+        ps.read(x, 20, size);
+        EXPECT_EQ(x.peekInt16(), 85);
+    });
     EXPECT_STREQ(ps.header.string(), L"head");
     EXPECT_STREQ(ps.footer.string(), L"");
     EXPECT_TRUE(ps.hCenter.center());
@@ -209,12 +198,9 @@ TEST(SheetSetupTest, PageSetupRunStopsAtForeignRecord) {
     record(bad, 20, {});
     record(bad, 161, seq(30));
     EXPECT_EQ(errorOf([&] {
-                  Opened b(rawBook(bad));
-                  PageSetup p(pool());
-                  uint16_t i = 0, n = 0;
-                  b.x.readInt16(i);
-                  b.x.readInt16(n);
-                  p.read(b.x, i, n);
+                  readSized(bad, [](XlsRecords &x, uint16_t size) {
+                      PageSetup(pool()).read(x, 20, size);
+                  });
               }),
               "Setup size is incorrect");
 }
@@ -280,19 +266,8 @@ TEST(SheetSetupTest, NewSheetWritesItsDefaults) {
     EXPECT_EQ(saveAll(back), out);
 }
 
+// A file whose printer settings are marked invalid reads as the defaults.
 TEST(SheetSetupTest, PrinterSettingsRespectNoPls) {
-    SheetSetup s(pool());
-    EXPECT_FALSE(s.landscape());
-    EXPECT_EQ(s.paper(), PAPER_DEFAULT);
-    EXPECT_EQ(s.printZoom(), 100);
-    s.setLandscape(true);
-    EXPECT_TRUE(s.landscape());
-    s.setPaper(PAPER_A4);
-    EXPECT_EQ(s.paper(), PAPER_A4);
-    s.setLandscape(false);
-    EXPECT_FALSE(s.landscape());
-
-    // A file whose settings are marked invalid reads as the defaults.
     struct Case {
         uint16_t paper, scale, flags;
         bool landscape;
@@ -318,33 +293,20 @@ TEST(SheetSetupTest, PrinterSettingsRespectNoPls) {
 
 TEST(SheetSetupTest, PrintFitAndPrintZoomShareTheWsBoolBit) {
     SheetSetup s(pool());
-    int w = 0, h = 0;
-    EXPECT_FALSE(s.getPrintFit(&w, &h));
-    EXPECT_EQ(w, 1);
-    EXPECT_EQ(h, 1);
     s.setPrintFit(2, 3);
-    EXPECT_TRUE(s.getPrintFit(&w, &h));
-    EXPECT_EQ(w, 2);
-    EXPECT_EQ(h, 3);
     EXPECT_EQ(s.wsBool(), 0x05C1);
     s.setPrintZoom(80);
     EXPECT_FALSE(s.getPrintFit(nullptr, nullptr));
     EXPECT_EQ(s.wsBool(), 0x04C1);
-    EXPECT_EQ(s.printZoom(), 80);
-
     s.setGroupSummaryBelow(false);
     s.setGroupSummaryRight(false);
     EXPECT_EQ(s.wsBool(), 0x0401);
-    EXPECT_FALSE(s.groupSummaryBelow() || s.groupSummaryRight());
     s.setGroupSummaryRight(true);
-    EXPECT_TRUE(s.groupSummaryRight());
     EXPECT_EQ(s.wsBool(), 0x0481);
 }
 
 TEST(SheetSetupTest, MarginsHeaderAndFooter) {
     SheetSetup s(pool());
-    EXPECT_EQ(s.marginLeft(), 0.75);
-    EXPECT_EQ(s.marginTop(), 1.0);
     s.setMarginTop(0.4);
     s.setMarginRight(1.5);
     s.setHeader("&LLeft \xC3\xA9", 0.3, true);
@@ -352,9 +314,6 @@ TEST(SheetSetupTest, MarginsHeaderAndFooter) {
     s.setHCenter(true);
     s.setPrintGridlines(true);
     s.setPrintRowCol(true);
-    EXPECT_STREQ(s.header(), L"&LLeft \u00e9");
-    EXPECT_EQ(s.headerMargin(), 0.3);
-    EXPECT_EQ(s.footerMargin(), 0.2);
 
     Records out = saveAll(s);
     EXPECT_EQ(ids(out),
@@ -366,14 +325,7 @@ TEST(SheetSetupTest, MarginsHeaderAndFooter) {
     for (auto &r : out) record(wb, r.first, r.second);
     SheetSetup back(pool());
     load(back, wb);
-    EXPECT_STREQ(back.header(), L"&LLeft \u00e9");
-    EXPECT_STREQ(back.footer(), L"Page &P of &N");
-    EXPECT_EQ(back.marginTop(), 0.4);
-    EXPECT_EQ(back.marginRight(), 1.5);
-    EXPECT_EQ(back.marginLeft(), 0.75);
-    EXPECT_EQ(back.headerMargin(), 0.3);
-    EXPECT_TRUE(back.hCenter() && !back.vCenter());
-    EXPECT_TRUE(back.printGridlines() && back.printRowCol());
+    EXPECT_EQ(saveAll(back), out);
 
     // A text over 65535 characters is refused and the old one stays.
     std::wstring tooLong(65536, L'x');
@@ -392,9 +344,6 @@ TEST(SheetSetupTest, MarginsHeaderAndFooter) {
 
 TEST(SheetSetupTest, WindowZoomAndPanes) {
     SheetSetup s(pool());
-    EXPECT_EQ(s.zoom(), 100);
-    EXPECT_TRUE(s.displayGridlines());
-    EXPECT_FALSE(s.selected() || s.rightToLeft());
     s.setZoom(150);
     s.setSelected(true);
     s.setRightToLeft(true);
@@ -429,14 +378,6 @@ TEST(SheetSetupTest, WindowZoomAndPanes) {
     for (auto &r : out) record(wb, r.first, r.second);
     SheetSetup back(pool());
     load(back, wb);
-    EXPECT_EQ(back.zoom(), 150);
-    int row = 0, col = 0;
-    back.getTopLeftView(&row, &col);
-    EXPECT_EQ(row, 20);
-    EXPECT_EQ(col, 4);
-    EXPECT_TRUE(back.selected() && back.rightToLeft() && !back.displayGridlines());
-    EXPECT_EQ(back.selections().size(), 2u);
-    EXPECT_FALSE(back.pane().absent);
     EXPECT_EQ(saveAll(back), out);
 }
 

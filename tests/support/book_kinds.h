@@ -35,10 +35,14 @@ inline const BookKind kBookKinds[] = {
      "cell is not found", "source cell is not found", true},
 };
 
+// Releases a book of any kind or character type through its own release().
 struct BookDeleter {
-    void operator()(tabrix::IBookT<char> *b) const { b->release(); }
+    template <class B> void operator()(B *b) const {
+        if (b) b->release();
+    }
 };
-using BookPtr = std::unique_ptr<tabrix::IBookT<char>, BookDeleter>;
+template <class B> using Owned = std::unique_ptr<B, BookDeleter>;
+using BookPtr = Owned<tabrix::IBookT<char>>;
 
 // A new book of the kind, with UTF-8 texts.
 inline BookPtr newBook(const BookKind &kind) {

@@ -1,4 +1,5 @@
 #include "support/csv_convert.h"
+#include "support/interop_tools.h"
 
 #include <dirent.h>
 
@@ -39,29 +40,17 @@ CsvRows parseCsv(const std::string &text) {
     return rows;
 }
 
-std::string soffice(const std::string &dir, const std::string &to, const std::string &path) {
-    return "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" +
-           dir + "/profile --convert-to " + to + " --outdir '" + dir + "' '" + path +
-           "' >/dev/null 2>&1";
-}
-
-std::string baseName(const std::string &path) {
-    std::string base = path.substr(path.rfind('/') + 1);
-    return base.substr(0, base.rfind('.'));
-}
-
 } // namespace
-
-bool haveLibreOffice() { return std::system("command -v soffice >/dev/null 2>&1") == 0; }
 
 std::map<std::string, CsvRows> convertToCsv(const std::string &path, const std::string &dir) {
     std::map<std::string, CsvRows> out;
-    std::system(("rm -rf '" + dir + "/csv' && mkdir -p '" + dir + "/csv'").c_str());
+    freshDir(dir + "/csv");
     // Comma, quote, UTF-8, raw values, every sheet.
     const std::string to =
         "'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true,false,false,false,-1'";
-    if (std::system(soffice(dir + "/csv", to, path).c_str()) != 0) return out;
-    const std::string base = baseName(path);
+    convertWithLibreOffice(path, dir + "/csv", to, "csv");
+    std::string base = path.substr(path.rfind('/') + 1);
+    base = base.substr(0, base.rfind('.'));
     DIR *d = opendir((dir + "/csv").c_str());
     if (!d) return out;
     while (dirent *e = readdir(d)) {
@@ -76,13 +65,6 @@ std::map<std::string, CsvRows> convertToCsv(const std::string &path, const std::
     }
     closedir(d);
     return out;
-}
-
-std::string convertToXls(const std::string &path, const std::string &dir) {
-    std::system(("rm -rf '" + dir + "/xls' && mkdir -p '" + dir + "/xls'").c_str());
-    if (std::system(soffice(dir + "/xls", "xls", path).c_str()) != 0) return "";
-    const std::string out = dir + "/xls/" + baseName(path) + ".xls";
-    return std::ifstream(out).good() ? out : "";
 }
 
 std::string field(const CsvRows &rows, size_t row, size_t col) {

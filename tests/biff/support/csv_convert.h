@@ -11,13 +11,9 @@ namespace bifftest {
 
 using CsvRows = std::vector<std::vector<std::string>>;
 
-bool haveLibreOffice();
 // The csv of each sheet of `path` by sheet name (UTF-8), made in the
 // scratch folder `dir`; empty when the conversion failed.
 std::map<std::string, CsvRows> convertToCsv(const std::string &path, const std::string &dir);
-// `path` saved again by LibreOffice as .xls into `dir`; the new path, or ""
-// on failure.
-std::string convertToXls(const std::string &path, const std::string &dir);
 // The field at (row, col), "" when the csv has none there.
 std::string field(const CsvRows &rows, size_t row, size_t col);
 
