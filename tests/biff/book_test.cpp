@@ -27,11 +27,6 @@ namespace {
 using Book = BookImplT<char>;
 using BookPtr = BinaryBook<>;
 
-Bytes operator+(Bytes a, const Bytes &b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
 BookPtr newBook() { return newBinaryBook(); }
 std::string saved(Book &b) { return savedBytes(b); }
 

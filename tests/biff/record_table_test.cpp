@@ -6,6 +6,7 @@
 #include "biff/records/book_ext.h"
 #include "biff/records/bool_err.h"
 #include "biff/records/dimensions.h"
+#include "biff/records/label.h"
 #include "biff/records/label_sst.h"
 #include "biff/records/mul_blank.h"
 #include "biff/records/mul_rk.h"
@@ -44,9 +45,11 @@ struct Sample {
 
 #define RECORD(R) roundTrip<R>, readError<R>
 
-Bytes bookExt() {
-    Bytes v = seq(22);
-    v[12] = 22; // cb, the record's own size
+// A BookExt of `size` bytes: its cb field holds the record's own size.
+Bytes bookExt(uint8_t size) {
+    Bytes v = seq(size);
+    v[12] = size;
+    v[13] = v[14] = v[15] = 0;
     return v;
 }
 
@@ -62,6 +65,13 @@ TEST(RecordTable, RecordsRoundTripAndCheckTheirSizes) {
         {"LabelSst", seq(10), RECORD(LabelSst), {seq(9), {}, seq(12)}, {}},
         {"Blank", seq(6), RECORD(Blank), {seq(5), {}, seq(8)}, {}},
         {"BoolErr", seq(8), RECORD(BoolErr), {seq(7), {}}, {seq(10)}},
+        // Label: its text ends with the record; zeros behind it are dropped.
+        {"Label",
+         {1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i'},
+         RECORD(Label),
+         {{1, 0, 2, 0, 15, 0, 2, 0}, {1, 0, 2, 0, 15, 0, 3, 0, 0, 'h', 'i'}},
+         {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i', 0, 0}}},
+        {"Label", {1, 0, 2, 0, 15, 0, 1, 0, 1, 0x3A, 0x04}, RECORD(Label), {}, {}},
         // Runs: one cell short, one byte too long, no cells at all.
         {"MulRk", seq(18), RECORD(MulRk), {seq(17), seq(19), seq(6)}, {}},
         {"MulBlank", seq(10), RECORD(MulBlank), {seq(9), seq(11), seq(6)}, {}},
@@ -73,9 +83,16 @@ TEST(RecordTable, RecordsRoundTripAndCheckTheirSizes) {
         {"Prot4RevPass", seq(2), RECORD(Prot4RevPass), {seq(1), seq(3)}, {}},
         {"ScenarioProtect", seq(2), RECORD(ScenarioProtect), {seq(1), seq(3)}, {}},
         {"ObjProtect", seq(2), RECORD(ObjProtect), {seq(1), seq(3)}, {}},
-        {"Bof", seq(16), RECORD(Bof), {seq(15)}, {}},
+        // A BOF may stop after any of its fields.
+        {"Bof",
+         seq(16),
+         RECORD(Bof),
+         {seq(5), seq(9), seq(10), seq(14), seq(15)},
+         {{}, seq(4), seq(8), seq(12), seq(20)}},
         {"WriteAccess", seq(112), RECORD(WriteAccess), {}, {}},
-        {"BookExt", bookExt(), RECORD(BookExt), {}, {}},
+        {"BookExt", bookExt(20), RECORD(BookExt), {bookExt(19), bookExt(23)}, {}},
+        {"BookExt", bookExt(21), RECORD(BookExt), {}, {}},
+        {"BookExt", bookExt(22), RECORD(BookExt), {}, {}},
         // Page setup, window and breaks.
         {"Header", textBytes("&CPage &P", false), RECORD(Header), {}, {}},
         {"Footer", textBytes("Total", true), RECORD(Footer), {}, {}},
