@@ -1,0 +1,528 @@
+// Compound files: reading (stream lookup, the mini stream, broken and
+// hostile containers) and writing (layout arithmetic, round trips through
+// our reader, re-saving a loaded file, the writer's failure texts).
+#include "biff/cfb_fat.h"
+#include "biff/support/biff_bytes.h"
+#include "biff/support/cfb_builder.h"
+#include "biff/xls.h"
+#include "book/tberror.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+using namespace tabrix;
+using cfbtest::buildCfb;
+using cfbtest::Built;
+using cfbtest::pattern;
+
+namespace {
+
+struct Reading {
+    std::stringstream ss;
+    Xls<char> xls;
+};
+
+// Opens `bytes`; answers the failure text, or "" on success.
+std::string openText(const std::string &bytes, Reading &o, bool sections = false) {
+    o.ss.str(bytes);
+    o.xls.reset(true);
+    o.xls.setStreamPtr(&o.ss);
+    return bifftest::errorOf([&] {
+        o.xls.calcFileSize();
+        unsigned total = 0;
+        o.xls.readHeader(total);
+        if (sections) o.xls.readSections();
+    });
+}
+
+std::vector<uint8_t> readAll(Xls<char> &x, size_t n) {
+    std::vector<uint8_t> out(n);
+    size_t got = 0;
+    while (got < n) {
+        size_t step = std::min<size_t>(n - got, 997);
+        size_t r = x.read(out.data() + got, step);
+        got += r;
+        if (r < step) break;
+    }
+    out.resize(got);
+    return out;
+}
+
+} // namespace
+
+TEST(CfbRead, FindsWorkbookStreamAndReadsIt) {
+    struct Case {
+        const char *what;
+        std::vector<std::string> names;
+        size_t size;
+        size_t expectIndex; // directory index of the chosen entry
+    };
+    const Case cases[] = {
+        {"regular stream", {"Workbook"}, 9000, 1},
+        {"mini stream", {"Workbook"}, 100, 1},
+        {"just under cutoff", {"Workbook"}, 4095, 1},
+        {"Book fallback, any case", {"bOOk"}, 5000, 1},
+        {"Workbook wins over earlier Book", {"Book", "Workbook"}, 6000, 2},
+        {"lower-case workbook", {"Other", "workbook"}, 300, 2},
+    };
+    for (const Case &c : cases) {
+        std::vector<cfbtest::StreamSpec> specs;
+        for (size_t i = 0; i < c.names.size(); ++i)
+            specs.push_back({c.names[i], pattern(c.size, uint32_t(i + 7))});
+        Built b = buildCfb(specs);
+        Reading o;
+        ASSERT_EQ(openText(b.str(), o), "") << c.what;
+        EXPECT_EQ(o.xls.workbookIndex(), c.expectIndex) << c.what;
+        EXPECT_EQ(o.xls.size(), c.size) << c.what;
+        EXPECT_EQ(readAll(o.xls, c.size), specs[c.expectIndex - 1].bytes) << c.what;
+    }
+}
+
+TEST(CfbRead, ReadsIntegersAndPeeksWithoutMoving) {
+    std::vector<uint8_t> wb(5000, 0);
+    const uint8_t head[] = {0x09, 0x08, 0x10, 0x00, 0x78, 0x56, 0x34, 0x12,
+                            0,    0,    0,    0,    0,    0,    0xF0, 0x3F};
+    std::copy(head, head + sizeof head, wb.begin());
+    Reading o;
+    ASSERT_EQ(openText(buildCfb({{"Workbook", wb}}).str(), o), "");
+    EXPECT_EQ(o.xls.peekInt16(), 0x0809);
+    uint16_t a = 0, b = 0;
+    uint32_t c = 0;
+    double d = 0;
+    o.xls.readInt16(a);
+    o.xls.readInt16(b);
+    o.xls.readInt32(c);
+    o.xls.readDouble(d);
+    EXPECT_EQ(a, 0x0809);
+    EXPECT_EQ(b, 0x0010);
+    EXPECT_EQ(c, 0x12345678u);
+    EXPECT_EQ(d, 1.0);
+    o.xls.setCheckPoint(42);
+    o.xls.readInt32(c);
+    EXPECT_EQ(o.xls.restoreCheckPoint(), 42);
+    EXPECT_EQ(o.xls.peekInt16(), 0);
+}
+
+TEST(CfbRead, EndOfChainRaisesEofWithShortCount) {
+    Reading o;
+    ASSERT_EQ(openText(buildCfb({{"Workbook", pattern(4600, 3)}}).str(), o), "");
+    std::vector<uint8_t> buf(8192);
+    EXPECT_EQ(o.xls.read(buf.data(), buf.size()), 4608u); // the whole chain: 9 sectors
+    EXPECT_TRUE(o.xls.eof());
+    uint16_t v = 7;
+    o.xls.readInt16(v);
+    EXPECT_EQ(v, 0);
+}
+
+TEST(CfbRead, StreamSizeUpperHalfIsIgnored) {
+    Built b = buildCfb({{"Workbook", pattern(5000, 1)}});
+    b.put32(b.dirEntry(1) + 124, 0x00000001);
+    Reading o;
+    ASSERT_EQ(openText(b.str(), o), "");
+    EXPECT_EQ(o.xls.size(), 5000u);
+    EXPECT_EQ(o.xls.directory()[1].streamSize, 5000u);
+}
+
+TEST(CfbRead, KeepsOtherStreams) {
+    auto big = pattern(5000, 11), small = pattern(3000, 12);
+    for (bool blankRoot : {false, true}) { // some producers leave the root unnamed
+        Built b = buildCfb({{"Workbook", pattern(6000, 10)}, {"Big", big}, {"Small", small}});
+        if (blankRoot) std::fill_n(b.file.begin() + long(b.dirEntry(0)), 66, 0);
+        Reading o;
+        ASSERT_EQ(openText(b.str(), o, true), "") << blankRoot;
+        const auto &kept = o.xls.keptStreams();
+        ASSERT_EQ(kept.size(), 2u) << blankRoot; // root (the mini stream) and Big
+        EXPECT_EQ(kept.at(2), big);
+        ASSERT_EQ(kept.count(0), 1u);
+        // The small stream lives in the kept mini stream at its mini sector.
+        auto at = kept.at(0).begin() + long(b.starts[2]) * 64;
+        EXPECT_EQ(std::vector<uint8_t>(at, at + 3000), small) << blankRoot;
+    }
+}
+
+TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
+    using Mutate = std::function<void(Built &)>;
+    struct Case {
+        const char *what;
+        Mutate mutate;
+        std::string message;
+        bool sections = false;
+    };
+    const uint32_t E = 0xFFFFFFFE;
+    const Case cases[] = {
+        {"truncated header", [](Built &b) { b.file.resize(511); },
+         "readHeader: file is corrupt (size < 512 bytes)"},
+        {"empty file", [](Built &b) { b.file.clear(); },
+         "readHeader: file is corrupt (size < 512 bytes)"},
+        {"bad signature", [](Built &b) { b.file[7] = 0; }, "invalid file format"},
+        {"bad signature, header only",
+         [](Built &b) {
+             b.file.resize(512);
+             b.file[0] = 'P';
+         },
+         "invalid file format"},
+        {"fat count mismatch", [](Built &b) { b.put32(44, 2); },
+         "Xls::loadFat(): extract fat sectors (1) not equal _header.numFatSectors (2)"},
+        {"fat sector out of file", [](Built &b) { b.put32(76, 5000); },
+         "Xls: sector #5000 is out of the file"},
+        {"difat count without chain", [](Built &b) { b.put32(72, 1); },
+         "Xls::loadDifat(): difat chain sectors (0) not equal _header.numDifatSectors (1)"},
+        {"difat chain without count", [](Built &b) { b.put32(68, 3); },
+         "Xls::loadDifat(): difat chain contains more sectors than _header.numDifatSectors (0)"},
+        {"difat count beyond file", [](Built &b) { b.put32(72, 0x7FFFFFFF); },
+         "loadDifat: file is corrupt [1]"},
+        {"directory sector points to itself",
+         [](Built &b) { b.put32(b.fatEntry(b.firstDir), b.firstDir); },
+         "loadDir: error in fat [1]"},
+        {"directory cycle over two sectors",
+         [](Built &b) {
+             b.put32(b.fatEntry(b.firstDir), b.starts[0] + 1);
+             b.put32(b.fatEntry(b.starts[0] + 1), b.firstDir);
+         },
+         "loadDir: file is corrupt [1]"},
+        {"directory sector beyond fat", [](Built &b) { b.put32(48, 9999); },
+         "Xls::loadDir(): sector #9999 is not found in _fat"},
+        {"mini fat sector points to itself",
+         [](Built &b) { b.put32(b.fatEntry(b.miniFatSector), b.miniFatSector); },
+         "loadMiniFat: error in fat"},
+        {"mini fat longer than declared",
+         [](Built &b) { b.put32(b.fatEntry(b.miniFatSector), b.firstDir); },
+         "error in loading minifat"},
+        {"no workbook", [](Built &b) { b.put32(b.dirEntry(1), 0x00580058); },
+         "Xls::read(): workbook section is not found"},
+        {"empty workbook stream", [E](Built &b) { b.put32(b.dirEntry(1) + 116, E); },
+         "Xls::read(): workbook stream is empty"},
+        {"workbook start beyond file", [](Built &b) { b.put32(b.dirEntry(1) + 116, 70000); },
+         "Xls: sector #70000 is out of the file"},
+        {"sector shift zero", [](Built &b) { b.file[30] = 0; },
+         "readHeader: unsupported sector size"},
+        {"kept stream larger than file", [](Built &b) { b.put32(b.dirEntry(2) + 120, 0x7FFFFFFF); },
+         "Xls::readSections(): streams are larger than the file", true},
+        {"kept stream chain cut short", [E](Built &b) { b.put32(b.fatEntry(b.starts[1]), E); },
+         "Xls::readSections(): stream is shorter than its size", true},
+    };
+    for (const Case &c : cases) {
+        Built b = buildCfb({{"Workbook", pattern(5000, 1)},
+                            {"Other", pattern(6000, 2)},
+                            {"Tiny", pattern(100, 3)}});
+        c.mutate(b);
+        Reading o;
+        EXPECT_EQ(openText(b.str(), o, c.sections), c.message) << c.what;
+    }
+}
+
+TEST(CfbRead, CyclicWorkbookChainEndsWithError) {
+    Built b = buildCfb({{"Workbook", pattern(5000, 1)}});
+    uint32_t s = b.starts[0];
+    b.put32(b.fatEntry(s + 9), s + 2); // last sector loops back
+    Reading o;
+    ASSERT_EQ(openText(b.str(), o), "");
+    std::vector<uint8_t> buf(4096);
+    EXPECT_EQ(bifftest::errorOf([&] {
+                  for (int i = 0; i < 1000 && !o.xls.eof(); ++i) o.xls.read(buf.data(), buf.size());
+              }),
+              "Xls::read(): fat chain is cyclic");
+}
+
+TEST(CfbRead, ReadsFilesWith4096ByteSectors) {
+    // Header sector, then FAT at 0, directory at 1, workbook at 2 and 3.
+    const size_t S = 4096;
+    std::vector<uint8_t> f(S * 5, 0);
+    auto put32 = [&f](size_t off, uint32_t v) {
+        for (int i = 0; i < 4; ++i) f[off + i] = uint8_t(v >> (8 * i));
+    };
+    const uint8_t sig[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
+    std::copy(sig, sig + 8, f.begin());
+    f[26] = 4;
+    f[28] = 0xFE, f[29] = 0xFF;
+    f[30] = 12; // 4096-byte sectors
+    f[32] = 6;
+    put32(40, 1);
+    put32(44, 1);
+    put32(48, 1);
+    put32(56, 4096);
+    put32(60, 0xFFFFFFFE);
+    put32(68, 0xFFFFFFFE);
+    for (int i = 0; i < 109; ++i) put32(76 + 4 * i, i == 0 ? 0 : 0xFFFFFFFF);
+    for (size_t i = 0; i < S / 4; ++i) put32(S + 4 * i, 0xFFFFFFFF);
+    put32(S + 0, 0xFFFFFFFD);
+    put32(S + 4, 0xFFFFFFFE);
+    put32(S + 8, 3);
+    put32(S + 12, 0xFFFFFFFE);
+    const char *names[] = {"Root Entry", "Workbook"};
+    for (int e = 0; e < 2; ++e) {
+        size_t off = 2 * S + 128 * size_t(e);
+        size_t len = std::strlen(names[e]);
+        for (size_t c = 0; c < len; ++c) f[off + 2 * c] = uint8_t(names[e][c]);
+        f[off + 64] = uint8_t(2 * len + 2);
+        f[off + 66] = e == 0 ? 5 : 2;
+        put32(off + 68, 0xFFFFFFFF);
+        put32(off + 72, 0xFFFFFFFF);
+        put32(off + 76, e == 0 ? 1 : 0xFFFFFFFF);
+        put32(off + 116, e == 0 ? 0xFFFFFFFE : 2);
+        put32(off + 120, e == 0 ? 0 : 5000);
+    }
+    auto wb = pattern(5000, 9);
+    std::copy(wb.begin(), wb.end(), f.begin() + long(3 * S));
+    Reading o;
+    ASSERT_EQ(openText(std::string(f.begin(), f.end()), o, true), "");
+    EXPECT_EQ(o.xls.directory().size(), 32u); // one 4096-byte directory sector
+    EXPECT_EQ(readAll(o.xls, 5000), wb);
+}
+
+namespace {
+
+std::vector<uint8_t> readWorkbook(XlsCore &x) {
+    std::vector<uint8_t> out(x.size());
+    size_t got = x.size() ? x.read(out.data(), out.size()) : 0;
+    out.resize(got);
+    return out;
+}
+
+// Saves the loaded `x` again with workbook stream `wb`.
+std::string saveAgain(Xls<char> &x, const std::vector<uint8_t> &wb) {
+    std::stringstream out;
+    x.reset(false);
+    x.setStreamPtr(&out);
+    x.writeHeader();
+    x.write(wb.data(), wb.size());
+    x.close();
+    return out.str();
+}
+
+} // namespace
+
+TEST(CfbWrite, FatLayoutIsExact) {
+    const uint64_t sizes[] = {0,     1,     126,   127,   128,   129,   254,     255,    256,
+                              13950, 13951, 13952, 13953, 13960, 30000, 1000000, 8388000};
+    for (uint64_t n : sizes)
+        for (uint64_t d : {1u, 2u, 3u}) {
+            FatLayout l = computeFatLayout(n, d);
+            uint64_t f = l.fatSectors, g = l.difatSectors;
+            uint64_t gFor = [](uint64_t ff) { return ff > 109 ? (ff - 109 + 126) / 127 : 0; }(f);
+            EXPECT_EQ(g, gFor) << n;
+            EXPECT_GE(f * 128, n + d + f + g) << n;
+            // One FAT sector fewer would not do.
+            uint64_t f1 = f - 1, g1 = f1 > 109 ? (f1 - 109 + 126) / 127 : 0;
+            EXPECT_LT(f1 * 128, n + d + f1 + g1) << n;
+        }
+}
+
+TEST(CfbWrite, RoundTripsThroughOurReader) {
+    struct Case {
+        size_t size;
+        uint32_t expectSize;
+    };
+    const Case cases[] = {{1, 4096},          {100, 4096},         {4095, 4096},
+                          {4096, 4096},       {4097, 4097},        {70001, 70001},
+                          {3 << 20, 3 << 20}, {8u << 20, 8u << 20}}; // the last needs DIFAT
+    for (const Case &c : cases) {
+        auto wb = pattern(c.size, uint32_t(c.size));
+        std::string file = bifftest::rawBook(wb);
+        bifftest::Opened o(file);
+        Xls<char> &x = o.x;
+        EXPECT_EQ(x.fileSize(), file.size());
+        EXPECT_EQ(x.size(), c.expectSize) << c.size;
+        auto back = readWorkbook(x);
+        ASSERT_EQ(back.size(), c.expectSize);
+        EXPECT_TRUE(std::equal(wb.begin(), wb.end(), back.begin())) << c.size;
+        EXPECT_TRUE(
+            std::all_of(back.begin() + wb.size(), back.end(), [](uint8_t v) { return v == 0; }));
+        // Every sector of the file has a FAT entry, none more than needed.
+        uint32_t sectors = uint32_t(file.size() / 512 - 1);
+        EXPECT_GE(x.fat().size(), sectors);
+        EXPECT_LT(x.fat().size(), size_t(sectors) + 128);
+        if (c.size > (7u << 20)) {
+            EXPECT_GT(x.header().numDifatSectors, 0u);
+            uint32_t lastDifat = x.header().firstDifatSector + x.header().numDifatSectors - 1;
+            uint32_t nextPtr = 0;
+            std::memcpy(&nextPtr, file.data() + 512 + size_t(lastDifat) * 512 + 508, 4);
+            EXPECT_EQ(nextPtr, 0xFFFFFFFEu);
+        } else {
+            EXPECT_EQ(x.header().numDifatSectors, 0u);
+        }
+    }
+}
+
+TEST(CfbWrite, NewFileLayout) {
+    std::string file = bifftest::rawBook(pattern(200, 1));
+    // Header, eight workbook sectors, one FAT sector, one directory sector.
+    EXPECT_EQ(file.size(), 512u * 11);
+    bifftest::Opened o(file);
+    Xls<char> &x = o.x;
+    EXPECT_EQ(x.header().numFatSectors, 1u);
+    EXPECT_EQ(x.header().firstDirSector, 9u);
+    EXPECT_EQ(x.header().miniFatSectorLocation, 0xFFFFFFFEu);
+    ASSERT_EQ(x.directory().size(), 4u);
+    EXPECT_EQ(x.directory()[0].nameString(), L"Root Entry");
+    EXPECT_EQ(x.directory()[0].startingSectorLocation, 0xFFFFFFFEu);
+    EXPECT_EQ(x.directory()[1].nameString(), L"Workbook");
+    EXPECT_EQ(x.directory()[1].startingSectorLocation, 0u);
+    EXPECT_EQ(x.directory()[1].length, 18);
+    EXPECT_EQ(x.directory()[2].type, 0); // unused slots are all zero
+    EXPECT_EQ(x.fat()[8], 0xFFFFFFFDu);
+    EXPECT_EQ(x.fat()[9], 0xFFFFFFFEu);
+    std::string d = x.dump();
+    for (const char *label :
+         {"[Difat]\n0: 8\n", "[Fat]\n0: 1\n", "[Dir]\n[DirEntry]\nname=Root Entry\n",
+          "name=Workbook\nlength=18\ntype=2\n", "startingSectorLocation=0\nstreamSize=4096\n"})
+        EXPECT_NE(d.find(label), std::string::npos) << label;
+}
+
+TEST(CfbWrite, ResaveKeepsOtherStreams) {
+    auto big = pattern(5000, 21), small = pattern(3000, 22), tiny = pattern(100, 23);
+    cfbtest::Built b = cfbtest::buildCfb(
+        {{"Workbook", pattern(100, 20)}, {"Big", big}, {"Small", small}, {"Tiny", tiny}});
+    bifftest::Opened o(b.str());
+    Xls<char> &x = o.x;
+    auto wb = readWorkbook(x);
+    EXPECT_EQ(wb, pattern(100, 20));
+    x.readSections();
+    auto before = x.directory();
+
+    for (int round = 0; round < 2; ++round) { // a save can be repeated
+        bifftest::Opened again(saveAgain(x, wb));
+        Xls<char> &y = again.x;
+        EXPECT_EQ(y.size(), 4096u); // moved from the mini stream to the FAT
+        auto wb2 = readWorkbook(y);
+        EXPECT_TRUE(std::equal(wb.begin(), wb.end(), wb2.begin()));
+        y.readSections();
+        EXPECT_EQ(y.keptStreams().at(2), big);
+        EXPECT_NE(y.directory()[2].startingSectorLocation, before[2].startingSectorLocation);
+        for (int i : {3, 4}) { // mini stream entries are untouched
+            EXPECT_EQ(y.directory()[i].startingSectorLocation, before[i].startingSectorLocation);
+            EXPECT_EQ(y.directory()[i].streamSize, before[i].streamSize);
+        }
+        const auto &mini = y.keptStreams().at(0);
+        EXPECT_TRUE(std::equal(small.begin(), small.end(),
+                               mini.begin() + size_t(before[3].startingSectorLocation) * 64));
+        EXPECT_TRUE(std::equal(tiny.begin(), tiny.end(),
+                               mini.begin() + size_t(before[4].startingSectorLocation) * 64));
+        EXPECT_EQ(y.miniFat(), x.miniFat());
+    }
+}
+
+TEST(CfbWrite, ResaveWithAnotherCutoffKeepsStreamsReadable) {
+    // A file whose cutoff is above 4096 keeps a 5000-byte stream in its
+    // mini stream; a saved file states 4096, so that stream must move to
+    // the FAT.  One whose cutoff is below 4096 keeps its cutoff.
+    struct Case {
+        uint32_t cutoff;
+        uint32_t savedCutoff;
+    };
+    for (const Case &c : {Case{8192, 4096}, Case{1024, 1024}}) {
+        auto mid = pattern(5000, 31), small = pattern(2000, 32), tiny = pattern(500, 33);
+        cfbtest::Built b = cfbtest::buildCfb(
+            {{"Workbook", pattern(9000, 30)}, {"Mid", mid}, {"Small", small}, {"Tiny", tiny}},
+            c.cutoff);
+        bifftest::Opened o(b.str());
+        Xls<char> &x = o.x;
+        auto wb = readWorkbook(x);
+        x.readSections();
+        bifftest::Opened again(saveAgain(x, wb));
+        Xls<char> &y = again.x;
+        ASSERT_NO_THROW(y.readSections()) << c.cutoff;
+        EXPECT_EQ(y.header().miniStreamCutoff, c.savedCutoff);
+        EXPECT_EQ(readWorkbook(y), wb);
+        EXPECT_EQ(y.keptStreams().at(2), mid) << c.cutoff;
+        // Streams below the saved cutoff are found in the kept mini stream.
+        for (size_t i : {size_t(3), size_t(4)}) {
+            const DirEntry &e = y.directory()[i];
+            const auto &expect = i == 3 ? small : tiny;
+            if (e.streamSize >= c.savedCutoff) {
+                EXPECT_EQ(y.keptStreams().at(i), expect) << c.cutoff;
+            } else {
+                const auto &mini = y.keptStreams().at(0);
+                ASSERT_LE(size_t(e.startingSectorLocation) * 64 + expect.size(), mini.size());
+                EXPECT_TRUE(std::equal(expect.begin(), expect.end(),
+                                       mini.begin() + size_t(e.startingSectorLocation) * 64))
+                    << c.cutoff << " " << i;
+            }
+        }
+    }
+}
+
+TEST(CfbWrite, DiskFileRoundTrip) {
+    std::string path = std::string(TABRIX_TEST_TMP) + "/cfb_disk_roundtrip.xls";
+    auto wb = pattern(12345, 5);
+    {
+        std::fstream f(path, std::ios::in | std::ios::out | std::ios::binary | std::ios::trunc);
+        ASSERT_TRUE(f.is_open());
+        Xls<wchar_t> x;
+        x.reset(true);
+        x.setStreamPtr(&f);
+        x.writeHeader();
+        x.write(wb.data(), 5000);
+        EXPECT_EQ(x.writePos(), 5000u);
+        x.write(wb.data() + 5000, wb.size() - 5000);
+        x.close();
+    }
+    std::fstream f(path, std::ios::in | std::ios::binary);
+    Xls<wchar_t> x;
+    x.setStreamPtr(&f);
+    x.calcFileSize();
+    unsigned total = 0;
+    x.readHeader(total);
+    EXPECT_EQ(readWorkbook(x), wb);
+}
+
+TEST(CfbWrite, TailAndFailureTexts) {
+    Xls<char> x;
+    x.writeToMemory();
+    x.writeHeader();
+    x.write("abc", 3);
+    EXPECT_EQ(x.writeTail(3, 0xFF), 1u);
+    EXPECT_EQ(x.writePos(), 512u);
+    EXPECT_EQ(x.writeTail(1024, 0), 2u);
+    EXPECT_EQ(x.writePos(), 512u);
+    x.close();
+    size_t n = 0;
+    ByteRegion out = x.takeOutput(n);
+    ASSERT_GT(n, 1024u);
+    EXPECT_EQ(std::string(out.bytes() + 512, 3), "abc");
+    EXPECT_EQ(uint8_t(out.bytes()[1023]), 0xFF);
+
+    // The whole file reaches the stream at close; a stream that refuses it
+    // fails the close.
+    std::stringstream bad;
+    bad.setstate(std::ios::badbit);
+    Xls<char> y;
+    y.setStreamPtr(&bad);
+    y.writeHeader();
+    y.write("abc", 3);
+    EXPECT_EQ(bifftest::errorOf([&] { y.close(); }),
+              "stream error, perhaps it's too small writing buffer");
+
+    struct Case {
+        std::function<void()> run;
+        std::string message;
+    };
+    std::ifstream readOnly("/dev/null");
+    const Case cases[] = {
+        {[] { DirEntry e(std::wstring(32, L'x'), 2, 0); },
+         "DirEntry::DirEntry(): newName is too big (length must be less 32)"},
+        {[] {
+             Xls<char> y;
+             y.writeHeader();
+         },
+         "stream error"},
+        {[] {
+             Xls<char> y;
+             y.write("a", 1);
+         },
+         "stream error, perhaps it's too small writing buffer"},
+        {[] {
+             Xls<char> y;
+             y.writePos();
+         },
+         "can't get the current write position"},
+    };
+    for (const Case &c : cases) {
+        EXPECT_EQ(bifftest::errorOf(c.run), c.message);
+    }
+    EXPECT_NO_THROW(DirEntry(std::wstring(31, L'x'), 2, 0));
+}
