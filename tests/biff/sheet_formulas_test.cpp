@@ -5,7 +5,7 @@
 #include "biff/book_impl.h"
 #include "support/binary_book.h"
 #include "biff/sheet_impl.h"
-#include "support/biff_bytes.h"
+#include "support/record_trip.h"
 #include "support/fake_owner.h"
 
 #include <gtest/gtest.h>
@@ -18,31 +18,14 @@ using namespace bifftest;
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
 using BookPtr = BinaryBook<>;
 
 BookPtr newBook() { return newBinaryBook(); }
 
-BookPtr reload(Book &b) {
-    const char *data = nullptr;
-    unsigned size = 0;
-    EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
-    BookPtr again = newBook();
-    EXPECT_TRUE(again->loadRaw(data, size)) << again->errorMessage();
-    return again;
-}
+BookPtr reload(Book &b) { return loadedBook(savedBytes(b)); }
 
-Bytes words(std::initializer_list<uint16_t> ws) {
-    Bytes b;
-    for (uint16_t w : ws) put16(b, w);
-    return b;
-}
-
-Bytes cat(Bytes a, const Bytes &b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
+Bytes cat(const Bytes &a, const Bytes &b) { return a + b; }
 
 // A formula cell whose tokens are `rgce`, cached number 0.
 Bytes formula(uint16_t row, uint16_t col, const Bytes &rgce) {
