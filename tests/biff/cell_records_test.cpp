@@ -1,5 +1,4 @@
-// Cell records: RK decoding and exactness, and the used-range widening.
-#include "biff/records/dimensions.h"
+// Cell records: RK decoding and exactness.
 #include "biff/records/rk.h"
 #include "support/record_trip.h"
 
@@ -65,29 +64,5 @@ TEST(CellRecordsTest, RkExactness) {
             double back = r.value();
             EXPECT_EQ(std::memcmp(&back, &c.v, sizeof back), 0);
         }
-    }
-}
-
-TEST(CellRecordsTest, DimensionsUpdate) {
-    struct Case {
-        std::vector<std::pair<uint32_t, uint16_t>> cells;
-        uint32_t firstRow, lastRow;
-        uint16_t firstCol, lastCol;
-    };
-    const Case cases[] = {
-        {{}, 0, 0, 0, 0},
-        {{{0, 0}}, 0, 1, 0, 1},
-        {{{5, 3}}, 5, 6, 3, 4},
-        {{{5, 3}, {2, 7}}, 2, 6, 3, 8},
-        {{{5, 3}, {9, 1}, {5, 3}}, 5, 10, 1, 4},
-        {{{65535, 255}}, 65535, 65536, 255, 256},
-    };
-    for (const Case &c : cases) {
-        Dimensions d;
-        for (auto &rc : c.cells) d.update(rc.first, rc.second);
-        EXPECT_EQ(d.firstRow, c.firstRow);
-        EXPECT_EQ(d.lastRow, c.lastRow);
-        EXPECT_EQ(d.firstCol, c.firstCol);
-        EXPECT_EQ(d.lastCol, c.lastCol);
     }
 }

@@ -191,12 +191,9 @@ TEST(GlobalRecordsTest, ExternSheetContinuesWithoutSplittingAnEntry) {
 
 TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBrokenOnes) {
     // Two entries, the second split after its first field.
-    std::vector<uint8_t> first, second, wb;
-    put16(first, 2);
-    for (uint16_t v : {0, 1, 2, 0}) put16(first, v);
-    for (uint16_t v : {3, 4}) put16(second, v);
-    record(wb, ExternSheet::kId, first);
-    record(wb, kContinue, second);
+    std::vector<uint8_t> wb;
+    record(wb, ExternSheet::kId, words({2, 0, 1, 2, 0}));
+    record(wb, kContinue, words({3, 4}));
     ExternSheet e;
     {
         Opened in(rawBook(wb));
@@ -238,10 +235,7 @@ namespace {
 std::vector<uint8_t> selfRefBlock() {
     std::vector<uint8_t> wb;
     record(wb, SupBookBlock::kSupBookId, {3, 0, 1, 4});
-    std::vector<uint8_t> es;
-    put16(es, 2);
-    for (uint16_t v : {0, 0, 0, 0, 2, 2}) put16(es, v);
-    record(wb, ExternSheet::kId, es);
+    record(wb, ExternSheet::kId, words({2, 0, 0, 0, 0, 2, 2}));
     return wb;
 }
 
@@ -323,18 +317,9 @@ namespace {
 std::vector<uint8_t> lblData(uint16_t flags, const std::vector<uint8_t> &nameBytes, uint8_t cch,
                              const std::vector<uint8_t> &rgce,
                              const std::vector<uint8_t> &extra = {}) {
-    std::vector<uint8_t> d;
-    put16(d, flags);
-    d.push_back(0);   // chKey
-    d.push_back(cch); // cch
-    put16(d, uint16_t(rgce.size()));
-    put16(d, 0);
-    put16(d, 2); // itab
-    for (int i = 0; i < 4; ++i) d.push_back(uint8_t(i));
-    d.insert(d.end(), nameBytes.begin(), nameBytes.end());
-    d.insert(d.end(), rgce.begin(), rgce.end());
-    d.insert(d.end(), extra.begin(), extra.end());
-    return d;
+    // flags, chKey, cch, cce, reserved, itab (2), four reserved bytes.
+    Bytes d = words({flags}) + Bytes{0, cch} + words({uint16_t(rgce.size()), 0, 2});
+    return d + Bytes{0, 1, 2, 3} + nameBytes + rgce + extra;
 }
 
 Lbl readLbl(const std::vector<uint8_t> &wb, MemPool &pool, bool old = false) {

@@ -164,28 +164,6 @@ TEST(SheetCells, StringsShareTheTableWithoutChangingEachOther) {
     EXPECT_EQ(b.sheet.labelSst().back().sst, index);
 }
 
-TEST(SheetCells, IndexPagesComeOnFirstWriteAndCopyWithTheSheet) {
-    SheetIndex index;
-    EXPECT_FALSE(index.hasRow(7));
-    EXPECT_EQ(index.find(7, 3), 0u);
-    EXPECT_EQ(index.pageCount(), 0);
-    index.at(7, 3) = SheetIndex::code(SheetIndex::kLabel, 12345);
-    index.at(65535, 255) = SheetIndex::code(SheetIndex::kRK, 1);
-    EXPECT_TRUE(index.hasRow(7));
-    EXPECT_EQ(index.pageCount(), 2);
-    uint32_t code = index.get(7, 3);
-    EXPECT_TRUE(SheetIndex::exists(code));
-    EXPECT_EQ(SheetIndex::kind(code), SheetIndex::kLabel);
-    EXPECT_EQ(SheetIndex::position(code), 12345u);
-    EXPECT_EQ(code, (12345u << 4) | 15u);
-    SheetIndex copy(index);
-    index.clear();
-    EXPECT_FALSE(index.hasRow(7));
-    EXPECT_EQ(copy.get(7, 3), code);
-    EXPECT_EQ(copy.get(65535, 255), (1u << 4) | 3u);
-    EXPECT_EQ(copy.get(7, 4), 0u);
-}
-
 TEST(SheetCells, TextLengthAndEncoding) {
     Book b;
     std::string longest(32767, 'x');

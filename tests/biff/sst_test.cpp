@@ -47,6 +47,14 @@ struct RoundTrip {
     }
 };
 
+// A 1-byte string of n letters first in `sst`: it takes 3 + n bytes.
+void addFiller(SST &sst, size_t n) {
+    sst.insert(text(n, L'a', 1).c_str(), false);
+    ExtString f = sst.strings().extract(0);
+    f.flags = 0;
+    sst.strings().insert(0, f);
+}
+
 ExtString richString(MemPool &pool, const std::wstring &t, size_t runs, size_t phonetic,
                      uint8_t width) {
     ExtString s;
@@ -110,14 +118,7 @@ TEST(Sst, StringsOfEverySizeClassRoundTrip) {
     for (const Case &c : cases) {
         MemPool pool;
         SST sst(pool);
-        std::wstring fill = text(c.filler, L'a', 1);
-        // 1-byte filler: the filler takes 3 + filler bytes.
-        if (c.filler) {
-            sst.insert(fill.c_str(), false);
-            ExtString f = sst.strings().extract(0);
-            f.flags = 0;
-            sst.strings().insert(0, f);
-        }
+        if (c.filler) addFiller(sst, c.filler);
         std::wstring t = c.width ? text(c.length, 0x3041, 7) : text(c.length, L'A', 3);
         ExtString s = richString(pool, t, c.runs, c.phonetic, c.width);
         bool inserted = false;
@@ -147,8 +148,7 @@ TEST(Sst, SplitsFallWhereTheWriterPromises) {
         int continueFlagAt;        // record whose first byte is a repeated flag
         bool pairAtSplit = false;  // units 7 and 8 are a surrogate pair
     };
-    // 8216 bytes follow the counts; a 1-byte filler of n characters takes
-    // 3 + n of them.
+    // 8216 bytes follow the counts.
     const Case cases[] = {
         // 20 free: 17 after the header, the odd byte is left: 8 characters.
         {20, 100, {8224 - 1, 1 + 184}, 1},
@@ -163,11 +163,7 @@ TEST(Sst, SplitsFallWhereTheWriterPromises) {
     for (const Case &c : cases) {
         MemPool pool;
         SST sst(pool);
-        std::wstring fill = text(8216 - 3 - c.free, L'a', 1);
-        sst.insert(fill.c_str(), false);
-        ExtString f = sst.strings().extract(0);
-        f.flags = 0;
-        sst.strings().insert(0, f);
+        addFiller(sst, 8216 - 3 - c.free);
         std::wstring t = text(c.length, 0x4E00, 5);
         if (c.pairAtSplit) {
             t[7] = 0xD83D;
