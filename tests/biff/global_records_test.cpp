@@ -92,56 +92,6 @@ TEST(GlobalRecordsTest, NewBookExtAndWriteAccess) {
     EXPECT_TRUE(p.protect());
 }
 
-TEST(GlobalRecordsTest, BoundSheet8RoundTripsAndChecksItsSize) {
-    MemPool pool;
-    struct Case {
-        const char *name;
-        std::vector<uint8_t> data;
-        const wchar_t *text;
-        bool noFlags;
-    };
-    std::vector<uint8_t> wide = {0x00, 0x10, 0, 0, 1, 2, 2, 1, 0x16, 0x04, 'x', 0};
-    const Case cases[] = {
-        {"8-bit", {0x34, 0x12, 0, 0, 0, 0, 6, 0, 'S', 'h', 'e', 'e', 't', '1'}, L"Sheet1", false},
-        {"wide", wide, L"\u0416x", false},
-        {"empty name", {0, 0, 0, 0, 0, 0, 0, 0}, L"", false},
-        {"old format", {0, 0, 0, 0, 0, 0, 3, 'a', 'b', 'c'}, L"abc", true},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.name);
-        std::vector<uint8_t> wb;
-        record(wb, BoundSheet8::kId, c.data);
-        BoundSheet8 b;
-        readSized(wb, [&](XlsRecords &x, uint16_t size) { b.read(x, size, pool, c.noFlags); });
-        EXPECT_EQ(std::wstring(b.nameText()), c.text);
-        EXPECT_EQ(firstBody(b), c.data);
-    }
-    EXPECT_EQ(errorOf([&] {
-                  std::vector<uint8_t> wb;
-                  record(wb, BoundSheet8::kId, seq(7));
-                  BoundSheet8 b;
-                  readSized(wb, [&](XlsRecords &x, uint16_t size) { b.read(x, size, pool); });
-              }),
-              "BoundSheet8 size is incorrect");
-    // A name longer than the record stops at the record's end.
-    EXPECT_NE(errorOf([&] {
-                  std::vector<uint8_t> wb;
-                  record(wb, BoundSheet8::kId, {0, 0, 0, 0, 0, 0, 200, 0, 'a'});
-                  Opened in(rawBook(wb));
-                  in.bytes(4);
-                  BoundSheet8 b;
-                  b.read(in.x, 9, pool);
-              }),
-              "");
-    BoundSheet8 named;
-    named.setName(L"Données", pool);
-    named.lbPlyPos = 1234;
-    named.hsState = BoundSheet8::kHidden;
-    auto d = firstBody(named);
-    EXPECT_EQ(d.size(), 8u + 2 * 7);
-    EXPECT_EQ(d[4], 1);
-}
-
 namespace {
 
 std::vector<XTI> manyXti(size_t n) {
@@ -250,51 +200,6 @@ SupBookBlock readBlock(Opened &in) {
 }
 
 } // namespace
-
-TEST(GlobalRecordsTest, SupBookBlockReadsAheadAndLeavesTheNextRecord) {
-    std::vector<uint8_t> wb, blocks;
-    // An external book with its names and counts, a self-reference, then a
-    // record of another kind.
-    record(blocks, SupBookBlock::kSupBookId, {2, 0, 3, 0, 1, 'a', 'b', 'c'});
-    record(blocks, 89, {1, 0, 0, 0});
-    record(blocks, 35, {0, 0, 0, 0, 0, 0, 1, 0, 1, 'N'});
-    record(blocks, kContinue, {7, 7});
-    record(blocks, 90, {4, 0, 0, 0});
-    auto self = selfRefBlock();
-    blocks.insert(blocks.end(), self.begin(), self.end());
-    wb = blocks;
-    record(wb, Protect::kId, {1, 0});
-
-    Opened in(rawBook(wb));
-    SupBookBlock ext = readBlock(in);
-    EXPECT_FALSE(ext.isSelfRef());
-    EXPECT_FALSE(ext.hasExternSheet);
-    ASSERT_EQ(ext.followers.size(), 3u);
-    EXPECT_EQ(ext.followers[0].id, 89);
-    EXPECT_EQ(ext.followers[2].id, 90);
-    ASSERT_EQ(ext.continues.size(), 1u);
-    SupBookBlock me = readBlock(in);
-    EXPECT_TRUE(me.isSelfRef());
-    ASSERT_TRUE(me.hasExternSheet);
-    EXPECT_EQ(me.externSheet.rgXTI, (std::vector<XTI>{XTI(0, 0, 0), XTI(0, 2, 2)}));
-    // The caller reads the foreign record itself.
-    Protect p;
-    p.read(in.x);
-    EXPECT_TRUE(p.protect());
-
-    // Written back: the same records in the same order (the CONTINUE kept at
-    // the block's level goes after the other members).
-    Opened out(writeBook([&](Xls<char> &x) {
-        ext.write(x);
-        me.write(x);
-    }));
-    auto recs = out.records();
-    std::vector<uint16_t> ids;
-    for (auto &r : recs) ids.push_back(r.first);
-    EXPECT_EQ(ids, (std::vector<uint16_t>{430, 89, 35, 90, 60, 430, 23}));
-    Opened again(rawBook(self));
-    EXPECT_EQ(again.records(), Opened(writeBook([&](Xls<char> &x) { me.write(x); })).records());
-}
 
 TEST(GlobalRecordsTest, SupBookBlockFailsWhenItsRecordsPassTheFileSize) {
     std::vector<uint8_t> wb;

@@ -171,28 +171,6 @@ TEST(RecordFraming, WriteContinueClosesWithTheBytesWritten) {
               (std::vector<uint8_t>{60, 0, 2, 0, 0x42, 0x42}));
 }
 
-TEST(RecordFraming, RawRecordsRoundTrip) {
-    for (size_t n : {size_t(0), size_t(1), size_t(8224), size_t(8225), size_t(65535)}) {
-        Biff b;
-        b.id = 0x1AE;
-        for (size_t i = 0; i < n; ++i) b.data.push_back(uint8_t(i * 7));
-        std::string file = writeBook([&](Xls<char> &x) {
-            b.write(x);
-            x.write(0x0A, 0);
-        });
-        Opened o(file);
-        uint16_t id = 0, size = 0;
-        o.x.readInt16(id);
-        o.x.readInt16(size);
-        Biff back;
-        back.id = id;
-        back.read(o.x, size);
-        EXPECT_EQ(back.id, b.id);
-        EXPECT_EQ(back.data, b.data) << n;
-        EXPECT_EQ(o.x.peekInt16(), 0x0A);
-    }
-}
-
 TEST(RecordFraming, RecordClassesCheckIdAndSize) {
     struct Case {
         std::vector<uint8_t> wb;

@@ -69,6 +69,8 @@ TEST(SheetCells, NumbersKeepTheirValueAndTakeTheRightRecord) {
     // Written over a bool and a blank, the cell still saves one record.
     Book rk;
     rk.sheet.writeBool(0, 0, true, nullptr);
+    rk.sheet.writeBool(0, 0, false, nullptr);
+    EXPECT_FALSE(rk.sheet.readBool(0, 0, nullptr));
     rk.sheet.writeBlank(0, 0, nullptr);
     rk.sheet.writeNum(0, 0, 100.25, nullptr);
     EXPECT_EQ(savedCellIds(rk.sheet), std::vector<uint16_t>{638});
@@ -162,6 +164,16 @@ TEST(SheetCells, StringsShareTheTableWithoutChangingEachOther) {
     index = b.sheet.labelSst().back().sst;
     b.sheet.writeStr(4, 1, "before", nullptr);
     EXPECT_EQ(b.sheet.labelSst().back().sst, index);
+}
+
+// A copy of the index holds the cells of the original, which it outlives.
+TEST(SheetCells, IndexCopiesItsPages) {
+    SheetIndex index;
+    index.at(7, 3) = SheetIndex::code(SheetIndex::kLabel, 12345);
+    SheetIndex copy(index);
+    index.clear();
+    EXPECT_EQ(copy.get(7, 3), (12345u << 4) | 15u);
+    EXPECT_FALSE(index.hasRow(7));
 }
 
 TEST(SheetCells, TextLengthAndEncoding) {
@@ -275,6 +287,10 @@ TEST(SheetCells, RowsAndColumns) {
     EXPECT_FALSE(b.sheet.setCol(2, 4, 256, nullptr, false));
     EXPECT_EQ(b.owner.msg(), "width must be in range 0-255");
     EXPECT_FALSE(b.sheet.setCol(2, 4, -1, nullptr, false));
+    // A row hidden by its height is shown again by its flag.
+    EXPECT_TRUE(b.sheet.setRow(4, 15, nullptr, true) && b.sheet.rowHidden(4));
+    EXPECT_TRUE(b.sheet.setRowHidden(4, false));
+    EXPECT_FALSE(b.sheet.rowHidden(4));
     // Hiding a column of a run splits the run.
     EXPECT_TRUE(b.sheet.setCol(2, 4, 20, nullptr, false));
     EXPECT_TRUE(b.sheet.setColHidden(3, true));

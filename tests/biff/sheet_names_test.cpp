@@ -191,6 +191,19 @@ TEST(SheetNamesTest, NamesOfASheetAndTheirForms) {
     EXPECT_EQ(errorOf([&] { s0.delNamedRange(L"single", -2); }), "named range is not found");
     EXPECT_EQ(errorOf([&] { s0.setNamedRange(L"x", 0, 0, 0, 300, -2); }),
               "col must be in range 0-255");
+    // An area name set again in its scope takes the new area; names go by
+    // the book's scope and by a sheet's index.
+    s0.setNamedRange(L"Area", 0, 3, 0, 1, SheetNames::kScopeBook);
+    s0.setNamedRange(L"Area", 7, 8, 9, 10, SheetNames::kScopeBook);
+    EXPECT_EQ(get(s0, L"AREA", -1), range(7, 8, 9, 10));
+    s0.setNamedRange(L"There", 0, 0, 0, 0, 2);
+    const size_t count = b.names.size();
+    EXPECT_EQ(errorOf([&] {
+                  s0.delNamedRange(L"area", SheetNames::kScopeBook);
+                  s0.delNamedRange(L"there", 2);
+              }),
+              "");
+    EXPECT_EQ(b.names.size(), count - 2);
 }
 
 TEST(SheetNamesTest, SelfReferenceGoesInFrontOfExternalBooks) {

@@ -154,57 +154,6 @@ TEST(SheetSetupTest, PlsFollowsContinuesAndSplitsOnWriting) {
     EXPECT_EQ(out[2].second.size(), 20002u - 2u * 8224u);
 }
 
-TEST(SheetSetupTest, PageSetupRunStopsAtForeignRecord) {
-    std::vector<uint8_t> wb;
-    record(wb, 20, textBytes("head", false));
-    record(wb, 21, {});
-    record(wb, 131, words({1}));
-    record(wb, 132, words({0}));
-    std::vector<uint8_t> left, bottom;
-    putDouble(left, 0.25);
-    putDouble(bottom, 2.5);
-    record(wb, 38, left);
-    record(wb, 41, bottom);
-    record(wb, 77, seq(12));
-    record(wb, 60, seq(4));
-    record(wb, 161, setupBytes(9, 80, 0));
-    record(wb, 85, words({8}));
-
-    PageSetup ps(pool());
-    readSized(wb, [&](XlsRecords &x, uint16_t size) {
-        ps.read(x, 20, size);
-        EXPECT_EQ(x.peekInt16(), 85);
-    });
-    EXPECT_STREQ(ps.header.string(), L"head");
-    EXPECT_STREQ(ps.footer.string(), L"");
-    EXPECT_TRUE(ps.hCenter.center());
-    EXPECT_TRUE(ps.hasLeftMargin && ps.hasBottomMargin && ps.hasPls);
-    EXPECT_FALSE(ps.hasRightMargin || ps.hasTopMargin);
-    EXPECT_EQ(ps.leftMargin.value, 0.25);
-    EXPECT_EQ(ps.bottomMargin.value, 2.5);
-    EXPECT_EQ(ps.rightMargin.value, 0.75);
-    EXPECT_EQ(ps.pls.bytes.size(), 14u);
-    EXPECT_EQ(ps.setup.paperSize, 9);
-
-    Records out = written([&](Xls<char> &x) { ps.write(x); });
-    EXPECT_EQ(ids(out), (std::vector<uint16_t>{20, 21, 131, 132, 38, 41, 77, 161}));
-    EXPECT_EQ(out[0].second, textBytes("head", false));
-    EXPECT_TRUE(out[1].second.empty());
-    EXPECT_EQ(out[4].second, left);
-    EXPECT_EQ(out[7].second, setupBytes(9, 80, 0));
-
-    // A bad record inside the run ends the read with its message.
-    std::vector<uint8_t> bad;
-    record(bad, 20, {});
-    record(bad, 161, seq(30));
-    EXPECT_EQ(errorOf([&] {
-                  readSized(bad, [](XlsRecords &x, uint16_t size) {
-                      PageSetup(pool()).read(x, 20, size);
-                  });
-              }),
-              "Setup size is incorrect");
-}
-
 TEST(SheetSetupTest, ProtectionRun) {
     std::vector<uint8_t> wb;
     record(wb, 18, words({1}));
@@ -291,20 +240,6 @@ TEST(SheetSetupTest, PrinterSettingsRespectNoPls) {
     }
 }
 
-TEST(SheetSetupTest, PrintFitAndPrintZoomShareTheWsBoolBit) {
-    SheetSetup s(pool());
-    s.setPrintFit(2, 3);
-    EXPECT_EQ(s.wsBool(), 0x05C1);
-    s.setPrintZoom(80);
-    EXPECT_FALSE(s.getPrintFit(nullptr, nullptr));
-    EXPECT_EQ(s.wsBool(), 0x04C1);
-    s.setGroupSummaryBelow(false);
-    s.setGroupSummaryRight(false);
-    EXPECT_EQ(s.wsBool(), 0x0401);
-    s.setGroupSummaryRight(true);
-    EXPECT_EQ(s.wsBool(), 0x0481);
-}
-
 TEST(SheetSetupTest, MarginsHeaderAndFooter) {
     SheetSetup s(pool());
     s.setMarginTop(0.4);
@@ -340,45 +275,6 @@ TEST(SheetSetupTest, MarginsHeaderAndFooter) {
     SheetSetup copy(back, other);
     back.setHeader(L"changed", 0.1);
     EXPECT_STREQ(copy.header(), L"&LLeft \u00e9");
-}
-
-TEST(SheetSetupTest, WindowZoomAndPanes) {
-    SheetSetup s(pool());
-    s.setZoom(150);
-    s.setSelected(true);
-    s.setRightToLeft(true);
-    s.setDisplayGridlines(false);
-    s.setTopLeftView(20, 4);
-    EXPECT_EQ(s.window2().flags, 0x04B6 - 0x0002 + 0x0200 + 0x0040);
-    EXPECT_EQ(errorOf([&] { s.setTopLeftView(65536, 0); }), "row must be in range 0-65535");
-    EXPECT_EQ(errorOf([&] { s.setTopLeftView(0, -1); }), "col must be in range 0-255");
-
-    struct Case {
-        int row, col, pnn;
-    };
-    const Case cases[] = {{0, 0, 3}, {5, 2, 0}, {0, 2, 1}, {5, 0, 2}};
-    for (const Case &c : cases) {
-        s.split(c.row, c.col);
-        EXPECT_EQ(s.pane().pnnAct, c.pnn);
-        EXPECT_EQ(s.pane().rwTop, c.row);
-        EXPECT_EQ(s.pane().x, c.col);
-    }
-    EXPECT_TRUE(s.window2().frozenRt());
-
-    Selection second;
-    second.refs.resize(2);
-    s.selections().push_back(second);
-    Records out = saveAll(s);
-    EXPECT_EQ(ids(out),
-              (std::vector<uint16_t>{42, 43, 129, 20, 21, 131, 132, 161, 574, 160, 65, 29, 29}));
-    EXPECT_EQ(out[9].second, words({150, 100}));
-    EXPECT_EQ(out[12].second.size(), 21u); // 9 + 6 per range
-
-    std::vector<uint8_t> wb;
-    for (auto &r : out) record(wb, r.first, r.second);
-    SheetSetup back(pool());
-    load(back, wb);
-    EXPECT_EQ(saveAll(back), out);
 }
 
 TEST(SheetSetupTest, PageBreaks) {
