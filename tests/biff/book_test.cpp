@@ -415,29 +415,6 @@ TEST(BookTest, CellsRoundTripThroughBytesAndFiles) {
     std::remove(narrow.c_str());
 }
 
-TEST(BookTest, SheetCopiedFromAnotherBook) {
-    BookPtr src = newBook();
-    ISheetT<char> *from = src->addSheet("From", nullptr);
-    IFormatT<char> *pct = src->addFormat(nullptr);
-    pct->setNumFormat(src->addCustomNumFormat("0.000%"));
-    from->writeStr(0, 0, "shared text", nullptr);
-    from->writeNum(1, 0, 0.25, pct);
-
-    BookPtr dst = newBook();
-    dst->addSheet("Mine", nullptr)->writeStr(5, 5, "other", nullptr);
-    ISheetT<char> *copy = dst->addSheet("Copy", from);
-    ASSERT_NE(copy, nullptr) << dst->errorMessage();
-    IFormatT<char> *fmt = nullptr;
-    EXPECT_EQ(copy->readNum(1, 0, &fmt), 0.25);
-    ASSERT_NE(fmt, nullptr);
-    EXPECT_STREQ(dst->customNumFormat(fmt->numFormat()), "0.000%");
-    // Saved, the copy stands on its own.
-    src.reset();
-    BookPtr again = loadedBook(saved(*dst));
-    EXPECT_STREQ(again->getSheet(1)->readStr(0, 0, nullptr), "shared text");
-    EXPECT_STREQ(again->getSheet(0)->readStr(5, 5, nullptr), "other");
-}
-
 TEST(BookTest, OlderFormatLoadsButIsNotSaved) {
     BookPtr b = loaded(workbook({}, {"Old one", "Two"}, 0x0500));
     EXPECT_EQ(b->biffVersion(), 0x0500);

@@ -232,17 +232,3 @@ TEST(SheetNamesTest, SelfReferenceGoesInFrontOfExternalBooks) {
     EXPECT_EQ(b.names[1].rgce, area(1, 0, 1, 0, 1));
     EXPECT_EQ(s.namedRangeSize(), 1);
 }
-
-TEST(SheetNamesTest, SelfReferenceWithoutExternSheetGetsOne) {
-    Book b;
-    SupBookBlock self;
-    self.supBook.data = {3, 0, 1, 4};
-    b.supBooks.push_back(self);
-    SheetNames s = b.sheet(2);
-    s.setNamedRange(L"X", 1, 1, 1, 1, -2);
-    ASSERT_EQ(b.supBooks.size(), 1u);
-    EXPECT_TRUE(b.supBooks[0].hasExternSheet);
-    ASSERT_EQ(b.supBooks[0].externSheet.rgXTI.size(), 1u);
-    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI[0], XTI(0, 2, 2));
-    EXPECT_EQ(get(s, L"x", 2), range(1, 1, 1, 1));
-}

@@ -134,26 +134,6 @@ TEST(SheetSetupTest, RecordsNormaliseWhatTheyRead) {
               "Pls size is incorrect");
 }
 
-TEST(SheetSetupTest, PlsFollowsContinuesAndSplitsOnWriting) {
-    std::vector<uint8_t> wb;
-    record(wb, Pls::kId, seq(100));
-    record(wb, XlsRecords::kContinueId, seq(30));
-    record(wb, XlsRecords::kContinueId, seq(5));
-    record(wb, 85, words({8}));
-    Opened in(rawBook(wb));
-    Pls pls;
-    pls.read(in.x);
-    EXPECT_EQ(pls.bytes.size(), 98u + 30u + 5u);
-    EXPECT_EQ(in.x.peekInt16(), 85); // left in front of the foreign record
-
-    pls.bytes.assign(20000, 0x5A);
-    Records out = written([&](Xls<char> &x) { pls.write(x); });
-    ASSERT_EQ(ids(out), (std::vector<uint16_t>{77, 60, 60}));
-    EXPECT_EQ(out[0].second.size(), 8224u);
-    EXPECT_EQ(out[1].second.size(), 8224u);
-    EXPECT_EQ(out[2].second.size(), 20002u - 2u * 8224u);
-}
-
 TEST(SheetSetupTest, ProtectionRun) {
     std::vector<uint8_t> wb;
     record(wb, 18, words({1}));
@@ -190,29 +170,6 @@ TEST(SheetSetupTest, ProtectionRun) {
                   load(t, huge);
               }),
               "SheetProtection: file is corrupt");
-}
-
-TEST(SheetSetupTest, NewSheetWritesItsDefaults) {
-    SheetSetup s(pool());
-    Records out = saveAll(s);
-    ASSERT_EQ(ids(out), (std::vector<uint16_t>{42, 43, 129, 20, 21, 131, 132, 161, 574, 29}));
-    EXPECT_EQ(out[0].second, words({0}));
-    EXPECT_EQ(out[1].second, words({0}));
-    EXPECT_EQ(out[2].second, words({0x04C1}));
-    EXPECT_TRUE(out[3].second.empty());
-    EXPECT_TRUE(out[4].second.empty());
-    EXPECT_EQ(out[5].second, words({0}));
-    EXPECT_EQ(out[6].second, words({0}));
-    EXPECT_EQ(out[7].second, setupBytes(0, 100, 6));
-    EXPECT_EQ(out[8].second, words({0x04B6, 0, 0, 64, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(out[9].second, (std::vector<uint8_t>{3, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0}));
-
-    // Loading those records and saving again gives the same records.
-    std::vector<uint8_t> wb;
-    for (auto &r : out) record(wb, r.first, r.second);
-    SheetSetup back(pool());
-    EXPECT_TRUE(load(back, wb).empty());
-    EXPECT_EQ(saveAll(back), out);
 }
 
 // A file whose printer settings are marked invalid reads as the defaults.
