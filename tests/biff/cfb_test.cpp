@@ -102,23 +102,6 @@ TEST(CfbRead, StreamSizeUpperHalfIsIgnored) {
     EXPECT_EQ(o.xls.directory()[1].streamSize, 5000u);
 }
 
-TEST(CfbRead, KeepsOtherStreams) {
-    auto big = pattern(5000, 11), small = pattern(3000, 12);
-    for (bool blankRoot : {false, true}) { // some producers leave the root unnamed
-        Built b = buildCfb({{"Workbook", pattern(6000, 10)}, {"Big", big}, {"Small", small}});
-        if (blankRoot) std::fill_n(b.file.begin() + long(b.dirEntry(0)), 66, 0);
-        Reading o;
-        ASSERT_EQ(openText(b.str(), o, true), "") << blankRoot;
-        const auto &kept = o.xls.keptStreams();
-        ASSERT_EQ(kept.size(), 2u) << blankRoot; // root (the mini stream) and Big
-        EXPECT_EQ(kept.at(2), big);
-        ASSERT_EQ(kept.count(0), 1u);
-        // The small stream lives in the kept mini stream at its mini sector.
-        auto at = kept.at(0).begin() + long(b.starts[2]) * 64;
-        EXPECT_EQ(std::vector<uint8_t>(at, at + 3000), small) << blankRoot;
-    }
-}
-
 TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
     using Mutate = std::function<void(Built &)>;
     struct Case {
@@ -300,39 +283,6 @@ TEST(CfbWrite, NewFileLayout) {
          {"[Difat]\n0: 8\n", "[Fat]\n0: 1\n", "[Dir]\n[DirEntry]\nname=Root Entry\n",
           "name=Workbook\nlength=18\ntype=2\n", "startingSectorLocation=0\nstreamSize=4096\n"})
         EXPECT_NE(d.find(label), std::string::npos) << label;
-}
-
-TEST(CfbWrite, ResaveKeepsOtherStreams) {
-    auto big = pattern(5000, 21), small = pattern(3000, 22), tiny = pattern(100, 23);
-    cfbtest::Built b = cfbtest::buildCfb(
-        {{"Workbook", pattern(100, 20)}, {"Big", big}, {"Small", small}, {"Tiny", tiny}});
-    bifftest::Opened o(b.str());
-    Xls<char> &x = o.x;
-    auto wb = readWorkbook(x);
-    EXPECT_EQ(wb, pattern(100, 20));
-    x.readSections();
-    auto before = x.directory();
-
-    for (int round = 0; round < 2; ++round) { // a save can be repeated
-        bifftest::Opened again(saveAgain(x, wb));
-        Xls<char> &y = again.x;
-        EXPECT_EQ(y.size(), 4096u); // moved from the mini stream to the FAT
-        auto wb2 = readWorkbook(y);
-        EXPECT_TRUE(std::equal(wb.begin(), wb.end(), wb2.begin()));
-        y.readSections();
-        EXPECT_EQ(y.keptStreams().at(2), big);
-        EXPECT_NE(y.directory()[2].startingSectorLocation, before[2].startingSectorLocation);
-        for (int i : {3, 4}) { // mini stream entries are untouched
-            EXPECT_EQ(y.directory()[i].startingSectorLocation, before[i].startingSectorLocation);
-            EXPECT_EQ(y.directory()[i].streamSize, before[i].streamSize);
-        }
-        const auto &mini = y.keptStreams().at(0);
-        EXPECT_TRUE(std::equal(small.begin(), small.end(),
-                               mini.begin() + size_t(before[3].startingSectorLocation) * 64));
-        EXPECT_TRUE(std::equal(tiny.begin(), tiny.end(),
-                               mini.begin() + size_t(before[4].startingSectorLocation) * 64));
-        EXPECT_EQ(y.miniFat(), x.miniFat());
-    }
 }
 
 TEST(CfbWrite, ResaveWithAnotherCutoffKeepsStreamsReadable) {

@@ -235,45 +235,6 @@ Lbl readLbl(const std::vector<uint8_t> &wb, MemPool &pool, bool old = false) {
 
 } // namespace
 
-TEST(GlobalRecordsTest, LblRoundTripsNamesAndFormulaBytes) {
-    MemPool pool;
-    const std::vector<uint8_t> area = {0x3B, 0, 0, 0, 0, 1, 0, 0, 0, 3, 0};
-    struct Case {
-        const char *name;
-        std::vector<uint8_t> data;
-        std::wstring text;
-        bool builtin, hidden, old;
-    };
-    const Case cases[] = {
-        {"built-in print area", lblData(0x20, {0, 6}, 1, area), L"Print_Area", true, false, false},
-        {"hidden filter", lblData(0x21, {0, 13}, 1, area), L"_FilterDatabase", true, true, false},
-        {"user name", lblData(0, {0, 'R', 'a', 't', 'e'}, 4, {0x1E, 5, 0}), L"Rate", false, false,
-         false},
-        {"wide name", lblData(0, {1, 0x16, 0x04, 'q', 0}, 2, {0x1E, 5, 0}), L"\u0416q", false,
-         false, false},
-        {"constant array data",
-         lblData(0, {0, 'A'}, 1, {0x20, 0, 0, 0, 0, 0, 0, 0},
-                 {1, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}),
-         L"A", false, false, false},
-        {"no formula", lblData(0, {0, 'B'}, 1, {}), L"B", false, false, false},
-        {"old format", lblData(0, {'O', 'l', 'd'}, 3, {0x1E, 1, 0}, {'d', 'e', 's', 'c'}), L"Old",
-         false, false, true},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.name);
-        std::vector<uint8_t> wb;
-        record(wb, Lbl::kId, c.data);
-        Lbl l = readLbl(wb, pool, c.old);
-        EXPECT_EQ(l.nameText(), c.text);
-        EXPECT_EQ(l.builtin(), c.builtin);
-        EXPECT_EQ(l.hidden(), c.hidden);
-        EXPECT_EQ(l.itab, 2);
-        EXPECT_EQ(l.size(), c.data.size());
-        EXPECT_TRUE(l.isContains(c.text.c_str()));
-        EXPECT_EQ(firstBody(l), c.data);
-    }
-}
-
 TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     MemPool pool;
     std::vector<uint8_t> wb;

@@ -79,24 +79,6 @@ TEST(RecordFraming, MissingContinueIsReported) {
     EXPECT_EQ(o.x.readWithContinueRecords(&b, -3, remaining), 0);
 }
 
-TEST(RecordFraming, CheckContinueEntersOnlyAContinue) {
-    std::vector<uint8_t> wb;
-    record(wb, 60, {7, 8, 9});
-    record(wb, 0x0A, {1});
-    Opened o(rawBook(wb));
-    unsigned short remaining = 2;
-    o.x.checkContinue(remaining); // still inside a record: nothing happens
-    EXPECT_EQ(remaining, 2);
-    remaining = 0;
-    o.x.checkContinue(remaining);
-    EXPECT_EQ(remaining, 3);
-    o.bytes(3);
-    remaining = 0;
-    o.x.checkContinue(remaining);
-    EXPECT_EQ(remaining, 0);
-    EXPECT_EQ(o.x.peekInt16(), 0x0A);
-}
-
 TEST(RecordFraming, WriterClosesRecordsAtTheBoundary) {
     struct Case {
         unsigned short start; // room left when the value is written
