@@ -7,6 +7,7 @@
 // in the same substream, byte for byte.
 #include "biff/support/interop_tools.h"
 #include "biff/support/record_walk.h"
+#include "support/book_kinds.h"
 #include "support/oracle.h"
 #include "tabrix.h"
 #include "tabrix/IBookT.h"
@@ -35,25 +36,9 @@ namespace {
 using Book = IBookT<wchar_t>;
 using Sheet = ISheetT<wchar_t>;
 
-struct BookRelease {
-    void operator()(Book *b) const {
-        if (b) b->release();
-    }
-};
-using BookPtr = std::unique_ptr<Book, BookRelease>;
+using BookPtr = bookkinds::Owned<Book>;
 
 BookPtr newBook() { return BookPtr(static_cast<Book *>(tbCreateBookW())); }
-
-std::string fileBytes(const std::string &path) {
-    std::ifstream f(path, std::ios::binary);
-    std::stringstream ss;
-    ss << f.rdbuf();
-    return ss.str();
-}
-
-void writeFile(const std::string &path, const std::string &bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
 
 std::string saveRaw(Book &b) {
     const char *data = nullptr;
@@ -314,7 +299,7 @@ TEST(BookInterop, ProducersFilesLoadSaveAndKeepTheirRecords) {
     for (const std::string &path : files) {
         SCOPED_TRACE(path);
         Lines theirs = xlrdCells(path);
-        std::string bytes = fileBytes(path);
+        std::string bytes = readFile(path);
         BookPtr b = newBook();
         ASSERT_TRUE(b);
         bool loaded = b->loadRaw(bytes.data(), unsigned(bytes.size()));
@@ -389,7 +374,7 @@ TEST(BookInterop, TextsBeyondTheBasicPlaneKeepTheirCharacters) {
     writeFile(path, saveRaw(*b));
     Lines theirs = xlrdCells(path), ours = bookLines(*b);
     EXPECT_EQ(ours, theirs) << firstDifference(ours, theirs);
-    std::string bytes = fileBytes(path);
+    std::string bytes = readFile(path);
     BookPtr back = newBook();
     ASSERT_TRUE(back->loadRaw(bytes.data(), unsigned(bytes.size())));
     EXPECT_EQ(bookLines(*back), ours);

@@ -5,8 +5,9 @@
 #include "biff/book_impl.h"
 #include "biff/sheet_impl.h"
 #include "book/encoding.h"
-#include "support/biff_bytes.h"
+#include "support/binary_book.h"
 #include "support/interop_tools.h"
+#include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
@@ -14,9 +15,8 @@
 #include <cstdio>
 #include <cstring>
 #include <functional>
-#include <fstream>
-#include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace tabrix;
@@ -24,91 +24,42 @@ using namespace bifftest;
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
+using BookPtr = BinaryBook<>;
 
-Bytes operator+(Bytes a, const Bytes &b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
-
-BookPtr newBook() {
-    BookPtr b(new BinaryBookT<char>());
-    b->setLocale("UTF-8");
-    return b;
-}
+BookPtr newBook() { return newBinaryBook(); }
+std::string saved(Book &b) { return savedBytes(b); }
 
 Bytes bofData(uint16_t vers, uint16_t dt) {
-    Bytes d;
-    put16(d, vers);
-    put16(d, dt);
-    put16(d, 8346);
-    put16(d, 1997);
-    if (vers == 0x0600) {
-        put32(d, 49353);
-        put32(d, 774);
-    }
-    return d;
+    Bytes d = words({vers, dt, 8346, 1997});
+    return vers == 0x0600 ? d + words({49353, 0, 774, 0}) : d;
 }
 
-Bytes word(uint16_t w) {
-    Bytes d;
-    put16(d, w);
-    return d;
-}
+Bytes word(uint16_t w) { return words({w}); }
 
 // A BoundSheet8 of an 8-bit name; BIFF5 has no flags byte.
 Bytes boundSheet(const std::string &name, bool biff5 = false) {
-    Bytes d;
-    put32(d, 0);
-    d.push_back(0);
-    d.push_back(0);
-    d.push_back(uint8_t(name.size()));
+    Bytes d = {0, 0, 0, 0, 0, 0, uint8_t(name.size())};
     if (!biff5) d.push_back(0);
-    d.insert(d.end(), name.begin(), name.end());
-    return d;
+    return d + Bytes(name.begin(), name.end());
 }
 
 Bytes number(uint16_t row, uint16_t col, double v) {
-    Bytes d;
-    put16(d, row);
-    put16(d, col);
-    put16(d, 15);
-    uint64_t bits;
-    std::memcpy(&bits, &v, 8);
-    put32(d, uint32_t(bits));
-    put32(d, uint32_t(bits >> 32));
+    Bytes d = words({row, col, 15}) + Bytes(8);
+    std::memcpy(d.data() + 6, &v, 8);
     return d;
 }
 
 // A name of sheet `itab` (1-based) with a 7-byte 3D reference formula.
 Bytes lbl(const std::string &name, uint16_t itab, uint16_t ixti) {
-    Bytes d;
-    put16(d, 0);
-    d.push_back(0);
-    d.push_back(uint8_t(name.size()));
-    put16(d, 7);
-    put16(d, 0);
-    put16(d, itab);
-    for (int i = 0; i < 4; ++i) d.push_back(0);
-    d.push_back(0);
-    d.insert(d.end(), name.begin(), name.end());
-    d.push_back(0x3A);
-    put16(d, ixti);
-    put16(d, 0);
-    put16(d, 0);
-    return d;
+    Bytes d = Bytes{0, 0, 0, uint8_t(name.size())} + words({7, 0, itab}) + Bytes(5);
+    return d + Bytes(name.begin(), name.end()) + Bytes{0x3A} + words({ixti, 0, 0});
 }
 
 // A workbook stream: globals (Bof, `extra`, one BoundSheet8 a sheet, EOF),
 // then each sheet's substream with a number in A1 equal to its position.
-Bytes workbook(const std::vector<std::pair<uint16_t, Bytes>> &extra,
-               const std::vector<std::string> &sheets, uint16_t vers = 0x0600) {
+Bytes workbook(const Records &extra, const std::vector<std::string> &sheets,
+               uint16_t vers = 0x0600) {
     Bytes wb;
     record(wb, 2057, bofData(vers, 5));
     for (const auto &r : extra) record(wb, r.first, r.second);
@@ -122,17 +73,12 @@ Bytes workbook(const std::vector<std::pair<uint16_t, Bytes>> &extra,
     return wb;
 }
 
-std::string saved(Book &b) {
-    const char *data = nullptr;
-    unsigned size = 0;
-    EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
-    return std::string(data ? data : "", size);
-}
+BookPtr loaded(const Bytes &wb) { return loadedBook(rawBook(wb)); }
 
 // Records of the globals of a saved file, up to their EOF.
-std::vector<std::pair<uint16_t, Bytes>> globalsOf(const std::string &file) {
+Records globalsOf(const std::string &file) {
     Opened o(file);
-    std::vector<std::pair<uint16_t, Bytes>> out;
+    Records out;
     for (auto &r : o.records()) {
         out.push_back(r);
         if (r.first == 10) break;
@@ -140,32 +86,26 @@ std::vector<std::pair<uint16_t, Bytes>> globalsOf(const std::string &file) {
     return out;
 }
 
-int countId(const std::vector<std::pair<uint16_t, Bytes>> &records, uint16_t id) {
+int countId(const Records &records, uint16_t id) {
     int n = 0;
     for (const auto &r : records) n += r.first == id;
     return n;
 }
 
 void expectFresh(Book &b) {
-    EXPECT_EQ(b.sheetCount(), 0);
-    EXPECT_EQ(b.formatSize(), 21);
-    EXPECT_EQ(b.fontSize(), 5);
-    EXPECT_EQ(b.biffVersion(), 0x0600);
+    EXPECT_EQ(std::make_tuple(b.sheetCount(), b.formatSize(), b.fontSize(), b.biffVersion()),
+              std::make_tuple(0, 21, 5, 0x0600));
 }
 
 TEST(BookTest, NewBookSavesAndLoadsBack) {
     BookPtr b = newBook();
-    expectFresh(*b);
-    EXPECT_EQ(b->activeSheet(), 0);
     std::string file = saved(*b);
     auto globals = globalsOf(file);
-    EXPECT_EQ(countId(globals, 133), 0);
-    EXPECT_EQ(countId(globals, 49), 5);
-    EXPECT_EQ(countId(globals, 224), 21);
-    EXPECT_EQ(countId(globals, 659), 6);
     ASSERT_FALSE(globals.empty());
     EXPECT_EQ(globals.front().first, 2057);
-
+    // No sheets, five fonts, 21 formats and six styles.
+    const std::pair<uint16_t, int> counts[] = {{133, 0}, {49, 5}, {224, 21}, {659, 6}};
+    for (const auto &c : counts) EXPECT_EQ(countId(globals, c.first), c.second) << c.first;
     BookPtr c = newBook();
     ASSERT_TRUE(c->loadRaw(file.data(), unsigned(file.size()))) << c->errorMessage();
     EXPECT_STREQ(c->errorMessage(), "ok");
@@ -173,71 +113,46 @@ TEST(BookTest, NewBookSavesAndLoadsBack) {
     EXPECT_EQ(saved(*c), file);
 }
 
-struct LoadFailure {
-    const char *what;
-    Bytes stream;
-    const char *message;
-};
-
 TEST(BookTest, FailedLoadsLeaveANewBook) {
     auto one = [](uint16_t id, Bytes data) { return workbook({{id, data}}, {"S"}); };
-    const LoadFailure cases[] = {
-        {"encrypted", one(47, Bytes(6, 0)), "workbook is encrypted"},
-        {"old version",
-         [] {
-             Bytes wb;
-             record(wb, 2057, bofData(0x0400, 5));
-             return wb;
-         }(),
-         "This file format isn't supported"},
-        {"record id 0",
-         [] {
-             Bytes wb;
-             record(wb, 2057, bofData(0x0600, 5));
-             record(wb, 0, Bytes(2, 0));
-             return wb;
-         }(),
-         "read error: record id can't be 0"},
-        {"Window1", one(61, Bytes(17, 0)), "Window1 size is incorrect"},
-        {"CodePage", one(66, Bytes(3, 0)), "CodePage size is incorrect"},
-        {"UsesELFs", one(352, Bytes(1, 0)), "UsesELFs size is incorrect"},
-        {"Country", one(140, Bytes(2, 0)), "Country size is incorrect"},
-        {"RecalcId", one(449, Bytes(7, 0)), "RecalcId size is incorrect"},
-        {"RRTabId", one(317, Bytes(3, 0)), "RRTabId size is incorrect"},
-        {"Excel9File", one(448, Bytes(1, 0)), "Excel9File size is incorrect"},
-        {"Format", one(1054, Bytes(2, 0)), "Format size is incorrect"},
-        {"BoundSheet8", one(133, Bytes(7, 0)), "BoundSheet8 size is incorrect"},
-        {"InterfaceEnd", one(226, Bytes(1, 0)), "InterfaceEnd size is incorrect"},
-        {"Mms", one(193, Bytes(3, 0)), "Mms size is incorrect"},
-        {"BookExt", one(2147, Bytes(23, 0)), "BookExt size is incorrect"},
-        {"record past the stream's end",
-         [] {
-             Bytes wb;
-             record(wb, 2057, bofData(0x0600, 5));
-             put16(wb, 0x1234);
-             put16(wb, 8000);
-             return wb;
-         }(),
-         "read error: workbook stream is truncated"},
-        {"too many sheets",
-         [] {
-             Bytes wb;
-             record(wb, 2057, bofData(0x0600, 5));
-             for (int i = 0; i <= Book::kMaxSheets; ++i) record(wb, 133, boundSheet("s"));
-             return wb;
-         }(),
-         "workbook has too many sheets"},
+    auto globalsOnly = [](const Bytes &tail, uint16_t vers = 0x0600) {
+        Bytes wb;
+        record(wb, 2057, bofData(vers, 5));
+        return wb + tail;
     };
-    for (const LoadFailure &c : cases) {
-        SCOPED_TRACE(c.what);
+    Bytes manySheets;
+    for (int i = 0; i <= Book::kMaxSheets; ++i) record(manySheets, 133, boundSheet("s"));
+    const struct {
+        Bytes stream;
+        std::string message;
+    } cases[] = {
+        {one(47, Bytes(6, 0)), "workbook is encrypted"},
+        {globalsOnly({}, 0x0400), "This file format isn't supported"},
+        {globalsOnly(words({0, 2, 0})), "read error: record id can't be 0"},
+        {globalsOnly(words({0x1234, 8000})), "read error: workbook stream is truncated"},
+        {globalsOnly(manySheets), "workbook has too many sheets"},
+        {one(61, Bytes(17, 0)), "Window1 size is incorrect"},
+        {one(66, Bytes(3, 0)), "CodePage size is incorrect"},
+        {one(352, Bytes(1, 0)), "UsesELFs size is incorrect"},
+        {one(140, Bytes(2, 0)), "Country size is incorrect"},
+        {one(449, Bytes(7, 0)), "RecalcId size is incorrect"},
+        {one(317, Bytes(3, 0)), "RRTabId size is incorrect"},
+        {one(448, Bytes(1, 0)), "Excel9File size is incorrect"},
+        {one(1054, Bytes(2, 0)), "Format size is incorrect"},
+        {one(133, Bytes(7, 0)), "BoundSheet8 size is incorrect"},
+        {one(226, Bytes(1, 0)), "InterfaceEnd size is incorrect"},
+        {one(193, Bytes(3, 0)), "Mms size is incorrect"},
+        {one(2147, Bytes(23, 0)), "BookExt size is incorrect"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.message);
         BookPtr b = newBook();
         ASSERT_NE(b->addSheet("old", nullptr), nullptr);
         std::string file = rawBook(c.stream);
         EXPECT_FALSE(b->loadRaw(file.data(), unsigned(file.size())));
-        EXPECT_STREQ(b->errorMessage(), c.message);
+        EXPECT_EQ(b->errorMessage(), c.message);
         expectFresh(*b);
     }
-
     BookPtr b = newBook();
     b->addSheet("old", nullptr);
     EXPECT_FALSE(b->load((tmpPath("no-such-dir") + "/missing.xls").c_str()));
@@ -247,88 +162,10 @@ TEST(BookTest, FailedLoadsLeaveANewBook) {
     expectFresh(*b);
 }
 
-TEST(BookTest, SheetListOperations) {
-    BookPtr b = newBook();
-    ISheetT<char> *first = b->addSheet("Sheet1", nullptr);
-    ASSERT_NE(first, nullptr);
-    EXPECT_EQ(b->activeSheet(), 0);
-
-    // The active sheet moves with its sheet.
-    ISheetT<char> *front = b->insertSheet(0, "Front", nullptr);
-    ASSERT_NE(front, nullptr);
-    EXPECT_EQ(b->activeSheet(), 1);
-    EXPECT_EQ(b->getSheet(1), first);
-
-    EXPECT_EQ(b->addSheet("SHEET1", nullptr), nullptr);
-    EXPECT_STREQ(b->errorMessage(), "book already contains such sheet name");
-
-    std::string forty(40, 'x');
-    ISheetT<char> *longName = b->addSheet(forty.c_str(), nullptr);
-    ASSERT_NE(longName, nullptr);
-    EXPECT_STREQ(b->errorMessage(), "warning: sheet's name is cut to 31 characters");
-    EXPECT_EQ(std::string(longName->name()), std::string(31, 'x'));
-    // 31 code points of UTF-8, not 31 bytes.
-    std::string wide;
-    for (int i = 0; i < 40; ++i) wide += "\xC3\xA9";
-    ISheetT<char> *accents = b->addSheet(wide.c_str(), nullptr);
-    ASSERT_NE(accents, nullptr);
-    EXPECT_EQ(std::string(accents->name()), wide.substr(0, 62));
-
-    struct Bad {
-        const char *what;
-        std::function<bool()> call;
-        const char *message;
-    };
-    const Bad bad[] = {
-        {"getSheet -1", [&] { return b->getSheet(-1) == nullptr; }, "index is out of range"},
-        {"getSheet 4", [&] { return b->getSheet(4) == nullptr; }, "index is out of range"},
-        {"sheetType 9", [&] { return b->sheetType(9) == SHEETTYPE_UNKNOWN; },
-         "index is out of range"},
-        {"insert 5", [&] { return b->insertSheet(5, "x", nullptr) == nullptr; },
-         "index is out of range"},
-        {"delSheet 4", [&] { return !b->delSheet(4); }, "index is out of range"},
-        {"setActive 4",
-         [&] {
-             b->setActiveSheet(4);
-             return true;
-         },
-         "index is out of range"},
-        {"sheetType 0", [&] { return b->sheetType(0) == SHEETTYPE_SHEET; }, "ok"},
-    };
-    for (const Bad &c : bad) {
-        SCOPED_TRACE(c.what);
-        EXPECT_TRUE(c.call());
-        EXPECT_STREQ(b->errorMessage(), c.message);
-    }
-    EXPECT_EQ(b->activeSheet(), 1);
-
-    b->setActiveSheet(3);
-    EXPECT_TRUE(b->delSheet(3));
-    EXPECT_EQ(b->activeSheet(), 2);
-    EXPECT_EQ(b->sheetCount(), 3);
-    EXPECT_EQ(b->rrTabId(), (std::vector<uint16_t>{1, 2, 3}));
-    // A deleted sheet's handle stays usable.
-    EXPECT_STREQ(accents->name(), wide.substr(0, 62).c_str());
-    EXPECT_TRUE(b->delSheet(0));
-    EXPECT_TRUE(b->delSheet(0));
-    EXPECT_FALSE(b->delSheet(0));
-    EXPECT_STREQ(b->errorMessage(), "can't remove the last sheet in workbook");
-    EXPECT_EQ(b->getSheet(0), longName);
-}
-
 // Three sheets; names of sheets 1, 2 (two) and 3; the self-reference with
 // one entry per sheet and one over sheets 0-2.
 Bytes namedWorkbook() {
-    Bytes ext;
-    put16(ext, 4);
-    for (uint16_t s : {0, 1, 2}) {
-        put16(ext, 0);
-        put16(ext, s);
-        put16(ext, s);
-    }
-    put16(ext, 0);
-    put16(ext, 0);
-    put16(ext, 2);
+    Bytes ext = words({4, 0, 0, 0, 0, 1, 1, 0, 2, 2, 0, 0, 2});
     return workbook({{430, {3, 0, 1, 4}},
                      {23, ext},
                      {24, lbl("one", 1, 0)},
@@ -354,9 +191,7 @@ std::vector<uint16_t> xtis(Book &b) {
 }
 
 TEST(BookTest, NamesAndSelfReferenceFollowTheSheets) {
-    std::string file = rawBook(namedWorkbook());
-    BookPtr b = newBook();
-    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
+    BookPtr b = loaded(namedWorkbook());
     ASSERT_EQ(b->sheetCount(), 3);
     EXPECT_EQ(itabs(*b), (std::vector<uint16_t>{1, 2, 2, 3}));
 
@@ -376,80 +211,29 @@ TEST(BookTest, NamesAndSelfReferenceFollowTheSheets) {
     EXPECT_EQ(b->supBooks().at(0).supBook.data.at(0), 2);
 
     // The changes survive a save.
-    std::string again = saved(*b);
-    BookPtr c = newBook();
-    ASSERT_TRUE(c->loadRaw(again.data(), unsigned(again.size()))) << c->errorMessage();
+    BookPtr c = loadedBook(saved(*b));
     EXPECT_EQ(itabs(*c), (std::vector<uint16_t>{1, 2, 2}));
     EXPECT_EQ(xtis(*c), (std::vector<uint16_t>{0, 0, 0xFFFF, 0xFFFF, 1, 1, 0xFFFF, 0xFFFF}));
     EXPECT_EQ(c->getSheet(1)->readNum(0, 0, nullptr), 2.0);
 }
 
-TEST(BookTest, KeptAndDroppedGlobalRecords) {
-    Bytes bookExt;
-    put16(bookExt, 2147);
-    for (int i = 0; i < 10; ++i) bookExt.push_back(0);
-    put32(bookExt, 21);
-    put32(bookExt, 0);
-    bookExt.push_back(158);
-    const Bytes unknownA = {1, 2, 3, 4, 5};
-    const Bytes theme = {9, 8, 7};
-    std::string file = rawBook(workbook(
-        {{2147, bookExt}, {0x1234, unknownA}, {2198, theme}, {0x4321, {}}, {34, word(1)}, {96, {}}},
-        {"S"}));
-    BookPtr b = newBook();
-    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
-    EXPECT_TRUE(b->hasBookExt());
-    EXPECT_TRUE(b->isDate1904());
-    EXPECT_TRUE(b->isTemplate());
-    auto globals = globalsOf(saved(*b));
-    EXPECT_EQ(countId(globals, 2147), 0);
-    EXPECT_EQ(countId(globals, 96), 1);
-    auto has = [&](uint16_t id, const Bytes &data) {
-        for (const auto &r : globals)
-            if (r.first == id && r.second == data) return true;
-        return false;
-    };
-    EXPECT_TRUE(has(0x1234, unknownA));
-    EXPECT_TRUE(has(0x4321, {}));
-    EXPECT_TRUE(has(2198, theme));
-    EXPECT_TRUE(has(34, word(1)));
-}
-
-Bytes pattern(size_t n, uint8_t seed) {
-    Bytes d(n);
-    for (size_t i = 0; i < n; ++i) d[i] = uint8_t(seed + i * 7);
-    return d;
-}
-
 // Globals with values other than a new book's, in the order a save writes
 // them, so that the saved globals must equal them record for record.
-std::vector<std::pair<uint16_t, Bytes>> canonicalGlobals() {
-    Bytes window1, country, recalc, ext, sst;
-    for (uint16_t w : {10, 20, 3000, 4000, 0x38, 1, 0, 1, 500}) put16(window1, w);
-    put16(country, 44);
-    put16(country, 49);
-    put16(recalc, 449);
-    put16(recalc, 0);
-    put32(recalc, 123456);
-    put16(ext, 1);
-    for (uint16_t w : {0, 1, 1}) put16(ext, w);
-    put32(sst, 1);
-    put32(sst, 1);
-    put16(sst, 2);
-    sst.push_back(0);
-    sst.push_back('h');
-    sst.push_back('i');
+Records canonicalGlobals() {
+    Bytes window1 = words({10, 20, 3000, 4000, 0x38, 1, 0, 1, 500});
+    Bytes country = words({44, 49}), recalc = words({449, 0}) + words({0xE240, 1});
+    Bytes ext = words({1, 0, 1, 1}), sst = words({1, 0, 1, 0, 2}) + Bytes{0, 'h', 'i'};
     return {{2057, bofData(0x0600, 5)},
             {96, {}},
             {225, word(1252)},
             {193, {1, 2}},
             {226, {}},
-            {92, pattern(112, 3)},
+            {92, seq(112, 3)},
             {66, word(1252)},
             {353, word(1)},
             {317, {1, 0, 2, 0}},
             {211, {}},
-            {442, pattern(9, 1)},
+            {442, seq(9, 1)},
             {156, word(17)},
             {25, word(1)},
             {18, word(1)},
@@ -463,34 +247,38 @@ std::vector<std::pair<uint16_t, Bytes>> canonicalGlobals() {
             {14, word(0)},
             {439, word(1)},
             {218, word(1)},
-            {2172, pattern(12, 5)},
-            {2173, pattern(20, 6)},
-            {2173, pattern(21, 7)},
-            {2190, pattern(8, 8)},
-            {4188, pattern(6, 9)},
+            {2172, seq(12, 5)},
+            {2173, seq(20, 6)},
+            {2173, seq(21, 7)},
+            {2190, seq(8, 8)},
+            {4188, seq(6, 9)},
             {352, word(1)},
             {133, boundSheet("One")},
             {133, boundSheet("Two")},
-            {2202, pattern(4, 10)},
-            {2211, pattern(4, 11)},
+            {2202, seq(4, 10)},
+            {2211, seq(4, 11)},
             {140, country},
             {430, {2, 0, 1, 4}},
             {23, ext},
             {24, lbl("nm", 2, 0)},
             {449, recalc},
-            {2150, pattern(30, 12)},
-            {235, pattern(40, 13)},
-            {60, pattern(10, 14)},
+            {2150, seq(30, 12)},
+            {235, seq(40, 13)},
+            {60, seq(10, 14)},
             {252, sst},
-            {2198, pattern(16, 15)},
-            {2203, pattern(3, 16)},
-            {2188, pattern(5, 17)},
-            {0x1234, pattern(7, 18)},
+            {2198, seq(16, 15)},
+            {2203, seq(3, 16)},
+            {2188, seq(5, 17)},
+            {0x1234, seq(7, 18)},
             {10, {}}};
 }
 
 TEST(BookTest, GlobalsComeBackRecordForRecord) {
+    // Behind the canonical globals: BookExt, which a save drops, and an
+    // unknown empty record, which it keeps.
     auto globals = canonicalGlobals();
+    Bytes bookExt = word(2147) + Bytes(10) + Bytes{21, 0, 0, 0, 0, 0, 0, 0, 158};
+    globals.insert(globals.end() - 1, {{2147, bookExt}, {0x4321, {}}});
     Bytes wb;
     for (const auto &r : globals) record(wb, r.first, r.second);
     for (int i = 0; i < 2; ++i) {
@@ -498,13 +286,12 @@ TEST(BookTest, GlobalsComeBackRecordForRecord) {
         record(wb, 515, number(0, 0, i));
         record(wb, 10, {});
     }
-    std::string file = rawBook(wb);
-    BookPtr b = newBook();
-    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
+    BookPtr b = loaded(wb);
     EXPECT_EQ(b->activeSheet(), 1);
-    EXPECT_TRUE(b->isTemplate());
+    EXPECT_TRUE(b->isTemplate() && b->isDate1904() && b->hasBookExt());
     EXPECT_EQ(b->words().interfaceHdr, 1252);
 
+    globals.erase(globals.end() - 3);
     auto out = globalsOf(saved(*b));
     ASSERT_EQ(out.size(), globals.size());
     for (size_t i = 0; i < out.size(); ++i) {
@@ -516,22 +303,17 @@ TEST(BookTest, GlobalsComeBackRecordForRecord) {
         EXPECT_EQ(Bytes(out[i].second.begin() + long(from), out[i].second.end()),
                   Bytes(globals[i].second.begin() + long(from), globals[i].second.end()));
     }
-}
 
-TEST(BookTest, SmallRecordSizesThatLoad) {
-    Bytes longWrite = pattern(120, 1);
-    std::string file = rawBook(workbook(
+    // Short records that still load: written back in full.
+    Bytes longWrite = seq(120);
+    b = loaded(workbook(
         {{225, {}}, {193, {}}, {226, word(0)}, {96, word(0)}, {92, longWrite}, {448, {}}}, {"S"}));
-    BookPtr b = newBook();
-    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
     EXPECT_EQ(b->words().interfaceHdr, 1200);
-    auto out = globalsOf(saved(*b));
-    for (const auto &r : out) {
-        if (r.first == 92) {
-            EXPECT_EQ(r.second, Bytes(longWrite.begin(), longWrite.begin() + 112));
-        } else if (r.first == 225) {
-            EXPECT_EQ(r.second, word(1200));
-        }
+    for (const auto &r : globalsOf(saved(*b))) {
+        const Bytes want = r.first == 92    ? Bytes(longWrite.begin(), longWrite.begin() + 112)
+                           : r.first == 225 ? word(1200)
+                                            : r.second;
+        EXPECT_EQ(r.second, want) << r.first;
         EXPECT_NE(r.first, 448);
     }
 }
@@ -550,9 +332,7 @@ TEST(BookTest, VisibleSheetsAndSettings) {
         record(wb, 2057, bofData(0x0600, i == 3 ? 32 : 16));
         record(wb, 10, {});
     }
-    std::string file = rawBook(wb);
-    BookPtr b = newBook();
-    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
+    BookPtr b = loaded(wb);
     EXPECT_EQ(b->visibleSheetCount(), 2);
     EXPECT_EQ(b->getNextVisibleSheet(1), 3);
     EXPECT_EQ(b->getNextVisibleSheet(3), 1);
@@ -564,17 +344,13 @@ TEST(BookTest, VisibleSheetsAndSettings) {
     b->calcActiveSheet();
     EXPECT_EQ(b->activeSheet(), 3);
     // The chart substream comes back as it was.
-    std::string again = saved(*b);
-    EXPECT_NE(
-        again.find(std::string(reinterpret_cast<const char *>(bofData(0x0600, 32).data()), 16)),
-        std::string::npos);
+    const Bytes chartBof = bofData(0x0600, 32);
+    EXPECT_NE(saved(*b).find(std::string(chartBof.begin(), chartBof.end())), std::string::npos);
 
-    EXPECT_FALSE(b->refR1C1());
     b->setRefR1C1(true);
     EXPECT_TRUE(b->refR1C1());
     EXPECT_FALSE(b->setLocale("no_such_LOCALE.xyz"));
     EXPECT_STREQ(b->errorMessage(), "setlocale error");
-    EXPECT_TRUE(b->setLocale("UTF-8"));
 
     BookPtr c = newBook();
     int y = 0, m = 0, d = 0;
@@ -587,10 +363,12 @@ TEST(BookTest, VisibleSheetsAndSettings) {
     EXPECT_STREQ(c->errorMessage(), "index is out of range");
 }
 
-TEST(BookTest, CellsRoundTripThroughSaveRawAndLoadRaw) {
+// Many rows (several row blocks of the cell index), texts, the last cell,
+// the active sheet and the date system, through bytes and through a file.
+TEST(BookTest, CellsRoundTripThroughBytesAndFiles) {
     BookPtr b = newBook();
     ISheetT<char> *s1 = b->addSheet("Numbers", nullptr);
-    ISheetT<char> *s2 = b->addSheet("Text ü", nullptr);
+    ISheetT<char> *s2 = b->addSheet("Text \xC3\xBC", nullptr);
     ASSERT_TRUE(s1 && s2);
     for (int r = 0; r < 300; ++r) {
         s1->writeNum(r, r % 256, r * 1.5, nullptr);
@@ -600,24 +378,19 @@ TEST(BookTest, CellsRoundTripThroughSaveRawAndLoadRaw) {
     b->setActiveSheet(1);
     b->setDate1904(true);
     std::string file = saved(*b);
-
-    BookPtr c = newBook();
-    ASSERT_TRUE(c->loadRaw(file.data(), unsigned(file.size()))) << c->errorMessage();
+    BookPtr c = loadedBook(file);
     ASSERT_EQ(c->sheetCount(), 2);
     EXPECT_EQ(c->activeSheet(), 1);
     EXPECT_TRUE(c->isDate1904());
     ISheetT<char> *t1 = c->getSheet(0), *t2 = c->getSheet(1);
-    EXPECT_STREQ(t1->name(), "Numbers");
-    EXPECT_STREQ(t2->name(), "Text ü");
+    EXPECT_STREQ(t2->name(), "Text \xC3\xBC");
     for (int r = 0; r < 300; ++r) {
         EXPECT_EQ(t1->readNum(r, r % 256, nullptr), r * 1.5);
         EXPECT_STREQ(t2->readStr(r, 3, nullptr), ("row " + std::to_string(r % 17)).c_str());
     }
     EXPECT_TRUE(t2->readBool(65535, 255, nullptr));
-    // Saved again, the same bytes.
     EXPECT_EQ(saved(*c), file);
 
-    // Through a file too.
     std::string path = tmpPath("book_test_cells.xls");
     ASSERT_TRUE(c->save(path.c_str())) << c->errorMessage();
     BookPtr d = newBook();
@@ -626,61 +399,24 @@ TEST(BookTest, CellsRoundTripThroughSaveRawAndLoadRaw) {
     EXPECT_FALSE(d->save((tmpPath("no-such-dir") + "/x.xls").c_str()));
     EXPECT_STREQ(d->errorMessage(), "can't open file for writing");
     std::remove(path.c_str());
-}
 
-TEST(BookTest, WideBookLoadsAndSavesFiles) {
-    std::unique_ptr<BookImplT<wchar_t>, void (*)(BookImplT<wchar_t> *)> b(
-        new BinaryBookT<wchar_t>(), [](BookImplT<wchar_t> *p) { p->release(); });
-    b->setLocale("UTF-8");
-    ISheetT<wchar_t> *s = b->addSheet(L"Données", nullptr);
-    ASSERT_NE(s, nullptr);
-    s->writeStr(2, 1, L"ÿ€", nullptr);
-    std::string narrow = tmpPath("book_test_wide_é.xls");
-    std::wstring path;
-    utf8ToWide(narrow.c_str(), path);
-    ASSERT_TRUE(b->save(path.c_str())) << b->errorMessage();
-    b->clear();
-    EXPECT_EQ(b->sheetCount(), 0);
-    ASSERT_TRUE(b->load(path.c_str())) << b->errorMessage();
-    EXPECT_STREQ(b->getSheet(0)->name(), L"Données");
-    EXPECT_STREQ(b->getSheet(0)->readStr(2, 1, nullptr), L"ÿ€");
+    // A wide book through a file whose name is not ASCII.
+    BinaryBook<wchar_t> w = newBinaryBook<wchar_t>();
+    w->addSheet(L"Donn\u00e9es", nullptr)->writeStr(2, 1, L"\u00ff\u20ac", nullptr);
+    std::string narrow = tmpPath("book_test_wide_\xC3\xA9.xls");
+    std::wstring wpath;
+    utf8ToWide(narrow.c_str(), wpath);
+    ASSERT_TRUE(w->save(wpath.c_str())) << w->errorMessage();
+    w->clear();
+    EXPECT_EQ(w->sheetCount(), 0);
+    ASSERT_TRUE(w->load(wpath.c_str())) << w->errorMessage();
+    EXPECT_STREQ(w->getSheet(0)->name(), L"Donn\u00e9es");
+    EXPECT_STREQ(w->getSheet(0)->readStr(2, 1, nullptr), L"\u00ff\u20ac");
     std::remove(narrow.c_str());
 }
 
-TEST(BookTest, SheetCopiedFromAnotherBook) {
-    BookPtr src = newBook();
-    ISheetT<char> *from = src->addSheet("From", nullptr);
-    IFormatT<char> *pct = src->addFormat(nullptr);
-    pct->setNumFormat(src->addCustomNumFormat("0.000%"));
-    from->writeStr(0, 0, "shared text", nullptr);
-    from->writeNum(1, 0, 0.25, pct);
-
-    BookPtr dst = newBook();
-    dst->addSheet("Mine", nullptr)->writeStr(5, 5, "other", nullptr);
-    ISheetT<char> *copy = dst->addSheet("Copy", from);
-    ASSERT_NE(copy, nullptr) << dst->errorMessage();
-    EXPECT_STREQ(copy->name(), "Copy");
-    EXPECT_STREQ(copy->readStr(0, 0, nullptr), "shared text");
-    IFormatT<char> *fmt = nullptr;
-    EXPECT_EQ(copy->readNum(1, 0, &fmt), 0.25);
-    ASSERT_NE(fmt, nullptr);
-    EXPECT_GE(fmt->numFormat(), 164);
-    EXPECT_STREQ(dst->customNumFormat(fmt->numFormat()), "0.000%");
-
-    // Saved, the copy stands on its own.
-    src.reset();
-    std::string file = saved(*dst);
-    BookPtr again = newBook();
-    ASSERT_TRUE(again->loadRaw(file.data(), unsigned(file.size())));
-    EXPECT_STREQ(again->getSheet(1)->readStr(0, 0, nullptr), "shared text");
-    EXPECT_STREQ(again->getSheet(0)->readStr(5, 5, nullptr), "other");
-}
-
 TEST(BookTest, OlderFormatLoadsButIsNotSaved) {
-    Bytes wb = workbook({}, {"Old one", "Two"}, 0x0500);
-    std::string file = rawBook(wb);
-    BookPtr b = newBook();
-    ASSERT_TRUE(b->loadRaw(file.data(), unsigned(file.size()))) << b->errorMessage();
+    BookPtr b = loaded(workbook({}, {"Old one", "Two"}, 0x0500));
     EXPECT_EQ(b->biffVersion(), 0x0500);
     ASSERT_EQ(b->sheetCount(), 2);
     EXPECT_STREQ(b->getSheet(0)->name(), "Old one");
@@ -691,7 +427,6 @@ TEST(BookTest, OlderFormatLoadsButIsNotSaved) {
     EXPECT_STREQ(b->errorMessage(), "a workbook loaded from the BIFF5 format can't be saved");
     EXPECT_FALSE(b->save(tmpPath("book_test_old.xls").c_str()));
     EXPECT_STREQ(b->errorMessage(), "a workbook loaded from the BIFF5 format can't be saved");
-    // The book itself is untouched.
     EXPECT_EQ(b->sheetCount(), 2);
 }
 
@@ -854,36 +589,6 @@ TEST(BookTest, ProducerQuirksLoad) {
         EXPECT_EQ(cellsOf(*b), want);
         if (c.more) c.more(*b);
     }
-}
-
-TEST(BookTest, CorpusFilesLoadSaveAndLoadAgain) {
-    std::vector<std::string> files = corpusXlsFiles();
-    if (files.empty()) GTEST_SKIP() << "no corpus";
-    int loaded = 0;
-    for (const std::string &f : files) {
-        SCOPED_TRACE(f);
-        BookPtr b = newBook();
-        if (!b->load(f.c_str())) {
-            std::printf("not loaded: %s: %s\n", f.c_str(), b->errorMessage());
-            // Files of other formats or encrypted ones fail cleanly.
-            EXPECT_EQ(b->sheetCount(), 0);
-            EXPECT_EQ(b->formatSize(), 21);
-            continue;
-        }
-        ++loaded;
-        std::vector<std::string> before = cellsOf(*b);
-        const char *data = nullptr;
-        unsigned size = 0;
-        if (!b->saveRaw(&data, &size)) {
-            std::printf("not saved: %s: %s\n", f.c_str(), b->errorMessage());
-            EXPECT_EQ(b->biffVersion(), 0x0500) << b->errorMessage();
-            continue;
-        }
-        BookPtr c = newBook();
-        ASSERT_TRUE(c->loadRaw(data, size)) << c->errorMessage();
-        EXPECT_EQ(cellsOf(*c), before);
-    }
-    EXPECT_GT(loaded, 0);
 }
 
 } // namespace

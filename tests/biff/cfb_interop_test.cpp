@@ -45,8 +45,8 @@ uint32_t crcOf(const std::vector<uint8_t> &v) {
 }
 
 std::vector<uint8_t> fileBytes(const std::string &path) {
-    std::ifstream f(path, std::ios::binary);
-    return std::vector<uint8_t>(std::istreambuf_iterator<char>(f), {});
+    const std::string s = readFile(path);
+    return std::vector<uint8_t>(s.begin(), s.end());
 }
 
 // Writes a container to the disk file `path` through `x` with workbook stream `wb`.

@@ -4,7 +4,11 @@
 // the corpus' producers wrote, with pictures, comments and a chart, report the same pictures and
 // comments through our interfaces, save with their drawing records
 // unchanged, and after one more comment still show all they showed.
+// Pictures also against python's olefile and a small walker of the drawing
+// group: the pictures we add, and those of other writers, which a save
+// keeps with their drawing group byte for byte.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "biff/record_ids.h"
 #include "support/interop_tools.h"
 #include "support/oracle.h"
@@ -27,10 +31,7 @@ using namespace bifftest;
 namespace {
 
 using Book = BookImplT<char>;
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 using Lines = oracle::Lines;
 
 // A book with a chart and two comments on its first sheet.
@@ -94,27 +95,11 @@ Lines withoutCharts(const Lines &dump) {
     return out;
 }
 
-bool made(const std::string &path, const std::string &command) {
-    std::remove(path.c_str());
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0 && std::ifstream(path).good();
-}
-
-std::string toXls(const std::string &dir, const std::string &xlsx, const std::string &name) {
-    std::string target = dir + "/" + name + ".xls";
-    std::string copy = dir + "/" + name + ".xlsx";
-    std::system(("cat '" + xlsx + "' > '" + copy + "'").c_str()); // writable, unlike the corpus
-    if (!made(target, "cd '" + dir + "' && soffice --headless --norestore " +
-                          "-env:UserInstallation=file://" + dir + "/lo_profile --convert-to xls '" +
-                          copy + "'"))
-        return "";
-    return target;
-}
-
 } // namespace
 
 TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
     if (!oracle::has("openpyxl") || !oracle::has("soffice")) GTEST_SKIP() << "no LibreOffice";
-    BookPtr book(new BinaryBookT<char>());
+    BookPtr book = newBinaryBook();
     ISheetT<char> *one = book->addSheet("One", nullptr);
     ISheetT<char> *two = book->addSheet("Two", nullptr);
     const ImageBytes png = pngImage(90, 40);
@@ -145,7 +130,7 @@ TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
     EXPECT_EQ(ourLines(*book, dump), expected);
 
     // A book with comments and no pictures at all.
-    BookPtr notes(new BinaryBookT<char>());
+    BookPtr notes = newBinaryBook();
     notes->addSheet("S", nullptr)->writeComment(0, 0, "alone", "me", 100, 50);
     ASSERT_TRUE(notes->save(path.c_str())) << notes->errorMessage();
     EXPECT_EQ(oracle::dump("drawings", path, true), Lines({"SHEET S", "NOTE 0 0 alone"}));
@@ -153,20 +138,12 @@ TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
 
 TEST(DrawingsInterop, OtherWritersDrawingsKeptAndExtended) {
     if (!oracle::has("openpyxl") || !oracle::has("soffice")) GTEST_SKIP() << "no LibreOffice";
-    const std::string dir = tmpPath("drawings_made");
-    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
+    const std::string dir = freshDir("drawings_made");
     const std::string corpus = std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/";
-    std::vector<std::string> files;
     runPython("chart_book.py", kChartBook, "'" + dir + "/chart_src.xlsx'");
-    for (const auto &src : {std::make_pair(dir + "/chart_src.xlsx", "chart"),
-                            std::make_pair(corpus + "image01.xlsx", "image"),
-                            std::make_pair(corpus + "comment02.xlsx", "comment")}) {
-        std::string xls = toXls(dir, src.first, src.second);
-        if (!xls.empty()) files.push_back(xls);
-    }
-    if (made(dir + "/gnumeric.xls", "ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + dir +
-                                        "/chart_src.xlsx' '" + dir + "/gnumeric.xls'"))
-        files.push_back(dir + "/gnumeric.xls");
+    std::vector<std::string> files = xlsFromXlsx(dir + "/chart_src.xlsx", dir, true);
+    for (const char *name : {"image01.xlsx", "comment02.xlsx"})
+        for (const std::string &f : xlsFromXlsx(corpus + name, dir, false)) files.push_back(f);
     ASSERT_GE(files.size(), 3u);
     for (const std::string &f : corpusXlsFiles())
         for (const char *name : {"/picture.xls", "/xls_cross_sheet_chart.xls", "/Formate.xls"})
@@ -182,7 +159,7 @@ TEST(DrawingsInterop, OtherWritersDrawingsKeptAndExtended) {
         ASSERT_TRUE(std::any_of(before.begin(), before.end(), [](const std::string &l) {
             return l.compare(0, 6, "SHEET ") != 0;
         })) << "nothing drawn";
-        BookPtr book(new BinaryBookT<char>());
+        BookPtr book = newBinaryBook();
         ASSERT_TRUE(book->load(f.c_str())) << book->errorMessage();
         EXPECT_EQ(ourLines(*book, before), withoutCharts(before));
 
@@ -207,5 +184,132 @@ TEST(DrawingsInterop, OtherWritersDrawingsKeptAndExtended) {
         want.insert(firstSheetEnd(want), "NOTE 30 6 added");
         std::sort(want.begin() + 1, firstSheetEnd(want));
         EXPECT_EQ(after, want) << oracle::firstDifference(after, want);
+    }
+}
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+// Prints "group <hex>" with the joined drawing group bytes, then one line
+// "pic <getPicture code> <hex of the image>" for each store entry.
+const char *kWalker = R"PY(
+import struct, sys, olefile
+s = olefile.OleFileIO(sys.argv[1]).openstream('Workbook').read()
+p, group, inside = 0, b'', False
+while p + 4 <= len(s):
+    rid, ln = struct.unpack_from('<HH', s, p)
+    if rid == 235 or (inside and rid == 60):
+        group += s[p + 4:p + 4 + ln]
+        inside = True
+    else:
+        inside = False
+    p += 4 + ln
+print('group', group.hex() or '-')
+codes = {0xF01A: 4, 0xF01B: 2, 0xF01C: 5, 0xF01D: 1, 0xF01E: 0, 0xF01F: 3, 0xF020: 6}
+two = {981, 535, 1347, 1131, 1763, 1761, 1961, 1765}
+def records(b, at, end):
+    while at + 8 <= end:
+        vi, t, ln = struct.unpack_from('<HHI', b, at)
+        yield vi, t, at + 8, at + 8 + ln
+        at += 8 + ln
+for vi, t, a, e in records(group, 0, len(group)):
+    for vi, t, a, e in records(group, a, e):
+        if t != 0xF001:
+            continue
+        for vi, t, a, e in records(group, a, e):
+            if t != 0xF007:
+                continue
+            for bvi, bt, ba, be in records(group, a + 36 + group[a + 33], e):
+                head = (32 if (bvi >> 4) in two else 16) + (34 if bt in (0xF01A, 0xF01B, 0xF01C) else 1)
+                print('pic', codes.get(bt, -1), group[ba + head:be].hex())
+)PY";
+
+std::vector<std::string> walk(const std::string &path) {
+    return runPython("dgg_walk.py", kWalker, "'" + path + "'");
+}
+
+std::string hex(const char *data, unsigned size) {
+    std::string out;
+    char two[3];
+    for (unsigned i = 0; i < size; ++i) {
+        std::snprintf(two, sizeof two, "%02x", unsigned(uint8_t(data[i])));
+        out += two;
+    }
+    return out;
+}
+
+// The lines the walker prints for our book's pictures.
+std::vector<std::string> ourPictures(Book &book) {
+    std::vector<std::string> lines;
+    for (int i = 0; i < book.pictureSize(); ++i) {
+        const char *data = nullptr;
+        unsigned size = 0;
+        int code = book.getPicture(i, &data, &size);
+        lines.push_back("pic " + std::to_string(code) + " " + hex(data, size));
+    }
+    return lines;
+}
+
+} // namespace
+
+TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
+    if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile missing";
+    const Bytes images[] = {pngImage(64, 32), jpegImage(0xE0, 10, 20), jpegImage(0xE1, 30, 40),
+                            bmpImage(7, 8),   dibImage(9, 10),         wmfImage(),
+                            emfImage(100, 50)};
+    BookPtr book = newBinaryBook();
+    book->addSheet("Sheet1", nullptr);
+    for (const Bytes &b : images)
+        ASSERT_GE(book->addPicture2(reinterpret_cast<const char *>(b.data()), unsigned(b.size())),
+                  0);
+    std::string path = tmpPath("pictures_added.xls");
+    ASSERT_TRUE(book->save(path.c_str())) << book->errorMessage();
+    std::vector<std::string> expected = ourPictures(*book);
+    std::vector<std::string> lines = walk(path);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()), expected);
+
+    BookPtr loaded = newBinaryBook();
+    ASSERT_TRUE(loaded->load(path.c_str())) << loaded->errorMessage();
+    EXPECT_EQ(ourPictures(*loaded), expected);
+}
+
+TEST(PicturesInterop, OtherWritersPicturesAndGroupKept) {
+    if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile missing";
+    std::vector<std::string> files;
+    for (const std::string &f : corpusXlsFiles())
+        if (f.find("picture") != std::string::npos) files.push_back(f);
+    for (const std::string &f :
+         xlsFromXlsx(std::string(TABRIX_CORPUS_DIR) + "/public/libxlsxwriter/image01.xlsx",
+                     freshDir("pictures_made"), true))
+        files.push_back(f);
+    ASSERT_GE(files.size(), 3u);
+
+    for (const std::string &f : files) {
+        SCOPED_TRACE(f);
+        std::vector<std::string> lines = walk(f);
+        ASSERT_FALSE(lines.empty());
+        ASSERT_NE(lines.size(), 1u) << "no pictures";
+        BookPtr book = newBinaryBook();
+        ASSERT_TRUE(book->load(f.c_str())) << book->errorMessage();
+        EXPECT_EQ(ourPictures(*book), std::vector<std::string>(lines.begin() + 1, lines.end()));
+        std::string saved = tmpPath("pictures_resaved.xls");
+        ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
+        std::vector<std::string> again = walk(saved);
+        ASSERT_FALSE(again.empty());
+        EXPECT_EQ(again[0], lines[0]) << "drawing group changed";
+
+        // With one more picture, the old ones stay and the new one follows.
+        const Bytes png = pngImage(5, 5);
+        ASSERT_EQ(
+            book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
+            int(lines.size()) - 1);
+        ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
+        std::vector<std::string> more = walk(saved);
+        ASSERT_EQ(more.size(), lines.size() + 1);
+        EXPECT_EQ(std::vector<std::string>(more.begin() + 1, more.end() - 1),
+                  std::vector<std::string>(lines.begin() + 1, lines.end()));
+        EXPECT_EQ(more.back(), ourPictures(*book).back());
     }
 }

@@ -2,6 +2,7 @@
 // with the same anchors, texts and ids; the anchor arithmetic with its
 // clamps; the ids of every shape in step with the book's clusters.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "biff/drawing_run.h"
 #include "biff/record_ids.h"
 #include "biff/sheet_impl.h"
@@ -14,7 +15,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <set>
 #include <string>
 
@@ -24,13 +24,10 @@ using namespace bifftest;
 namespace {
 
 using Book = BookImplT<char>;
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 
 BookPtr loadBook(const std::string &path) {
-    BookPtr book(new BinaryBookT<char>());
+    BookPtr book = newBinaryBook();
     EXPECT_TRUE(book->load(path.c_str())) << path << ": " << book->errorMessage();
     return book;
 }
@@ -124,7 +121,7 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
         {"7 0", "second note, then a long one", "someone"},
         {"0 0", "\xd0\xbf\xd1\x80\xd0\xb8\xd0\xb2\xd0\xb5\xd1\x82", "tabrix"}};
 
-    BookPtr book(new BinaryBookT<char>());
+    BookPtr book = newBinaryBook();
     ISheetT<char> *sheets[2] = {book->addSheet("One", nullptr), book->addSheet("Two", nullptr)};
     sheets[0]->setCol(5, 5, 8, nullptr, true);
     sheets[0]->setRow(4, 22.5, nullptr, false);
@@ -173,35 +170,17 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
         const char *message;
     };
     // Columns 64 pixels, column 2 hidden, rows 17; B8:C9 merged.
+    const char *wide = "warning: offset_x exceed cell's width",
+               *high = "warning: offset_y exceed cell's height",
+               *both = "warning: offset_x and offset_y exceed cell's size";
     const Case cases[] = {
         {0, 0, 64, 17, 0, 0, {0, 0, 0, 0, 1, 0, 1, 0}, "ok"},
         {0, 0, 32, 8, 16, 4, {0, 256, 0, 60, 0, 768, 0, 180}, "ok"},
         {0, 1, 64, 17, 0, 0, {1, 0, 0, 0, 3, 0, 1, 0}, "ok"}, // steps over the hidden column
         {0, 0, 10, 10, 64, 0, {0, 1024, 0, 0, 1, 160, 0, 150}, "ok"},
-        {0,
-         0,
-         10,
-         10,
-         70,
-         0,
-         {0, 1024, 0, 0, 1, 160, 0, 150},
-         "warning: offset_x exceed cell's width"},
-        {0,
-         0,
-         10,
-         10,
-         0,
-         20,
-         {0, 0, 0, 256, 0, 160, 1, 150},
-         "warning: offset_y exceed cell's height"},
-        {0,
-         0,
-         1,
-         1,
-         99,
-         99,
-         {0, 1024, 0, 256, 1, 16, 1, 15},
-         "warning: offset_x and offset_y exceed cell's size"},
+        {0, 0, 10, 10, 70, 0, {0, 1024, 0, 0, 1, 160, 0, 150}, wide},
+        {0, 0, 10, 10, 0, 20, {0, 0, 0, 256, 0, 160, 1, 150}, high},
+        {0, 0, 1, 1, 99, 99, {0, 1024, 0, 256, 1, 16, 1, 15}, both},
         {5, 5, -1, 17, 0, 0, {5, 0, 5, 0, 5, 32767, 6, 0}, "ok"},
         {7, 1, -1, -1, 0, 0, {1, 0, 7, 0, 2, 32767, 8, 32767}, "ok"},
         {0, 250, 6400, 17, 0, 0, {250, 0, 0, 0, 255, 1024, 1, 0}, "ok"},
@@ -212,7 +191,7 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
     for (const Case &c : cases) {
         SCOPED_TRACE(std::to_string(c.row) + "," + std::to_string(c.col) + " " +
                      std::to_string(c.w) + "x" + std::to_string(c.h));
-        BookPtr book(new BinaryBookT<char>());
+        BookPtr book = newBinaryBook();
         ISheetT<char> *sheet = book->addSheet("S", nullptr);
         sheet->setCol(2, 2, 8, nullptr, true);
         sheet->setMerge(7, 8, 1, 2);
@@ -242,7 +221,7 @@ TEST(SheetDrawings, LoadedDrawingsSavedByteForByte) {
     for (const std::string &f : corpusXlsFiles()) {
         SCOPED_TRACE(f);
         WalkedBook before = walkFile(f);
-        BookPtr book(new BinaryBookT<char>());
+        BookPtr book = newBinaryBook();
         if (!before.error.empty() || !book->load(f.c_str())) continue; // refused files: not here
         const std::string saved = tmpPath("drawings_resaved.xls");
         if (!book->save(saved.c_str())) { // only the older format is refused

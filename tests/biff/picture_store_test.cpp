@@ -3,6 +3,7 @@
 // handed back by getPicture and kept through saveRaw and loadRaw; refused
 // pictures leave the message and change nothing.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "officeart/drawing_group.h"
 #include "support/interop_tools.h"
 #include "support/test_images.h"
@@ -21,20 +22,15 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
 
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 
-BookPtr newBook() { return BookPtr(new BinaryBookT<char>()); }
+BookPtr newBook() { return newBinaryBook(); }
 
 Bytes tail(const Bytes &b, size_t from) { return Bytes(b.begin() + long(from), b.end()); }
 
-std::string writeFile(const std::string &name, const Bytes &bytes) {
-    std::string path = tmpPath(name);
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char *>(bytes.data()), long(bytes.size()));
-    return path;
+std::string fileOf(const std::string &name, const Bytes &bytes) {
+    writeFile(tmpPath(name), std::string(bytes.begin(), bytes.end()));
+    return tmpPath(name);
 }
 
 Bytes picture(Book &book, int index, int &code) {
@@ -72,7 +68,7 @@ TEST(PictureStore, KindsSizesAndStoredBytes) {
     for (size_t i = 0; i < sizeof cases / sizeof cases[0]; ++i) {
         const Case &c = cases[i];
         SCOPED_TRACE(i);
-        int id = c.file ? book->addPicture(writeFile(c.file, c.bytes).c_str())
+        int id = c.file ? book->addPicture(fileOf(c.file, c.bytes).c_str())
                         : book->addPicture2(reinterpret_cast<const char *>(c.bytes.data()),
                                             unsigned(c.bytes.size()));
         ASSERT_EQ(id, int(i)) << book->errorMessage();
@@ -84,11 +80,7 @@ TEST(PictureStore, KindsSizesAndStoredBytes) {
         EXPECT_EQ(code, c.code);
     }
     // Saved and loaded, every picture comes back the same.
-    const char *data = nullptr;
-    unsigned size = 0;
-    ASSERT_TRUE(book->saveRaw(&data, &size)) << book->errorMessage();
-    BookPtr loaded = newBook();
-    ASSERT_TRUE(loaded->loadRaw(data, size)) << loaded->errorMessage();
+    BookPtr loaded = loadedBook(savedBytes(*book));
     ASSERT_EQ(loaded->pictureSize(), int(sizeof cases / sizeof cases[0]));
     for (size_t i = 0; i < sizeof cases / sizeof cases[0]; ++i) {
         int code = -1;
@@ -130,7 +122,7 @@ TEST(PictureStore, RefusalsLeaveTheStoreAlone) {
             id = book->addPicture2(reinterpret_cast<const char *>(c.bytes->data()),
                                    unsigned(c.bytes->size()));
         else if (c.bytes)
-            id = book->addPicture(writeFile(c.file, *c.bytes).c_str());
+            id = book->addPicture(fileOf(c.file, *c.bytes).c_str());
         else
             id = book->addPicture(tmpPath("no/such/dir/missing.png").c_str());
         EXPECT_EQ(id, -1);

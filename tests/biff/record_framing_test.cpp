@@ -79,24 +79,6 @@ TEST(RecordFraming, MissingContinueIsReported) {
     EXPECT_EQ(o.x.readWithContinueRecords(&b, -3, remaining), 0);
 }
 
-TEST(RecordFraming, CheckContinueEntersOnlyAContinue) {
-    std::vector<uint8_t> wb;
-    record(wb, 60, {7, 8, 9});
-    record(wb, 0x0A, {1});
-    Opened o(rawBook(wb));
-    unsigned short remaining = 2;
-    o.x.checkContinue(remaining); // still inside a record: nothing happens
-    EXPECT_EQ(remaining, 2);
-    remaining = 0;
-    o.x.checkContinue(remaining);
-    EXPECT_EQ(remaining, 3);
-    o.bytes(3);
-    remaining = 0;
-    o.x.checkContinue(remaining);
-    EXPECT_EQ(remaining, 0);
-    EXPECT_EQ(o.x.peekInt16(), 0x0A);
-}
-
 TEST(RecordFraming, WriterClosesRecordsAtTheBoundary) {
     struct Case {
         unsigned short start; // room left when the value is written
@@ -169,28 +151,6 @@ TEST(RecordFraming, WriteContinueClosesWithTheBytesWritten) {
     auto c = o.bytes(6);
     EXPECT_EQ(std::vector<uint8_t>(c.begin(), c.end()),
               (std::vector<uint8_t>{60, 0, 2, 0, 0x42, 0x42}));
-}
-
-TEST(RecordFraming, RawRecordsRoundTrip) {
-    for (size_t n : {size_t(0), size_t(1), size_t(8224), size_t(8225), size_t(65535)}) {
-        Biff b;
-        b.id = 0x1AE;
-        for (size_t i = 0; i < n; ++i) b.data.push_back(uint8_t(i * 7));
-        std::string file = writeBook([&](Xls<char> &x) {
-            b.write(x);
-            x.write(0x0A, 0);
-        });
-        Opened o(file);
-        uint16_t id = 0, size = 0;
-        o.x.readInt16(id);
-        o.x.readInt16(size);
-        Biff back;
-        back.id = id;
-        back.read(o.x, size);
-        EXPECT_EQ(back.id, b.id);
-        EXPECT_EQ(back.data, b.data) << n;
-        EXPECT_EQ(o.x.peekInt16(), 0x0A);
-    }
 }
 
 TEST(RecordFraming, RecordClassesCheckIdAndSize) {

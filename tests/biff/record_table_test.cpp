@@ -1,11 +1,13 @@
 // Every fixed-layout record in one table: read from sample bytes and
 // written back byte for byte, each bad size failing with the record's size
-// message, and the padded sizes producers write read without complaint.
+// message, and the padded sizes producers write read without complaint;
+// then the RK number form, decoded and chosen only when exact.
 #include "biff/records/blank.h"
 #include "biff/records/bof.h"
 #include "biff/records/book_ext.h"
 #include "biff/records/bool_err.h"
 #include "biff/records/dimensions.h"
+#include "biff/records/label.h"
 #include "biff/records/label_sst.h"
 #include "biff/records/mul_blank.h"
 #include "biff/records/mul_rk.h"
@@ -28,6 +30,9 @@
 #include "biff/records/write_access.h"
 #include "support/record_trip.h"
 
+#include <cstring>
+#include <limits>
+
 using namespace tabrix;
 using namespace bifftest;
 
@@ -44,9 +49,11 @@ struct Sample {
 
 #define RECORD(R) roundTrip<R>, readError<R>
 
-Bytes bookExt() {
-    Bytes v = seq(22);
-    v[12] = 22; // cb, the record's own size
+// A BookExt of `size` bytes: its cb field holds the record's own size.
+Bytes bookExt(uint8_t size) {
+    Bytes v = seq(size);
+    v[12] = size;
+    v[13] = v[14] = v[15] = 0;
     return v;
 }
 
@@ -62,6 +69,13 @@ TEST(RecordTable, RecordsRoundTripAndCheckTheirSizes) {
         {"LabelSst", seq(10), RECORD(LabelSst), {seq(9), {}, seq(12)}, {}},
         {"Blank", seq(6), RECORD(Blank), {seq(5), {}, seq(8)}, {}},
         {"BoolErr", seq(8), RECORD(BoolErr), {seq(7), {}}, {seq(10)}},
+        // Label: its text ends with the record; zeros behind it are dropped.
+        {"Label",
+         {1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i'},
+         RECORD(Label),
+         {{1, 0, 2, 0, 15, 0, 2, 0}, {1, 0, 2, 0, 15, 0, 3, 0, 0, 'h', 'i'}},
+         {{1, 0, 2, 0, 15, 0, 2, 0, 0, 'h', 'i', 0, 0}}},
+        {"Label", {1, 0, 2, 0, 15, 0, 1, 0, 1, 0x3A, 0x04}, RECORD(Label), {}, {}},
         // Runs: one cell short, one byte too long, no cells at all.
         {"MulRk", seq(18), RECORD(MulRk), {seq(17), seq(19), seq(6)}, {}},
         {"MulBlank", seq(10), RECORD(MulBlank), {seq(9), seq(11), seq(6)}, {}},
@@ -73,9 +87,16 @@ TEST(RecordTable, RecordsRoundTripAndCheckTheirSizes) {
         {"Prot4RevPass", seq(2), RECORD(Prot4RevPass), {seq(1), seq(3)}, {}},
         {"ScenarioProtect", seq(2), RECORD(ScenarioProtect), {seq(1), seq(3)}, {}},
         {"ObjProtect", seq(2), RECORD(ObjProtect), {seq(1), seq(3)}, {}},
-        {"Bof", seq(16), RECORD(Bof), {seq(15)}, {}},
+        // A BOF may stop after any of its fields.
+        {"Bof",
+         seq(16),
+         RECORD(Bof),
+         {seq(5), seq(9), seq(10), seq(14), seq(15)},
+         {{}, seq(4), seq(8), seq(12), seq(20)}},
         {"WriteAccess", seq(112), RECORD(WriteAccess), {}, {}},
-        {"BookExt", bookExt(), RECORD(BookExt), {}, {}},
+        {"BookExt", bookExt(20), RECORD(BookExt), {bookExt(19), bookExt(23)}, {}},
+        {"BookExt", bookExt(21), RECORD(BookExt), {}, {}},
+        {"BookExt", bookExt(22), RECORD(BookExt), {}, {}},
         // Page setup, window and breaks.
         {"Header", textBytes("&CPage &P", false), RECORD(Header), {}, {}},
         {"Footer", textBytes("Total", true), RECORD(Footer), {}, {}},
@@ -113,4 +134,61 @@ TEST(RecordTable, RecordsRoundTripAndCheckTheirSizes) {
     }
     // The word records dump their one named field.
     EXPECT_EQ(readBack<Protect>({1, 0}).dumpText(), L"[Protect fLock=1]\n");
+}
+
+TEST(CellRecordsTest, RkDecodesAllFourForms) {
+    struct Case {
+        uint32_t rk;
+        double value;
+    };
+    const Case cases[] = {
+        {0x3FF00000u, 1.0},          // double
+        {0x3FF00001u, 0.01},         // double / 100
+        {0x00000006u, 1.0},          // integer 1
+        {0xFFFFFFFEu, -1.0},         // integer -1
+        {0x80000002u, -536870912.0}, // most negative integer
+        {0x7FFFFFFEu, 536870911.0},  // most positive integer
+        {0x00004E23u, 50.0},         // integer 5000 / 100
+        {0xFFFFFFFBu, -0.02},        // integer -2 / 100 (bits 0 and 1)
+        {0xC0000000u, -2.0},         // negative double
+        {0x00000000u, 0.0},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.rk);
+        RK r;
+        r.rk = c.rk;
+        EXPECT_DOUBLE_EQ(r.value(), c.value);
+    }
+}
+
+TEST(CellRecordsTest, RkExactness) {
+    double lowBits;
+    uint64_t b = 0x3FF0000000000001ull;
+    std::memcpy(&lowBits, &b, sizeof lowBits);
+    struct Case {
+        double v;
+        bool exact;
+    };
+    const Case cases[] = {
+        {1.0, true},
+        {0.5, true},
+        {-2.0, true},
+        {0.0, true},
+        {0.1, false},
+        {1e300, false},
+        {lowBits, false},
+        // The test is on bits alone: the default quiet NaN keeps its bits.
+        {std::numeric_limits<double>::quiet_NaN(), true},
+        {std::numeric_limits<double>::infinity(), true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.v);
+        EXPECT_EQ(rkExact(c.v), c.exact);
+        if (c.exact) {
+            RK r;
+            r.setValue(c.v);
+            double back = r.value();
+            EXPECT_EQ(std::memcmp(&back, &c.v, sizeof back), 0);
+        }
+    }
 }

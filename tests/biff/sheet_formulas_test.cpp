@@ -3,8 +3,9 @@
 // make, shared formulas printed from each cell, array formula cells, the
 // R1C1 mode, and loaded formula blocks saved unchanged.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "biff/sheet_impl.h"
-#include "support/biff_bytes.h"
+#include "support/record_trip.h"
 #include "support/fake_owner.h"
 
 #include <gtest/gtest.h>
@@ -17,38 +18,14 @@ using namespace bifftest;
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
 using Book = BookImplT<char>;
-struct BookDeleter {
-    void operator()(Book *b) const { b->release(); }
-};
-using BookPtr = std::unique_ptr<Book, BookDeleter>;
+using BookPtr = BinaryBook<>;
 
-BookPtr newBook() {
-    BookPtr b(new BinaryBookT<char>());
-    b->setLocale("UTF-8");
-    return b;
-}
+BookPtr newBook() { return newBinaryBook(); }
 
-BookPtr reload(Book &b) {
-    const char *data = nullptr;
-    unsigned size = 0;
-    EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
-    BookPtr again = newBook();
-    EXPECT_TRUE(again->loadRaw(data, size)) << again->errorMessage();
-    return again;
-}
+BookPtr reload(Book &b) { return loadedBook(savedBytes(b)); }
 
-Bytes words(std::initializer_list<uint16_t> ws) {
-    Bytes b;
-    for (uint16_t w : ws) put16(b, w);
-    return b;
-}
-
-Bytes cat(Bytes a, const Bytes &b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
+Bytes cat(const Bytes &a, const Bytes &b) { return a + b; }
 
 // A formula cell whose tokens are `rgce`, cached number 0.
 Bytes formula(uint16_t row, uint16_t col, const Bytes &rgce) {

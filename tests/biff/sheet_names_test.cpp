@@ -164,129 +164,46 @@ TEST(SheetNamesTest, PrintTitles) {
     EXPECT_EQ(b.names[0].nameText(), L"Print_Area");
 }
 
-TEST(SheetNamesTest, NamedRangeFormsAndScopes) {
-    Book b;
-    SheetNames s = b.sheet(1);
-    s.setNamedRange(L"Single", 4, 4, 2, 2, SheetNames::kScopeThisSheet);
-    EXPECT_EQ(b.names[0].rgce, cell(0, 4, 2));
-    // The form stays: only the first corner is written.
-    s.setNamedRange(L"Single", 10, 20, 3, 5, SheetNames::kScopeThisSheet);
-    ASSERT_EQ(b.names.size(), 1u);
-    EXPECT_EQ(b.names[0].rgce, cell(0, 10, 3));
-    EXPECT_EQ(get(s, L"single", -2), range(10, 10, 3, 3));
-
-    struct Case {
-        const wchar_t *name;
-        int scope;
-        uint16_t itab;
-    };
-    const Case cases[] = {
-        {L"Book", SheetNames::kScopeBook, 0},
-        {L"Here", SheetNames::kScopeThisSheet, 2},
-        {L"There", 2, 3},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.scope);
-        s.setNamedRange(c.name, 0, 3, 0, 1, c.scope);
-        const Lbl &l = b.names.back();
-        EXPECT_FALSE(l.builtin());
-        EXPECT_EQ(l.itab, c.itab);
-        EXPECT_EQ(l.nameText(), c.name);
-        EXPECT_EQ(l.rgce.size(), 11u);
-        EXPECT_EQ(get(s, c.name, c.scope), range(0, 3, 0, 1));
-        EXPECT_EQ(get(s, c.name, SheetNames::kScopeThisSheet), range(0, 3, 0, 1));
-    }
-    EXPECT_EQ(errorOf([&] { get(s, L"Book", 1); }), "named range is not found");
-    EXPECT_EQ(errorOf([&] { get(s, L"There", -1); }), "named range is not found");
-    // Every new name has an XTI of its own.
-    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI.size(), 4u);
-
-    // The same name in the same scope is overwritten: the last area wins.
-    s.setNamedRange(L"Book", 7, 8, 9, 10, SheetNames::kScopeBook);
-    EXPECT_EQ(b.names.size(), 4u);
-    EXPECT_EQ(get(s, L"BOOK", -1), range(7, 8, 9, 10));
-    // Another scope makes another name.
-    s.setNamedRange(L"Book", 1, 2, 1, 2, 0);
-    EXPECT_EQ(b.names.size(), 5u);
-    EXPECT_EQ(get(s, L"Book", 0), range(1, 2, 1, 2));
-
-    EXPECT_EQ(errorOf([&] { s.setNamedRange(L"two words", 0, 0, 0, 0, -2); }),
-              "space symbol isn't allowed");
-    EXPECT_EQ(errorOf([&] { s.setNamedRange(L"x", 0, 0, 0, 300, -2); }),
-              "col must be in range 0-255");
-    EXPECT_EQ(b.names.size(), 5u);
-}
-
-TEST(SheetNamesTest, ListAndDeleteBySheet) {
+// A cell name keeps its form; a sheet's list holds its own names and the
+// book's names of its sheet, not another sheet's.
+TEST(SheetNamesTest, NamesOfASheetAndTheirForms) {
     Book b;
     SheetNames s0 = b.sheet(0), s1 = b.sheet(1);
+    s1.setNamedRange(L"Single", 4, 4, 2, 2, SheetNames::kScopeThisSheet);
+    s1.setNamedRange(L"Single", 10, 20, 3, 5, SheetNames::kScopeThisSheet);
+    ASSERT_EQ(b.names.size(), 1u);
+    EXPECT_EQ(b.names[0].rgce, cell(0, 10, 3));
     s0.setNamedRange(L"A", 0, 0, 0, 0, -2);
     s1.setNamedRange(L"B", 1, 2, 1, 2, -1);
-    s0.setPrintArea(0, 9, 0, 9);
-    s1.setNamedRange(L"C", 3, 3, 3, 3, -2);
-    b.names[3].setHidden(true);
-    s0.setPrintRepeatRows(0, 0);
-    s0.setPrintRepeatCols(0, 0);
-
-    EXPECT_EQ(s0.namedRangeSize(), 2);
-    EXPECT_EQ(s1.namedRangeSize(), 2);
-    EXPECT_EQ(b.sheet(2).namedRangeSize(), 0);
-    struct Want {
-        std::wstring name;
-        Range r;
-        int scope;
-        bool hidden;
-    };
-    const Want want[] = {
-        {L"A", range(0, 0, 0, 0), 0, false},
-        {L"Print_Area", range(0, 9, 0, 9), 0, false},
-    };
-    for (int i = 0; i < 2; ++i) {
-        Range r;
-        int scope = 99;
-        bool hidden = true;
-        std::wstring name = s0.namedRange(i, &r.r1, &r.r2, &r.c1, &r.c2, &scope, &hidden);
-        EXPECT_EQ(name, want[i].name);
-        EXPECT_EQ(r, want[i].r);
-        EXPECT_EQ(scope, want[i].scope);
-        EXPECT_EQ(hidden, want[i].hidden);
-    }
+    b.names.back().setHidden(true);
+    EXPECT_EQ(s0.namedRangeSize(), 1);
     int scope = 0;
     bool hidden = false;
-    EXPECT_EQ(s1.namedRange(0, nullptr, nullptr, nullptr, nullptr, &scope, nullptr), L"B");
-    EXPECT_EQ(scope, -1);
-    EXPECT_EQ(s1.namedRange(1, nullptr, nullptr, nullptr, nullptr, &scope, &hidden), L"C");
+    EXPECT_EQ(s1.namedRange(1, nullptr, nullptr, nullptr, nullptr, &scope, &hidden), L"B");
     EXPECT_TRUE(hidden);
-    EXPECT_EQ(
-        errorOf([&] { s1.namedRange(2, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
-        "index is out of range");
-    EXPECT_EQ(
-        errorOf([&] { s1.namedRange(-1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }),
-        "index is out of range");
-    // Names of another sheet are not found from this one.
-    EXPECT_EQ(errorOf([&] { get(s0, L"C", -2); }), "named range is not found");
-
-    struct Del {
-        SheetNames *sheet;
-        const wchar_t *name;
-        int scope;
-        const char *error;
-    };
-    const Del dels[] = {
-        {&s0, L"b", 0, "named range is not found"},  // B is the book's
-        {&s0, L"c", -2, "named range is not found"}, // C points at sheet 1
-        {&s1, L"c", -2, ""},
-        {&s0, L"b", -1, ""},
-        {&s0, L"b", -1, "named range is not found"},
-        {&s0, L"PRINT_AREA", 0, ""},
-    };
-    for (const Del &d : dels) {
-        SCOPED_TRACE(d.error);
-        EXPECT_EQ(errorOf([&] { d.sheet->delNamedRange(d.name, d.scope); }), d.error);
-    }
-    ASSERT_EQ(b.names.size(), 2u);
-    EXPECT_EQ(b.names[0].nameText(), L"A");
-    EXPECT_EQ(b.names[1].nameText(), L"Print_Titles");
+    EXPECT_EQ(scope, -1);
+    for (int bad : {2, -1})
+        EXPECT_EQ(errorOf([&] {
+                      s1.namedRange(bad, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+                  }),
+                  "index is out of range");
+    EXPECT_EQ(errorOf([&] { get(s0, L"Single", -2); }), "named range is not found");
+    EXPECT_EQ(errorOf([&] { s0.delNamedRange(L"single", -2); }), "named range is not found");
+    EXPECT_EQ(errorOf([&] { s0.setNamedRange(L"x", 0, 0, 0, 300, -2); }),
+              "col must be in range 0-255");
+    // An area name set again in its scope takes the new area; names go by
+    // the book's scope and by a sheet's index.
+    s0.setNamedRange(L"Area", 0, 3, 0, 1, SheetNames::kScopeBook);
+    s0.setNamedRange(L"Area", 7, 8, 9, 10, SheetNames::kScopeBook);
+    EXPECT_EQ(get(s0, L"AREA", -1), range(7, 8, 9, 10));
+    s0.setNamedRange(L"There", 0, 0, 0, 0, 2);
+    const size_t count = b.names.size();
+    EXPECT_EQ(errorOf([&] {
+                  s0.delNamedRange(L"area", SheetNames::kScopeBook);
+                  s0.delNamedRange(L"there", 2);
+              }),
+              "");
+    EXPECT_EQ(b.names.size(), count - 2);
 }
 
 TEST(SheetNamesTest, SelfReferenceGoesInFrontOfExternalBooks) {
@@ -314,43 +231,4 @@ TEST(SheetNamesTest, SelfReferenceGoesInFrontOfExternalBooks) {
     EXPECT_EQ(xti[1], XTI(0, 0, 0));
     EXPECT_EQ(b.names[1].rgce, area(1, 0, 1, 0, 1));
     EXPECT_EQ(s.namedRangeSize(), 1);
-}
-
-TEST(SheetNamesTest, SelfReferenceWithoutExternSheetGetsOne) {
-    Book b;
-    SupBookBlock self;
-    self.supBook.data = {3, 0, 1, 4};
-    b.supBooks.push_back(self);
-    SheetNames s = b.sheet(2);
-    s.setNamedRange(L"X", 1, 1, 1, 1, -2);
-    ASSERT_EQ(b.supBooks.size(), 1u);
-    EXPECT_TRUE(b.supBooks[0].hasExternSheet);
-    ASSERT_EQ(b.supBooks[0].externSheet.rgXTI.size(), 1u);
-    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI[0], XTI(0, 2, 2));
-    EXPECT_EQ(get(s, L"x", 2), range(1, 1, 1, 1));
-}
-
-TEST(SheetNamesTest, RowsInsertedAndRemovedUnderNames) {
-    Book b;
-    SheetNames s = b.sheet(0);
-    s.setNamedRange(L"Cell", 10, 10, 1, 1, -2);
-    s.setNamedRange(L"Area", 2, 5, 0, 1, -2);
-    s.setNamedRange(L"Column", 0, 65535, 3, 3, -2);
-    s.setNamedRange(L"Bottom", 65000, 65535, 0, 0, -2);
-    b.sheet(1).setNamedRange(L"Other", 10, 10, 1, 1, -2);
-
-    s.updateNamedRange(0, 0, true);
-    EXPECT_EQ(get(s, L"Cell", -2), range(11, 11, 1, 1));
-    EXPECT_EQ(get(s, L"Area", -2), range(3, 6, 0, 1));
-    // Two rows at row 4: the area's first row stays, its last one moves.
-    s.updateNamedRange(4, 5, true);
-    EXPECT_EQ(get(s, L"Area", -2), range(3, 8, 0, 1));
-    EXPECT_EQ(get(s, L"Cell", -2), range(13, 13, 1, 1));
-    EXPECT_EQ(get(s, L"Column", -2), range(0, 65535, 3, 3));
-    EXPECT_EQ(get(s, L"Bottom", -2), range(65003, 65535, 0, 0));
-    // Removal moves a cell down too, and leaves areas alone.
-    s.updateNamedRange(0, 0, false);
-    EXPECT_EQ(get(s, L"Cell", -2), range(14, 14, 1, 1));
-    EXPECT_EQ(get(s, L"Area", -2), range(3, 8, 0, 1));
-    EXPECT_EQ(get(b.sheet(1), L"Other", -2), range(10, 10, 1, 1));
 }

@@ -2,6 +2,7 @@
 // settings, protection, page breaks, names and a hidden sheet is converted
 // by LibreOffice, and what it understood is read back with openpyxl.
 #include "biff/book_impl.h"
+#include "support/binary_book.h"
 #include "support/interop_tools.h"
 
 #include "support/oracle.h"
@@ -19,25 +20,10 @@ using namespace bifftest;
 
 namespace {
 
-bool haveSoffice() { return std::system("command -v soffice >/dev/null 2>&1") == 0; }
-
-// `path` converted to .xlsx by LibreOffice in `dir`; "" when it failed.
-std::string toXlsx(const std::string &path, const std::string &dir) {
-    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
-    std::string cmd =
-        "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
-        "/profile --convert-to xlsx --outdir '" + dir + "' '" + path + "' >/dev/null 2>&1";
-    if (std::system(cmd.c_str()) != 0) return "";
-    std::string base = path.substr(path.rfind('/') + 1);
-    std::string out = dir + "/" + base.substr(0, base.rfind('.')) + ".xlsx";
-    return std::ifstream(out).good() ? out : "";
-}
-
 TEST(SheetSettingsInterop, LibreOfficeSeesPrintSetupNamesAndViews) {
-    if (!haveSoffice()) GTEST_SKIP() << "LibreOffice is not installed";
+    if (!oracle::has("soffice")) GTEST_SKIP() << "LibreOffice is not installed";
     if (!oracle::has("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
-    std::unique_ptr<BookImplT<char>> book(new BinaryBookT<char>());
-    book->setLocale("UTF-8");
+    BinaryBook<> book = newBinaryBook();
     ISheetT<char> *s = book->addSheet("Setup", nullptr);
     ISheetT<char> *f = book->addSheet("Fit", nullptr);
     ISheetT<char> *h = book->addSheet("Hidden", nullptr);
@@ -77,7 +63,7 @@ TEST(SheetSettingsInterop, LibreOfficeSeesPrintSetupNamesAndViews) {
 
     std::string path = tmpPath("sheet_settings.xls");
     ASSERT_TRUE(book->save(path.c_str())) << book->errorMessage();
-    std::string xlsx = toXlsx(path, tmpPath("sheet_settings_lo"));
+    std::string xlsx = convertWithLibreOffice(path, freshDir("sheet_settings_lo"), "xlsx", "xlsx");
     ASSERT_FALSE(xlsx.empty()) << "LibreOffice converted nothing";
 
     std::vector<std::string> expected = {

@@ -4,23 +4,24 @@
 // the expected places, and refused edits with their messages.
 #include "biff/book_impl.h"
 #include "biff/sheet_impl.h"
+#include "support/binary_book.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
 using namespace tabrix;
+using namespace bifftest;
 
 namespace {
 
 using Sheet = ISheetT<char>;
-using Book = std::unique_ptr<BookImplT<char>>;
+using Book = BinaryBook<>;
 
 const int kRows = 8, kCols = 5;
 
@@ -30,8 +31,7 @@ double valueAt(int r, int c) { return 100 * r + c + 1; }
 // high, row 6 hidden; column 2 20 characters wide; a cell name at B6, an
 // area name over A2:B4; a formula =A1 in A9.
 Book baseBook() {
-    Book b(new BinaryBookT<char>());
-    b->setLocale("UTF-8");
+    Book b = newBinaryBook();
     Sheet *s = b->addSheet("S", nullptr);
     for (int r = 0; r < kRows; ++r)
         for (int c = 0; c < kCols; ++c) s->writeNum(r, c, valueAt(r, c), nullptr);
@@ -45,15 +45,7 @@ Book baseBook() {
     return b;
 }
 
-Book reloaded(BookImplT<char> &b) {
-    const char *data = nullptr;
-    unsigned size = 0;
-    EXPECT_TRUE(b.saveRaw(&data, &size)) << b.errorMessage();
-    Book back(new BinaryBookT<char>());
-    back->setLocale("UTF-8");
-    EXPECT_TRUE(back->loadRaw(data, size)) << back->errorMessage();
-    return back;
-}
+Book reloaded(BookImplT<char> &b) { return loadedBook(savedBytes(b)); }
 
 // "0 1 - 2" -> {0, 1, -1, 2}: new position i holds old position v.
 std::vector<int> places(const std::string &text) {

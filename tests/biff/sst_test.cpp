@@ -47,6 +47,14 @@ struct RoundTrip {
     }
 };
 
+// A 1-byte string of n letters first in `sst`: it takes 3 + n bytes.
+void addFiller(SST &sst, size_t n) {
+    sst.insert(text(n, L'a', 1).c_str(), false);
+    ExtString f = sst.strings().extract(0);
+    f.flags = 0;
+    sst.strings().insert(0, f);
+}
+
 ExtString richString(MemPool &pool, const std::wstring &t, size_t runs, size_t phonetic,
                      uint8_t width) {
     ExtString s;
@@ -110,14 +118,7 @@ TEST(Sst, StringsOfEverySizeClassRoundTrip) {
     for (const Case &c : cases) {
         MemPool pool;
         SST sst(pool);
-        std::wstring fill = text(c.filler, L'a', 1);
-        // 1-byte filler: the filler takes 3 + filler bytes.
-        if (c.filler) {
-            sst.insert(fill.c_str(), false);
-            ExtString f = sst.strings().extract(0);
-            f.flags = 0;
-            sst.strings().insert(0, f);
-        }
+        if (c.filler) addFiller(sst, c.filler);
         std::wstring t = c.width ? text(c.length, 0x3041, 7) : text(c.length, L'A', 3);
         ExtString s = richString(pool, t, c.runs, c.phonetic, c.width);
         bool inserted = false;
@@ -136,55 +137,6 @@ TEST(Sst, StringsOfEverySizeClassRoundTrip) {
                 EXPECT_EQ(rt.records[i].first, 60) << what;
             }
         }
-    }
-}
-
-TEST(Sst, SplitsFallWhereTheWriterPromises) {
-    struct Case {
-        size_t free;               // bytes left in the record for the string
-        size_t length;             // 2-byte characters
-        std::vector<size_t> sizes; // SST and CONTINUE record sizes
-        int continueFlagAt;        // record whose first byte is a repeated flag
-        bool pairAtSplit = false;  // units 7 and 8 are a surrogate pair
-    };
-    // 8216 bytes follow the counts; a 1-byte filler of n characters takes
-    // 3 + n of them.
-    const Case cases[] = {
-        // 20 free: 17 after the header, the odd byte is left: 8 characters.
-        {20, 100, {8224 - 1, 1 + 184}, 1},
-        // 10 free: the header stays and a character follows it.
-        {10, 4, {8224 - 1, 1 + 2}, 1},
-        // 9 free: the whole string moves to a CONTINUE.
-        {9, 4, {8224 - 9, 3 + 8}, -1},
-        // 20 free, but the 8th character is the first half of a pair: the
-        // record ends one unit earlier, the pair goes whole.
-        {20, 100, {8224 - 3, 1 + 186}, 1, true},
-    };
-    for (const Case &c : cases) {
-        MemPool pool;
-        SST sst(pool);
-        std::wstring fill = text(8216 - 3 - c.free, L'a', 1);
-        sst.insert(fill.c_str(), false);
-        ExtString f = sst.strings().extract(0);
-        f.flags = 0;
-        sst.strings().insert(0, f);
-        std::wstring t = text(c.length, 0x4E00, 5);
-        if (c.pairAtSplit) {
-            t[7] = 0xD83D;
-            t[8] = 0xDE00;
-        }
-        sst.insert(t.c_str(), false);
-        RoundTrip rt;
-        rt.run(sst);
-        std::vector<size_t> sizes;
-        for (auto &r : rt.records)
-            if (r.first == 252 || r.first == 60) sizes.push_back(r.second.size());
-        EXPECT_EQ(sizes, c.sizes) << c.free;
-        if (c.continueFlagAt > 0) {
-            EXPECT_EQ(rt.records[size_t(c.continueFlagAt)].second[0], 1);
-        }
-        ASSERT_EQ(rt.back.strings().count(), 2u);
-        EXPECT_EQ(std::wstring(rt.back.extract(1)), t) << c.free;
     }
 }
 

@@ -39,14 +39,7 @@ std::string ourBook(const std::string &path) {
 
 // `source` saved again by LibreOffice as a binary book.
 std::string viaLibreOffice(const std::string &source, const std::string &name) {
-    const std::string dir = tmpPath(name + "_lo");
-    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
-    const std::string cmd = "soffice --headless --norestore -env:UserInstallation=file://" + dir +
-                            "/profile --convert-to xls --outdir '" + dir + "' '" + source +
-                            "' >/dev/null 2>&1";
-    std::string base = source.substr(source.rfind('/') + 1);
-    const std::string out = dir + "/" + base.substr(0, base.rfind('.')) + ".xls";
-    return std::system(cmd.c_str()) == 0 && exists(out) ? out : "";
+    return convertWithLibreOffice(source, freshDir(name + "_lo"), "xls", "xls");
 }
 
 // The structure lines of our view, in the oracle's form and order.

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <set>
 
 namespace bifftest {
@@ -16,6 +17,31 @@ const char *kPython = "/usr/bin/python3";
 }
 
 std::string tmpPath(const std::string &name) { return std::string(TABRIX_TEST_TMP) + "/" + name; }
+
+std::string freshDir(const std::string &name) {
+    const std::string dir = name.compare(0, 1, "/") == 0 ? name : tmpPath(name);
+    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
+    return dir;
+}
+
+std::string readFile(const std::string &path) {
+    std::ifstream f(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(f), {});
+}
+
+void writeFile(const std::string &path, const std::string &bytes) {
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+std::string convertWithLibreOffice(const std::string &path, const std::string &dir,
+                                   const std::string &to, const std::string &ext) {
+    const std::string cmd =
+        "cd '" + dir + "' && soffice --headless --norestore -env:UserInstallation=file://" + dir +
+        "/profile --convert-to " + to + " --outdir '" + dir + "' '" + path + "' >/dev/null 2>&1";
+    std::string base = path.substr(path.rfind('/') + 1);
+    const std::string out = dir + "/" + base.substr(0, base.rfind('.')) + "." + ext;
+    return std::system(cmd.c_str()) == 0 && std::ifstream(out).good() ? out : "";
+}
 
 std::vector<std::string> runPython(const std::string &scriptName, const char *script,
                                    const std::string &args) {
@@ -41,6 +67,27 @@ std::vector<std::string> runPython(const std::string &scriptName, const char *sc
     return lines;
 }
 
+std::vector<std::string> xlsFromXlsx(const std::string &xlsx, const std::string &dir,
+                                     bool gnumeric) {
+    // A copy in `dir`: the corpus is read-only, and the converters write
+    // beside their input.
+    std::string base = xlsx.substr(xlsx.rfind('/') + 1);
+    base = base.substr(0, base.rfind('.'));
+    const std::string copy = dir + "/" + base + ".xlsx";
+    if (copy != xlsx) writeFile(copy, readFile(xlsx));
+    std::vector<std::string> made;
+    const std::string lo = convertWithLibreOffice(copy, dir, "xls", "xls");
+    if (!lo.empty()) made.push_back(lo);
+    const std::string gn = dir + "/" + base + "_gnumeric.xls";
+    if (gnumeric &&
+        std::system(("ssconvert --export-type=Gnumeric_Excel:excel_biff8 '" + copy + "' '" + gn +
+                     "' >/dev/null 2>&1")
+                        .c_str()) == 0 &&
+        std::ifstream(gn).good())
+        made.push_back(gn);
+    return made;
+}
+
 std::vector<std::string> corpusXlsFiles() {
     std::vector<std::string> files;
     for (const char *sub : {"libxls", "xlrd", "calamine"}) {
@@ -60,8 +107,7 @@ std::vector<std::string> corpusXlsFiles() {
 
 std::vector<std::string> freshProducersFiles(const std::string &scratchName) {
     std::vector<std::string> files;
-    std::string dir = tmpPath(scratchName);
-    std::system(("rm -rf '" + dir + "' && mkdir -p '" + dir + "'").c_str());
+    std::string dir = freshDir(scratchName);
     std::string csv = dir + "/table.csv";
     std::ofstream(csv) << "name,amount,ok\nSeattle,350.5,TRUE\nSan Diego,600,FALSE\n\"caf\xc3\xa9, "
                           "ltd\",-1e-3,TRUE\n"

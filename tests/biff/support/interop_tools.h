@@ -10,6 +10,24 @@ namespace bifftest {
 
 // A path in the test scratch directory.
 std::string tmpPath(const std::string &name);
+// The scratch folder `name`, made new and empty; its path.
+std::string freshDir(const std::string &name);
+
+// The bytes of the file at `path` ("" when it can't be read), and a file
+// written with `bytes`.
+std::string readFile(const std::string &path);
+void writeFile(const std::string &path, const std::string &bytes);
+
+// `path` converted by LibreOffice (headless, its profile in `dir`) with the
+// --convert-to argument `to` into `dir`; the new file, named for `path` with
+// the extension `ext`, or "" when the conversion failed.
+std::string convertWithLibreOffice(const std::string &path, const std::string &dir,
+                                   const std::string &to, const std::string &ext);
+
+// Binary books made from the Open XML book `xlsx` in `dir` by LibreOffice
+// and, when `gnumeric`, by gnumeric's ssconvert; only those made.
+std::vector<std::string> xlsFromXlsx(const std::string &xlsx, const std::string &dir,
+                                     bool gnumeric);
 
 // Runs `script` (saved once as `scriptName` in the scratch directory) with
 // `args` and gives its output lines; {"ERROR popen"} when it cannot start.

@@ -16,6 +16,12 @@ namespace bifftest {
 using Bytes = std::vector<uint8_t>;
 using Records = std::vector<std::pair<uint16_t, Bytes>>;
 
+// The bytes of `a`, then those of `b`.
+inline Bytes operator+(Bytes a, const Bytes &b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
 // n bytes 1, 8, 15, ...: no field of them is zero by chance.
 inline Bytes seq(size_t n, uint8_t start = 1) {
     Bytes v(n);
