@@ -8,7 +8,8 @@ build="${1:-$src/build-cov}"
 jobs="${2:-2}"
 cmake -S "$src" -B "$build" -DCMAKE_BUILD_TYPE=Debug -DTABRIX_BENCH=OFF \
   -DCMAKE_C_FLAGS=--coverage -DCMAKE_CXX_FLAGS=--coverage \
-  -DCMAKE_EXE_LINKER_FLAGS=--coverage -DCMAKE_SHARED_LINKER_FLAGS=--coverage >/dev/null
+  -DCMAKE_EXE_LINKER_FLAGS=--coverage -DCMAKE_SHARED_LINKER_FLAGS=--coverage \
+  -DCMAKE_MODULE_LINKER_FLAGS=--coverage >/dev/null
 cmake --build "$build" -j"$jobs"
 find "$build" -name '*.gcda' -delete
 (cd "$build" && ctest -j"$jobs" --output-on-failure >/dev/null) || echo "coverage: some tests failed"

@@ -36,7 +36,7 @@ struct FakeSheet {
         cells[{r, c}] = FakeCell{CELL_NUMBER, v, "", date};
     }
     void text(int r, int c, const std::string &v) { cells[{r, c}] = FakeCell{CELL_STRING, 0, v}; }
-    void boolean(int r, int c, bool v) { cells[{r, c}] = FakeCell{CELL_BOOL, v ? 1.0 : 0.0}; }
+    void boolean(int r, int c, bool v) { cells[{r, c}] = FakeCell{CELL_BOOL, v ? 1.0 : 0.0, ""}; }
     void kind(int r, int c, int k) { cells[{r, c}].kind = k; }
     const FakeCell *at(int r, int c) const {
         auto it = cells.find({r, c});
