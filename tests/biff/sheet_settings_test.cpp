@@ -324,7 +324,9 @@ TEST_P(SheetSettings, SheetListOperations) {
     EXPECT_TRUE(b->delSheet(3));
     EXPECT_EQ(b->activeSheet(), 2);
     EXPECT_EQ(b->sheetCount(), 3);
-    if (GetParam().deletedSheetsStay) EXPECT_STREQ(accents->name(), wide.substr(0, 62).c_str());
+    if (GetParam().deletedSheetsStay) {
+        EXPECT_STREQ(accents->name(), wide.substr(0, 62).c_str());
+    }
     EXPECT_TRUE(b->delSheet(0));
     EXPECT_TRUE(b->delSheet(0));
     EXPECT_FALSE(b->delSheet(0));
