@@ -123,19 +123,28 @@ void c_row_data::erase_cell(size_t at) {
 
 void c_row_data::read_plain_cells(lmx::c_xml_reader &r, int32_t cell_type) {
     const std::string_view in = r.raw_rest();
+    // The cells gather in a reused batch, so that the row's array is
+    // allocated once at its size.
+    thread_local std::vector<c_cell> batch;
+    batch.clear();
     size_t p = 0;
     for (;;) {
         size_t q = p;
         while (q < in.size() && (in[q] == ' ' || in[q] == '\n' || in[q] == '\r' || in[q] == '\t'))
             ++q;
         if (q + 1 >= in.size() || in[q] != '<' || in[q + 1] != 'c') break;
-        c_cell &cell = _cells.emplace_back(set(), cell_type);
+        c_cell &cell = batch.emplace_back(set(), cell_type);
         const size_t n = cell.read_plain(in.substr(q));
         if (!n) {
-            _cells.pop_back();
+            batch.pop_back();
             break;
         }
         p = q + n;
+    }
+    if (!batch.empty()) {
+        _cells.reserve(_cells.size() + batch.size());
+        for (c_cell &c : batch) _cells.push_back(std::move(c));
+        batch.clear();
     }
     r.raw_advance(p);
 }
