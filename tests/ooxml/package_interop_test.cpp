@@ -17,25 +17,14 @@
 #include "ooxml/package/package_names.h"
 #include "ooxml/package/relationships.h"
 #include "ooxml/package/zip_package.h"
+#include "support/packages.h"
 
 using namespace tabrix;
 namespace fs = std::filesystem;
 
 namespace {
 
-using Parts = std::map<std::wstring, std::string, CaseInsensitiveLess>;
-
-Parts loadParts(ZipReader &zip) {
-    Parts parts;
-    for (size_t i = 0; i < zip.size(); ++i) {
-        char *bytes = nullptr;
-        size_t n = 0;
-        zip.data(i, bytes, n);
-        parts[zip.name(i)].assign(bytes, n);
-        std::free(bytes);
-    }
-    return parts;
-}
+using packages::Parts;
 
 // Walks the relationships from the package root; answers the problems found.
 std::string walk(const Parts &parts) {
@@ -87,7 +76,7 @@ TEST(PackageInterop, CorpusPackagesOpen) {
         std::string problem;
         try {
             ZipReader zip(packageWide(f.path().string()));
-            problem = walk(loadParts(zip));
+            problem = walk(packages::unzip(zip));
         } catch (const tberror &e) {
             problem = e.what();
         }
@@ -107,8 +96,7 @@ TEST(PackageInterop, CorpusPackagesOpen) {
 TEST(PackageInterop, LibreOfficeOpensWrittenPackage) {
     if (std::system("command -v soffice >/dev/null 2>&1") != 0)
         GTEST_SKIP() << "LibreOffice is not installed";
-    const std::string dir = std::string(TABRIX_TEST_TMP) + "/package_lo";
-    fs::create_directories(dir);
+    const std::string dir = packages::scratch("package_lo", "").string();
     ContentTypes types;
     types.addDefault(L"rels", pkg::kCtRelationships);
     types.addDefault(L"xml", pkg::kCtXml);

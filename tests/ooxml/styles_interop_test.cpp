@@ -2,7 +2,6 @@
 // takes format i, reads in openpyxl with the same number formats, fonts,
 // fills, borders, alignment and protection.
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -11,69 +10,30 @@
 
 #include <gtest/gtest.h>
 
-#include "ooxml/package/zip_package.h"
 #include "ooxml/styles/styles.h"
 #include "support/oracle.h"
+#include "support/packages.h"
 
 using namespace tabrix;
 namespace fs = std::filesystem;
 
 namespace {
 
-const char *const kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
-const char *const kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
-
 // A package of one sheet whose row i holds a number in A with style i.
 void writePackage(const fs::path &path, const std::string &styles, int cells) {
-    const std::string types =
-        "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
-        "<Default Extension=\"rels\" "
-        "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
-        "<Default Extension=\"xml\" ContentType=\"application/xml\"/>"
-        "<Override PartName=\"/xl/workbook.xml\" "
-        "ContentType=\"application/"
-        "vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
-        "<Override PartName=\"/xl/worksheets/sheet1.xml\" "
-        "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/"
-        ">"
-        "<Override PartName=\"/xl/styles.xml\" "
-        "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml\"/>"
-        "</Types>";
-    const std::string rels = std::string("<Relationships xmlns=\"http://schemas.openxmlformats.org/"
-                                         "package/2006/relationships\"><Relationship Id=\"rId1\" "
-                                         "Type=\"") +
-                             kRel +
-                             "/officeDocument\" Target=\"xl/workbook.xml\"/></Relationships>";
-    const std::string book = std::string("<workbook xmlns=\"") + kMain + "\" xmlns:r=\"" + kRel +
-                             "\"><sheets><sheet name=\"S\" sheetId=\"1\" r:id=\"rId1\"/></sheets>"
-                             "</workbook>";
-    const std::string bookRels =
-        std::string("<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/"
-                    "relationships\"><Relationship Id=\"rId1\" Type=\"") +
-        kRel + "/worksheet\" Target=\"worksheets/sheet1.xml\"/><Relationship Id=\"rId2\" Type=\"" +
-        kRel + "/styles\" Target=\"styles.xml\"/></Relationships>";
-    std::string sheet = std::string("<worksheet xmlns=\"") + kMain + "\"><sheetData>";
+    packages::Parts p = packages::workbook(
+        {"worksheets/sheet1.xml"}, false, "", packages::rel(packages::kRel, "rId9", "styles", "styles.xml"),
+        "<Override PartName=\"/xl/styles.xml\" ContentType=\"application/"
+        "vnd.openxmlformats-officedocument.spreadsheetml.styles+xml\"/>");
+    std::string sheet = std::string("<worksheet xmlns=\"") + packages::kMain + "\"><sheetData>";
     for (int i = 0; i < cells; ++i) {
         const std::string r = std::to_string(i + 1);
         sheet += "<row r=\"" + r + "\"><c r=\"A" + r + "\" s=\"" + std::to_string(i) +
                  "\"><v>1</v></c></row>";
     }
-    sheet += "</sheetData></worksheet>";
-    ZipWriter zip;
-    for (const auto &[name, text] :
-         {std::pair<const wchar_t *, const std::string &>{L"/[Content_Types].xml", types},
-          {L"/_rels/.rels", rels},
-          {L"/xl/workbook.xml", book},
-          {L"/xl/_rels/workbook.xml.rels", bookRels},
-          {L"/xl/worksheets/sheet1.xml", sheet},
-          {L"/xl/styles.xml", styles}})
-        zip.add(name, text.data(), text.size());
-    zip.close();
-    char *bytes = nullptr;
-    size_t length = 0;
-    zip.getRaw(bytes, length);
-    std::ofstream(path, std::ios::binary).write(bytes, static_cast<std::streamsize>(length));
-    std::free(bytes);
+    p[L"/xl/worksheets/sheet1.xml"] = sheet + "</sheetData></worksheet>";
+    p[L"/xl/styles.xml"] = styles;
+    std::ofstream(path, std::ios::binary) << packages::zip(p);
 }
 
 using Fmt = IFormatT<char>;
@@ -183,9 +143,7 @@ TEST(StylesInterop, OpenpyxlAndLibreOfficeReadTheStylesWeWrite) {
     for (const Styled &c : kCells) c.set(s, *s.addFormat(nullptr));
     std::string xml;
     s.save(xml);
-    const fs::path dir = fs::path(TABRIX_TEST_TMP) / "styles_interop";
-    fs::create_directories(dir);
-    const fs::path path = dir / "styles.xlsx";
+    const fs::path path = packages::scratch("styles_interop", "styles.xlsx");
     writePackage(path, xml, n + 1);
     const oracle::Lines lines = oracle::dump("openpyxl-styles", path.string(), true);
     ASSERT_FALSE(oracle::failed(lines)) << (lines.empty() ? "" : lines[0]);

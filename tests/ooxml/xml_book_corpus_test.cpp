@@ -7,7 +7,7 @@
 #include <map>
 #include <string>
 
-#include "support/package_round_trip.h"
+#include "support/packages.h"
 
 namespace fs = std::filesystem;
 
@@ -27,7 +27,7 @@ TEST(XMLBookCorpus, EveryPartSurvivesASave) {
         const std::string ext = e.path().extension().string();
         if (ext != ".xlsx" && ext != ".xlsm") continue;
         const std::string name = e.path().filename().string();
-        const std::string problem = packageRoundTrip(e.path());
+        const std::string problem = packages::packageRoundTrip(e.path());
         const auto bad = kKnownBad.find(name);
         if (bad != kKnownBad.end()) {
             EXPECT_EQ(problem.substr(0, 5), "load:") << name << " now loads: " << bad->second;
