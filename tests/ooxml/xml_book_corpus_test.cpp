@@ -1,16 +1,23 @@
 // Every xlsx and xlsm of the public corpus loads, every cell of its
 // worksheets within their extents reads as its type says without a
-// failure, and the book saves and loads again with every part it had:
-// parts the book does not model byte for byte, the calculation chain alone
-// left out.
+// failure, every picture of its drawings is found, and the book saves and
+// loads again with every part it had: parts the book does not model byte
+// for byte, drawings canonically equal, the calculation chain alone left
+// out.
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
+#include "ooxml/book/xml_book_impl.h"
+#include "ooxml/drawing/drawing.h"
+#include "ooxml/package/zip_package.h"
+#include "ooxml/xml_book_proxy.h"
 #include "support/packages.h"
+#include "support/xml_parts.h"
 
 using namespace tabrix;
 namespace fs = std::filesystem;
@@ -46,18 +53,32 @@ std::string readCell(IBookT<char> &book, ISheetT<char> &sheet, int r, int c) {
 TEST(XMLBookCorpus, EveryCellReadsAndEveryPartSurvivesASave) {
     const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
     if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
-    int checked = 0, sheets = 0;
+    int checked = 0, sheets = 0, drawings = 0, pictures = 0;
     long cells = 0;
     for (const auto &e : fs::recursive_directory_iterator(corpus)) {
         const std::string ext = e.path().extension().string();
         if (ext != ".xlsx" && ext != ".xlsm") continue;
         const std::string name = e.path().filename().string();
         std::string firstBad;
+        std::vector<std::wstring> drawingParts;
         auto readAll = [&](IBookT<char> &book) {
+            auto *impl = dynamic_cast<XMLBookImplT<char> *>(
+                static_cast<XMLBookProxy<char> &>(book).impl());
+            for (const auto &p : impl->parts())
+                if (impl->contentTypes().contentType(p.first) ==
+                    L"application/vnd.openxmlformats-officedocument.drawing+xml") {
+                    EXPECT_TRUE(dynamic_cast<Drawing *>(p.second)) << e.path() << " kept as bytes";
+                    drawingParts.push_back(p.first);
+                }
             for (int i = 0; i < book.sheetCount(); ++i) {
                 ISheetT<char> *s = book.sheetType(i) == SHEETTYPE_SHEET ? book.getSheet(i) : nullptr;
                 if (!s) continue;
                 ++sheets;
+                for (int k = 0; k < s->pictureSize(); ++k, ++pictures)
+                    EXPECT_GE(s->getPicture(k, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                            nullptr, nullptr),
+                              0)
+                        << e.path() << " picture " << k << ": " << book.errorMessage();
                 const long area =
                     long(s->lastRow() - s->firstRow()) * long(s->lastCol() - s->firstCol());
                 if (area > 4000000) continue;
@@ -71,7 +92,8 @@ TEST(XMLBookCorpus, EveryCellReadsAndEveryPartSurvivesASave) {
             }
             return std::string();
         };
-        const std::string problem = packages::packageRoundTrip(e.path(), {}, readAll);
+        packages::Parts saved;
+        const std::string problem = packages::packageRoundTrip(e.path(), {}, readAll, &saved);
         const auto bad = kKnownBad.find(name);
         if (bad != kKnownBad.end()) {
             EXPECT_EQ(problem.substr(0, 5), "load:") << name << " now loads: " << bad->second;
@@ -80,10 +102,22 @@ TEST(XMLBookCorpus, EveryCellReadsAndEveryPartSurvivesASave) {
         EXPECT_EQ(problem, "") << e.path();
         EXPECT_EQ(firstBad, "") << e.path();
         ++checked;
+        if (drawingParts.empty()) continue;
+        ZipReader zip(e.path().wstring());
+        packages::Parts source = packages::unzip(zip);
+        for (const std::wstring &part : drawingParts) {
+            ++drawings;
+            const std::string want = xmlparts::canonicalXml(source[part]);
+            EXPECT_FALSE(want.empty()) << e.path();
+            EXPECT_EQ(xmlparts::canonicalXml(saved[part]), want) << e.path();
+        }
     }
-    std::printf("books %d, worksheets %d, cells read %ld\n", checked, sheets, cells);
+    std::printf("books %d, worksheets %d, cells read %ld, drawings %d, pictures %d\n", checked,
+                sheets, cells, drawings, pictures);
     EXPECT_GT(checked, 0);
     EXPECT_GT(sheets, 700);
+    EXPECT_GT(drawings, 100);
+    EXPECT_GT(pictures, 20);
 }
 
 } // namespace

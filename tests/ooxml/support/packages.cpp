@@ -106,7 +106,8 @@ std::filesystem::path scratch(const std::string &folder, const std::string &name
 
 std::string packageRoundTrip(const std::filesystem::path &file,
                              const std::filesystem::path &savedPath,
-                             const std::function<std::string(IBookT<char> &)> &edit) {
+                             const std::function<std::string(IBookT<char> &)> &edit,
+                             Parts *savedParts) {
     XMLBookProxy<char> book;
     if (!book.load(file.string().c_str())) return std::string("load: ") + book.errorMessage();
     auto *impl = dynamic_cast<XMLBookImplT<char> *>(book.impl());
@@ -147,6 +148,7 @@ std::string packageRoundTrip(const std::filesystem::path &file,
     if (!book.isNormalMode()) again.switchToStrictMode();
     if (!again.loadRaw(bytes, size)) return std::string("reload: ") + again.errorMessage();
     if (again.sheetCount() != book.sheetCount()) return "sheet count";
+    if (savedParts) *savedParts = saved;
     return "";
 }
 

@@ -52,12 +52,13 @@ std::filesystem::path scratch(const std::string &folder, const std::string &name
 // ""), saves it (to `savedPath` too when given), and checks that every part
 // of the source with a content type is in the saved package, the
 // calculation chain alone left out, parts the book keeps opaque byte for
-// byte, and that the saved package loads with as many sheets.  Answers what
-// went wrong, "load: ..." for a file that does not load; empty when nothing
-// did.
+// byte, and that the saved package loads with as many sheets; the saved
+// parts go to `savedParts` when given.  Answers what went wrong, "load: ..."
+// for a file that does not load; empty when nothing did.
 std::string packageRoundTrip(const std::filesystem::path &file,
                              const std::filesystem::path &savedPath = {},
-                             const std::function<std::string(tabrix::IBookT<char> &)> &edit = {});
+                             const std::function<std::string(tabrix::IBookT<char> &)> &edit = {},
+                             Parts *savedParts = nullptr);
 
 } // namespace packages
 
