@@ -2,8 +2,8 @@
 // worksheets within their extents reads as its type says without a
 // failure, every picture of its drawings is found, and the book saves and
 // loads again with every part it had: parts the book does not model byte
-// for byte, drawings canonically equal, the calculation chain alone left
-// out.
+// for byte, drawings and stylesheets canonically equal, the calculation
+// chain alone left out.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -24,6 +24,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+const wchar_t *const kDrawingType = L"application/vnd.openxmlformats-officedocument.drawing+xml";
+const wchar_t *const kStylesType =
+    L"application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml";
+
 // Files that are not packages a book can read, each with the reason.
 const std::map<std::string, std::string> kKnownBad = {
     {"pass_protected.xlsx", "an encrypted compound file, not a zip"},
@@ -35,7 +39,10 @@ const std::map<std::string, std::string> kKnownBad = {
 std::string readCell(IBookT<char> &book, ISheetT<char> &sheet, int r, int c) {
     IFormatT<char> *format = nullptr;
     switch (sheet.cellType(r, c)) {
-    case CELLTYPE_NUMBER: sheet.readNum(r, c, &format); break;
+    case CELLTYPE_NUMBER:
+        sheet.readNum(r, c, &format);
+        sheet.isDate(r, c);
+        break;
     case CELLTYPE_STRING: sheet.readStr(r, c, &format); break;
     case CELLTYPE_BOOLEAN: sheet.readBool(r, c, &format); break;
     case CELLTYPE_BLANK: sheet.readBlank(r, c, &format); break;
@@ -53,23 +60,28 @@ std::string readCell(IBookT<char> &book, ISheetT<char> &sheet, int r, int c) {
 TEST(XMLBookCorpus, EveryCellReadsAndEveryPartSurvivesASave) {
     const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
     if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
-    int checked = 0, sheets = 0, drawings = 0, pictures = 0;
+    int checked = 0, sheets = 0, compared = 0, pictures = 0;
     long cells = 0;
     for (const auto &e : fs::recursive_directory_iterator(corpus)) {
         const std::string ext = e.path().extension().string();
         if (ext != ".xlsx" && ext != ".xlsm") continue;
         const std::string name = e.path().filename().string();
         std::string firstBad;
-        std::vector<std::wstring> drawingParts;
+        std::vector<std::wstring> modelled;
         auto readAll = [&](IBookT<char> &book) {
             auto *impl = dynamic_cast<XMLBookImplT<char> *>(
                 static_cast<XMLBookProxy<char> &>(book).impl());
             for (const auto &p : impl->parts())
-                if (impl->contentTypes().contentType(p.first) ==
-                    L"application/vnd.openxmlformats-officedocument.drawing+xml") {
+                if (impl->contentTypes().contentType(p.first) == kDrawingType) {
                     EXPECT_TRUE(dynamic_cast<Drawing *>(p.second)) << e.path() << " kept as bytes";
-                    drawingParts.push_back(p.first);
+                    modelled.push_back(p.first);
+                } else if (impl->contentTypes().contentType(p.first) == kStylesType) {
+                    modelled.push_back(p.first);
                 }
+            for (int i = 0; i < book.formatSize(); ++i) {
+                book.format(i)->fillPattern();
+                book.format(i)->borderLeftColor();
+            }
             for (int i = 0; i < book.sheetCount(); ++i) {
                 ISheetT<char> *s = book.sheetType(i) == SHEETTYPE_SHEET ? book.getSheet(i) : nullptr;
                 if (!s) continue;
@@ -102,21 +114,22 @@ TEST(XMLBookCorpus, EveryCellReadsAndEveryPartSurvivesASave) {
         EXPECT_EQ(problem, "") << e.path();
         EXPECT_EQ(firstBad, "") << e.path();
         ++checked;
-        if (drawingParts.empty()) continue;
+        if (modelled.empty()) continue;
         ZipReader zip(e.path().wstring());
         packages::Parts source = packages::unzip(zip);
-        for (const std::wstring &part : drawingParts) {
-            ++drawings;
+        for (const std::wstring &part : modelled) {
+            ++compared;
             const std::string want = xmlparts::canonicalXml(source[part]);
             EXPECT_FALSE(want.empty()) << e.path();
             EXPECT_EQ(xmlparts::canonicalXml(saved[part]), want) << e.path();
         }
     }
-    std::printf("books %d, worksheets %d, cells read %ld, drawings %d, pictures %d\n", checked,
-                sheets, cells, drawings, pictures);
+    std::printf("books %d, worksheets %d, cells read %ld, pictures %d, drawings and stylesheets "
+                "compared %d\n",
+                checked, sheets, cells, pictures, compared);
     EXPECT_GT(checked, 0);
     EXPECT_GT(sheets, 700);
-    EXPECT_GT(drawings, 100);
+    EXPECT_GT(compared, 1100);
     EXPECT_GT(pictures, 20);
 }
 
