@@ -296,31 +296,4 @@ TEST(XMLBook, TemplateByExtension) {
     }
 }
 
-TEST(XMLBook, PicturesKeptByteForByte) {
-    const std::string png = std::string("\x89PNG\r\n\x1a\n", 8) + "rest of a png";
-    const std::string bmp = "BM" + std::string(20, '\0');
-    Book b;
-    b->addSheet("a", nullptr);
-    EXPECT_EQ(b->addPicture2(png.data(), unsigned(png.size())), 0);
-    EXPECT_EQ(b->addPicture2(bmp.data(), unsigned(bmp.size())), 1);
-    EXPECT_EQ(b->addPicture2(png.data(), unsigned(png.size())), 2);
-    Parts out = saved(*b.b);
-    EXPECT_EQ(out[L"/xl/media/image1.png"], png);
-    EXPECT_EQ(out[L"/xl/media/image1.bmp"], bmp);
-    EXPECT_EQ(out[L"/xl/media/image2.png"], png);
-    EXPECT_TRUE(has(out[L"/[Content_Types].xml"], "Extension=\"png\" ContentType=\"image/png\""));
-
-    Book again;
-    const char *bytes = nullptr;
-    unsigned size = 0;
-    ASSERT_TRUE(b->saveRaw(&bytes, &size));
-    ASSERT_TRUE(again->loadRaw(bytes, size)) << again.msg();
-    ASSERT_EQ(again->pictureSize(), 3);
-    const char *data = nullptr;
-    unsigned length = 0;
-    // A loaded book finds its pictures in the order of the archive.
-    EXPECT_EQ(again->getPicture(0, &data, &length), b->getPicture(1, nullptr, nullptr));
-    EXPECT_EQ(std::string(data, length), bmp);
-}
-
 } // namespace

@@ -82,12 +82,25 @@ TEST(XMLPictures, PlacedSavedAndReadBack) {
         EXPECT_EQ(b.msg(), c.message) << a[1];
     }
     const std::string saved = b.bytes();
+    // Each image is kept byte for byte in a part of its own, numbered by kind.
+    packages::Parts parts = packages::unzip(saved.data(), saved.size());
+    std::string media;
+    for (const auto &p : parts)
+        if (p.first.rfind(L"/xl/media/", 0) == 0)
+            media += std::string(p.first.begin() + 10, p.first.end()) + " ";
+    EXPECT_EQ(media, "image1.bmp image1.emf image1.jpg image1.png image2.png image3.png "
+                     "image4.png ");
+    EXPECT_EQ(parts[L"/xl/media/image1.png"], cases[0].image);
+    EXPECT_NE(parts[L"/[Content_Types].xml"].find("Extension=\"png\" ContentType=\"image/png\""),
+              std::string::npos);
     Book again;
     ASSERT_TRUE(again->loadRaw(saved.data(), unsigned(saved.size()))) << again.msg();
     int onSheet[2] = {0, 0};
     for (const Case &c : cases)
         EXPECT_EQ(readBack(*again.b, c.at[0], onSheet[c.at[0]]++, c.image), c.read) << c.at[1];
     EXPECT_EQ(again->getSheet(1)->pictureSize(), onSheet[1]);
+    // A loaded book numbers its pictures in the order of the archive.
+    EXPECT_EQ(again->getPicture(0, nullptr, nullptr), 3);
 }
 
 TEST(XMLPictures, Messages) {
