@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <string>
@@ -244,10 +244,7 @@ TEST(XMLBook, StrictPackages) {
     EXPECT_TRUE(static_cast<XMLBookProxy<char> *>(raw.b)->isNormalMode());
 
     const std::string path = ::testing::TempDir() + "strict_book.xlsx";
-    FILE *f = fopen(path.c_str(), "wb");
-    ASSERT_TRUE(f);
-    fwrite(bytes.data(), 1, bytes.size(), f);
-    fclose(f);
+    std::ofstream(path, std::ios::binary) << bytes;
     Book b;
     ASSERT_TRUE(b->load(path.c_str())) << b.msg();
     EXPECT_FALSE(static_cast<XMLBookProxy<char> *>(b.b)->isNormalMode());
@@ -265,10 +262,7 @@ TEST(XMLBook, StrictPackages) {
     // the other edition's complaint about the root.
     Parts broken = workbook({"worksheets/sheet1.xml"});
     broken[L"/xl/worksheets/sheet1.xml"] = "<worksheet xmlns=\"" + std::string(kMain) + "\"><x";
-    const std::string bad = zip(broken);
-    f = fopen(path.c_str(), "wb");
-    fwrite(bad.data(), 1, bad.size(), f);
-    fclose(f);
+    std::ofstream(path, std::ios::binary) << zip(broken);
     Book failing;
     EXPECT_FALSE(failing->load(path.c_str()));
     EXPECT_TRUE(static_cast<XMLBookProxy<char> *>(failing.b)->isNormalMode()) << failing.msg();
@@ -276,16 +270,13 @@ TEST(XMLBook, StrictPackages) {
 }
 
 TEST(XMLBook, TemplateByExtension) {
-    struct Case {
+    const struct {
         bool setTemplate;
         const char *file;
         bool isTemplate;
-    };
-    const Case cases[] = {{false, "t.xltx", true},
-                          {true, "t.xlsx", false},
-                          {true, "t.xlsm", false},
-                          {true, "t.xltm", true}};
-    for (const Case &c : cases) {
+    } cases[] = {{false, "t.xltx", true}, {true, "t.xlsx", false}, {true, "t.xlsm", false},
+                 {true, "t.xltm", true}};
+    for (const auto &c : cases) {
         Book b;
         b->addSheet("a", nullptr);
         b->setTemplate(c.setTemplate);
