@@ -132,8 +132,7 @@ TEST(StylesInterop, OpenpyxlAndLibreOfficeReadTheStylesWeWrite) {
     ASSERT_FALSE(oracle::failed(lines)) << (lines.empty() ? "" : lines[0]);
     for (int i = 0; i < n; ++i) {
         const std::string want = std::to_string(i + 1) + " 0 " + kCells[i].line;
-        EXPECT_NE(std::find(lines.begin(), lines.end(), want), lines.end())
-            << "missing: " << want;
+        EXPECT_NE(std::find(lines.begin(), lines.end(), want), lines.end()) << "missing: " << want;
     }
     // LibreOffice, reading the book and saving it again, keeps what it has
     // words for: fonts, solid fills, border styles, alignment but for

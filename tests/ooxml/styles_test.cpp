@@ -75,7 +75,8 @@ TEST(Styles, StrictStylesheetsReadBackAndWriteAgainTheSame) {
     EXPECT_STREQ(b->font()->name(), "\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80");
     EXPECT_EQ(b->font()->underline(), UNDERLINE_DOUBLEACC);
     EXPECT_EQ(b->font()->script(), SCRIPT_SUB);
-    EXPECT_EQ(b->borderLeft() * 100 + b->borderRight(), BORDERSTYLE_THIN * 100 + BORDERSTYLE_DOUBLE);
+    EXPECT_EQ(b->borderLeft() * 100 + b->borderRight(),
+              BORDERSTYLE_THIN * 100 + BORDERSTYLE_DOUBLE);
     EXPECT_EQ(b->borderDiagonal(), BORDERDIAGONAL_UP);
     EXPECT_EQ(b->borderDiagonalStyle(), BORDERSTYLE_DASHDOT);
     EXPECT_EQ(b->fillPattern(), FILLPATTERN_GRAY6P25);

@@ -76,7 +76,6 @@ std::string walk(const packages::Parts &parts) {
     return problems;
 }
 
-
 // The read of a cell by its type, and of its formula; the message, "ok"
 // when it went well.
 std::string readCell(IBookT<char> &book, ISheetT<char> &sheet, int r, int c) {
@@ -112,8 +111,8 @@ TEST(XMLBookCorpus, EveryCellReadsAndEveryPartSurvivesASave) {
         std::string firstBad;
         std::vector<std::wstring> modelled;
         auto readAll = [&](IBookT<char> &book) {
-            auto *impl = dynamic_cast<XMLBookImplT<char> *>(
-                static_cast<XMLBookProxy<char> &>(book).impl());
+            auto *impl =
+                dynamic_cast<XMLBookImplT<char> *>(static_cast<XMLBookProxy<char> &>(book).impl());
             for (const auto &p : impl->parts())
                 if (impl->contentTypes().contentType(p.first) == kDrawingType) {
                     EXPECT_TRUE(dynamic_cast<Drawing *>(p.second)) << e.path() << " kept as bytes";
@@ -126,7 +125,8 @@ TEST(XMLBookCorpus, EveryCellReadsAndEveryPartSurvivesASave) {
                 book.format(i)->borderLeftColor();
             }
             for (int i = 0; i < book.sheetCount(); ++i) {
-                ISheetT<char> *s = book.sheetType(i) == SHEETTYPE_SHEET ? book.getSheet(i) : nullptr;
+                ISheetT<char> *s =
+                    book.sheetType(i) == SHEETTYPE_SHEET ? book.getSheet(i) : nullptr;
                 if (!s) continue;
                 ++sheets;
                 for (int k = 0; k < s->pictureSize(); ++k, ++pictures)

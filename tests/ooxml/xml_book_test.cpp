@@ -155,10 +155,10 @@ TEST(XMLBook, SheetsInThePackage) {
 // entries without a content type do not.
 TEST(XMLBook, PartsKeptAndDropped) {
     Parts p = workbook({"worksheets/sheet1.xml"}, false,
-                      "<definedNames><definedName name=\"a\">S1!$A$1</definedName>"
-                      "<definedName name=\"b\" localSheetId=\"1\">S2!$A$1</definedName>"
-                      "<definedName name=\"c\">S10!$A$1</definedName></definedNames>",
-                      rel(kRel, "rId9", "calcChain", "calcChain.xml"));
+                       "<definedNames><definedName name=\"a\">S1!$A$1</definedName>"
+                       "<definedName name=\"b\" localSheetId=\"1\">S2!$A$1</definedName>"
+                       "<definedName name=\"c\">S10!$A$1</definedName></definedNames>",
+                       rel(kRel, "rId9", "calcChain", "calcChain.xml"));
     std::string &types = p[L"/[Content_Types].xml"];
     types.insert(types.size() - 8,
                  "<Override PartName=\"/xl/calcChain.xml\" ContentType=\"application/"
@@ -274,7 +274,9 @@ TEST(XMLBook, TemplateByExtension) {
         bool setTemplate;
         const char *file;
         bool isTemplate;
-    } cases[] = {{false, "t.xltx", true}, {true, "t.xlsx", false}, {true, "t.xlsm", false},
+    } cases[] = {{false, "t.xltx", true},
+                 {true, "t.xlsx", false},
+                 {true, "t.xlsm", false},
                  {true, "t.xltm", true}};
     for (const auto &c : cases) {
         Book b;

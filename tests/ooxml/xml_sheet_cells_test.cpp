@@ -191,7 +191,6 @@ TEST(XmlSheetCells, SharedFormulasExpandAndSurviveTheirMaster) {
     }
 }
 
-
 // A wide caller hands code points in and gets code points back; the table
 // holds UTF-16 units, escapes where XML needs them.
 TEST(XmlSheetCells, WideTextsRoundTrip) {

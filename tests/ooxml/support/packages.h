@@ -22,8 +22,8 @@ namespace packages {
 // Parts by name, names compared as a package compares them.
 using Parts = std::map<std::wstring, std::string, tabrix::CaseInsensitiveLess>;
 
-extern const char *const kMain;      // the Transitional main namespace
-extern const char *const kRel;       // and its relationships namespace
+extern const char *const kMain;       // the Transitional main namespace
+extern const char *const kRel;        // and its relationships namespace
 extern const char *const kStrictMain; // the Strict ones
 extern const char *const kStrictRel;
 
