@@ -128,6 +128,19 @@ TEST(LmxReader, DocumentsGiveTheirEventsOrTheirError) {
     }
 }
 
+TEST(LmxReader, RootOfTheOtherNamespaceIsNotFound) {
+    const std::string strict =
+        "<?xml version=\"1.0\"?><worksheet xmlns=\"urn:strict\"><sheetData/></worksheet>";
+    c_xml_reader wrong(strict.data(), strict.size(), k_map);
+    EXPECT_EQ(wrong.expect_root(1000, "worksheet"), ELMX_ELEMENT_NOT_FOUND);
+    EXPECT_EQ(wrong.next(), EV_ERROR);
+    const s_ns_map strict_map[] = {{1000, "", "urn:strict"}, {0, nullptr, nullptr}};
+    c_xml_reader right(strict.data(), strict.size(), strict_map);
+    ASSERT_EQ(right.expect_root(1000, "worksheet"), ELMX_OK);
+    EXPECT_EQ(right.next(), EV_START);
+    EXPECT_EQ(right.local(), "sheetData");
+}
+
 TEST(LmxReader, CaptureKeepsTheElementAndTheBindingsItUses) {
     const std::string doc =
         "<w xmlns=\"urn:main\" xmlns:x=\"urn:x\" xmlns:y=\"urn:y\"><a/>"

@@ -304,6 +304,10 @@ TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
 
 TEST(Styles, NewStylesheetAndForeignMarkupKeptThroughASave) {
     EXPECT_EQ(Styles<char>(TRANSITIONAL, true).maxDigWidth(), 7);
+    // A font without a name takes the default font's.
+    auto unnamed = loaded<char>(
+        sheetXml("<fonts count=\"2\"><font><name val=\"Arial\"/></font><font/></fonts>"));
+    EXPECT_STREQ(unnamed->font(1)->name(), "Arial");
     const std::string xml =
         sheetXml("<fonts count=\"1\" x14ac:knownFonts=\"1\"><font><sz val=\"11\"/><name "
                  "val=\"Calibri\"/></font></fonts>"
