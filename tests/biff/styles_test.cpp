@@ -1,6 +1,6 @@
-// Fonts, formats, custom number formats and the palette of binary books:
-// every attribute through its record and back, the initial table, the
-// limits and their messages.
+// Fonts, formats, custom number formats and the palette at the level of
+// their records: field layouts of both versions, bad records and their
+// messages, the initial table and the palette.
 #include "biff/style_table.h"
 #include "biff/support/biff_bytes.h"
 #include "biff/support/style_io.h"
@@ -23,82 +23,19 @@ using Font = FontImplT<char>;
 XF *newFormat(Table &t) { return static_cast<XF *>(t.addFormat(nullptr)); }
 Font *newFont(Table &t) { return static_cast<Font *>(t.addFont(nullptr)); }
 
-struct FormatCase {
-    const char *what;
-    std::function<void(XF &)> set;
-    std::function<int(XF &)> get;
-    int expected;
-};
-
-TEST(StylesTest, EveryFormatAttributeSurvivesItsRecord) {
-    const FormatCase cases[] = {
-        {"numFormat", [](XF &f) { f.setNumFormat(NUMFORMAT_PERCENT_D2); },
-         [](XF &f) { return f.numFormat(); }, 10},
-        {"numFormat 16 bits", [](XF &f) { f.setNumFormat(0x1FFFF); },
-         [](XF &f) { return f.numFormat(); }, 0xFFFF},
-        {"alignH", [](XF &f) { f.setAlignH(ALIGNH_DISTRIBUTED); },
-         [](XF &f) { return int(f.alignH()); }, ALIGNH_DISTRIBUTED},
-        {"alignH merge", [](XF &f) { f.setAlignH(ALIGNH_MERGE); },
-         [](XF &f) { return int(f.alignH()); }, ALIGNH_MERGE},
-        {"alignV", [](XF &f) { f.setAlignV(ALIGNV_DISTRIBUTED); },
-         [](XF &f) { return int(f.alignV()); }, ALIGNV_DISTRIBUTED},
-        {"alignV top", [](XF &f) { f.setAlignV(ALIGNV_TOP); },
-         [](XF &f) { return int(f.alignV()); }, ALIGNV_TOP},
-        {"wrap", [](XF &f) { f.setWrap(true); }, [](XF &f) { return int(f.wrap()); }, 1},
-        {"rotation 90", [](XF &f) { f.setRotation(90); }, [](XF &f) { return f.rotation(); }, 90},
-        {"rotation 255", [](XF &f) { f.setRotation(255); }, [](XF &f) { return f.rotation(); },
-         255},
-        {"indent", [](XF &f) { f.setIndent(15); }, [](XF &f) { return f.indent(); }, 15},
-        {"shrinkToFit", [](XF &f) { f.setShrinkToFit(true); },
-         [](XF &f) { return int(f.shrinkToFit()); }, 1},
-        {"borderLeft", [](XF &f) { f.setBorderLeft(BORDERSTYLE_SLANTDASHDOT); },
-         [](XF &f) { return int(f.borderLeft()); }, BORDERSTYLE_SLANTDASHDOT},
-        {"borderRight", [](XF &f) { f.setBorderRight(BORDERSTYLE_DOUBLE); },
-         [](XF &f) { return int(f.borderRight()); }, BORDERSTYLE_DOUBLE},
-        {"borderTop", [](XF &f) { f.setBorderTop(BORDERSTYLE_HAIR); },
-         [](XF &f) { return int(f.borderTop()); }, BORDERSTYLE_HAIR},
-        {"borderBottom", [](XF &f) { f.setBorderBottom(BORDERSTYLE_THICK); },
-         [](XF &f) { return int(f.borderBottom()); }, BORDERSTYLE_THICK},
-        {"setBorder bottom", [](XF &f) { f.setBorder(BORDERSTYLE_DASHED); },
-         [](XF &f) { return int(f.borderBottom()); }, BORDERSTYLE_DASHED},
-        {"setBorder left", [](XF &f) { f.setBorder(BORDERSTYLE_DASHED); },
-         [](XF &f) { return int(f.borderLeft()); }, BORDERSTYLE_DASHED},
-        {"borderLeftColor", [](XF &f) { f.setBorderLeftColor(Color(10)); },
-         [](XF &f) { return int(f.borderLeftColor()); }, 10},
-        {"borderRightColor", [](XF &f) { f.setBorderRightColor(Color(127)); },
-         [](XF &f) { return int(f.borderRightColor()); }, 127},
-        {"borderTopColor", [](XF &f) { f.setBorderTopColor(Color(12)); },
-         [](XF &f) { return int(f.borderTopColor()); }, 12},
-        {"borderBottomColor", [](XF &f) { f.setBorderBottomColor(Color(63)); },
-         [](XF &f) { return int(f.borderBottomColor()); }, 63},
-        {"setBorderColor top", [](XF &f) { f.setBorderColor(Color(20)); },
-         [](XF &f) { return int(f.borderTopColor()); }, 20},
-        {"setBorderColor right", [](XF &f) { f.setBorderColor(Color(20)); },
-         [](XF &f) { return int(f.borderRightColor()); }, 20},
-        {"borderDiagonal", [](XF &f) { f.setBorderDiagonal(BORDERDIAGONAL_BOTH); },
-         [](XF &f) { return int(f.borderDiagonal()); }, BORDERDIAGONAL_BOTH},
-        {"borderDiagonalStyle", [](XF &f) { f.setBorderDiagonalStyle(BORDERSTYLE_MEDIUM); },
-         [](XF &f) { return int(f.borderDiagonalStyle()); }, BORDERSTYLE_MEDIUM},
-        {"borderDiagonalColor", [](XF &f) { f.setBorderDiagonalColor(Color(33)); },
-         [](XF &f) { return int(f.borderDiagonalColor()); }, 33},
-        {"fillPattern", [](XF &f) { f.setFillPattern(FILLPATTERN_GRAY6P25); },
-         [](XF &f) { return int(f.fillPattern()); }, FILLPATTERN_GRAY6P25},
-        {"fillPattern solid", [](XF &f) { f.setFillPattern(FILLPATTERN_SOLID); },
-         [](XF &f) { return int(f.fillPattern()); }, FILLPATTERN_SOLID},
-        {"foreground", [](XF &f) { f.setPatternForegroundColor(Color(40)); },
-         [](XF &f) { return int(f.patternForegroundColor()); }, 40},
-        {"background", [](XF &f) { f.setPatternBackgroundColor(Color(41)); },
-         [](XF &f) { return int(f.patternBackgroundColor()); }, 41},
-        {"locked off", [](XF &f) { f.setLocked(false); }, [](XF &f) { return int(f.locked()); }, 0},
-        {"hidden", [](XF &f) { f.setHidden(true); }, [](XF &f) { return int(f.hidden()); }, 1},
-        {"style", [](XF &f) { f.setStyle(true); }, [](XF &f) { return int(f.style()); }, 1},
-        {"readOrder", [](XF &f) { f.setReadOrder(2); }, [](XF &f) { return f.readOrder(); }, 2},
-        {"readOrder only adds",
-         [](XF &f) {
-             f.setReadOrder(2);
-             f.setReadOrder(1);
-         },
+// What the XF record layout itself decides, beyond what the kind suite
+// reads back through a book: flags that only add, bits shared by
+// neighbouring fields.
+TEST(StylesTest, RecordFieldsKeepTheirNeighbours) {
+    const struct {
+        const char *what;
+        std::function<void(XF &)> set;
+        std::function<int(XF &)> get;
+        int expected;
+    } cases[] = {
+        {"readOrder only adds", [](XF &f) { f.setReadOrder(2), f.setReadOrder(1); },
          [](XF &f) { return f.readOrder(); }, 3},
+        {"style flag", [](XF &f) { f.setStyle(true); }, [](XF &f) { return int(f.style()); }, 1},
         {"colour spills into the next field",
          [](XF &f) { f.setPatternForegroundColor(Color(0x80 | 5)); },
          [](XF &f) { return int(f.patternBackgroundColor()) & 1; }, 1},
@@ -110,84 +47,10 @@ TEST(StylesTest, EveryFormatAttributeSurvivesItsRecord) {
         XF *f = newFormat(t);
         c.set(*f);
         XF back(&t);
-        uint16_t next = styleReadBack([&](Xls<char> &x) { f->write(x); },
-                                      [&](Xls<char> &x, uint16_t size) {
-                                          EXPECT_EQ(size, 20);
-                                          back.read(x, size, false);
-                                      });
-        EXPECT_EQ(next, 0x0A);
-        EXPECT_EQ(c.get(back), c.expected);
-        EXPECT_EQ(c.get(*f), c.expected);
-    }
-}
-
-struct FontCase {
-    const char *what;
-    std::function<void(Font &)> set;
-    std::function<int(Font &)> get;
-    int expected;
-};
-
-TEST(StylesTest, EveryFontAttributeSurvivesItsRecord) {
-    const FontCase cases[] = {
-        {"size", [](Font &f) { f.setSize(14); }, [](Font &f) { return f.size(); }, 14},
-        {"size capped", [](Font &f) { f.setSize(500); }, [](Font &f) { return int(f.dyHeight); },
-         8191},
-        {"size capped read", [](Font &f) { f.setSize(500); }, [](Font &f) { return f.size(); },
-         409},
-        {"italic", [](Font &f) { f.setItalic(true); }, [](Font &f) { return int(f.italic()); }, 1},
-        {"strikeOut", [](Font &f) { f.setStrikeOut(true); },
-         [](Font &f) { return int(f.strikeOut()); }, 1},
-        {"strikeOut keeps italic",
-         [](Font &f) {
-             f.setItalic(true);
-             f.setStrikeOut(true);
-         },
-         [](Font &f) { return int(f.grbit); }, 0x0A},
-        {"color", [](Font &f) { f.setColor(COLOR_RED); }, [](Font &f) { return int(f.color()); },
-         COLOR_RED},
-        {"bold", [](Font &f) { f.setBold(true); }, [](Font &f) { return int(f.bls); }, 700},
-        {"bold off",
-         [](Font &f) {
-             f.setBold(true);
-             f.setBold(false);
-         },
-         [](Font &f) { return int(f.bold()); }, 0},
-        {"script super", [](Font &f) { f.setScript(SCRIPT_SUPER); },
-         [](Font &f) { return int(f.script()); }, SCRIPT_SUPER},
-        {"script sub", [](Font &f) { f.setScript(SCRIPT_SUB); },
-         [](Font &f) { return int(f.script()); }, SCRIPT_SUB},
-        {"underline double", [](Font &f) { f.setUnderline(UNDERLINE_DOUBLE); },
-         [](Font &f) { return int(f.underline()); }, UNDERLINE_DOUBLE},
-        {"underline accounting", [](Font &f) { f.setUnderline(UNDERLINE_DOUBLEACC); },
-         [](Font &f) { return int(f.underline()); }, UNDERLINE_DOUBLEACC},
-        {"name", [](Font &f) { f.setName("Times New Roman"); },
-         [](Font &f) { return int(std::string(f.name()) == "Times New Roman"); }, 1},
-        {"name wide", [](Font &f) { f.setName("\xD0\x90rial"); },
-         [](Font &f) { return int(f.wideName() == L"\x0410rial"); }, 1},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.what);
-        Table t;
-        t.init();
-        Font *f = newFont(t);
-        c.set(*f);
-        Font back(&t);
-        uint16_t next =
-            styleReadBack([&](Xls<char> &x) { f->write(x); },
-                          [&](Xls<char> &x, uint16_t size) { back.read(x, size, false); });
-        EXPECT_EQ(next, 0x0A);
+        styleReadBack([&](Xls<char> &x) { f->write(x); },
+                      [&](Xls<char> &x, uint16_t size) { back.read(x, size, false); });
         EXPECT_EQ(c.get(back), c.expected);
     }
-}
-
-TEST(StylesTest, FontNameTooLongIsRefused) {
-    Table t;
-    t.init();
-    Font *f = newFont(t);
-    EXPECT_FALSE(f->setName(std::string(256, 'a').c_str()));
-    EXPECT_STREQ(t.errorMessage(), "string is too long");
-    EXPECT_STREQ(f->name(), "Arial");
 }
 
 TEST(StylesTest, Biff5FormatLayoutIsTranslated) {
@@ -358,43 +221,14 @@ TEST(StylesTest, StylesAndOldFontsReadBack) {
     EXPECT_EQ(f.underline(), UNDERLINE_SINGLE);
 }
 
-TEST(StylesTest, CustomNumberFormatLimits) {
+// An empty custom code keeps its count and flags byte in its record.
+TEST(StylesTest, EmptyFormatCodeReadsBack) {
     Table t;
     t.init();
-    EXPECT_EQ(t.addCustomNumFormat("0.000"), 164);
-    EXPECT_EQ(t.addCustomNumFormat("0.000"), 164);
-    int last = 0;
-    for (int i = 1; i < 229; ++i) last = t.addCustomNumFormat(("0." + std::to_string(i)).c_str());
-    EXPECT_EQ(last, 392);
-    EXPECT_STREQ(t.errorMessage(), "ok");
-    EXPECT_EQ(t.addCustomNumFormat("#,##0 \"over\""), 0);
-    EXPECT_STREQ(t.errorMessage(), "maximum number of custom formats is exceeded");
-    EXPECT_EQ(t.numFormats().size(), 230u);
-    EXPECT_STREQ(t.customNumFormat(392), "0.228");
-    EXPECT_EQ(t.customNumFormat(100), nullptr);
-    EXPECT_STREQ(t.errorMessage(), "custom number format not found");
-    XF *f = newFormat(t);
-    f->setNumFormat(164);
-    EXPECT_STREQ(f->customNumFormat(), "0.000");
-    f->setNumFormat(NUMFORMAT_DATE);
-    EXPECT_EQ(f->customNumFormat(), nullptr);
-    // Format records round-trip with their text.
-    auto recs = styleRecords([&](Xls<char> &x) { t.numFormats()[0].write(x); });
-    ASSERT_EQ(recs.size(), 1u);
-    EXPECT_EQ(recs[0].first, 1054);
+    EXPECT_EQ(t.addCustomNumFormat(""), 164);
     MemPool pool;
     Format back;
-    styleReadBack([&](Xls<char> &x) { t.numFormats()[1].write(x); },
-                  [&](Xls<char> &x, uint16_t s) { back.read(x, s, false, pool); });
-    EXPECT_EQ(back.ifmt, 165);
-    EXPECT_EQ(std::wstring(back.code.text), L"0.1");
-    // An empty code keeps its count and flags byte; a null one is refused.
-    Table e;
-    e.init();
-    EXPECT_EQ(e.addCustomNumFormat(""), 164);
-    EXPECT_EQ(e.addCustomNumFormat(nullptr), 0);
-    EXPECT_STREQ(e.errorMessage(), "custom number format mustn't be NULL");
-    styleReadBack([&](Xls<char> &x) { e.numFormats()[0].write(x); },
+    styleReadBack([&](Xls<char> &x) { t.numFormats()[0].write(x); },
                   [&](Xls<char> &x, uint16_t s) {
                       EXPECT_EQ(s, 5u);
                       back.read(x, s, false, pool);
@@ -433,30 +267,6 @@ TEST(StylesTest, PalettePacking) {
     EXPECT_EQ(back.colors[55].value(), 0xC86435u);
 }
 
-TEST(StylesTest, RotationLimits) {
-    const struct {
-        int value;
-        bool accepted;
-        int after;
-        const char *message;
-    } cases[] = {{181, false, 45, "rotation must be in range 0-180 or 255"},
-                 {-1, false, 45, "rotation must be in range 0-180 or 255"},
-                 {254, false, 45, "rotation must be in range 0-180 or 255"},
-                 {180, true, 180, "ok"},
-                 {255, true, 255, "ok"},
-                 {0, true, 0, "ok"}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.value);
-        Table t;
-        t.init();
-        XF *f = newFormat(t);
-        ASSERT_TRUE(f->setRotation(45));
-        EXPECT_EQ(f->setRotation(c.value), c.accepted);
-        EXPECT_EQ(f->rotation(), c.after);
-        EXPECT_STREQ(t.errorMessage(), c.message);
-    }
-}
-
 TEST(StylesTest, FontNumberingSkipsFour) {
     Table t;
     t.init();
@@ -479,14 +289,6 @@ TEST(StylesTest, FontNumberingSkipsFour) {
             EXPECT_EQ(got, t.font(c.readsBack));
         }
     }
-    Table other;
-    other.init();
-    EXPECT_FALSE(f->setFont(other.font(0)));
-    EXPECT_STREQ(t.errorMessage(), "specified font not found");
-    EXPECT_EQ(t.font(7), nullptr);
-    EXPECT_STREQ(t.errorMessage(), "index is out of range");
-    EXPECT_EQ(t.format(-1), nullptr);
-    EXPECT_STREQ(t.errorMessage(), "index is out of range");
 }
 
 TEST(StylesTest, InitialTable) {
@@ -527,11 +329,6 @@ TEST(StylesTest, InitialTable) {
     recs = styleRecords([&](Xls<char> &x) { t.write(x); });
     EXPECT_EQ(recs.back().first, 146);
     int size = 0;
-    EXPECT_STREQ(t.defaultFont(&size), "Arial");
-    EXPECT_EQ(size, 10);
-    t.setDefaultFont("Courier New", 12);
-    EXPECT_STREQ(t.defaultFont(&size), "Courier New");
-    EXPECT_EQ(size, 12);
     Table empty;
     EXPECT_EQ(empty.defaultFont(&size), nullptr);
     EXPECT_STREQ(empty.errorMessage(), "fonts is empty");
@@ -539,62 +336,25 @@ TEST(StylesTest, InitialTable) {
     EXPECT_STREQ(empty.errorMessage(), "fonts is empty");
 }
 
+// A copy takes the left border colour for the right one too, leaves the
+// book's RGB mode alone, and adds a font even within one book.
 TEST(StylesTest, AddFormatCopies) {
-    Table a, b;
+    Table a;
     a.init();
-    b.init();
     XF *src = newFormat(a);
     src->setBorderLeftColor(Color(10));
     src->setBorderRightColor(Color(12));
     src->setBorderTopColor(Color(13));
-    src->setFillPattern(FILLPATTERN_SOLID);
-    src->setNumFormat(a.addCustomNumFormat("yyyy-mm-dd"));
-    src->setRotation(90);
-    Font *font = newFont(a);
-    font->setBold(true);
-    font->setName("Verdana");
-    src->setFont(font);
+    src->setFont(newFont(a));
     a.setRgbMode(true);
-    b.addCustomNumFormat("0.0");
-    XF *copy = static_cast<XF *>(b.addFormat(src));
+    XF *copy = static_cast<XF *>(a.addFormat(src));
     ASSERT_NE(copy, nullptr);
     EXPECT_TRUE(a.rgbMode());
-    EXPECT_FALSE(b.rgbMode());
     EXPECT_EQ(copy->flags & 0x4, 0);
-    EXPECT_EQ(copy->borderLeftColor(), 10);
     EXPECT_EQ(copy->borderRightColor(), 10);
     EXPECT_EQ(copy->borderTopColor(), 13);
-    EXPECT_EQ(copy->fillPattern(), FILLPATTERN_SOLID);
-    EXPECT_EQ(copy->rotation(), 90);
-    EXPECT_EQ(copy->numFormat(), 165);
-    EXPECT_STREQ(copy->customNumFormat(), "yyyy-mm-dd");
-    EXPECT_EQ(b.fontSize(), 6);
-    EXPECT_EQ(b.formatSize(), 22);
-    IFontT<char> *copied = copy->font();
-    ASSERT_NE(copied, nullptr);
-    EXPECT_TRUE(copied->bold());
-    EXPECT_STREQ(copied->name(), "Verdana");
-    // Within one book a copy adds a font too, and no deduplication happens.
-    b.addFormat(copy);
-    EXPECT_EQ(b.fontSize(), 7);
-    EXPECT_EQ(b.formatSize(), 23);
-}
-
-TEST(StylesTest, WideTwinBehavesAlike) {
-    StyleTable<wchar_t> t;
-    t.init();
-    EXPECT_EQ(t.addCustomNumFormat(L"0.0 \"\x20AC\""), 164);
-    EXPECT_STREQ(t.customNumFormat(164), L"0.0 \"\x20AC\"");
-    IFontT<wchar_t> *font = t.addFont(t.font(0));
-    ASSERT_NE(font, nullptr);
-    EXPECT_TRUE(font->setName(L"\x5B8B\x4F53"));
-    EXPECT_STREQ(font->name(), L"\x5B8B\x4F53");
-    IFormatT<wchar_t> *f = t.addFormat(nullptr);
-    EXPECT_TRUE(f->setFont(font));
-    EXPECT_EQ(f->font(), font);
-    EXPECT_EQ(t.colorPack(255, 255, 255), 9);
-    int size = 0;
-    EXPECT_STREQ(t.defaultFont(&size), L"Arial");
+    EXPECT_EQ(a.fontSize(), 7);
+    EXPECT_EQ(a.formatSize(), 23);
 }
 
 } // namespace

@@ -1,8 +1,6 @@
-// The stylesheet: every format and font attribute through a save and a
-// reload in both editions, the messages, custom number formats, colours in
-// both modes and between books, shared borders and fills, the date test,
-// and the corpus's stylesheets written back canonically equal.
-#include <filesystem>
+// What only the Open XML stylesheet has: the Strict edition, its messages,
+// custom number formats of loaded files, colours in both modes and between
+// books, shared borders and fills, and foreign markup kept.
 #include <functional>
 #include <memory>
 #include <string>
@@ -17,7 +15,6 @@ using namespace tabrix;
 using binding::e_edition;
 using binding::STRICT;
 using binding::TRANSITIONAL;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -49,136 +46,44 @@ std::string failure(const std::function<void()> &op) {
     return "no failure";
 }
 
-using Fmt = IFormatT<char>;
-using Fnt = IFontT<char>;
 std::string num(long v) { return std::to_string(v); }
-
-// One attribute set to `value` on a new format or font, and read back.
-struct Attribute {
-    const char *name;
-    bool rgb; // colours spoken as RGB values
-    void (*set)(Fmt &, Fnt &, int value);
-    int (*get)(Fmt &, Fnt &);
-    int value, want;
-};
-#define ON_FORMAT(calls) [](Fmt &f, Fnt &, int v) { f.calls; }
-#define OF_FORMAT(expr) [](Fmt &f, Fnt &) { return static_cast<int>(f.expr); }
-#define ON_FONT(calls) [](Fmt &, Fnt &t, int v) { t.calls; }
-#define OF_FONT(expr) [](Fmt &, Fnt &t) { return static_cast<int>(t.expr); }
-
-const Attribute kAttributes[] = {
-    {"numFormat", false, ON_FORMAT(setNumFormat(v)), OF_FORMAT(numFormat()), 49, 49},
-    {"alignH", false, ON_FORMAT(setAlignH(AlignH(v))), OF_FORMAT(alignH()), 7, 7},
-    {"alignV", false, ON_FORMAT(setAlignV(AlignV(v))), OF_FORMAT(alignV()), 0, 0},
-    {"wrap", false, ON_FORMAT(setWrap(v)), OF_FORMAT(wrap()), 1, 1},
-    {"rotation", false, ON_FORMAT(setRotation(v)), OF_FORMAT(rotation()), 255, 255},
-    {"rotation refused", false, ON_FORMAT(setRotation(v); f.setRotation(181)),
-     OF_FORMAT(rotation()), 45, 45},
-    {"indent", false, ON_FORMAT(setIndent(v)), OF_FORMAT(indent()), 4, 4},
-    {"shrinkToFit", false, ON_FORMAT(setShrinkToFit(v)), OF_FORMAT(shrinkToFit()), 1, 1},
-    {"left", false, ON_FORMAT(setBorderLeft(BorderStyle(v))), OF_FORMAT(borderLeft()), 1, 1},
-    {"right", false, ON_FORMAT(setBorderRight(BorderStyle(v))), OF_FORMAT(borderRight()), 6, 6},
-    {"top", false, ON_FORMAT(setBorderTop(BorderStyle(v))), OF_FORMAT(borderTop()), 7, 7},
-    {"bottom", false, ON_FORMAT(setBorderBottom(BorderStyle(v))), OF_FORMAT(borderBottom()), 13,
-     13},
-    {"all four", false, ON_FORMAT(setBorder(BorderStyle(v))), OF_FORMAT(borderBottom()), 5, 5},
-    {"not the diagonal", false, ON_FORMAT(setBorder(BorderStyle(v))),
-     OF_FORMAT(borderDiagonalStyle()), 5, 0},
-    {"left colour", false, ON_FORMAT(setBorderLeftColor(Color(v))), OF_FORMAT(borderLeftColor()),
-     10, 10},
-    {"right colour", false, ON_FORMAT(setBorderRightColor(Color(v))), OF_FORMAT(borderRightColor()),
-     11, 11},
-    {"top colour kept", false,
-     ON_FORMAT(setBorderTopColor(Color(v)); f.setBorderTopColor(Color(-1))),
-     OF_FORMAT(borderTopColor()), 12, 12},
-    {"bottom colour", true, ON_FORMAT(setBorderBottomColor(Color(v))),
-     OF_FORMAT(borderBottomColor()), 0x10203, 0x10203},
-    {"all colours", false, ON_FORMAT(setBorderColor(Color(v))), OF_FORMAT(borderRightColor()), 20,
-     20},
-    {"diagonals", false, ON_FORMAT(setBorderDiagonal(BorderDiagonal(v))),
-     OF_FORMAT(borderDiagonal()), 3, 3},
-    {"diagonal up", false,
-     ON_FORMAT(setBorderDiagonal(BORDERDIAGONAL_BOTH); f.setBorderDiagonal(BorderDiagonal(v))),
-     OF_FORMAT(borderDiagonal()), 2, 2},
-    {"diagonal style", false, ON_FORMAT(setBorderDiagonalStyle(BorderStyle(v))),
-     OF_FORMAT(borderDiagonalStyle()), 9, 9},
-    {"diagonal colour", false, ON_FORMAT(setBorderDiagonalColor(Color(v))),
-     OF_FORMAT(borderDiagonalColor()), 20, 20},
-    {"pattern", false, ON_FORMAT(setFillPattern(FillPattern(v))), OF_FORMAT(fillPattern()), 18, 18},
-    {"pattern none", false,
-     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FillPattern(v))),
-     OF_FORMAT(fillPattern()), 0, 0},
-    {"pattern again", false,
-     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FILLPATTERN_NONE);
-               f.setFillPattern(FillPattern(v))),
-     OF_FORMAT(fillPattern()), 8, 8},
-    {"pattern refused", false,
-     ON_FORMAT(setFillPattern(FILLPATTERN_SOLID); f.setFillPattern(FillPattern(v))),
-     OF_FORMAT(fillPattern()), 19, 1},
-    {"foreground", false, ON_FORMAT(setPatternForegroundColor(Color(v))),
-     OF_FORMAT(patternForegroundColor()), 10, 10},
-    {"background", false, ON_FORMAT(setPatternBackgroundColor(Color(v))),
-     OF_FORMAT(patternBackgroundColor()), 11, 11},
-    {"foreground rgb", true, ON_FORMAT(setPatternForegroundColor(Color(v))),
-     OF_FORMAT(patternForegroundColor()), 0x123456, 0x123456},
-    {"unlocked", false, ON_FORMAT(setLocked(v)), OF_FORMAT(locked()), 0, 0},
-    {"hidden", false, ON_FORMAT(setHidden(v)), OF_FORMAT(hidden()), 1, 1},
-    {"hidden stays locked", false, ON_FORMAT(setHidden(v)), OF_FORMAT(locked()), 1, 1},
-    {"size", false, ON_FONT(setSize(v)), OF_FONT(size()), 14, 14},
-    {"italic", false, ON_FONT(setItalic(v)), OF_FONT(italic()), 1, 1},
-    {"strike", false, ON_FONT(setStrikeOut(v)), OF_FONT(strikeOut()), 1, 1},
-    {"bold twice", false, ON_FONT(setBold(v); t.setBold(v)), OF_FONT(bold()), 1, 1},
-    {"bold off", false, ON_FONT(setBold(true); t.setBold(v)), OF_FONT(bold()), 0, 0},
-    {"colour", false, ON_FONT(setColor(Color(v))), OF_FONT(color()), 10, 10},
-    {"automatic colour", false, ON_FONT(setColor(COLOR_RED); t.setColor(Color(v))),
-     OF_FONT(color()), 32767, 8},
-    {"rgb colour", true, ON_FONT(setColor(Color(v))), OF_FONT(color()), 0xABCDEF, 0xABCDEF},
-    {"superscript", false, ON_FONT(setScript(Script(v))), OF_FONT(script()), 1, 1},
-    {"subscript", false, ON_FONT(setScript(Script(v))), OF_FONT(script()), 2, 2},
-    {"script off", false, ON_FONT(setScript(SCRIPT_SUB); t.setScript(Script(v))), OF_FONT(script()),
-     0, 0},
-    {"underline", false, ON_FONT(setUnderline(Underline(v))), OF_FONT(underline()), 34, 34},
-    {"underline refused", false,
-     ON_FONT(setUnderline(UNDERLINE_SINGLE); t.setUnderline(Underline(v))), OF_FONT(underline()), 3,
-     1},
-};
 
 } // namespace
 
-TEST(Styles, EveryAttributeSurvivesSaveAndReloadInBothEditions) {
-    for (e_edition ed : {TRANSITIONAL, STRICT})
-        for (const Attribute &a : kAttributes) {
-            Styles<char> fresh(ed, true);
-            Styles<char> s(ed, true);
-            s.setRgbMode(a.rgb);
-            IFormatT<char> *f = s.addFormat(nullptr);
-            IFontT<char> *t = s.addFont(nullptr);
-            ASSERT_TRUE(f->setFont(t));
-            a.set(*f, *t, a.value);
-            const std::string xml = saved(s);
-            std::unique_ptr<Styles<char>> r;
-            ASSERT_NO_THROW(r = loaded<char>(xml, ed)) << a.name << "\n" << xml;
-            r->setRgbMode(a.rgb);
-            fresh.setRgbMode(a.rgb);
-            ASSERT_EQ(r->formatSize(), 2);
-            EXPECT_EQ(a.get(*r->format(1), *r->format(1)->font()), a.want) << a.name << " " << ed;
-            // The default format and font stay as a new book has them.
-            EXPECT_EQ(a.get(*r->format(0), *r->font(0)), a.get(*fresh.format(0), *fresh.font(0)))
-                << a.name << " changed the defaults";
-        }
-}
-
-TEST(Styles, FontNamesSurviveInBothCharacterTypes) {
-    Styles<char> n(STRICT, true);
-    IFontT<char> *f = n.addFont(nullptr);
-    EXPECT_TRUE(f->setName("\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80"));
-    EXPECT_FALSE(f->setName(""));
-    EXPECT_FALSE(f->setName(std::string(256, 'x').c_str()));
-    auto r = loaded<char>(saved(n), STRICT);
-    EXPECT_STREQ(r->font(1)->name(), "\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80");
-    Styles<wchar_t> w(TRANSITIONAL, false);
-    EXPECT_TRUE(w.addFont(nullptr)->setName(L"\u00c4rial \U0001F600"));
-    EXPECT_STREQ(loaded<wchar_t>(saved(w))->font(1)->name(), L"\u00c4rial \U0001F600");
+// The Strict edition names its parts and sides its own way: a format with
+// every kind of entry reads back and writes again the same.
+TEST(Styles, StrictStylesheetsReadBackAndWriteAgainTheSame) {
+    Styles<char> s(STRICT, true);
+    IFormatT<char> *f = s.addFormat(nullptr);
+    IFontT<char> *t = s.addFont(nullptr);
+    ASSERT_TRUE(f->setFont(t));
+    EXPECT_TRUE(t->setName("\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80"));
+    EXPECT_FALSE(t->setName(""));
+    t->setUnderline(UNDERLINE_DOUBLEACC);
+    t->setScript(SCRIPT_SUB);
+    f->setBorderLeft(BORDERSTYLE_THIN);
+    f->setBorderRight(BORDERSTYLE_DOUBLE);
+    f->setBorderDiagonal(BORDERDIAGONAL_UP);
+    f->setBorderDiagonalStyle(BORDERSTYLE_DASHDOT);
+    f->setFillPattern(FILLPATTERN_GRAY6P25);
+    f->setAlignH(ALIGNH_DISTRIBUTED);
+    f->setNumFormat(s.addCustomNumFormat("0.0%"));
+    f->setHidden(true);
+    const std::string xml = saved(s);
+    auto r = loaded<char>(xml, STRICT);
+    IFormatT<char> *b = r->format(1);
+    EXPECT_STREQ(b->font()->name(), "\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80");
+    EXPECT_EQ(b->font()->underline(), UNDERLINE_DOUBLEACC);
+    EXPECT_EQ(b->font()->script(), SCRIPT_SUB);
+    EXPECT_EQ(b->borderLeft() * 100 + b->borderRight(),
+              BORDERSTYLE_THIN * 100 + BORDERSTYLE_DOUBLE);
+    EXPECT_EQ(b->borderDiagonal(), BORDERDIAGONAL_UP);
+    EXPECT_EQ(b->borderDiagonalStyle(), BORDERSTYLE_DASHDOT);
+    EXPECT_EQ(b->fillPattern(), FILLPATTERN_GRAY6P25);
+    EXPECT_EQ(b->alignH(), ALIGNH_DISTRIBUTED);
+    EXPECT_STREQ(r->customNumFormat(b->numFormat()), "0.0%");
+    EXPECT_TRUE(b->hidden());
+    EXPECT_EQ(xmlparts::canonicalXml(saved(*r)), xmlparts::canonicalXml(xml));
 }
 
 TEST(Styles, FailuresCarryTheirMessages) {
@@ -194,12 +99,6 @@ TEST(Styles, FailuresCarryTheirMessages) {
         std::function<void()> op;
         std::string text;
     } rows[] = {
-        {"format past the end", [] { Styles<char>(TRANSITIONAL, true).format(1); },
-         "index is out of range"},
-        {"negative format", [] { Styles<char>(TRANSITIONAL, true).format(-1); },
-         "index is out of range"},
-        {"font past the end", [] { Styles<char>(TRANSITIONAL, true).font(1); },
-         "index is out of range"},
         {"foreign format", [&] { Styles<char>(TRANSITIONAL, true).getStyleID(other.format(0)); },
          "unknown format"},
         {"null format", [] { Styles<char>(TRANSITIONAL, true).getStyleID(nullptr); },
@@ -228,13 +127,12 @@ TEST(Styles, FailuresCarryTheirMessages) {
     EXPECT_EQ(loaded<char>(allTaken)->addCustomNumFormat("0.0"), 164);
 }
 
-TEST(Styles, CustomNumberFormatsStartAt166AndReuseTheirText) {
+TEST(Styles, CustomNumberFormatsOfALoadedStylesheetAreKept) {
     const struct {
         const char *name;
-        std::string xml; // empty: a new stylesheet
+        std::string xml;
         std::vector<std::pair<const char *, int>> adds;
     } rows[] = {
-        {"new", "", {{"0.00%", 166}, {"0.00%", 166}, {"#,##0.0", 167}, {"0.00%", 166}}},
         {"164 and 165 kept",
          sheetXml("<numFmts count=\"2\"><numFmt numFmtId=\"164\" formatCode=\"a\"/><numFmt "
                   "numFmtId=\"165\" formatCode=\"b\"/></numFmts>"),
@@ -246,29 +144,13 @@ TEST(Styles, CustomNumberFormatsStartAt166AndReuseTheirText) {
          {{"d", 168}, {"e", 170}}},
     };
     for (const auto &r : rows) {
-        auto s = r.xml.empty() ? std::make_unique<Styles<char>>(TRANSITIONAL, true)
-                               : loaded<char>(r.xml);
+        auto s = loaded<char>(r.xml);
         for (const auto &[text, id] : r.adds)
             EXPECT_EQ(s->addCustomNumFormat(text), id) << r.name << " " << text;
         auto again = loaded<char>(saved(*s));
         for (const auto &[text, id] : r.adds)
             EXPECT_STREQ(again->customNumFormat(id), text) << r.name;
     }
-    EXPECT_EQ(Styles<char>(TRANSITIONAL, true).customNumFormat(166), nullptr);
-
-    Styles<wchar_t> w(STRICT, false);
-    const wchar_t *code = L"[$\u20ac-2] #,##0;[Red]\"\U0001F600\"";
-    const int id = w.addCustomNumFormat(code);
-    auto wr = loaded<wchar_t>(saved(w), STRICT);
-    EXPECT_STREQ(wr->customNumFormat(id), code);
-    EXPECT_EQ(wr->addCustomNumFormat(code), id);
-    // A format copied from another book brings its custom text under this book's id.
-    Styles<wchar_t> target(TRANSITIONAL, false);
-    target.addCustomNumFormat(L"x");
-    IFormatT<wchar_t> *src = wr->addFormat(nullptr);
-    src->setNumFormat(id);
-    EXPECT_EQ(target.addFormat(src)->numFormat(), 167);
-    EXPECT_STREQ(target.customNumFormat(167), code);
 }
 
 TEST(Styles, ColoursReadInBothModesAndWriteAsTheModeSays) {
@@ -348,30 +230,18 @@ TEST(Styles, FormatsCopiedBetweenBooksKeepTheirColours) {
     a.setRgbMode(false);
     IFormatT<char> *fb = b.addFormat(fa);
     EXPECT_FALSE(a.rgbMode());
-    EXPECT_FALSE(b.rgbMode());
     b.setRgbMode(true);
     EXPECT_EQ(static_cast<int>(fb->patternForegroundColor()), 0x123456);
     EXPECT_EQ(static_cast<int>(fb->font()->color()), 0x654321);
     EXPECT_TRUE(fb->font()->bold());
     EXPECT_EQ(fb->borderBottom(), BORDERSTYLE_MEDIUM);
-    EXPECT_EQ(fb->font()->name(), std::string("Calibri"));
-    EXPECT_EQ(b.fontSize(), 2);
-    EXPECT_EQ(b.formatSize(), 2);
-
     // From a binary book colours cross as palette indices.
     IBookT<char> *bin = newBinaryBook<char>();
     IFormatT<char> *fx = bin->addFormat(nullptr);
     fx->setBorderLeft(BORDERSTYLE_THIN);
     fx->setBorderLeftColor(COLOR_RED);
-    IFontT<char> *tx = bin->addFont(nullptr);
-    tx->setColor(COLOR_BLUE);
-    tx->setName("Arial");
-    fx->setFont(tx);
     Styles<char> c(TRANSITIONAL, true);
-    IFormatT<char> *fc = c.addFormat(fx);
-    EXPECT_EQ(fc->borderLeftColor(), COLOR_RED);
-    EXPECT_EQ(fc->font()->color(), COLOR_BLUE);
-    EXPECT_EQ(std::string(fc->font()->name()), "Arial");
+    c.addFormat(fx);
     EXPECT_NE(saved(c).find("<left style=\"thin\"><color indexed=\"10\"/>"), std::string::npos);
     bin->release();
 }
@@ -433,15 +303,11 @@ TEST(Styles, LoadedBordersAndFillsAreSharedAndTheFirstEntriesStayAlone) {
 }
 
 TEST(Styles, NewStylesheetAndForeignMarkupKeptThroughASave) {
-    Styles<char> n(TRANSITIONAL, true);
-    int size = 0;
-    const std::string name = n.defaultFont(&size);
-    EXPECT_EQ(name + num(size), "Calibri11");
-    EXPECT_EQ(n.formatSize() * 10 + n.fontSize(), 11);
-    EXPECT_EQ(n.maxDigWidth(), 7);
-    n.setDefaultFont("Liberation Sans", 9);
-    EXPECT_EQ(std::string(n.font(0)->name()) + num(n.addFont(nullptr)->size()), "Liberation Sans9");
-
+    EXPECT_EQ(Styles<char>(TRANSITIONAL, true).maxDigWidth(), 7);
+    // A font without a name takes the default font's.
+    auto unnamed = loaded<char>(
+        sheetXml("<fonts count=\"2\"><font><name val=\"Arial\"/></font><font/></fonts>"));
+    EXPECT_STREQ(unnamed->font(1)->name(), "Arial");
     const std::string xml =
         sheetXml("<fonts count=\"1\" x14ac:knownFonts=\"1\"><font><sz val=\"11\"/><name "
                  "val=\"Calibri\"/></font></fonts>"
@@ -456,36 +322,4 @@ TEST(Styles, NewStylesheetAndForeignMarkupKeptThroughASave) {
     s->font(0)->setBold(true);
     s->font(0)->setBold(false);
     EXPECT_EQ(xmlparts::canonicalXml(saved(*s)), xmlparts::canonicalXml(xml));
-}
-
-TEST(Styles, CorpusStylesheetsWriteBackCanonicallyEqual) {
-    const fs::path corpus = fs::path(TABRIX_CORPUS_DIR) / "public";
-    if (!fs::exists(corpus)) GTEST_SKIP() << "no corpus";
-    const fs::path tmp = fs::path(TABRIX_TEST_TMP) / "styles_corpus";
-    fs::remove_all(tmp);
-    fs::create_directories(tmp);
-    ASSERT_TRUE(xmlparts::unpack(tmp / "parts", {corpus.string()}, {"styles.xml"}));
-    size_t checked = 0;
-    for (const auto &f : fs::recursive_directory_iterator(tmp / "parts")) {
-        if (f.path().filename() != "styles.xml") continue;
-        const std::string doc = xmlparts::slurp(f.path());
-        const fs::path book = tmp / "parts" / *fs::relative(f.path(), tmp / "parts").begin();
-        const std::string origin = xmlparts::slurp(book / "origin.txt");
-        std::unique_ptr<Styles<char>> s;
-        try {
-            s = loaded<char>(doc, doc.find("purl.oclc.org") != std::string::npos ? STRICT
-                                                                                 : TRANSITIONAL);
-        } catch (const std::exception &e) {
-            ADD_FAILURE() << origin << ": " << e.what();
-            continue;
-        }
-        for (int i = 0; i < s->formatSize(); ++i) {
-            s->isDate(static_cast<uint32_t>(i));
-            s->format(i)->fillPattern();
-            s->format(i)->borderLeftColor();
-        }
-        EXPECT_EQ(xmlparts::canonicalXml(saved(*s)), xmlparts::canonicalXml(doc)) << origin;
-        ++checked;
-    }
-    EXPECT_GT(checked, 700u);
 }

@@ -15,6 +15,7 @@
 #include <zlib.h>
 
 #include "support/oracle.h"
+#include "support/packages.h"
 #include "support/test_images.h"
 #include "tabrix.h"
 
@@ -23,11 +24,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path scratch(const std::string &name) {
-    const fs::path dir = fs::path(TABRIX_TEST_TMP) / "pictures_interop";
-    fs::create_directories(dir);
-    return dir / name;
-}
+fs::path scratch(const std::string &name) { return packages::scratch("pictures_interop", name); }
 
 // The fields of a dump line ("PIC row col row2 col2 dx dy dx2 dy2 size
 // crc32") at `keep`; other lines as they are.

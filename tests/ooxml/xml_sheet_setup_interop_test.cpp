@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "support/book_kinds.h"
 #include "support/oracle.h"
+#include "support/packages.h"
 #include "tabrix.h"
 #include "tabrix/IBookT.h"
 
@@ -40,15 +42,10 @@ oracle::Lines keptByLibreOffice(const oracle::Lines &lines) {
     return out;
 }
 
-struct Book {
-    IBookT<char> *b = static_cast<IBookT<char> *>(tbCreateXMLBookA());
-    ~Book() { b->release(); }
-};
-
 // A book of three sheets with every setting the test reads back.
 std::string makeBook(const fs::path &dir) {
-    Book book;
-    IBookT<char> &b = *book.b;
+    bookkinds::BookPtr book(static_cast<IBookT<char> *>(tbCreateXMLBookA()));
+    IBookT<char> &b = *book;
     b.setLocale("UTF-8");
     ISheetT<char> *s = b.addSheet("Setup", nullptr);
     ISheetT<char> *f = b.addSheet("Fit", nullptr);
@@ -101,9 +98,7 @@ std::string makeBook(const fs::path &dir) {
 
 TEST(XMLSheetSetupInterop, OpenpyxlAndLibreOfficeReadTheSettings) {
     if (!oracle::has("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
-    const fs::path dir = fs::path(TABRIX_TEST_TMP) / "xml_sheet_setup_interop";
-    fs::create_directories(dir);
-    const std::string path = makeBook(dir);
+    const std::string path = makeBook(packages::scratch("xml_sheet_setup_interop", ""));
 
     const oracle::Lines settings = {
         "Setup state visible",

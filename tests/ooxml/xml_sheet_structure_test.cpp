@@ -3,12 +3,11 @@
 // renumbered with formula texts left alone, panes, views, breaks, groups.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "ooxml/package/zip_package.h"
+#include "support/packages.h"
 #include "tabrix.h"
 #include "tabrix/IBookT.h"
 
@@ -16,69 +15,19 @@ using namespace tabrix;
 
 namespace {
 
-const char *const kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
-const char *const kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
-
-std::string rel(const std::string &id, const std::string &type, const std::string &target) {
-    return "<Relationship Id=\"" + id + "\" Type=\"" + kRel + "/" + type + "\" Target=\"" + target +
-           "\"/>";
-}
-
 // A one-sheet book "S" whose worksheet holds `body`, with defined names `names`.
 std::string book(const std::string &body, const std::string &names) {
-    ZipWriter w;
-    auto add = [&](const wchar_t *name, const std::string &text) {
-        w.add(name, text.data(), text.size());
-    };
-    add(L"/[Content_Types].xml",
-        "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
-        "<Default Extension=\"rels\" ContentType=\"application/"
-        "vnd.openxmlformats-package.relationships+xml\"/>"
-        "<Default Extension=\"xml\" ContentType=\"application/xml\"/>"
-        "<Override PartName=\"/xl/workbook.xml\" ContentType=\"application/"
-        "vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
-        "<Override PartName=\"/xl/worksheets/sheet1.xml\" ContentType=\"application/"
-        "vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/></Types>");
-    const std::string rels =
-        "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">";
-    add(L"/_rels/.rels",
-        rels + rel("rId1", "officeDocument", "xl/workbook.xml") + "</Relationships>");
-    add(L"/xl/workbook.xml", std::string("<workbook xmlns=\"") + kMain + "\" xmlns:r=\"" + kRel +
-                                 "\"><sheets><sheet name=\"S\" sheetId=\"1\" r:id=\"rId1\"/>"
-                                 "</sheets>" +
-                                 names + "</workbook>");
-    add(L"/xl/_rels/workbook.xml.rels",
-        rels + rel("rId1", "worksheet", "worksheets/sheet1.xml") + "</Relationships>");
-    add(L"/xl/worksheets/sheet1.xml",
-        std::string("<worksheet xmlns=\"") + kMain + "\">" + body + "</worksheet>");
-    w.close();
-    char *bytes = nullptr;
-    size_t size = 0;
-    w.getRaw(bytes, size);
-    std::string out(bytes, size);
-    std::free(bytes);
-    return out;
+    packages::Parts p = packages::workbook({"worksheets/sheet1.xml"}, false, names);
+    p[L"/xl/workbook.xml"].replace(p[L"/xl/workbook.xml"].find("S1"), 2, "S");
+    p[L"/xl/worksheets/sheet1.xml"] =
+        std::string("<worksheet xmlns=\"") + packages::kMain + "\">" + body + "</worksheet>";
+    return packages::zip(p);
 }
 
 // The saved sheet part, then the saved workbook part.
 std::string savedParts(IBookT<char> &b) {
-    const char *bytes = nullptr;
-    unsigned size = 0;
-    EXPECT_TRUE(b.saveRaw(&bytes, &size)) << b.errorMessage();
-    ZipReader r(bytes, size);
-    std::string out;
-    for (const wchar_t *part : {L"worksheets/sheet1.xml", L"workbook.xml"})
-        for (size_t i = 0; i < r.size(); ++i) {
-            const std::wstring name = r.name(i);
-            if (name != std::wstring(L"xl/") + part && name != std::wstring(L"/xl/") + part)
-                continue;
-            char *data = nullptr;
-            size_t length = 0;
-            r.data(i, data, length);
-            out.append(data ? data : "", length);
-            std::free(data);
-        }
-    return out;
+    packages::Parts p = packages::saved(b);
+    return p[L"/xl/worksheets/sheet1.xml"] + p[L"/xl/workbook.xml"];
 }
 
 const std::string kCols9 = "<cols><col min=\"1\" max=\"9\" width=\"20\" customWidth=\"1\"/></cols>";
