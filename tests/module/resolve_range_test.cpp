@@ -180,34 +180,6 @@ TEST(ResolveRange, LabelForms) {
     }
 }
 
-TEST(ResolveRange, SheetsAddedForWritingAreNamedInOrder) {
-    FakeBook book;
-    book.add("Sheet1");
-    ASSERT_EQ(0, resolveIn(book, OPT_WRITING, "[3$A1]").status);
-    ASSERT_EQ(3u, book.sheets.size());
-    EXPECT_EQ("Sheet2", book.sheets[1]->name);
-    EXPECT_EQ("Sheet3", book.sheets[2]->name);
-}
-
-TEST(ResolveRange, HeaderCreationWritesNamesOnlyIntoAnEmptyHeader) {
-    FakeBook book;
-    book.add("Sheet1");
-    ASSERT_EQ(0, resolveIn(book, OPT_WRITING, "skiph+;grow;[B1:D1](x,y)").status);
-    const tin::FakeSheet &s = *book.sheets[0];
-    ASSERT_NE(nullptr, s.at(0, 1));
-    EXPECT_EQ("x", s.at(0, 1)->text);
-    EXPECT_EQ("y", s.at(0, 2)->text);
-    EXPECT_EQ(nullptr, s.at(0, 3));
-
-    // With a filled header the names are searched, nothing is written.
-    FakeBook full;
-    tin::fillStandardBook(full);
-    size_t before = full.sheets[2]->cells.size();
-    Outcome out = resolveIn(full, OPT_WRITING, "skiph+;grow;[Data$A1:C4](zz)");
-    EXPECT_EQ("SHEET: Invalid column identifier in selection (zz).\n", out.errors);
-    EXPECT_EQ(before, full.sheets[2]->cells.size());
-}
-
 // ---- cell conversion --------------------------------------------------------
 
 struct CellCase {

@@ -243,42 +243,6 @@ TEST_P(RoundTrip, EveryKindAndLayout) {
     }
 }
 
-TEST_P(RoundTrip, ScalarsShareOneFile) {
-    ASSERT_TRUE(tout::host().loaded()) << tout::host().loadError();
-    Context ctx;
-    qd_value i = qdInt(-12), r = qdReal(0.1), s = qdStr(ctx.intern("say \"hi\", twice")),
-             b = qdBool(false);
-    Record *ship = shipment(ctx, "east", "m2", 3, true);
-    External *code = ctx.newExternal(codeType(), "<z");
-    std::vector<Item> out{{"[A1]", QD_INT, &i},
-                          {"[B1]", QD_REAL, &r},
-                          {"[C1]", QD_STRING, &s},
-                          {"[D1]", QD_BOOL, &b},
-                          {"[A3:D3]", shipmentType(), ship},
-                          {"[F5]", codeType(), code}};
-    std::string path = tout::scratch("scalars." + GetParam());
-    std::remove(path.c_str());
-    ASSERT_EQ(tout::host().write(ctx, GetParam().c_str(), path, out), 0) << ctx.allErrors();
-
-    qd_value i2{}, r2{}, s2{}, b2 = qdBool(true);
-    Record *ship2 = ctx.newRecord(shipmentType());
-    External *code2 = ctx.newExternal(codeType());
-    std::vector<Item> in{{"[A1]", QD_INT, &i2},
-                         {"[B1]", QD_REAL, &r2},
-                         {"[C1]", QD_STRING, &s2},
-                         {"[D1]", QD_BOOL, &b2},
-                         {"[A3:D3]", shipmentType(), ship2},
-                         {"[F5]", codeType(), code2}};
-    ASSERT_EQ(tout::host().read(ctx, GetParam().c_str(), path, in), 0) << ctx.allErrors();
-    EXPECT_EQ(i2.i, -12);
-    EXPECT_EQ(r2.r, 0.1);
-    EXPECT_STREQ(s2.s, "say \"hi\", twice");
-    EXPECT_EQ(b2.b, 0);
-    EXPECT_EQ(ship2->text(), ship->text());
-    EXPECT_EQ(code2->text(), "<z");
-    std::remove(path.c_str());
-}
-
 // Random sparse arrays of one to four dimensions in every layout.
 TEST_P(RoundTrip, RandomSparseArrays) {
     ASSERT_TRUE(tout::host().loaded()) << tout::host().loadError();

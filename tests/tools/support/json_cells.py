@@ -4,8 +4,8 @@ what a copy of each cell must keep: "kind value date numFormat", or
 recalculation).  Custom number formats are numbered by each book, so their
 text stands for them.  With "errors-as-text" an error cell counts as a text
 of its error text, the form a copy gives it when the target refuses the
-error as a formula.  Besides the cells, "@sheet", "@file", "@range" and for
-each cell "@pos REF" (row col format).  Entries are "key\\x1fvalue\\x1e";
+error as a formula.  Besides the cells, "@sheet" names the sheet.
+Entries are "key\\x1fvalue\\x1e";
 a dump that is no json gives the one entry "error".
 
 usage: json_cells.py DUMP_FILE [errors-as-text]
@@ -16,7 +16,7 @@ out = {}
 try:
     doc = json.load(open(sys.argv[1], encoding='utf-8'))
     as_text = 'errors-as-text' in sys.argv[2:]
-    out.update({'@sheet': doc['sheet'], '@file': doc['file'], '@range': doc['range']})
+    out['@sheet'] = doc['sheet']
     for c in doc['cells']:
         v, ref = c['value'], c['ref']
         shown = ('true' if v else 'false') if isinstance(v, bool) else \
@@ -30,7 +30,6 @@ try:
             out[ref] = 'formula %s %s' % (f, fmt)
         else:
             out[ref] = '%s %s %s %s' % (kind, shown, c.get('date') or '', fmt)
-        out['@pos ' + ref] = '%d %d %d' % (c['row'], c['col'], c['format'])
 except Exception as e:
     out = {'error': '%s: %s' % (type(e).__name__, e)}
 sys.stdout.buffer.write(''.join(k + '\x1f' + v + '\x1e' for k, v in out.items()).encode('utf-8', 'surrogatepass'))
