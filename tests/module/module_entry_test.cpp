@@ -1,7 +1,6 @@
 // Loading the module through the reference host: its one export, versions,
-// services and the driver table.
+// services and the report of an unsupported operation.
 #include "refhost.h"
-#include "sheetfile.h"
 #include "support/tout_support.h"
 
 #include <gtest/gtest.h>
@@ -13,17 +12,6 @@ using namespace qdhost;
 using tout::host;
 
 namespace {
-
-TEST(ModuleEntry, LoadsWithVersions) {
-    ASSERT_TRUE(host().loaded()) << host().loadError();
-    EXPECT_EQ(host().version(), 5013);
-    EXPECT_EQ(host().interfaceVersion(), 1004000);
-    const qd_module_desc *d = host().description();
-    EXPECT_EQ(d->nconsts, 0);
-    EXPECT_EQ(d->nfuncs, 0);
-    EXPECT_EQ(d->ntypes, 0);
-    EXPECT_EQ(d->nservices, 5);
-}
 
 TEST(ModuleEntry, ExportsOnlyTheEntry) {
     void *h = dlopen(QDSHEET_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
@@ -57,37 +45,6 @@ TEST(ModuleEntry, VersionServices) {
     EXPECT_NE(host().service(QD_SRV_FINISH), nullptr);
 }
 
-TEST(ModuleEntry, DriverTable) {
-    const char *bookInfo = "[noindex|partndx;][grow;][skiph[+];][bufsize=#;]filename";
-    const struct {
-        const char *name;
-        const char *info;
-    } drivers[] = {
-        {"xls", bookInfo},
-        {"xlsx", bookInfo},
-        {"csv", "[noindex|partndx;][grow;][skiph[+];][bufsize=#;][fsep=c;][dsep=c;][true=s;]"
-                "[false=s;]filename"},
-    };
-    for (const auto &d : drivers) {
-        const qd_driver *drv = host().driver(d.name);
-        ASSERT_NE(drv, nullptr) << d.name;
-        int n = 0;
-        for (const qd_driver_op *op = drv->ops; op->tag; ++op, ++n) {
-            EXPECT_EQ(op->tag, n + 1);
-            EXPECT_NE(op->op, nullptr);
-        }
-        EXPECT_EQ(n, 7) << d.name;
-        EXPECT_STREQ(host().driverInfo(d.name), d.info);
-        EXPECT_EQ(host().driverOp(d.name, QD_DRV_UNSUPPORTED1),
-                  host().driverOp(d.name, QD_DRV_UNSUPPORTED2));
-    }
-    int count = 0;
-    for (const qd_driver *drv = static_cast<const qd_driver *>(host().service(QD_SRV_DRIVERS));
-         drv->name; ++drv)
-        ++count;
-    EXPECT_EQ(count, 3);
-}
-
 TEST(ModuleEntry, NotSupportedReportsCodeOne) {
     Context ctx;
     auto fn = reinterpret_cast<qd_unsupported_fn>(
@@ -96,16 +53,6 @@ TEST(ModuleEntry, NotSupportedReportsCodeOne) {
     EXPECT_EQ(fn(&ctx, nullptr, 1, 2), -1);
     ASSERT_EQ(ctx.reports.size(), 1u);
     EXPECT_EQ(ctx.reports[0], std::make_pair(std::string("operation not supported"), 1));
-}
-
-TEST(ModuleEntry, XlsxOpenSetsItsBitFirst) {
-    Context ctx;
-    int mode = 0;
-    host().open(ctx, "xlsx", "missing-book.xlsx", false, &mode);
-    EXPECT_EQ(mode & QD_MODE_XML, QD_MODE_XML);
-    EXPECT_EQ(mode & QD_MODE_OPENED, QD_MODE_OPENED);
-    host().open(ctx, "xls", "missing-book.xls", false, &mode);
-    EXPECT_EQ(mode & QD_MODE_XML, 0);
 }
 
 } // namespace
