@@ -1,6 +1,5 @@
-// What only the Open XML stylesheet has: the Strict edition, its messages,
-// custom number formats of loaded files, colours in both modes and between
-// books, shared borders and fills, and foreign markup kept.
+// What only the Open XML stylesheet has: its messages, colours in both
+// modes and between books, shared borders and fills, and foreign markup kept.
 #include <functional>
 #include <memory>
 #include <string>
@@ -50,42 +49,6 @@ std::string num(long v) { return std::to_string(v); }
 
 } // namespace
 
-// The Strict edition names its parts and sides its own way: a format with
-// every kind of entry reads back and writes again the same.
-TEST(Styles, StrictStylesheetsReadBackAndWriteAgainTheSame) {
-    Styles<char> s(STRICT, true);
-    IFormatT<char> *f = s.addFormat(nullptr);
-    IFontT<char> *t = s.addFont(nullptr);
-    ASSERT_TRUE(f->setFont(t));
-    EXPECT_TRUE(t->setName("\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80"));
-    EXPECT_FALSE(t->setName(""));
-    t->setUnderline(UNDERLINE_DOUBLEACC);
-    t->setScript(SCRIPT_SUB);
-    f->setBorderLeft(BORDERSTYLE_THIN);
-    f->setBorderRight(BORDERSTYLE_DOUBLE);
-    f->setBorderDiagonal(BORDERDIAGONAL_UP);
-    f->setBorderDiagonalStyle(BORDERSTYLE_DASHDOT);
-    f->setFillPattern(FILLPATTERN_GRAY6P25);
-    f->setAlignH(ALIGNH_DISTRIBUTED);
-    f->setNumFormat(s.addCustomNumFormat("0.0%"));
-    f->setHidden(true);
-    const std::string xml = saved(s);
-    auto r = loaded<char>(xml, STRICT);
-    IFormatT<char> *b = r->format(1);
-    EXPECT_STREQ(b->font()->name(), "\xc3\x84rial <Narrow> & \xf0\x9f\x98\x80");
-    EXPECT_EQ(b->font()->underline(), UNDERLINE_DOUBLEACC);
-    EXPECT_EQ(b->font()->script(), SCRIPT_SUB);
-    EXPECT_EQ(b->borderLeft() * 100 + b->borderRight(),
-              BORDERSTYLE_THIN * 100 + BORDERSTYLE_DOUBLE);
-    EXPECT_EQ(b->borderDiagonal(), BORDERDIAGONAL_UP);
-    EXPECT_EQ(b->borderDiagonalStyle(), BORDERSTYLE_DASHDOT);
-    EXPECT_EQ(b->fillPattern(), FILLPATTERN_GRAY6P25);
-    EXPECT_EQ(b->alignH(), ALIGNH_DISTRIBUTED);
-    EXPECT_STREQ(r->customNumFormat(b->numFormat()), "0.0%");
-    EXPECT_TRUE(b->hidden());
-    EXPECT_EQ(xmlparts::canonicalXml(saved(*r)), xmlparts::canonicalXml(xml));
-}
-
 TEST(Styles, FailuresCarryTheirMessages) {
     const std::string noFonts = sheetXml("<cellXfs count=\"1\"><xf/></cellXfs>");
     std::string allTaken;
@@ -125,32 +88,6 @@ TEST(Styles, FailuresCarryTheirMessages) {
     for (const auto &r : rows) EXPECT_EQ(failure(r.op), r.text) << r.name;
     // A loaded file keeps formats beyond the handed-out range, and the same text finds its id.
     EXPECT_EQ(loaded<char>(allTaken)->addCustomNumFormat("0.0"), 164);
-}
-
-TEST(Styles, CustomNumberFormatsOfALoadedStylesheetAreKept) {
-    const struct {
-        const char *name;
-        std::string xml;
-        std::vector<std::pair<const char *, int>> adds;
-    } rows[] = {
-        {"164 and 165 kept",
-         sheetXml("<numFmts count=\"2\"><numFmt numFmtId=\"164\" formatCode=\"a\"/><numFmt "
-                  "numFmtId=\"165\" formatCode=\"b\"/></numFmts>"),
-         {{"b", 165}, {"c", 166}}},
-        {"gap filled",
-         sheetXml("<numFmts count=\"3\"><numFmt numFmtId=\"166\" formatCode=\"a\"/><numFmt "
-                  "numFmtId=\"167\" formatCode=\"b\"/><numFmt numFmtId=\"169\" "
-                  "formatCode=\"c\"/></numFmts>"),
-         {{"d", 168}, {"e", 170}}},
-    };
-    for (const auto &r : rows) {
-        auto s = loaded<char>(r.xml);
-        for (const auto &[text, id] : r.adds)
-            EXPECT_EQ(s->addCustomNumFormat(text), id) << r.name << " " << text;
-        auto again = loaded<char>(saved(*s));
-        for (const auto &[text, id] : r.adds)
-            EXPECT_STREQ(again->customNumFormat(id), text) << r.name;
-    }
 }
 
 TEST(Styles, ColoursReadInBothModesAndWriteAsTheModeSays) {

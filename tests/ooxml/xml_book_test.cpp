@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <string>
@@ -235,38 +234,6 @@ TEST(XMLBook, SheetTypes) {
         ASSERT_NE(b->addSheet("New", nullptr), nullptr);
         EXPECT_TRUE(saved(*b.b).count(L"/xl/worksheets/sheet3.xml"));
     }
-}
-
-TEST(XMLBook, StrictPackages) {
-    const std::string bytes = zip(workbook({"worksheets/sheet1.xml"}, true));
-    Book raw;
-    EXPECT_FALSE(raw->loadRaw(bytes.data(), unsigned(bytes.size())));
-    EXPECT_TRUE(static_cast<XMLBookProxy<char> *>(raw.b)->isNormalMode());
-
-    const std::string path = ::testing::TempDir() + "strict_book.xlsx";
-    std::ofstream(path, std::ios::binary) << bytes;
-    Book b;
-    ASSERT_TRUE(b->load(path.c_str())) << b.msg();
-    EXPECT_FALSE(static_cast<XMLBookProxy<char> *>(b.b)->isNormalMode());
-    ASSERT_NE(b->addSheet("Two", nullptr), nullptr);
-    Parts out = saved(*b.b);
-    EXPECT_TRUE(has(out[L"/xl/_rels/workbook.xml.rels"], std::string(kStrictRel) + "/worksheet"));
-    EXPECT_FALSE(has(out[L"/xl/_rels/workbook.xml.rels"], kRel));
-    EXPECT_TRUE(has(out[L"/xl/worksheets/sheet2.xml"], kStrictMain));
-    ASSERT_TRUE(b->save(path.c_str()));
-    Book again;
-    ASSERT_TRUE(again->load(path.c_str())) << again.msg();
-    EXPECT_EQ(again->sheetCount(), 2);
-
-    // A malformed Transitional workbook fails with its own cause, not with
-    // the other edition's complaint about the root.
-    Parts broken = workbook({"worksheets/sheet1.xml"});
-    broken[L"/xl/worksheets/sheet1.xml"] = "<worksheet xmlns=\"" + std::string(kMain) + "\"><x";
-    std::ofstream(path, std::ios::binary) << zip(broken);
-    Book failing;
-    EXPECT_FALSE(failing->load(path.c_str()));
-    EXPECT_TRUE(static_cast<XMLBookProxy<char> *>(failing.b)->isNormalMode()) << failing.msg();
-    std::remove(path.c_str());
 }
 
 TEST(XMLBook, TemplateByExtension) {
