@@ -144,10 +144,6 @@ TEST(Styles, ColoursReadInBothModesAndWriteAsTheModeSays) {
         else
             EXPECT_EQ(xml.find("<color"), std::string::npos) << xml;
     }
-    Styles<char> s(TRANSITIONAL, true);
-    int r = 0, g = 0, b = 0;
-    s.colorUnpack(s.colorPack(1, 2, 3), &r, &g, &b);
-    EXPECT_EQ(r * 10000 + g * 100 + b, 10203);
 }
 
 TEST(Styles, FormatsCopiedBetweenBooksKeepTheirColours) {
