@@ -120,28 +120,6 @@ TEST(XMLBookProxyTest, AnExceptionIsSwallowedAndLoadRawDoesNotRetry) {
     EXPECT_TRUE(proxy.isNormalMode());
 }
 
-TEST(XMLBookProxyTest, ForwardsToTheHeldImplementation) {
-    Script script;
-    FakeFactory factory(script);
-    XMLBookProxy<char> proxy(factory);
-    IBookT<char> *impl = proxy.impl();
-    proxy.setDate1904(true);
-    proxy.setRefR1C1(true);
-    proxy.setTemplate(true);
-    EXPECT_TRUE(impl->isDate1904());
-    EXPECT_TRUE(impl->refR1C1());
-    EXPECT_TRUE(proxy.isTemplate());
-    EXPECT_EQ(proxy.sheetType(3), SHEETTYPE_UNKNOWN);
-    EXPECT_STREQ(proxy.errorMessage(), "index is out of range");
-    EXPECT_FALSE(proxy.save("out"));
-    EXPECT_STREQ(proxy.errorMessage(), "normal failed");
-    // switching drops what the old implementation held
-    proxy.switchToStrictMode();
-    EXPECT_FALSE(proxy.isDate1904());
-    EXPECT_EQ(script.created, 2);
-    EXPECT_EQ(script.live, 1);
-}
-
 // The wide twins of both kinds: an empty book's answers, a sheet name
 // beyond the first plane, and a refused load.
 TEST(CreatedBooks, WideBooksStartFresh) {
