@@ -104,7 +104,7 @@ TEST(XMLBook, Messages) {
 // Inserting before the active tab moves it on; a name scoped to a sheet
 // moves with the sheets inserted and deleted before it.
 TEST(XMLBook, SheetTypesActiveTabAndScopedNames) {
-    Parts p = workbook({"worksheets/sheet1.xml", "other/sheet2.xml"}, false,
+    Parts p = workbook({"worksheets/sheet1.xml", "other/sheet2.xml"},
                        "<definedNames><definedName name=\"b\" localSheetId=\"1\">S2!$A$1"
                        "</definedName></definedNames>");
     std::string &types = p[L"/[Content_Types].xml"];
