@@ -24,6 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         }
     }
     FakeFormulaBook book;
+    book.refs = {{0, 0}, {0, 2}, {-1, -1}};
     FormulaParser parser;
     FormulaPrinter printer;
     std::vector<uint8_t> tokens;

@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const bool relative = data[0] & 1;
     const int row = data[1] | data[2] << 8, col = data[3];
     FakeFormulaBook book;
+    book.refs = {{0, 0}, {0, 2}, {-1, -1}};
     FormulaPrinter printer;
     try {
         printer.print(data + 4, size - 4, &book, relative, row, col);

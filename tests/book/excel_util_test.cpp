@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using tabrix::ExcelUtil;
 
 TEST(ExcelUtil, RowColToAddr) {
@@ -77,10 +79,9 @@ TEST(ExcelUtil, AddrToRowCol) {
         int row = 99, col = 99;
         bool rowRel = false, colRel = false;
         ExcelUtil::addrToRowCol(c.addr, &row, &col, &rowRel, &colRel);
-        EXPECT_EQ(row, c.row) << c.addr;
-        EXPECT_EQ(col, c.col) << c.addr;
-        EXPECT_EQ(rowRel, c.rowRel) << c.addr;
-        EXPECT_EQ(colRel, c.colRel) << c.addr;
+        EXPECT_EQ(std::make_tuple(row, col, rowRel, colRel),
+                  std::make_tuple(c.row, c.col, c.rowRel, c.colRel))
+            << c.addr;
     }
     ExcelUtil::addrToRowCol(L"B7", nullptr, nullptr, nullptr, nullptr); // all outputs optional
 }
@@ -94,9 +95,6 @@ TEST(ExcelUtil, AddressRoundTrip) {
                 int r = -5, c = -5;
                 bool r2 = !rr, c2 = !cr;
                 ExcelUtil::addrToRowCol(a.c_str(), &r, &c, &r2, &c2);
-                EXPECT_EQ(r, row);
-                EXPECT_EQ(c, col);
-                EXPECT_EQ(r2, rr);
-                EXPECT_EQ(c2, cr);
+                EXPECT_EQ(std::make_tuple(r, c, r2, c2), std::make_tuple(row, col, rr, cr));
             }
 }

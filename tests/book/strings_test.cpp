@@ -39,12 +39,10 @@ TEST(Utf8, RoundTripsThroughUtf16Units) {
     const Case cases[] = {
         {"", L""},
         {"abc", L"abc"},
-        {"\xC3\xA9", std::wstring(1, wchar_t(0xE9))},
         {"\xC3\xA9t\xC3\xA9", L"\u00e9t\u00e9"},
         {"\xE2\x82\xAC", std::wstring(1, wchar_t(0x20AC))},
         {"\xEF\xBF\xBF", std::wstring(1, wchar_t(0xFFFF))},
         // U+1F600 is a surrogate pair: two units against every limit
-        {"\xF0\x9F\x98\x80", {wchar_t(0xD83D), wchar_t(0xDE00)}},
         {"x\xF0\x9F\x98\x80y", {L'x', wchar_t(0xD83D), wchar_t(0xDE00), L'y'}},
         {"a\xF4\x8F\xBF\xBFz", {L'a', wchar_t(0xDBFF), wchar_t(0xDFFF), L'z'}},
         {"\xF0\x90\x80\x80", {wchar_t(0xD800), wchar_t(0xDC00)}},
@@ -111,7 +109,6 @@ TEST(CLocaleFallback, UnconvertibleCharactersBecomeQuestionMarks) {
     };
     const Case cases[] = {
         {L"plain", "plain", false},
-        {L"caf\u00e9", "caf?", true},
         {L"\u00e9t\u00e9", "?t?", true},
         {L"", "", false},
     };

@@ -8,6 +8,7 @@
 #include <climits>
 #include <functional>
 #include <string>
+#include <tuple>
 
 using namespace tabrix;
 using namespace bookkinds;
@@ -228,17 +229,14 @@ TEST_P(Styles, FormatsCopiedFromEitherKindKeepWhatTheyHold) {
         ASSERT_EQ(dst->formatSize(), formats + 1);
         BookPtr r = reloaded(GetParam(), *dst);
         Fmt *f = r->format(formats);
-        EXPECT_EQ(f->borderLeft(), BORDERSTYLE_THIN);
-        EXPECT_EQ(f->borderLeftColor(), COLOR_RED);
-        EXPECT_EQ(f->fillPattern(), FILLPATTERN_SOLID);
-        EXPECT_EQ(f->patternForegroundColor(), COLOR_BLUE);
-        EXPECT_EQ(f->rotation(), 90);
+        ASSERT_NE(f->font(), nullptr);
+        EXPECT_EQ(std::make_tuple(f->borderLeft(), f->borderLeftColor(), f->fillPattern(),
+                                  f->patternForegroundColor(), f->rotation(), f->font()->bold(),
+                                  std::string(f->font()->name()), f->font()->color()),
+                  std::make_tuple(BORDERSTYLE_THIN, COLOR_RED, FILLPATTERN_SOLID, COLOR_BLUE, 90,
+                                  true, std::string("Verdana"), COLOR_GREEN));
         EXPECT_STREQ(r->customNumFormat(f->numFormat()), "yyyy-mm-dd");
         EXPECT_NE(f->numFormat(), r->addCustomNumFormat("0.0"));
-        ASSERT_NE(f->font(), nullptr);
-        EXPECT_TRUE(f->font()->bold());
-        EXPECT_STREQ(f->font()->name(), "Verdana");
-        EXPECT_EQ(f->font()->color(), COLOR_GREEN);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "formula/formula_printer.h"
 #include "formula/func_map.h"
 #include "formula/ptg.h"
+#include "support/fake_formula_book.h"
 
 #include <gtest/gtest.h>
 
@@ -14,37 +15,6 @@
 using namespace tabrix;
 
 namespace {
-
-// Three sheets; external sheet entries are made on demand.
-class FakeBook : public FormulaBook {
-public:
-    std::vector<std::wstring> sheets{L"Sheet1", L"My Sheet", L"it's"};
-    std::vector<std::pair<int, int>> refs;
-    int sheetIndex(const std::wstring &name) override {
-        for (size_t i = 0; i < sheets.size(); ++i)
-            if (sheets[i] == name) return int(i);
-        return -1;
-    }
-    uint16_t sheetRef(int first, int last) override {
-        for (size_t i = 0; i < refs.size(); ++i)
-            if (refs[i] == std::make_pair(first, last)) return uint16_t(i);
-        refs.emplace_back(first, last);
-        return uint16_t(refs.size() - 1);
-    }
-    bool sheetRange(uint16_t index, std::wstring &first, std::wstring &last, bool &bad) override {
-        bad = index >= refs.size() || refs[index].first < 0;
-        if (!bad) {
-            first = sheets[size_t(refs[index].first)];
-            last = sheets[size_t(refs[index].second)];
-        }
-        return true;
-    }
-    bool definedName(uint32_t index, std::wstring &name) override {
-        if (index != 1) return false;
-        name = L"Rate";
-        return true;
-    }
-};
 
 std::string hex(const std::vector<uint8_t> &v) {
     static const char *d = "0123456789ABCDEF";
@@ -61,7 +31,7 @@ std::string narrow(const std::wstring &w) { return std::string(w.begin(), w.end(
 
 // The text that comes back, or the message of the failure.
 std::string roundTrip(const std::wstring &text, std::vector<uint8_t> *tokens = nullptr) {
-    FakeBook book;
+    FakeFormulaBook book;
     FormulaParser parser;
     FormulaPrinter printer;
     std::vector<uint8_t> out;
@@ -76,7 +46,7 @@ std::string roundTrip(const std::wstring &text, std::vector<uint8_t> *tokens = n
 
 std::string printed(const std::vector<uint8_t> &tokens, bool relative = false, int row = 0,
                     int col = 0) {
-    FakeBook book;
+    FakeFormulaBook book;
     book.refs = {{0, 0}, {1, 2}, {-1, -1}};
     try {
         return narrow(

@@ -159,32 +159,3 @@ TEST(Binding, CraftedPartsGiveTheirCodes) {
     EXPECT_EQ(d.unmarshal(empty_s.data(), empty_s.size(), STRICT, PART_WORKSHEET),
               lmx::ELMX_VALUE_BAD_FORMAT);
 }
-
-TEST(Binding, ForeignContentSurvivesAndUnknownUnqualifiedIsDropped) {
-    const std::string doc =
-        "<worksheet xmlns=\"" + k_main +
-        "\" xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\" "
-        "xmlns:x14ac=\"urn:x14ac\" xmlns:xr=\"urn:xr\" mc:Ignorable=\"x14ac xr\" xr:uid=\"{1}\">"
-        "<sheetFormatPr defaultRowHeight=\"15\" x14ac:dyDescent=\"0.25\"/>"
-        "<sheetData><row r=\"1\" spans=\"1:2\" x14ac:dyDescent=\"0.25\" odd=\"1\"><c "
-        "r=\"A1\"><v>1</v></c></row>"
-        "</sheetData><x14ac:note a=\"1\"><x14ac:deep/></x14ac:note>"
-        "<mc:AlternateContent><mc:Choice "
-        "Requires=\"x14ac\"><x14ac:y/></mc:Choice></mc:AlternateContent>"
-        "<extLst><ext uri=\"{X}\"><xr:z q=\"1\"/></ext></extLst></worksheet>";
-    c_document d;
-    ASSERT_EQ(d.unmarshal(doc.data(), doc.size(), TRANSITIONAL, PART_WORKSHEET), lmx::ELMX_OK);
-    EXPECT_EQ(d.dropped(), 1u); // odd="1"
-    std::string out;
-    ASSERT_EQ(d.marshal(out), lmx::ELMX_OK);
-    std::string want = doc;
-    want.replace(want.find(" odd=\"1\""), 8, "");
-    EXPECT_EQ(out, "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n" + want);
-    // In Strict the same tags are refused: no tolerance there.
-    std::string strict = doc;
-    strict.replace(strict.find(k_main), k_main.size(),
-                   "http://purl.oclc.org/ooxml/spreadsheetml/main");
-    strict.replace(strict.find("<x14ac:note"), 0, "<bogus/>");
-    EXPECT_EQ(d.unmarshal(strict.data(), strict.size(), STRICT, PART_WORKSHEET),
-              lmx::ELMX_BAD_END_OF_ELEMENT);
-}

@@ -1,8 +1,6 @@
-// The package layer: part names and the target resolver, content types,
-// relationships, and the archive wrappers.
+// The package layer: content types and relationships, and their messages.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "book/tberror.h"
@@ -37,27 +35,6 @@ std::string failure(const std::string &xml, bool rels) {
 const std::string kRelsNs = "http://schemas.openxmlformats.org/package/2006/relationships";
 
 } // namespace
-
-TEST(Package, NamesAndTargets) {
-    const struct {
-        const wchar_t *source, *target, *want;
-    } rows[] = {
-        {L"/xl/drawings/drawing1.xml", L"../media/image1.png", L"/xl/media/image1.png"},
-        {L"/xl/workbook.xml", L"worksheets/sheet1.xml", L"/xl/worksheets/sheet1.xml"},
-        {L"/xl/workbook.xml", L"/xl/worksheets/sheet1.xml", L"/xl/worksheets/sheet1.xml"},
-        {L"/xl/workbook.xml", L"worksheets\\sheet2.xml", L"/xl/worksheets/sheet2.xml"},
-        {L"/", L"xl/workbook.xml", L"/xl/workbook.xml"},
-        {L"/xl/workbook.xml", L"./styles.xml", L"/xl/styles.xml"},
-        {L"/a.xml", L"../../b.xml", L"/b.xml"},
-    };
-    for (const auto &r : rows)
-        EXPECT_EQ(FileUtil::resolveTarget(r.source, r.target), r.want) << r.target;
-    EXPECT_EQ(FileUtil::getExtension(L"a.b/c"), L"b/c");
-    EXPECT_EQ(FileUtil::getExtension(L"a."), L"");
-    EXPECT_EQ(FileUtil::normalized(L"xl\\workbook.xml"), L"/xl/workbook.xml");
-    EXPECT_EQ(FileUtil::relsPartOf(L"/xl/workbook.xml"), L"/xl/_rels/workbook.xml.rels");
-    EXPECT_EQ(FileUtil::relsPartOf(L"/"), L"/_rels/.rels");
-}
 
 TEST(Package, ContentTypesAndRelationships) {
     const std::string types =
@@ -109,31 +86,4 @@ TEST(Package, ContentTypesAndRelationships) {
               lmx::get_error_description(lmx::ELMX_REQUIRED_ATTRIBUTES_MISSING));
     EXPECT_EQ(failure("<Types/>", false), lmx::get_error_description(lmx::ELMX_ELEMENT_NOT_FOUND));
     EXPECT_EQ(failure("<Types", false), lmx::get_error_description(lmx::ELMX_UNEXPECTED_EOM));
-}
-
-TEST(Package, ArchiveWrappers) {
-    ZipWriter w;
-    w.add(L"/xl\\workbook.xml", "<workbook/>", 11);
-    w.add(L"/xl/empty.xml", "", 0);
-    w.close();
-    char *raw = nullptr;
-    size_t n = 0;
-    w.getRaw(raw, n);
-    ZipReader r(raw, n);
-    ASSERT_EQ(r.size(), 1u);
-    EXPECT_EQ(r.name(0), L"/xl/workbook.xml");
-    char *bytes = nullptr;
-    size_t len = 0;
-    r.data(0, bytes, len);
-    EXPECT_EQ(std::string(bytes, len), "<workbook/>");
-    std::free(bytes);
-    r.data(5, bytes, len);
-    EXPECT_TRUE(bytes == nullptr && len == 0);
-    std::free(raw);
-    try {
-        ZipReader bad("not a zip at all, not even close to one", 40);
-        FAIL();
-    } catch (const tberror &e) {
-        EXPECT_EQ(std::string(e.what()).substr(0, 36), "The central directory was not found ");
-    }
 }

@@ -1,11 +1,9 @@
 // Pictures on Open XML sheets: placed, saved, loaded and read back with
-// their anchors, kinds and bytes; the messages; sized cells and Strict.
+// their anchors, kinds and bytes, and the messages.
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <functional>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -14,7 +12,6 @@
 #include "tabrix.h"
 
 using namespace tabrix;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -140,41 +137,6 @@ TEST(XMLPictures, Messages) {
         ASSERT_EQ(b->addPicture2(png.data(), unsigned(png.size())), 0);
         EXPECT_EQ(c.act(*b.b, *s), c.result) << c.message;
         EXPECT_EQ(b.msg(), c.message);
-    }
-}
-
-// Columns B:C of 140 pixels, row 2 of 40 and row 4 hidden move the far
-// corner; the size read back adds them up again.  A Strict book places a
-// picture in its own edition.
-TEST(XMLPictures, SizedCellsAndStrict) {
-    Book made;
-    made->addSheet("a", nullptr);
-    packages::Parts parts = packages::saved(*made.b);
-    std::string &sheet = parts[L"/xl/worksheets/sheet1.xml"];
-    const size_t at = sheet.find("<sheetData/>");
-    ASSERT_NE(at, std::string::npos) << sheet;
-    sheet.replace(
-        at, 12,
-        "<cols><col min=\"2\" max=\"3\" width=\"20\" customWidth=\"1\"/></cols><sheetData>"
-        "<row r=\"2\" ht=\"30\" customHeight=\"1\"/><row r=\"4\" hidden=\"1\"/></sheetData>");
-    const fs::path dir = fs::path(::testing::TempDir());
-    std::ofstream(dir / "sized.xlsx", std::ios::binary) << packages::zip(parts);
-    const fs::path strict = fs::path(TABRIX_CORPUS_DIR) / "public/calamine/strict_iso_paths.xlsx";
-    const std::string png = testimages::png(200, 85);
-    for (const fs::path &file : {dir / "sized.xlsx", strict}) {
-        if (!fs::exists(file)) continue;
-        Book b;
-        ASSERT_TRUE(b->load(file.string().c_str())) << b.msg();
-        b->getSheet(0)->setPicture(0, 0, b->addPicture2(png.data(), unsigned(png.size())), 1, 0, 0);
-        const fs::path saved = dir / "sized_saved.xlsx";
-        ASSERT_TRUE(b->save(saved.string().c_str())) << b.msg();
-        Book again; // loaded by name, which tries both editions
-        ASSERT_TRUE(again->load(saved.string().c_str())) << again.msg();
-        const std::vector<int> want = file == strict
-                                          ? std::vector<int>{0, 0, 3, 1, 200, 85, 0, 0, 0, 1}
-                                          : std::vector<int>{0, 0, 4, 1, 200, 85, 0, 0, 0, 1};
-        EXPECT_EQ(readBack(*again.b, 0, 0, png), want) << file;
-        std::remove(saved.string().c_str());
     }
 }
 

@@ -1,6 +1,6 @@
 // The Open XML cell store through a framed sheet of a small fake book:
 // writes and reads of every kind with their messages and limits, formula
-// texts, shared formulas, extents, clear and copy, and cells of files.
+// texts, extents, clear and copy, and cells of files.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -83,28 +83,6 @@ TEST(XmlSheetCells, WritesReadsAndMessagesInOrder) {
     }
 }
 
-TEST(XmlSheetCells, SavedCellsAreCompactAndReload) {
-    xmlfake::Book<char> book;
-    xmlfake::Sheet<char> sheet(book);
-    sheet.writeNum(0, 2, 0.1, nullptr);
-    sheet.writeNum(0, 0, 1e21, nullptr);
-    sheet.writeNum(2, 1, -3, nullptr);
-    sheet.writeBool(0, 1, false, nullptr);
-    sheet.writeFormula(3, 0, "A1&\";\"", nullptr);
-    const std::string xml = sheet.save();
-    EXPECT_NE(
-        xml.find("<sheetData><row r=\"1\"><c r=\"A1\"><v>1e+21</v></c><c r=\"B1\" t=\"b\">"
-                 "<v>0</v></c><c r=\"C1\"><v>0.1</v></c></row><row r=\"3\"><c r=\"B3\"><v>-3"
-                 "</v></c></row><row r=\"4\"><c r=\"A4\"><f>A1&amp;&quot;;&quot;</f></c></row>"),
-        std::string::npos)
-        << xml;
-    xmlfake::Sheet<char> again(book, xml);
-    EXPECT_EQ(again.readNum(0, 2, nullptr), 0.1);
-    EXPECT_EQ(again.readNum(0, 0, nullptr), 1e21);
-    EXPECT_EQ(text(again.readFormula(3, 0, nullptr)), "A1&\";\"");
-    EXPECT_EQ(again.firstCol() * 1000 + again.lastCol() * 100 + again.lastRow(), 304);
-}
-
 TEST(XmlSheetCells, CellsOfFilesReadByKind) {
     xmlfake::Book<char> book;
     const char *sst = "<sst xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
@@ -159,29 +137,6 @@ TEST(XmlSheetCells, CellsOfFilesReadByKind) {
             if (unordered.cellType(r, c) == CELLTYPE_NUMBER)
                 seen += num(unordered.readNum(r, c, nullptr)) + " ";
     EXPECT_EQ(seen, "12 21 31 32 33 ");
-}
-
-TEST(XmlSheetCells, SharedFormulasExpandAndSurviveTheirMaster) {
-    xmlfake::Book<char> book;
-    const std::string rows =
-        "<row r=\"1\"><c r=\"B1\"><f t=\"shared\" ref=\"B1:C3\" si=\"0\">A1*$A$1+SUM(A1:B1)</f>"
-        "<v>1</v></c><c r=\"C1\"><f t=\"shared\" si=\"0\"/><v>1</v></c></row>"
-        "<row r=\"2\"><c r=\"B2\"><f t=\"shared\" si=\"0\"/></c></row>"
-        "<row r=\"3\"><c r=\"C3\"><f t=\"shared\" si=\"0\"/></c></row>";
-    // A number or a formula over the master leaves the others as they were.
-    const std::function<void(ISheetT<char> &)> edits[] = {
-        [](ISheetT<char> &) {},
-        [](ISheetT<char> &s) { s.writeNum(0, 1, 5, nullptr); },
-        [](ISheetT<char> &s) { s.writeFormula(0, 1, "1+1", nullptr); },
-    };
-    const char *expected[] = {"B1*$A$1+SUM(B1:C1)", "A2*$A$1+SUM(A2:B2)", "B3*$A$1+SUM(B3:C3)"};
-    for (size_t e = 0; e < 3; ++e) {
-        xmlfake::Sheet<char> sheet(book, sheetXml(rows));
-        edits[e](sheet);
-        const int at[3][2] = {{0, 2}, {1, 1}, {2, 2}};
-        for (int i = 0; i < 3; ++i)
-            EXPECT_EQ(text(sheet.readFormula(at[i][0], at[i][1], nullptr)), expected[i]) << e;
-    }
 }
 
 // A wide caller hands code points in and gets code points back; the table

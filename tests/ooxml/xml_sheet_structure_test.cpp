@@ -17,7 +17,7 @@ namespace {
 
 // A one-sheet book "S" whose worksheet holds `body`, with defined names `names`.
 std::string book(const std::string &body, const std::string &names) {
-    packages::Parts p = packages::workbook({"worksheets/sheet1.xml"}, false, names);
+    packages::Parts p = packages::workbook({"worksheets/sheet1.xml"}, names);
     p[L"/xl/workbook.xml"].replace(p[L"/xl/workbook.xml"].find("S1"), 2, "S");
     p[L"/xl/worksheets/sheet1.xml"] =
         std::string("<worksheet xmlns=\"") + packages::kMain + "\">" + body + "</worksheet>";

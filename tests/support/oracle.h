@@ -17,8 +17,8 @@ using Lines = std::vector<std::string>;
 // LibreOffice is installed).
 bool has(const std::string &module);
 
-// The dump of the book at `path` by `reader` (xlrd, xlrd-format, xlrd-sst,
-// openpyxl, libreoffice); texts as UTF-16LE hex, or UTF-8 when `utf8`.
+// The dump of the book at `path` by `reader` (xlrd, xlrd-format, openpyxl,
+// libreoffice and the others oracle.py lists); texts as UTF-16LE hex, or UTF-8 when `utf8`.
 Lines dump(const std::string &reader, const std::string &path, bool utf8 = false);
 
 // Whether a dump is the reader's refusal ("ERROR ...").

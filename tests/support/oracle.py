@@ -4,10 +4,9 @@ interop tests compare lines.  usage: oracle.py READER PATH [utf8]
 Readers: xlrd, openpyxl and libreoffice (LibreOffice's csv export, raw
 values) dump the cells: "SHEET name", then "r c kind value" a cell, kind n
 number (%.17g), s text, b boolean, e error; blanks and empty texts left out.
-xlrd-format gives "r c bold colour format" instead; xlrd-sst "COUNT n" and
-the shared strings; olefile "path size crc32" a stream; xlrd-formulas
-"sheet row col kind text" a formula as xlrd decompiles it; openpyxl-formulas
-"r c text" under "SHEET name".  xlrd-structure adds sorted "merge r1 r2 c1
+xlrd-format gives "r c bold colour format" instead; olefile "path size
+crc32" a stream; xlrd-formulas "sheet row col kind text" a formula as xlrd
+decompiles it; openpyxl-formulas "r c text" under "SHEET name".  xlrd-structure adds sorted "merge r1 r2 c1
 c2", "row|col i level L hidden H" and "note r c" lines to the cells;
 openpyxl-dims gives the first sheet's merges, sized, hidden or grouped rows
 and columns and "summary below right"; openpyxl-settings sheet states, print
@@ -182,15 +181,6 @@ def make_lo_dates():
     finally:
         shutil.rmtree(out, ignore_errors=True)
         shutil.rmtree(folder, ignore_errors=True)
-
-
-def dump_sst():
-    # Kept open on demand, so that the shared strings are still there.
-    _, bk = xlrd_book(on_demand=True)
-    sst = bk._sharedstrings or []
-    print('COUNT', len(sst))
-    for s in sst:
-        print(text(s))
 
 
 def dump_openpyxl():
@@ -499,7 +489,7 @@ def on_path(f):
 
 
 READERS = {
-    'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True), 'xlrd-sst': dump_sst,
+    'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True),
     'xlrd-formulas': dump_formulas, 'xlrd-structure': dump_structure_xlrd, 'olefile': dump_streams,
     'openpyxl': dump_openpyxl, 'openpyxl-settings': dump_settings, 'libreoffice': dump_libreoffice,
     'libreoffice-structure': dump_structure_libreoffice, 'make-xlwt': make_xlwt, 'make-lo-dates': make_lo_dates,

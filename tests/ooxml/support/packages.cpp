@@ -17,8 +17,6 @@ namespace packages {
 
 const char *const kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
 const char *const kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
-const char *const kStrictMain = "http://purl.oclc.org/ooxml/spreadsheetml/main";
-const char *const kStrictRel = "http://purl.oclc.org/ooxml/officeDocument/relationships";
 
 Parts unzip(ZipReader &zip) {
     Parts out;
@@ -56,17 +54,17 @@ Parts saved(IBookT<char> &book) {
     return bytes ? unzip(bytes, size) : Parts();
 }
 
+namespace {
+// One Relationship element of type `ns`/`type`.
 std::string rel(const std::string &ns, const std::string &id, const std::string &type,
                 const std::string &target) {
     return "<Relationship Id=\"" + id + "\" Type=\"" + ns + "/" + type + "\" Target=\"" + target +
            "\"/>";
 }
+} // namespace
 
-Parts workbook(const std::vector<std::string> &sheetTargets, bool strict,
-               const std::string &workbookBody, const std::string &moreRels,
-               const std::string &moreTypes) {
-    const std::string main = strict ? kStrictMain : kMain;
-    const std::string rns = strict ? kStrictRel : kRel;
+Parts workbook(const std::vector<std::string> &sheetTargets, const std::string &workbookBody) {
+    const std::string main = kMain, rns = kRel;
     const std::string relsNs = "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/"
                                "2006/relationships\">";
     std::string sheets, rels, overrides;
@@ -86,12 +84,12 @@ Parts workbook(const std::vector<std::string> &sheetTargets, bool strict,
         "<Default Extension=\"xml\" ContentType=\"application/xml\"/>"
         "<Override PartName=\"/xl/workbook.xml\" ContentType=\"application/"
         "vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>" +
-        overrides + moreTypes + "</Types>";
+        overrides + "</Types>";
     p[L"/_rels/.rels"] =
         relsNs + rel(rns, "rId1", "officeDocument", "xl/workbook.xml") + "</Relationships>";
     p[L"/xl/workbook.xml"] = "<workbook xmlns=\"" + main + "\" xmlns:r=\"" + rns + "\"><sheets>" +
                              sheets + "</sheets>" + workbookBody + "</workbook>";
-    p[L"/xl/_rels/workbook.xml.rels"] = relsNs + rels + moreRels + "</Relationships>";
+    p[L"/xl/_rels/workbook.xml.rels"] = relsNs + rels + "</Relationships>";
     for (const std::string &t : sheetTargets)
         p[L"/xl/" + std::wstring(t.begin(), t.end())] =
             "<worksheet xmlns=\"" + main + "\"><sheetData/></worksheet>";

@@ -22,10 +22,8 @@ namespace packages {
 // Parts by name, names compared as a package compares them.
 using Parts = std::map<std::wstring, std::string, tabrix::CaseInsensitiveLess>;
 
-extern const char *const kMain;       // the Transitional main namespace
-extern const char *const kRel;        // and its relationships namespace
-extern const char *const kStrictMain; // the Strict ones
-extern const char *const kStrictRel;
+extern const char *const kMain; // the Transitional main namespace
+extern const char *const kRel;  // and its relationships namespace
 
 Parts unzip(tabrix::ZipReader &zip);
 Parts unzip(const char *bytes, size_t size);
@@ -33,17 +31,9 @@ std::string zip(const Parts &parts);
 // The saved package of `book`.
 Parts saved(tabrix::IBookT<char> &book);
 
-// One Relationship element of type `ns`/`type`.
-std::string rel(const std::string &ns, const std::string &id, const std::string &type,
-                const std::string &target);
-
-// A package with empty worksheets at the given targets (relative to /xl) in
-// a workbook of either edition; `workbookBody` goes after the sheets list,
-// `moreRels` and `moreTypes` into the workbook's relationships and the
-// content types.
-Parts workbook(const std::vector<std::string> &sheetTargets, bool strict = false,
-               const std::string &workbookBody = "", const std::string &moreRels = "",
-               const std::string &moreTypes = "");
+// A Transitional package with empty worksheets at the given targets
+// (relative to /xl); `workbookBody` goes after the sheets list.
+Parts workbook(const std::vector<std::string> &sheetTargets, const std::string &workbookBody = "");
 
 // `name` in the test folder `folder`, made if need be.
 std::filesystem::path scratch(const std::string &folder, const std::string &name);

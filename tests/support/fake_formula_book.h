@@ -1,7 +1,7 @@
-// A book for the formula fuzz targets: three sheets, external sheet
+// A book for formula tests and fuzz targets: three sheets, external sheet
 // entries made on demand (a bounded number), one defined name.
-#ifndef TABRIX_FUZZ_FAKE_FORMULA_BOOK_H
-#define TABRIX_FUZZ_FAKE_FORMULA_BOOK_H
+#ifndef TABRIX_TESTS_FAKE_FORMULA_BOOK_H
+#define TABRIX_TESTS_FAKE_FORMULA_BOOK_H
 
 #include "book/str_util.h"
 #include "book/tberror.h"
@@ -14,7 +14,7 @@
 class FakeFormulaBook : public tabrix::FormulaBook {
 public:
     std::vector<std::wstring> sheets{L"Sheet1", L"My Sheet", L"it's"};
-    std::vector<std::pair<int, int>> refs{{0, 0}, {0, 2}, {-1, -1}};
+    std::vector<std::pair<int, int>> refs;
 
     int sheetIndex(const std::wstring &name) override {
         for (size_t i = 0; i < sheets.size(); ++i)
