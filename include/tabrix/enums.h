@@ -133,7 +133,9 @@ enum NumFormat {
 enum Paper { PAPER_DEFAULT = 0, PAPER_LETTER = 1, PAPER_A3 = 8, PAPER_A4 = 9 };
 
 // A colour is an index into the book's palette: 8 to 63 select entries.
-enum Color {
+// In the RGB colour mode a colour is a packed 0xRRGGBB, so the type holds
+// every int value.
+enum Color : int {
     COLOR_BLACK = 8,
     COLOR_WHITE = 9,
     COLOR_RED = 10,
