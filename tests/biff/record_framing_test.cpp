@@ -158,7 +158,49 @@ TEST(RecordFraming, RecordClassesCheckIdAndSize) {
     EXPECT_FALSE(PhoneticInfo::checkBegin(255));
 }
 
-TEST(RecordFraming, StreamWriteFailureIsReported) {
+TEST(RecordFraming, SmallRecordsRoundTripAndDump) {
+    PhoneticInfo pi;
+    pi.ifnt = 3;
+    pi.ranges.push_back({1, 2, 3, 4});
+    pi.ranges.push_back({5, 6, 7, 8});
+    ExtSST es;
+    es.dsst = 8;
+    es.rgISSTInf.push_back({12, 12, 0});
+    es.rgISSTInf.push_back({0x2030, 4, 0});
+    std::string file = writeBook([&](Xls<char> &x) {
+        pi.write(x);
+        es.write(x);
+    });
+    Opened o(file);
+    PhoneticInfo pi2;
+    pi2.read(o.x);
+    ExtSST es2;
+    es2.read(o.x);
+    EXPECT_EQ(pi2.dumpText(), pi.dumpText());
+    EXPECT_EQ(es2.dumpText(), es.dumpText());
+    EXPECT_EQ(pi2.dumpText(), L"[PhoneticInfo ifnt=3 phs=55 rgref=({1 2 3 4}{5 6 7 8})]\n");
+    EXPECT_EQ(es2.dumpText(), L"[ExtSST dsst=8 rgISSTInf=({ib=12 cbOffset=12 reserved=0}"
+                              L"{ib=8240 cbOffset=4 reserved=0})]\n");
+}
+
+TEST(RecordFraming, ByteHelpers) {
+    std::deque<unsigned char> q;
+    ByteStream::pushInt16(q, 0xA1B2);
+    ByteStream::pushInt16(q, 0x1234);
+    ByteStream::pushInt16(q, 0x5678);
+    EXPECT_EQ(ByteStream::popInt16(q), 0xA1B2);
+    EXPECT_EQ(ByteStream::popInt32(q), 0x56781234u);
+    EXPECT_EQ(ByteStream::popInt16(q), 0); // empty queue
+
+    std::stringstream s;
+    IOCtrl::write<unsigned short>(s, 0xCAFE);
+    IOCtrl::write<unsigned int>(s, 0xDEADBEEFu);
+    unsigned short a = 0;
+    unsigned int b = 0;
+    IOCtrl::read(s, a);
+    IOCtrl::read(s, b);
+    EXPECT_EQ(a, 0xCAFE);
+    EXPECT_EQ(b, 0xDEADBEEFu);
     std::stringstream bad;
     bad.setstate(std::ios::badbit);
     EXPECT_EQ(errorOf([&] { IOCtrl::write<unsigned int>(bad, 1u); }),

@@ -134,7 +134,36 @@ TEST(SheetSetupTest, RecordsNormaliseWhatTheyRead) {
               "Pls size is incorrect");
 }
 
-TEST(SheetSetupTest, OversizedProtectionIsRefused) {
+TEST(SheetSetupTest, ProtectionRun) {
+    std::vector<uint8_t> wb;
+    record(wb, 18, words({1}));
+    record(wb, 99, words({1}));
+    record(wb, 19, words({0xCE4B}));
+    record(wb, 85, words({8}));
+    SheetSetup s(pool());
+    Records foreign = load(s, wb);
+    ASSERT_EQ(ids(foreign), (std::vector<uint16_t>{85}));
+    EXPECT_TRUE(s.protect());
+    s.setProtect(false);
+    EXPECT_FALSE(s.protect());
+    Records out = written([&](Xls<char> &x) { s.protection().write(x); });
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{18, 99, 19}));
+    EXPECT_EQ(out[0].second, words({0}));
+    EXPECT_EQ(out[2].second, words({0xCE4B})); // the password is kept
+
+    // New: nothing is written; unprotecting makes no record, protecting does.
+    SheetSetup fresh(pool());
+    fresh.setProtect(false);
+    Records none = written([&](Xls<char> &x) {
+        fresh.protection().write(x);
+        x.write(85, words({8}).data(), 2);
+    });
+    EXPECT_EQ(ids(none), (std::vector<uint16_t>{85}));
+    fresh.setProtect(true);
+    out = written([&](Xls<char> &x) { fresh.protection().write(x); });
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{18}));
+    EXPECT_EQ(out[0].second, words({1}));
+
     std::vector<uint8_t> huge = {18, 0, 0x60, 0xEA, 1, 0};
     EXPECT_EQ(errorOf([&] {
                   SheetSetup t(pool());

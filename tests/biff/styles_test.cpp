@@ -1,5 +1,6 @@
-// Fonts, formats and the palette at the level of their records: bad records
-// and their messages, font numbering, the initial table and the palette.
+// Fonts, formats and the palette at the level of their records: fields that
+// share bits, bad records and their messages, font numbering, the initial
+// table and the palette.
 #include "biff/style_table.h"
 #include "biff/support/biff_bytes.h"
 #include "biff/support/style_io.h"
@@ -21,6 +22,36 @@ using Font = FontImplT<char>;
 
 XF *newFormat(Table &t) { return static_cast<XF *>(t.addFormat(nullptr)); }
 Font *newFont(Table &t) { return static_cast<Font *>(t.addFont(nullptr)); }
+
+// What the XF record layout itself decides, beyond what the kind suite
+// reads back through a book: flags that only add, bits shared by
+// neighbouring fields.
+TEST(StylesTest, RecordFieldsKeepTheirNeighbours) {
+    const struct {
+        const char *what;
+        std::function<void(XF &)> set;
+        std::function<int(XF &)> get;
+        int expected;
+    } cases[] = {
+        {"readOrder only adds", [](XF &f) { f.setReadOrder(2), f.setReadOrder(1); },
+         [](XF &f) { return f.readOrder(); }, 3},
+        {"style flag", [](XF &f) { f.setStyle(true); }, [](XF &f) { return int(f.style()); }, 1},
+        {"colour spills into the next field",
+         [](XF &f) { f.setPatternForegroundColor(Color(0x80 | 5)); },
+         [](XF &f) { return int(f.patternBackgroundColor()) & 1; }, 1},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        Table t;
+        t.init();
+        XF *f = newFormat(t);
+        c.set(*f);
+        XF back(&t);
+        styleReadBack([&](Xls<char> &x) { f->write(x); },
+                      [&](Xls<char> &x, uint16_t size) { back.read(x, size, false); });
+        EXPECT_EQ(c.get(back), c.expected);
+    }
+}
 
 TEST(StylesTest, BadRecordsFailWithTheirMessage) {
     std::vector<uint8_t> font(14, 0);
