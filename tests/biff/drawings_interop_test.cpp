@@ -102,9 +102,8 @@ TEST(DrawingsInterop, OurPicturesAndCommentsSeenByLibreOffice) {
     BookPtr book = newBinaryBook();
     ISheetT<char> *one = book->addSheet("One", nullptr);
     ISheetT<char> *two = book->addSheet("Two", nullptr);
-    const ImageBytes png = pngImage(90, 40);
-    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
-              0);
+    const std::string png = testimages::png(90, 40);
+    ASSERT_EQ(book->addPicture2(png.data(), unsigned(png.size())), 0);
     one->setPicture2(1, 1, 0, 150, 60, 10, 3);
     one->writeComment(4, 2, "hello", "ann", 120, 60);
     one->setPicture(8, 0, 0, 1.0, 0, 0);
@@ -255,14 +254,14 @@ std::vector<std::string> ourPictures(Book &book) {
 
 TEST(PicturesInterop, AddedPicturesReadByAnotherWalker) {
     if (!oracle::has("olefile")) GTEST_SKIP() << "python3-olefile missing";
-    const Bytes images[] = {pngImage(64, 32), jpegImage(0xE0, 10, 20), jpegImage(0xE1, 30, 40),
-                            bmpImage(7, 8),   dibImage(9, 10),         wmfImage(),
-                            emfImage(100, 50)};
+    const std::string images[] = {testimages::png(64, 32),        testimages::jpeg(10, 20),
+                                  testimages::jpeg(30, 40, 0xE1), testimages::bmp(7, 8),
+                                  testimages::dib(9, 10),         testimages::wmf(),
+                                  testimages::emf(100, 50)};
     BookPtr book = newBinaryBook();
     book->addSheet("Sheet1", nullptr);
-    for (const Bytes &b : images)
-        ASSERT_GE(book->addPicture2(reinterpret_cast<const char *>(b.data()), unsigned(b.size())),
-                  0);
+    for (const std::string &b : images)
+        ASSERT_GE(book->addPicture2(b.data(), unsigned(b.size())), 0);
     std::string path = tmpPath("pictures_added.xls");
     ASSERT_TRUE(book->save(path.c_str())) << book->errorMessage();
     std::vector<std::string> expected = ourPictures(*book);
@@ -301,10 +300,8 @@ TEST(PicturesInterop, OtherWritersPicturesAndGroupKept) {
         EXPECT_EQ(again[0], lines[0]) << "drawing group changed";
 
         // With one more picture, the old ones stay and the new one follows.
-        const Bytes png = pngImage(5, 5);
-        ASSERT_EQ(
-            book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
-            int(lines.size()) - 1);
+        const std::string png = testimages::png(5, 5);
+        ASSERT_EQ(book->addPicture2(png.data(), unsigned(png.size())), int(lines.size()) - 1);
         ASSERT_TRUE(book->save(saved.c_str())) << book->errorMessage();
         std::vector<std::string> more = walk(saved);
         ASSERT_EQ(more.size(), lines.size() + 1);

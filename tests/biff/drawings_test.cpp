@@ -125,11 +125,9 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
     ISheetT<char> *sheets[2] = {book->addSheet("One", nullptr), book->addSheet("Two", nullptr)};
     sheets[0]->setCol(5, 5, 8, nullptr, true);
     sheets[0]->setRow(4, 22.5, nullptr, false);
-    const ImageBytes png = pngImage(40, 20), jpeg = jpegImage(0xE0, 70, 30);
-    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size())),
-              0);
-    ASSERT_EQ(book->addPicture2(reinterpret_cast<const char *>(jpeg.data()), unsigned(jpeg.size())),
-              1);
+    const std::string png = testimages::png(40, 20), jpeg = testimages::jpeg(70, 30);
+    ASSERT_EQ(book->addPicture2(png.data(), unsigned(png.size())), 0);
+    ASSERT_EQ(book->addPicture2(jpeg.data(), unsigned(jpeg.size())), 1);
     for (const Step &s : steps) {
         if (s.comment)
             sheets[s.sheet]->writeComment(s.row, s.col, s.comment, s.row == 7 ? "someone" : nullptr,
@@ -195,9 +193,9 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
         ISheetT<char> *sheet = book->addSheet("S", nullptr);
         sheet->setCol(2, 2, 8, nullptr, true);
         sheet->setMerge(7, 8, 1, 2);
-        const ImageBytes png = pngImage(4, 4);
+        const std::string png = testimages::png(4, 4);
         if (std::string(c.message) != "pictureId is out of range")
-            book->addPicture2(reinterpret_cast<const char *>(png.data()), unsigned(png.size()));
+            book->addPicture2(png.data(), unsigned(png.size()));
         sheet->setPicture2(c.row, c.col, 0, c.w, c.h, c.ox, c.oy);
         EXPECT_STREQ(book->errorMessage(), c.message);
         if (c.message[0] != 'o' && c.message[0] != 'w') {
@@ -214,27 +212,4 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
         putCoord(want, c.anchor);
         EXPECT_EQ(got, want);
     }
-}
-
-TEST(SheetDrawings, LoadedDrawingsSavedByteForByte) {
-    size_t drawings = 0;
-    for (const std::string &f : corpusXlsFiles()) {
-        SCOPED_TRACE(f);
-        WalkedBook before = walkFile(f);
-        BookPtr book = newBinaryBook();
-        if (!before.error.empty() || !book->load(f.c_str())) continue; // refused files: not here
-        const std::string saved = tmpPath("drawings_resaved.xls");
-        if (!book->save(saved.c_str())) { // only the older format is refused
-            EXPECT_NE(std::string(book->errorMessage()).find("BIFF5"), std::string::npos);
-            continue;
-        }
-        WalkedBook after = walkFile(saved);
-        ASSERT_EQ(after.substreams.size(), before.substreams.size());
-        for (size_t s = 1; s < before.substreams.size(); ++s) {
-            EXPECT_TRUE(drawingRun(before.substreams[s]) == drawingRun(after.substreams[s])) << s;
-            drawings += !drawingRun(before.substreams[s]).empty();
-        }
-    }
-    if (drawings == 0) GTEST_SKIP() << "corpus absent";
-    EXPECT_GE(drawings, 10u);
 }

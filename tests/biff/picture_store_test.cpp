@@ -26,6 +26,7 @@ using BookPtr = BinaryBook<>;
 
 BookPtr newBook() { return newBinaryBook(); }
 
+Bytes img(const std::string &s) { return Bytes(s.begin(), s.end()); }
 Bytes tail(const Bytes &b, size_t from) { return Bytes(b.begin() + long(from), b.end()); }
 
 std::string fileOf(const std::string &name, const Bytes &bytes) {
@@ -50,18 +51,18 @@ TEST(PictureStore, KindsSizesAndStoredBytes) {
         size_t stripped; // leading bytes not stored
     };
     const Case cases[] = {
-        {nullptr, pngImage(640, 480), 0, 640, 480, 0},
-        {"pic.PNG", pngImage(3, 70000), 0, 3, 70000, 0},
-        {nullptr, jpegImage(0xE0, 320, 200), 1, 320, 200, 0},
-        {nullptr, jpegImage(0xE1, 4000, 3000), 1, 4000, 3000, 0},
-        {"photo.jpg", jpegImage(0xE1, 17, 9), 1, 17, 9, 0},
-        {nullptr, bmpImage(33, 44), 3, 33, 44, 14},
-        {"b.BMP", bmpImage(5, 6), 3, 5, 6, 14},
-        {nullptr, dibImage(12, 34), 3, 12, 34, 0},
-        {nullptr, wmfImage(), 2, 200, 200, 22},
-        {"m.wmf", wmfImage(), 2, 200, 200, 22},
-        {nullptr, emfImage(150, 75), 4, 150, 75, 0},
-        {"e.EMF", emfImage(10, 20), 4, 10, 20, 0},
+        {nullptr, img(testimages::png(640, 480)), 0, 640, 480, 0},
+        {"pic.PNG", img(testimages::png(3, 70000)), 0, 3, 70000, 0},
+        {nullptr, img(testimages::jpeg(320, 200)), 1, 320, 200, 0},
+        {nullptr, img(testimages::jpeg(4000, 3000, 0xE1)), 1, 4000, 3000, 0},
+        {"photo.jpg", img(testimages::jpeg(17, 9, 0xE1)), 1, 17, 9, 0},
+        {nullptr, img(testimages::bmp(33, 44)), 3, 33, 44, 14},
+        {"b.BMP", img(testimages::bmp(5, 6)), 3, 5, 6, 14},
+        {nullptr, img(testimages::dib(12, 34)), 3, 12, 34, 0},
+        {nullptr, img(testimages::wmf()), 2, 200, 200, 22},
+        {"m.wmf", img(testimages::wmf()), 2, 200, 200, 22},
+        {nullptr, img(testimages::emf(150, 75)), 4, 150, 75, 0},
+        {"e.EMF", img(testimages::emf(10, 20)), 4, 10, 20, 0},
     };
     BookPtr book = newBook();
     MsoDrawingGroup group;
@@ -96,7 +97,7 @@ TEST(PictureStore, KindsSizesAndStoredBytes) {
 }
 
 TEST(PictureStore, RefusalsLeaveTheStoreAlone) {
-    const Bytes png = pngImage(1, 1);
+    const Bytes png = img(testimages::png(1, 1));
     const Bytes short4 = {0x89, 'P', 'N', 'G'};
     const Bytes gif = {'G', 'I', 'F', '8', '9', 'a', 0, 0};
     const Bytes jpegNoMarker = {0xFF, 0xD8, 0x00, 0xE0, 0, 0};

@@ -130,29 +130,6 @@ TEST(RecordFraming, WriterClosesRecordsAtTheBoundary) {
     }
 }
 
-TEST(RecordFraming, WriteContinueClosesWithTheBytesWritten) {
-    std::string file = writeBook([](Xls<char> &x) {
-        x.write(0x00EB, 8224);
-        std::vector<uint8_t> fill(8124, 1);
-        x.write(fill.data(), fill.size());
-        unsigned short remaining = 100;
-        writeContinue(x, remaining);
-        EXPECT_EQ(remaining, 8224);
-        x.writeInt16(0x4242);
-        remaining -= 2;
-        uint32_t p = x.writePos();
-        x.patchInt16(p + remaining - 8226u, uint16_t(8224u - remaining));
-    });
-    Opened o(file);
-    auto h = o.bytes(4);
-    EXPECT_EQ(h[0] | (h[1] << 8), 0xEB);
-    EXPECT_EQ(h[2] | (h[3] << 8), 8124);
-    o.bytes(8124);
-    auto c = o.bytes(6);
-    EXPECT_EQ(std::vector<uint8_t>(c.begin(), c.end()),
-              (std::vector<uint8_t>{60, 0, 2, 0, 0x42, 0x42}));
-}
-
 TEST(RecordFraming, RecordClassesCheckIdAndSize) {
     struct Case {
         std::vector<uint8_t> wb;

@@ -160,35 +160,3 @@ TEST(CellRecordsTest, RkDecodesAllFourForms) {
         EXPECT_DOUBLE_EQ(r.value(), c.value);
     }
 }
-
-TEST(CellRecordsTest, RkExactness) {
-    double lowBits;
-    uint64_t b = 0x3FF0000000000001ull;
-    std::memcpy(&lowBits, &b, sizeof lowBits);
-    struct Case {
-        double v;
-        bool exact;
-    };
-    const Case cases[] = {
-        {1.0, true},
-        {0.5, true},
-        {-2.0, true},
-        {0.0, true},
-        {0.1, false},
-        {1e300, false},
-        {lowBits, false},
-        // The test is on bits alone: the default quiet NaN keeps its bits.
-        {std::numeric_limits<double>::quiet_NaN(), true},
-        {std::numeric_limits<double>::infinity(), true},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.v);
-        EXPECT_EQ(rkExact(c.v), c.exact);
-        if (c.exact) {
-            RK r;
-            r.setValue(c.v);
-            double back = r.value();
-            EXPECT_EQ(std::memcmp(&back, &c.v, sizeof back), 0);
-        }
-    }
-}

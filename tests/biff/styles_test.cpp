@@ -1,6 +1,6 @@
-// Fonts, formats, custom number formats and the palette at the level of
-// their records: field layouts of both versions, bad records and their
-// messages, the initial table and the palette.
+// Fonts, formats and the palette at the level of their records: fields that
+// share bits, bad records and their messages, font numbering, the initial
+// table and the palette.
 #include "biff/style_table.h"
 #include "biff/support/biff_bytes.h"
 #include "biff/support/style_io.h"
@@ -51,46 +51,6 @@ TEST(StylesTest, RecordFieldsKeepTheirNeighbours) {
                       [&](Xls<char> &x, uint16_t size) { back.read(x, size, false); });
         EXPECT_EQ(c.get(back), c.expected);
     }
-}
-
-TEST(StylesTest, Biff5FormatLayoutIsTranslated) {
-    std::vector<uint8_t> d;
-    put16(d, 3);                               // ifnt
-    put16(d, 14);                              // ifmt
-    put16(d, 0x0001);                          // flags
-    d.push_back(uint8_t(3 | 0x08 | (1 << 4))); // right, wrap, centre
-    d.push_back(2);                            // rotation code 2: 90
-    put32(d, 10u | (11u << 7) | (1u << 16) | (2u << 22) | (1u << 31));
-    put32(d, 1u | (5u << 3) | (6u << 6) | (20u << 9) | (21u << 16) | (22u << 23));
-    Table t;
-    t.init();
-    XF f(&t);
-    std::string err =
-        styleReadError({{224, d}}, [&](Xls<char> &x, uint16_t size) { f.read(x, size, true); });
-    EXPECT_EQ(err, "");
-    const std::map<std::string, int> got = {{"ifnt", f.ifnt},
-                                            {"ifmt", f.numFormat()},
-                                            {"alignH", f.alignH()},
-                                            {"wrap", f.wrap()},
-                                            {"alignV", f.alignV()},
-                                            {"rotation", f.rotation()},
-                                            {"fg", f.patternForegroundColor()},
-                                            {"bg", f.patternBackgroundColor()},
-                                            {"pattern", f.fillPattern()},
-                                            {"bottom", f.borderBottom()},
-                                            {"bottomColor", f.borderBottomColor()},
-                                            {"top", f.borderTop()},
-                                            {"left", f.borderLeft()},
-                                            {"right", f.borderRight()},
-                                            {"topColor", f.borderTopColor()},
-                                            {"leftColor", f.borderLeftColor()},
-                                            {"rightColor", f.borderRightColor()}};
-    const std::map<std::string, int> want = {
-        {"ifnt", 3},        {"ifmt", 14},      {"alignH", 3}, {"wrap", 1},    {"alignV", 1},
-        {"rotation", 90},   {"fg", 10},        {"bg", 11},    {"pattern", 1}, {"bottom", 2},
-        {"bottomColor", 1}, {"top", 1},        {"left", 5},   {"right", 6},   {"topColor", 20},
-        {"leftColor", 21},  {"rightColor", 22}};
-    EXPECT_EQ(got, want);
 }
 
 TEST(StylesTest, BadRecordsFailWithTheirMessage) {
@@ -166,75 +126,6 @@ TEST(StylesTest, StyleExtUnexpectedRecord) {
         e.read(o.x);
     });
     EXPECT_EQ(err, "StyleExt: unexpected record");
-    // A block keeps the StyleExt that follows its Style.
-    StyleBlock b(0x8010, 4);
-    b.hasExt = true;
-    b.ext.data = {1, 2, 3};
-    StyleBlock back;
-    MemPool pool;
-    uint16_t next = styleReadBack([&](Xls<char> &x) { b.write(x); },
-                                  [&](Xls<char> &x, uint16_t s) { back.read(x, s, false, pool); });
-    EXPECT_EQ(next, 0x0A);
-    EXPECT_TRUE(back.hasExt);
-    EXPECT_EQ(back.ext.data, b.ext.data);
-    EXPECT_EQ(back.style.builtInStyle, 4);
-}
-
-TEST(StylesTest, StylesAndOldFontsReadBack) {
-    MemPool pool;
-    const struct {
-        const char *what;
-        uint16_t ixfe;
-        const wchar_t *name;
-        uint16_t size; // 0: the name decides
-    } cases[] = {{"built-in", 0x8013, nullptr, 4}, {"named", 0x0015, L"Heading", 0}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.what);
-        Style s(c.ixfe, 3);
-        if (c.name) s.name.setString(c.name, pool);
-        Style back;
-        styleReadBack([&](Xls<char> &x) { s.write(x); },
-                      [&](Xls<char> &x, uint16_t size) {
-                          EXPECT_EQ(size, c.size ? c.size : 2 + s.name.size());
-                          back.read(x, size, false, pool);
-                      });
-        EXPECT_EQ(back.ixfe, c.ixfe);
-        EXPECT_EQ(back.builtIn(), c.name == nullptr);
-        if (c.name)
-            EXPECT_EQ(std::wstring(back.name.text), c.name);
-        else
-            EXPECT_EQ(back.level, 0xFF);
-    }
-    // An old font: no flags byte before the name, and trailing bytes skipped.
-    std::vector<uint8_t> d;
-    for (uint16_t v : {240, 2, 10, 700, 1}) put16(d, v);
-    d.insert(d.end(), {1, 2, 0, 0, 4, 'T', 'a', 'h', 'o', 9, 9});
-    Table t;
-    t.init();
-    Font f(&t);
-    EXPECT_EQ(styleReadError({{49, d}}, [&](Xls<char> &x, uint16_t s) { f.read(x, s, true); }), "");
-    EXPECT_EQ(f.wideName(), L"Taho");
-    EXPECT_EQ(f.size(), 12);
-    EXPECT_TRUE(f.italic());
-    EXPECT_TRUE(f.bold());
-    EXPECT_EQ(f.script(), SCRIPT_SUPER);
-    EXPECT_EQ(f.underline(), UNDERLINE_SINGLE);
-}
-
-// An empty custom code keeps its count and flags byte in its record.
-TEST(StylesTest, EmptyFormatCodeReadsBack) {
-    Table t;
-    t.init();
-    EXPECT_EQ(t.addCustomNumFormat(""), 164);
-    MemPool pool;
-    Format back;
-    styleReadBack([&](Xls<char> &x) { t.numFormats()[0].write(x); },
-                  [&](Xls<char> &x, uint16_t s) {
-                      EXPECT_EQ(s, 5u);
-                      back.read(x, s, false, pool);
-                  });
-    EXPECT_EQ(back.ifmt, 164);
-    EXPECT_EQ(std::wstring(back.code.text), L"");
 }
 
 TEST(StylesTest, PalettePacking) {
@@ -334,27 +225,6 @@ TEST(StylesTest, InitialTable) {
     EXPECT_STREQ(empty.errorMessage(), "fonts is empty");
     empty.setDefaultFont("Arial", 10);
     EXPECT_STREQ(empty.errorMessage(), "fonts is empty");
-}
-
-// A copy takes the left border colour for the right one too, leaves the
-// book's RGB mode alone, and adds a font even within one book.
-TEST(StylesTest, AddFormatCopies) {
-    Table a;
-    a.init();
-    XF *src = newFormat(a);
-    src->setBorderLeftColor(Color(10));
-    src->setBorderRightColor(Color(12));
-    src->setBorderTopColor(Color(13));
-    src->setFont(newFont(a));
-    a.setRgbMode(true);
-    XF *copy = static_cast<XF *>(a.addFormat(src));
-    ASSERT_NE(copy, nullptr);
-    EXPECT_TRUE(a.rgbMode());
-    EXPECT_EQ(copy->flags & 0x4, 0);
-    EXPECT_EQ(copy->borderRightColor(), 10);
-    EXPECT_EQ(copy->borderTopColor(), 13);
-    EXPECT_EQ(a.fontSize(), 7);
-    EXPECT_EQ(a.formatSize(), 23);
 }
 
 } // namespace
