@@ -22,6 +22,34 @@ const s_predefined k_predefined[] = {
 
 } // namespace
 
+size_t read_plain_text(std::string_view in, std::string &out) {
+    out.clear();
+    const size_t end = in.find('<');
+    if (end == std::string_view::npos || valid_utf8_prefix(in.substr(0, end)) != end)
+        return std::string_view::npos;
+    size_t run = 0;
+    for (size_t i = 0; i < end; ++i) {
+        const unsigned char b = static_cast<unsigned char>(in[i]);
+        if (b == '&') {
+            out.append(in.data() + run, i - run);
+            const size_t semi = in.find(';', i);
+            if (semi >= end) return std::string_view::npos;
+            const std::string_view name = in.substr(i + 1, semi - i - 1);
+            const s_predefined *known = nullptr;
+            for (const s_predefined &e : k_predefined)
+                if (name == e.name) known = &e;
+            if (!known) return std::string_view::npos;
+            out += known->ch;
+            i = semi;
+            run = semi + 1;
+        } else if ((b < 0x20 && b != '\t' && b != '\n') || b == ']') {
+            return std::string_view::npos;
+        }
+    }
+    out.append(in.data() + run, end - run);
+    return end;
+}
+
 bool c_xml_reader::decode_reference(const char *&p, const char *end, std::string &out,
                                     bool attribute, size_t nesting) {
     if (p < end && *p == '#') {

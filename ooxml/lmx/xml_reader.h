@@ -44,6 +44,13 @@ struct s_namespace_decl {
     int id;
 };
 
+// For readers straight from the bytes: the text at the start of `in` up
+// to the next '<', with the five predefined entities decoded into `out`;
+// its length, or npos for anything a full reader would have to judge
+// (other references, CR, ']' that could start "]]>", control characters,
+// invalid UTF-8, no '<').
+size_t read_plain_text(std::string_view in, std::string &out);
+
 class c_xml_reader {
 public:
     // Opens a document of `size` bytes; the bytes must outlive the reader.

@@ -10,6 +10,7 @@
 #include <charconv>
 
 #include "ooxml/lmx/xml_encoding.h"
+#include "ooxml/lmx/xml_reader.h"
 #include "ooxml/lmx/xml_writer.h"
 
 namespace tabrix {
@@ -53,36 +54,11 @@ template <class N> bool number(std::string_view v, N &n) {
     return ec == std::errc() && p == v.data() + v.size() && !v.empty();
 }
 
-// The text of an item up to "</t>", its entities decoded; false for
-// anything the reader would have to judge (other references, CR, "]]>",
-// invalid UTF-8).
+// The text of an item up to and including "</t></si>".
 bool itemText(Cursor &c, std::string &out) {
-    const size_t end = c.in.find('<', c.at);
-    if (end == std::string_view::npos) return false;
-    std::string_view raw = c.in.substr(c.at, end - c.at);
-    if (raw.find_first_of("\r]>") != std::string_view::npos) return false;
-    if (lmx::valid_utf8_prefix(raw) != raw.size()) return false;
-    out.clear();
-    for (size_t amp; (amp = raw.find('&')) != std::string_view::npos;) {
-        out.append(raw.data(), amp);
-        raw.remove_prefix(amp);
-        static const struct {
-            std::string_view name;
-            char c;
-        } kEntities[] = {
-            {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
-        bool known = false;
-        for (const auto &e : kEntities)
-            if (raw.substr(0, e.name.size()) == e.name) {
-                out += e.c;
-                raw.remove_prefix(e.name.size());
-                known = true;
-                break;
-            }
-        if (!known) return false;
-    }
-    out.append(raw.data(), raw.size());
-    c.at = end;
+    const size_t n = lmx::read_plain_text(c.in.substr(c.at), out);
+    if (n == std::string_view::npos) return false;
+    c.at += n;
     return c.take("</t></si>");
 }
 

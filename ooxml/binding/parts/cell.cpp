@@ -66,34 +66,13 @@ template <size_t N> bool starts(std::string_view in, size_t at, const char (&wha
 // Printable ASCII that needs no decoding: no markup, references or "]]>".
 bool plain_char(char c) { return c >= 0x20 && c < 0x7F && c != '<' && c != '&' && c != ']'; }
 
-// The text of a plain element at `at` up to its end tag `end`, with the
-// five predefined entities decoded into `out`; the position after the end
-// tag, or 0 for anything else (other references, other characters).
+// The text of a plain element at `at` up to its end tag `end`, decoded
+// into `out`; the position after the end tag, or 0 for anything else.
 template <size_t N>
 size_t plain_text(std::string_view in, size_t at, const char (&end)[N], std::string &out) {
-    static const struct {
-        std::string_view name;
-        char c;
-    } k_entities[] = {
-        {"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&apos;", '\''}};
-    out.clear();
-    size_t p = at;
-    for (;;) {
-        const size_t run = p;
-        while (p < in.size() && plain_char(in[p])) ++p;
-        out.append(in.data() + run, p - run);
-        if (p >= in.size() || in[p] != '&') break;
-        bool known = false;
-        for (const auto &e : k_entities)
-            if (in.compare(p, e.name.size(), e.name) == 0) {
-                out += e.c;
-                p += e.name.size();
-                known = true;
-                break;
-            }
-        if (!known) return 0;
-    }
-    return starts(in, p, end) ? p + N - 1 : 0;
+    const size_t n = lmx::read_plain_text(in.substr(at), out);
+    if (n == std::string_view::npos || !starts(in, at + n, end)) return 0;
+    return at + n + N - 1;
 }
 
 // The declaration of the element "f" of the cell type, or -1.
@@ -315,18 +294,19 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
             return;
         }
         out += '>';
-        if (formula) {
-            out += formula->_text.empty() ? std::string_view("<f/>") : std::string_view("<f>");
-            if (!formula->_text.empty()) {
-                lmx::output_convert_to_xml(out, formula->_text, false);
-                out += "</f>";
+        // A child with its text, as the writer closes an empty one.
+        auto child = [&out](char name, std::string_view text) {
+            const char tag[] = {'<', name, '>', 0};
+            if (text.empty()) {
+                out.append(tag, 2).append("/>");
+                return;
             }
-        }
-        if (_flags & HAS_V) out += _v.empty() ? std::string_view("<v/>") : std::string_view("<v>");
-        if ((_flags & HAS_V) && !_v.empty()) {
-            lmx::output_convert_to_xml(out, _v.view(), false);
-            out += "</v>";
-        }
+            out.append(tag, 3);
+            lmx::output_convert_to_xml(out, text, false);
+            out.append("</").append(1, name).append(">");
+        };
+        if (formula) child('f', formula->_text);
+        if (_flags & HAS_V) child('v', _v.view());
         out += "</";
         out += name;
         out += '>';
