@@ -5,8 +5,11 @@
 namespace tabrix {
 
 void XString::assign(const char *text) {
-    if (!text) return;
-    _narrow = text;
+    if (text) assign(std::string_view(text));
+}
+
+void XString::assign(std::string_view text) {
+    _narrow.assign(text);
     _narrowStale = false;
     _wideStale = true;
     _ok = false;

@@ -4,6 +4,7 @@
 #define TABRIX_XSTRING_H
 
 #include <string>
+#include <string_view>
 
 namespace tabrix {
 
@@ -12,6 +13,7 @@ public:
     // A null text changes nothing.
     void assign(const char *text);
     void assign(const wchar_t *text);
+    void assign(std::string_view text); // narrow
     void clear();
     // assign("ok"), free when the text is "ok" already, as it is after
     // every operation that went well.

@@ -5,18 +5,18 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ooxml/binding/engine/document.h"
+#include "ooxml/sheet/text_arena.h"
 
 namespace tabrix {
 
 struct PlainStrings {
-    std::deque<std::string> texts; // stored texts (escapes kept), stable in place
-    std::vector<bool> preserve;    // the item's text said xml:space="preserve"
+    TextArena texts;            // stored texts (escapes kept), stable in place
+    std::vector<bool> preserve; // the item's text said xml:space="preserve"
     bool hasCount = false, hasUnique = false;
     uint64_t count = 0;
     uint32_t unique = 0;

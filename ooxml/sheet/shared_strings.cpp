@@ -147,9 +147,8 @@ uint32_t SharedStrings::addStoredText(std::string_view stored) {
     _grown = true;
     if (_plain) {
         const uint32_t index = uint32_t(_table.texts.size());
-        _table.texts.emplace_back(stored);
+        _keys.push_back(_table.texts.push_back(stored));
         _table.preserve.push_back(blankEnd);
-        _keys.push_back(_table.texts.back());
         enter(_keys.back(), h, index);
         return index;
     }
@@ -174,11 +173,15 @@ std::wstring SharedStrings::stringByIndex(uint32_t index) const {
     return out;
 }
 
-const std::string *SharedStrings::plainStoredText(uint32_t index) const {
-    if (index >= size()) return nullptr;
-    if (_plain) return &_table.texts[index];
+bool SharedStrings::plainStoredText(uint32_t index, std::string_view &text) const {
+    if (index >= size()) return false;
+    if (_plain) {
+        text = _table.texts[index];
+        return true;
+    }
     const binding::c_node *t = textChild(*_items[index], _tDecl);
-    return t ? &t->_text : nullptr;
+    if (t) text = t->_text;
+    return t;
 }
 
 void SharedStrings::save(std::string &out) {

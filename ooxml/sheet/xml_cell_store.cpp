@@ -151,6 +151,9 @@ c_row_data &XMLCellStore::overwriteRow(uint32_t row) {
     c.decl = _rowDecl;
     auto data = std::make_unique<c_row_data>(set, set.elems[_rowDecl].complex);
     data->set_r(row + 1);
+    // A sheet written row by row has rows of like widths: room for as many
+    // cells as the row before spares the array its regrowths.
+    if (p > 0) data->cells().reserve(std::min<size_t>(_rows[p - 1].data->cells().size(), 1024));
     c_row_data *made = data.get();
     c.hand = std::move(data);
     const size_t at = rowChildPosition(p);

@@ -259,9 +259,10 @@ template <class C> const C *XMLSheetCellsT<C>::readStr(int row, int col, IFormat
             throw tberror("index is out of range or no value");
         if constexpr (std::is_same_v<C, char>) {
             // A plain UTF-8 item without escapes is the caller's text already.
-            const std::string *stored = sst->plainStoredText(index);
-            if (stored && _book->utf8Mode() && stored->find('_') == std::string::npos) {
-                _text.assign(stored->c_str());
+            std::string_view stored;
+            if (_book->utf8Mode() && sst->plainStoredText(index, stored) &&
+                stored.find('_') == std::string_view::npos) {
+                _text.assign(stored);
                 return _text.template c_str<char>(true);
             }
         }

@@ -29,14 +29,15 @@ template <class C> XString &XMLSheetImplT<C>::frameMessage() { return _owner->me
 template <class C> void XMLSheetImplT<C>::save(std::string &out) {
     binding::c_node &root = this->document().root();
     // Room for the part, so that a large sheet is not copied as it grows:
-    // a plain cell takes some 24 bytes, a row some 20.
+    // a plain cell takes some 24 to 40 bytes, a row some 20.  Pages of the
+    // room left unwritten are never touched, so the bound is generous.
     size_t room = 4096;
     if (binding::c_node *data = root.child("sheetData"))
         for (binding::c_child &c : data->_children)
             if (c.kind == binding::K_HAND)
                 if (auto *row = dynamic_cast<binding::c_row_data *>(c.hand.get())) {
                     row->unset_attribute("spans");
-                    room += 20 + 24 * row->cells().size();
+                    room += 32 + 48 * row->cells().size();
                 }
     if (!root.child("sheetFormatPr")) {
         if (binding::c_node *pr = root.append("sheetFormatPr"))

@@ -264,12 +264,54 @@ lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
     }
 }
 
+namespace {
+
+// Bytes that go out as they are, in an element's text or an attribute.
+bool verbatim(std::string_view s) {
+    for (const char c : s)
+        if (c < 0x20 || c > 0x7E || c == '<' || c == '>' || c == '&' || c == '"' || c == '\'')
+            return false;
+    return true;
+}
+
+char *put(char *p, std::string_view s) {
+    std::memcpy(p, s.data(), s.size());
+    return p + s.size();
+}
+
+template <class N> char *put_number(char *p, N n) { return std::to_chars(p, p + 24, n).ptr; }
+
+} // namespace
+
+bool c_cell::marshal_compact(std::string &out, std::string_view name) const {
+    const std::string_view v = _v.view();
+    if (!(_flags & HAS_V) || _rest || v.empty() || v.size() > 40 || name.size() > 8 || !verbatim(v))
+        return false;
+    char buf[160];
+    char *p = put(put(buf, "<"), name);
+    if (_flags & HAS_R) {
+        char letters[4];
+        size_t n = 0;
+        for (uint32_t c = _col + 1; c > 0 && n < 4; c = (c - 1) / 26)
+            letters[n++] = static_cast<char>('A' + (c - 1) % 26);
+        p = put(p, " r=\"");
+        while (n > 0) *p++ = letters[--n];
+        p = put(put_number(p, _row + 1), "\"");
+    }
+    if (_flags & HAS_S) p = put(put_number(put(p, " s=\""), _s), "\"");
+    if (_t) p = put(put(put(p, " t=\""), k_types[_t - 1]), "\"");
+    p = put(put(put(put(put(p, "><v>"), v), "</v></"), name), ">");
+    out.append(buf, size_t(p - buf));
+    return true;
+}
+
 void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const {
     lmx::c_xml_writer &w = ctx.writer();
     const c_node *formula = plain_formula();
     if ((!_rest || formula) && w.unprefixed(ctx.ns(ns))) {
         // The plain cell, the common one, goes out in one piece.
         std::string &out = w.raw_content();
+        if (!formula && marshal_compact(out, name)) return;
         out += '<';
         out += name;
         if (_flags & HAS_R) {

@@ -30,6 +30,9 @@ public:
     // At the start tag; consumes up to and including the end tag.
     lmx::elmx_error unmarshal(c_read_context &ctx);
     void marshal(c_write_context &ctx, int ns, std::string_view name) const;
+    // Appends a cell of fields only, with a short value that needs no
+    // escape, assembled in one buffer; false (nothing written) otherwise.
+    bool marshal_compact(std::string &out, std::string_view name) const;
     // Reads a cell in its plain form from the bytes at the start of `in`:
     // an unprefixed <c> with only r, s and t (double-quoted, printable
     // ASCII), then an optional <f> and an optional <v>, each of printable

@@ -1,0 +1,33 @@
+// TextArena: a growing list of texts packed one after another in blocks
+// that never move, so a view of a text stays valid while texts are added.
+// A table of a million short texts costs a few large allocations, not a
+// million small ones, to build and to free.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace tabrix {
+
+class TextArena {
+public:
+    size_t size() const { return _views.size(); }
+    bool empty() const { return _views.empty(); }
+    std::string_view operator[](size_t i) const { return _views[i]; }
+    std::string_view back() const { return _views.back(); }
+
+    // Copies `text` in and answers the view of the copy.
+    std::string_view push_back(std::string_view text);
+    void reserve(size_t texts) { _views.reserve(texts); }
+
+private:
+    static constexpr size_t kBlock = 256 * 1024;
+    std::vector<std::string_view> _views;
+    std::vector<std::unique_ptr<char[]>> _blocks, _large; // packed texts; long ones alone
+    char *_free = nullptr; // the unused end of the last block
+    size_t _left = 0;
+};
+
+} // namespace tabrix
