@@ -30,6 +30,13 @@ void *mapHugeAligned(size_t bytes) {
 
 } // namespace
 
+void adviseHugePages(void *p, size_t bytes) {
+    const uintptr_t start = reinterpret_cast<uintptr_t>(p);
+    const uintptr_t from = (start + kHugePageBytes - 1) / kHugePageBytes * kHugePageBytes;
+    const uintptr_t to = (start + bytes) / kHugePageBytes * kHugePageBytes;
+    if (p && to > from) adviseHuge(reinterpret_cast<void *>(from), to - from);
+}
+
 size_t wholePages(size_t bytes) {
     static const size_t page = size_t(sysconf(_SC_PAGESIZE));
     return (bytes + page - 1) / page * page;

@@ -21,6 +21,10 @@ void *mapZeroed(size_t bytes);
 // and then leaves the region as it was.
 void *remapRegion(void *p, size_t from, size_t to);
 void unmapRegion(void *p, size_t bytes);
+// Advises the whole huge pages inside a buffer of another allocator (a
+// large string or array about to be filled) to be backed by huge pages;
+// pages already touched stay as they are.
+void adviseHugePages(void *p, size_t bytes);
 // `bytes` rounded up to whole pages of the system.
 size_t wholePages(size_t bytes);
 

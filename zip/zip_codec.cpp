@@ -4,6 +4,7 @@
 #include <libdeflate.h>
 #include <memory>
 
+#include "book/mapped_memory.h"
 #include "zip/zip_exception.h"
 
 namespace tabrix {
@@ -32,6 +33,7 @@ bool zipDeflate(const unsigned char *in, size_t n, int level, std::vector<unsign
     // than the input is worth keeping.
     const size_t room = libdeflate_deflate_compress_bound(c.get(), n);
     std::unique_ptr<unsigned char[]> buffer(new unsigned char[room]);
+    adviseHugePages(buffer.get(), room);
     size_t got = n ? libdeflate_deflate_compress(c.get(), in, n, buffer.get(), room) : 0;
     out.assign(buffer.get(), buffer.get() + got);
     return got != 0 && got < n;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <unistd.h>
 
+#include "book/mapped_memory.h"
 #include "zip/zip_exception.h"
 
 namespace tabrix {
@@ -90,6 +91,9 @@ void CZipMemFile::Grow(uint64_t need) {
     void *p = realloc(_data, cap);
     if (!p) throw CZipException(CZipException::noMemory);
     _data = static_cast<unsigned char *>(p);
+    // A large inflated member is written once from end to end: huge pages
+    // spare most of its page faults.
+    if (cap - _capacity >= 4 * kHugePageBytes) adviseHugePages(_data + _capacity, cap - _capacity);
     _capacity = cap;
 }
 
@@ -102,10 +106,12 @@ void CZipMemFile::Write(const void *buf, size_t n) {
     _size = std::max<size_t>(_size, static_cast<size_t>(_pos));
 }
 
-void CZipMemFile::SetLength(uint64_t n) {
+void CZipMemFile::SetLength(uint64_t n) { resize(n, true); }
+
+void CZipMemFile::resize(uint64_t n, bool zeroed) {
     if (n > _size) {
         Grow(n);
-        memset(_data + _size, 0, static_cast<size_t>(n - _size));
+        if (zeroed) memset(_data + _size, 0, static_cast<size_t>(n - _size));
     }
     _size = static_cast<size_t>(n);
     if (_pos > _size) _pos = _size;

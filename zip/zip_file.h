@@ -67,6 +67,9 @@ public:
     void Write(const void *buf, size_t n) override;
     void Seek(uint64_t pos) override { _pos = pos; }
     void SetLength(uint64_t n) override;
+    // SetLength without filling the new bytes, for a caller that writes
+    // them all straight away.
+    void SetLengthUnfilled(uint64_t n) { resize(n, false); }
     uint64_t GetLength() const override { return _size; }
     uint64_t GetPosition() const override { return _pos; }
     void Close() override {}
@@ -79,6 +82,7 @@ public:
 
 private:
     void Grow(uint64_t need);
+    void resize(uint64_t n, bool zeroed);
     unsigned char *_data = nullptr;
     size_t _size = 0;
     size_t _capacity = 0;

@@ -215,7 +215,7 @@ bool CZipArchive::ExtractFile(size_t index, CZipMemFile &out, bool rewind, size_
     if (_inflatedTotal > length * kMaxRatio + (1u << 20)) fail(CZipException::zipBomb);
 
     std::vector<unsigned char> packed;
-    out.SetLength(h.uncompressedSize);
+    out.SetLengthUnfilled(h.uncompressedSize); // every byte is written below, or we fail
     out.Seek(0);
     unsigned char *dst = out.data();
     _file->Seek(dataAt);

@@ -73,7 +73,7 @@ void SharedStrings::indexItems() {
 // never needs it.
 void SharedStrings::indexTexts() {
     _indexed = true;
-    _keys.reserve(size());
+    if (!_plain) _keys.reserve(size());
     while (_slots.size() < 2 * (size() + 1)) grow();
     for (size_t i = 0; i < size(); ++i) {
         std::string joined;
@@ -82,7 +82,7 @@ void SharedStrings::indexTexts() {
             _joinedKeys.push_back(std::move(joined));
             key = _joinedKeys.back();
         }
-        _keys.push_back(key);
+        if (!_plain) _keys.push_back(key);
         const uint32_t h = hashOf(key);
         const size_t slot = probe(key, h);
         if (_slots[slot])
@@ -97,7 +97,7 @@ size_t SharedStrings::probe(std::string_view key, uint32_t h) const {
     for (size_t at = h & mask;; at = (at + 1) & mask) {
         const uint64_t s = _slots[at];
         if (!s) return at;
-        if (uint32_t(s >> 32) == h && _keys[uint32_t(s) - 1] == key) return at;
+        if (uint32_t(s >> 32) == h && keyOf(uint32_t(s) - 1) == key) return at;
     }
 }
 
@@ -147,9 +147,9 @@ uint32_t SharedStrings::addStoredText(std::string_view stored) {
     _grown = true;
     if (_plain) {
         const uint32_t index = uint32_t(_table.texts.size());
-        _keys.push_back(_table.texts.push_back(stored));
+        const std::string_view key = _table.texts.push_back(stored);
         _table.preserve.push_back(blankEnd);
-        enter(_keys.back(), h, index);
+        enter(key, h, index);
         return index;
     }
     if (_siDecl < 0) _siDecl = _doc.root().decl_of("si");

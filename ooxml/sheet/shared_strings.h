@@ -54,7 +54,8 @@ private:
     PlainStrings _table;
     binding::c_document _doc;
     std::vector<binding::c_node *> _items; // the si elements, in order
-    std::vector<std::string_view> _keys;   // stored text of each item
+    std::vector<std::string_view> _keys;   // stored text of each item of the tree
+    std::string_view keyOf(uint32_t i) const { return _plain ? _table.texts[i] : _keys[i]; }
     // Slots: hash in the high half, item index + 1 in the low half, 0 when empty.
     std::vector<uint64_t> _slots;
     size_t _used = 0;                    // slots taken

@@ -23,11 +23,15 @@ public:
     void reserve(size_t texts) { _views.reserve(texts); }
 
 private:
-    static constexpr size_t kBlock = 256 * 1024;
+    // Blocks double from the first size to the last, so that a small table
+    // stays small and a large one takes few blocks.
+    static constexpr size_t kFirstBlock = 16 * 1024, kLastBlock = 4 * 1024 * 1024;
+    static constexpr size_t kLong = 64 * 1024; // a text this long gets its own block
     std::vector<std::string_view> _views;
     std::vector<std::unique_ptr<char[]>> _blocks, _large; // packed texts; long ones alone
-    char *_free = nullptr; // the unused end of the last block
+    char *_free = nullptr;                                // the unused end of the last block
     size_t _left = 0;
+    size_t _nextBlock = kFirstBlock;
 };
 
 } // namespace tabrix

@@ -1,5 +1,6 @@
 #include "ooxml/sheet/xml_sheet_impl.h"
 
+#include "book/mapped_memory.h"
 #include "book/text_result.h"
 #include "ooxml/binding/parts/worksheet_facades.h"
 #include "ooxml/book/xml_book_impl.h"
@@ -45,6 +46,7 @@ template <class C> void XMLSheetImplT<C>::save(std::string &out) {
     }
     out.clear();
     out.reserve(room);
+    adviseHugePages(out.data(), out.capacity());
     throwXmlError(this->document().marshal(out));
 }
 
