@@ -37,6 +37,7 @@ template <class C> void XMLBookImplT<C>::clear() {
     _sharedStrings = nullptr;
     _styles = nullptr;
     _workbookPart.clear();
+    _r1c1 = -1;
     reset();
 }
 
@@ -188,13 +189,21 @@ bool XMLBookImplT<C>::dateUnpack(double value, int *year, int *month, int *day, 
     return tabrix::dateUnpack(isDate1904(), value, year, month, day, hour, min, sec, msec);
 }
 
-template <class C> bool XMLBookImplT<C>::refR1C1() {
-    const binding::c_node *calc = document().root().child("calcPr");
-    return calc && calc->attribute_or_default("refMode") == "R1C1";
+template <class C> bool XMLBookImplT<C>::refR1C1() { return r1c1Mode(); }
+
+// Sheets ask at every formula: the answer is kept until the mode is set or
+// the book starts over.
+template <class C> bool XMLBookImplT<C>::r1c1Mode() {
+    if (_r1c1 < 0) {
+        const binding::c_node *calc = document().root().child("calcPr");
+        _r1c1 = calc && calc->attribute_or_default("refMode") == "R1C1";
+    }
+    return _r1c1 > 0;
 }
 
 template <class C> void XMLBookImplT<C>::setRefR1C1(bool refR1C1) {
     binding::c_workbook(&document().root()).get_calcPr().set_refMode(refR1C1 ? "R1C1" : "A1");
+    _r1c1 = refR1C1;
 }
 
 template <class C> int XMLBookImplT<C>::version() { return libraryVersion(); }

@@ -87,6 +87,7 @@ public:
     bool dateUnpack(double value, int *year, int *month, int *day, int *hour, int *min, int *sec,
                     int *msec) override;
     bool refR1C1() override;
+    bool r1c1Mode() override;
     void setRefR1C1(bool refR1C1) override;
     int version() override;
     int biffVersion() override { return 0; }
@@ -193,6 +194,7 @@ private:
     ContentTypes *_contentTypes = nullptr;
     std::vector<PicInfo> _pictures;
     char *_rawBuffer = nullptr;
+    int8_t _r1c1 = -1; // the reference mode once asked for, -1 before
     std::string _localeName;
     XString _message;
     int _loadProgress = 0;

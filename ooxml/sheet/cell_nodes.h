@@ -1,5 +1,7 @@
 // Small helpers over a hand-made cell's rarer parts: its formula element
-// and its inline string.  Only for the sheet's own source files.
+// and its inline string.  A plain formula may instead be the cell's formula
+// text (see c_cell::formula_text); formulaOf gives only the element.  Only for the sheet's own
+// source files.
 #pragma once
 
 #include <cstring>
@@ -29,6 +31,7 @@ inline bool isSharedMaster(const binding::c_node &f) {
 inline void emptyCell(binding::c_cell &cell) {
     cell.unset_t();
     cell.unset_v();
+    cell.unset_formula_text();
     if (binding::c_node *rest = cell.rest()) {
         rest->_attrs.clear();
         rest->_foreign.clear();
@@ -38,6 +41,7 @@ inline void emptyCell(binding::c_cell &cell) {
 
 // The formula element of the cell, replaced by a copy of `f`.
 inline void setFormulaNode(binding::c_cell &cell, const binding::c_node &f) {
+    cell.unset_formula_text();
     binding::c_node *mine = formulaOf(cell);
     if (!mine) mine = cell.make_rest().append("f");
     if (mine != &f) *mine = f;

@@ -34,8 +34,9 @@ public:
     // The same for a text already in its stored form (UTF-8 with the
     // escapes made), which the caller has checked.
     uint32_t addStoredText(std::string_view stored);
-    // The stored text of a plain item; false for a rich one or an index
-    // out of range.  Lets a UTF-8 caller skip the wide round trip.
+    // The stored text of a plain item, followed by a NUL; false for a rich
+    // one or an index out of range.  Lets a UTF-8 caller skip the wide
+    // round trip.
     bool plainStoredText(uint32_t index, std::string_view &text) const;
 
 private:

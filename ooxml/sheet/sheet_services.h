@@ -12,7 +12,7 @@ public:
     virtual SharedStrings &sharedStrings() = 0;      // the book's table, made on first use
     virtual SharedStrings *sharedStringsIfAny() = 0; // null when the book has none
     virtual Styles<C> &styles() = 0;                 // made on first use
-    virtual bool refR1C1() = 0;
+    virtual bool r1c1Mode() = 0; // the book's reference mode, without the call's frame
     virtual bool utf8Mode() = 0;
 };
 

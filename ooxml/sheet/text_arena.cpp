@@ -9,14 +9,17 @@
 namespace tabrix {
 
 std::string_view TextArena::push_back(std::string_view text) {
-    if (text.empty()) return _views.emplace_back();
-    if (text.size() > kLong) {
+    if (text.empty()) return _views.emplace_back("", 0);
+    const size_t need = text.size() + 1; // with its terminating NUL
+    if (need > kLong) {
         // A long text gets a block of its own; the block being filled stays.
-        _large.emplace_back(new char[text.size()]);
-        std::memcpy(_large.back().get(), text.data(), text.size());
-        return _views.emplace_back(_large.back().get(), text.size());
+        _large.emplace_back(new char[need]);
+        char *own = _large.back().get();
+        std::memcpy(own, text.data(), text.size());
+        own[text.size()] = 0;
+        return _views.emplace_back(own, text.size());
     }
-    if (text.size() > _left) {
+    if (need > _left) {
         _blocks.emplace_back(new char[_nextBlock]);
         _free = _blocks.back().get();
         _left = _nextBlock;
@@ -24,9 +27,10 @@ std::string_view TextArena::push_back(std::string_view text) {
         _nextBlock = std::min(2 * _nextBlock, kLastBlock);
     }
     std::memcpy(_free, text.data(), text.size());
+    _free[text.size()] = 0;
     const std::string_view copy(_free, text.size());
-    _free += text.size();
-    _left -= text.size();
+    _free += need;
+    _left -= need;
     return _views.emplace_back(copy);
 }
 

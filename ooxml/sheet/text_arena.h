@@ -1,7 +1,8 @@
 // TextArena: a growing list of texts packed one after another in blocks
 // that never move, so a view of a text stays valid while texts are added.
 // A table of a million short texts costs a few large allocations, not a
-// million small ones, to build and to free.
+// million small ones, to build and to free.  Each text is followed by a
+// NUL, so a view's data() is also a C string.
 #pragma once
 
 #include <cstddef>

@@ -222,7 +222,7 @@ template <class C> CellType XMLSheetCellsT<C>::cellType(int row, int col) {
 
 template <class C> bool XMLSheetCellsT<C>::isFormula(int row, int col) {
     const c_cell *cell = find(row, col);
-    return cell && formulaOf(*cell);
+    return cell && (cell->has_formula_text() || formulaOf(*cell));
 }
 
 template <class C> double XMLSheetCellsT<C>::readNum(int row, int col, IFormatT<C> **format) {
@@ -258,13 +258,12 @@ template <class C> const C *XMLSheetCellsT<C>::readStr(int row, int col, IFormat
         if (res.ec != std::errc() || res.ptr != v.data() + v.size())
             throw tberror("index is out of range or no value");
         if constexpr (std::is_same_v<C, char>) {
-            // A plain UTF-8 item without escapes is the caller's text already.
+            // A plain UTF-8 item without escapes is the caller's text
+            // already, and stays in place while the book lives.
             std::string_view stored;
             if (_book->utf8Mode() && sst->plainStoredText(index, stored) &&
-                stored.find('_') == std::string_view::npos) {
-                _text.assign(stored);
-                return _text.template c_str<char>(true);
-            }
+                stored.find('_') == std::string_view::npos)
+                return stored.data();
         }
         return tc(sst->stringByIndex(index));
     }

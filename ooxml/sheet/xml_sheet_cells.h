@@ -98,6 +98,7 @@ private:
     binding::c_document _doc;
     XMLCellStore _store{_doc};
     XString _text;
+    std::string _scratch; // a formula's text on its way out
     XMLDimensions _dims;
     bool _dimsStale = true;
     // Master of each shared formula index, found by one scan.

@@ -22,12 +22,10 @@ bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C
     if constexpr (std::is_same_v<C, char>) {
         // UTF-8 that needs no escape goes in as it is, else through wide text.
         const std::string_view utf8(expr ? expr : "");
-        if (_book->utf8Mode() && !_book->refR1C1() && isPlainXmlText(utf8)) {
+        if (_book->utf8Mode() && !_book->r1c1Mode() && isPlainXmlText(utf8)) {
             std::string text(utf8.substr(!utf8.empty() && utf8[0] == '=' ? 1 : 0));
             exchangeSeparators(text, ';', ',');
-            c_cell &cell = write(row, col, format, true);
-            cell.make_rest().append("f")->_text = std::move(text);
-            _mastersValid = false;
+            write(row, col, format, true).set_formula_text(text);
             return true;
         }
     }
@@ -35,33 +33,34 @@ bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C
     c_cell &cell = write(row, col, format, true);
     if (!text.empty() && text[0] == '=') text.erase(0, 1);
     exchangeSeparators(text, ';', ',');
-    if (_book->refR1C1()) XMLFormula::toRefA1(text, row, col, false);
-    c_node *f = cell.make_rest().append("f");
-    escapeXmlText(text, f->_text);
-    _mastersValid = false;
+    if (_book->r1c1Mode()) XMLFormula::toRefA1(text, row, col, false);
+    std::string stored;
+    escapeXmlText(text, stored);
+    cell.set_formula_text(stored);
     return true;
 }
 
 template <class C> const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFormatT<C> **format) {
     const c_cell &cell = lookup(row, col, format);
-    const c_node *f = formulaOf(cell);
-    if (!f) throw tberror("this cell doesn't contain a formula");
+    const c_node *f = cell.has_formula_text() ? nullptr : formulaOf(cell);
+    if (!f && !cell.has_formula_text()) throw tberror("this cell doesn't contain a formula");
+    const std::string_view stored = f ? std::string_view(f->_text) : cell.formula_text();
+    const bool r1c1 = _book->r1c1Mode();
     if constexpr (std::is_same_v<C, char>) {
         // A plain UTF-8 formula is the caller's text already.
-        if (_book->utf8Mode() && !_book->refR1C1() && !f->_text.empty() &&
-            isPlainXmlText(f->_text)) {
-            std::string text = f->_text;
-            exchangeSeparators(text, ',', ';');
-            _text.assign(text.c_str());
+        if (_book->utf8Mode() && !r1c1 && !stored.empty() && isPlainXmlText(stored)) {
+            _scratch.assign(stored);
+            exchangeSeparators(_scratch, ',', ';');
+            _text.assign(std::string_view(_scratch));
             return _text.template c_str<char>(true);
         }
     }
     std::wstring text;
-    if (f->_text.empty() && isSharedFormula(*f))
+    if (f && f->_text.empty() && isSharedFormula(*f))
         text = sharedFormula(row, col, *f->attribute("si"));
     else
-        unescapeXmlText(f->_text, text);
-    if (_book->refR1C1()) XMLFormula::toRefR1C1(text, row, col);
+        unescapeXmlText(stored, text);
+    if (r1c1) XMLFormula::toRefR1C1(text, row, col);
     exchangeSeparators(text, ',', ';');
     return tc(text);
 }

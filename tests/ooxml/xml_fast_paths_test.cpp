@@ -44,9 +44,18 @@ TEST(XmlFastPaths, PlainAndGeneralCellsReadAlike) {
                     "1:3.000000 2:a&b 3: 0: 4: "
                     "1:4.000000 4: 1:5.000000 0: 0: ");
     EXPECT_STREQ(sheet.readFormula(1, 0, nullptr), "IF(A1>0;\"a,b\";1)");
+    // A formula written over a cell with an inline string, and over a cell
+    // with a formula read in, replaces both.
+    ASSERT_TRUE(sheet.writeFormula(0, 2, "SUM(1;2)", nullptr));
+    ASSERT_TRUE(sheet.writeFormula(1, 0, "A1&\"<\"", nullptr));
+    EXPECT_STREQ(sheet.readFormula(0, 2, nullptr), "SUM(1;2)");
     // What is written back reads canonically as the input, cell order kept
     // and the cells without an address given theirs.
     std::string addressed = kHead + rows;
+    addressed.replace(addressed.find(" t=\"inlineStr\"><is><t>in</t></is>"), 33,
+                      "><f>SUM(1,2)</f>");
+    addressed.replace(addressed.find("IF(A1&gt;0,&quot;a,b&quot;,1)</f><v>3</v>"), 41,
+                      "A1&amp;\"&lt;\"</f>");
     addressed.replace(addressed.find("<c t="), 5, "<c r=\"F2\" t=");
     addressed.replace(addressed.find("<c><v></v>"), 3, "<c r=\"B3\">");
     EXPECT_EQ(xmlparts::canonicalXml(sheet.save()), xmlparts::canonicalXml(addressed));

@@ -25,7 +25,7 @@ public:
     }
     tabrix::SharedStrings *sharedStringsIfAny() override { return sst.get(); }
     tabrix::Styles<C> &styles() override { return _styles; }
-    bool refR1C1() override { return r1c1; }
+    bool r1c1Mode() override { return r1c1; }
     bool utf8Mode() override { return true; }
 
     binding::e_edition edition;

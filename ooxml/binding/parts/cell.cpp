@@ -96,10 +96,10 @@ int32_t formula_decl(const s_schema_set &set) {
 } // namespace
 
 const c_node *c_cell::plain_formula() const {
-    if (!_rest || !_rest->_attrs.empty() || !_rest->_foreign.empty() ||
-        _rest->_children.size() != 1)
+    const c_node *r = rest();
+    if (!r || !r->_attrs.empty() || !r->_foreign.empty() || r->_children.size() != 1)
         return nullptr;
-    const c_child &c = _rest->_children[0];
+    const c_child &c = r->_children[0];
     if (c.kind != K_NODE || c.decl != formula_decl(set()) || !c.node) return nullptr;
     const c_node &f = *c.node;
     return f._attrs.empty() && f._foreign.empty() && f._children.empty() ? &f : nullptr;
@@ -144,26 +144,32 @@ size_t c_cell::read_plain(std::string_view in) {
     if (seen & 2) _flags |= HAS_S;
     thread_local std::string text;
     if (starts(in, p, "<f>")) {
-        const int32_t d = formula_decl(set());
-        if (d < 0 || !(p = plain_text(in, p + 3, "</f>", text))) return 0;
-        const s_element_decl &fd = set().elems[d];
-        c_child c;
-        c.decl = d;
-        c.node = std::make_unique<c_node>(&set(), fd.complex, fd.simple);
-        c.node->_text = text;
-        make_rest()._children.push_back(std::move(c));
+        if (!(p = plain_text(in, p + 3, "</f>", text))) return 0;
+        set_formula_text(text);
     }
     if (starts(in, p, "<v>")) {
-        if (!(p = plain_text(in, p + 3, "</v>", text))) return 0;
-        _v.assign(text);
+        // A value of printable ASCII (a number, an index) is taken as it stands.
+        size_t q = p + 3;
+        while (q < in.size() && plain_char(in[q])) ++q;
+        if (starts(in, q, "</v>")) {
+            _v.assign(in.substr(p + 3, q - p - 3));
+            p = q + 4;
+        } else {
+            if (!(p = plain_text(in, p + 3, "</v>", text))) return 0;
+            _v.assign(text);
+        }
         _flags |= HAS_V;
     }
     return starts(in, p, "</c>") ? p + 4 : 0;
 }
 
 c_cell::c_cell(const c_cell &o)
-    : _row(o._row), _col(o._col), _s(o._s), _type(o._type), _flags(o._flags), _t(o._t), _v(o._v),
-      _rest(o._rest ? std::make_unique<c_node>(*o._rest) : nullptr) {}
+    : _row(o._row), _col(o._col), _s(o._s), _type(o._type), _flags(o._flags), _t(o._t), _v(o._v) {
+    if (!o._more) return;
+    _more = std::make_unique<s_more>();
+    _more->formula = o._more->formula;
+    if (o._more->rest) _more->rest = std::make_unique<c_node>(*o._more->rest);
+}
 
 std::string_view c_cell::get_t() const { return _t ? k_types[_t - 1] : "n"; }
 
@@ -177,8 +183,22 @@ bool c_cell::set_t(std::string_view t) {
 }
 
 c_node &c_cell::make_rest() {
-    if (!_rest) _rest = std::make_unique<c_node>(&set(), _type, -1);
-    return *_rest;
+    if (!_more) _more = std::make_unique<s_more>();
+    if (!_more->rest) _more->rest = std::make_unique<c_node>(&set(), _type, -1);
+    return *_more->rest;
+}
+
+void c_cell::set_formula_text(std::string_view text) {
+    if (!_more) _more = std::make_unique<s_more>();
+    _more->formula.assign(text);
+    _flags |= HAS_F;
+}
+
+void c_cell::unset_formula_text() {
+    if (!(_flags & HAS_F)) return;
+    _flags &= static_cast<uint8_t>(~HAS_F);
+    _more->formula.clear();
+    _more->formula.shrink_to_fit();
 }
 
 lmx::elmx_error c_cell::read_v(c_read_context &ctx) {
@@ -260,17 +280,17 @@ lmx::elmx_error c_cell::unmarshal(c_read_context &ctx) {
         if (skipped) continue;
         if ((c.kind == K_NODE || c.kind == K_HAND) && !in_order(c.decl))
             return ctx.fail(lmx::ELMX_BAD_END_OF_ELEMENT, st.elems[c.decl].name, __LINE__);
-        _rest->_children.push_back(std::move(c));
+        rest()->_children.push_back(std::move(c));
     }
 }
 
 namespace {
 
-// Bytes that go out as they are, in an element's text or an attribute.
+// Bytes that go out as they are in an element's text: printable ASCII
+// without markup, references, or a "]" that could begin "]]>".
 bool verbatim(std::string_view s) {
     for (const char c : s)
-        if (c < 0x20 || c > 0x7E || c == '<' || c == '>' || c == '&' || c == '"' || c == '\'')
-            return false;
+        if (c < 0x20 || c > 0x7E || c == '<' || c == '&' || c == ']') return false;
     return true;
 }
 
@@ -284,10 +304,13 @@ template <class N> char *put_number(char *p, N n) { return std::to_chars(p, p + 
 } // namespace
 
 bool c_cell::marshal_compact(std::string &out, std::string_view name) const {
-    const std::string_view v = _v.view();
-    if (!(_flags & HAS_V) || _rest || v.empty() || v.size() > 40 || name.size() > 8 || !verbatim(v))
+    const bool f = _flags & HAS_F, v = _flags & HAS_V;
+    const std::string_view ft = formula_text(), vt = _v.view();
+    if (rest() || !(f || v) || name.size() > 8 ||
+        (f && (ft.empty() || ft.size() > 200 || !verbatim(ft))) ||
+        (v && (vt.empty() || vt.size() > 40 || !verbatim(vt))))
         return false;
-    char buf[160];
+    char buf[384];
     char *p = put(put(buf, "<"), name);
     if (_flags & HAS_R) {
         char letters[4];
@@ -300,18 +323,22 @@ bool c_cell::marshal_compact(std::string &out, std::string_view name) const {
     }
     if (_flags & HAS_S) p = put(put_number(put(p, " s=\""), _s), "\"");
     if (_t) p = put(put(put(p, " t=\""), k_types[_t - 1]), "\"");
-    p = put(put(put(put(put(p, "><v>"), v), "</v></"), name), ">");
+    *p++ = '>';
+    if (f) p = put(put(put(p, "<f>"), ft), "</f>");
+    if (v) p = put(put(put(p, "<v>"), vt), "</v>");
+    p = put(put(put(p, "</"), name), ">");
     out.append(buf, size_t(p - buf));
     return true;
 }
 
 void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const {
     lmx::c_xml_writer &w = ctx.writer();
-    const c_node *formula = plain_formula();
-    if ((!_rest || formula) && w.unprefixed(ctx.ns(ns))) {
+    const c_node *node = plain_formula();
+    const bool formula = node || (_flags & HAS_F);
+    if ((!rest() || node) && w.unprefixed(ctx.ns(ns))) {
         // The plain cell, the common one, goes out in one piece.
         std::string &out = w.raw_content();
-        if (!formula && marshal_compact(out, name)) return;
+        if (!node && marshal_compact(out, name)) return;
         out += '<';
         out += name;
         if (_flags & HAS_R) {
@@ -347,7 +374,7 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
             lmx::output_convert_to_xml(out, text, false);
             out.append("</").append(1, name).append(">");
         };
-        if (formula) child('f', formula->_text);
+        if (formula) child('f', node ? std::string_view(node->_text) : formula_text());
         if (_flags & HAS_V) child('v', _v.view());
         out += "</";
         out += name;
@@ -365,14 +392,15 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
     };
     std::string ref;
     // Without a rest node nothing comes between the fields: no search for their places.
-    const uint32_t ranks[3] = {_rest ? rank_of("r") : 0, _rest ? rank_of("s") : 0,
-                               _rest ? rank_of("t") : 0};
+    const c_node *const more = rest();
+    const uint32_t ranks[3] = {more ? rank_of("r") : 0, more ? rank_of("s") : 0,
+                               more ? rank_of("t") : 0};
     size_t next_rest = 0;
     auto flush_rest_before = [&](uint32_t rank) {
-        for (; _rest && next_rest < _rest->_attrs.size() && _rest->_attrs[next_rest].index < rank;
+        for (; more && next_rest < more->_attrs.size() && more->_attrs[next_rest].index < rank;
              ++next_rest) {
-            const s_attribute_decl &d = st.attrs[t.attr_first + _rest->_attrs[next_rest].index];
-            w.attribute(ctx.ns(d.ns), d.name, _rest->_attrs[next_rest].value);
+            const s_attribute_decl &d = st.attrs[t.attr_first + more->_attrs[next_rest].index];
+            w.attribute(ctx.ns(d.ns), d.name, more->_attrs[next_rest].value);
         }
     };
     flush_rest_before(ranks[0]);
@@ -385,7 +413,7 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
     flush_rest_before(ranks[2]);
     if (_t) w.attribute(lmx::NS_NONE, "t", std::string_view(k_types[_t - 1]));
     flush_rest_before(t.attr_count);
-    if (_rest) ctx.write_foreign(_rest->_foreign);
+    if (more) ctx.write_foreign(more->_foreign);
     // Children: f before v; is and extLst after it.
     bool v_done = !(_flags & HAS_V);
     auto write_v = [&] {
@@ -394,8 +422,13 @@ void c_cell::marshal(c_write_context &ctx, int ns, std::string_view name) const 
         w.end_element();
         v_done = true;
     };
-    if (_rest)
-        for (const c_child &c : _rest->_children) {
+    if (_flags & HAS_F) {
+        w.start_element(ctx.ns(ns), "f");
+        w.text(formula_text());
+        w.end_element();
+    }
+    if (more)
+        for (const c_child &c : more->_children) {
             if (!v_done && c.decl >= 0 && std::strcmp(st.elems[c.decl].name, "f") != 0) write_v();
             ctx.write_child(c);
         }

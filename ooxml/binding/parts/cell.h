@@ -81,15 +81,29 @@ public:
     }
     // Everything else of the cell (f, is, extLst, cm, vm, ph, foreign
     // attributes) in a generic node of the cell's type; null when none.
-    c_node *rest() { return _rest.get(); }
-    const c_node *rest() const { return _rest.get(); }
+    c_node *rest() { return _more ? _more->rest.get() : nullptr; }
+    const c_node *rest() const { return _more ? _more->rest.get() : nullptr; }
     c_node &make_rest();
     // The formula element when it is all the rest holds and is plain (a
     // text, no attributes), else null.
     const c_node *plain_formula() const;
+    // A plain formula (its stored text, no attributes) held as a text
+    // beside the rest, not as an element in it: the form of every formula
+    // written through the sheet and of plain ones read straight from the
+    // bytes.  A cell has it or an f element in the rest, never both.
+    bool has_formula_text() const { return _flags & HAS_F; }
+    std::string_view formula_text() const {
+        return _more ? std::string_view(_more->formula) : std::string_view();
+    }
+    void set_formula_text(std::string_view text);
+    void unset_formula_text();
 
 private:
-    enum : uint8_t { HAS_R = 1, HAS_S = 2, HAS_V = 4, STRICT = 8 };
+    enum : uint8_t { HAS_R = 1, HAS_S = 2, HAS_V = 4, STRICT = 8, HAS_F = 16 };
+    struct s_more {
+        std::string formula; // when HAS_F
+        std::unique_ptr<c_node> rest;
+    };
     lmx::elmx_error read_v(c_read_context &ctx);
 
     uint32_t _row = 0, _col = 0, _s = 0;
@@ -97,7 +111,7 @@ private:
     uint8_t _flags;
     uint8_t _t = 0; // 1 + index in the type table, 0 when absent
     c_short_text _v;
-    std::unique_ptr<c_node> _rest;
+    std::unique_ptr<s_more> _more; // null while the cell has neither
 };
 
 // Reads "A1"-style references (columns A..XFD, rows 1..1048576) to zero-based numbers.
