@@ -23,9 +23,10 @@ bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C
         // UTF-8 that needs no escape goes in as it is, else through wide text.
         const std::string_view utf8(expr ? expr : "");
         if (_book->utf8Mode() && !_book->r1c1Mode() && isPlainXmlText(utf8)) {
-            std::string text(utf8.substr(!utf8.empty() && utf8[0] == '=' ? 1 : 0));
-            exchangeSeparators(text, ';', ',');
-            write(row, col, format, true).set_formula_text(text);
+            c_cell &cell = write(row, col, format, true);
+            exchangeSeparators(
+                cell.set_formula_text(utf8.substr(!utf8.empty() && utf8[0] == '=' ? 1 : 0)), ';',
+                ',');
             return true;
         }
     }

@@ -188,10 +188,11 @@ c_node &c_cell::make_rest() {
     return *_more->rest;
 }
 
-void c_cell::set_formula_text(std::string_view text) {
+std::string &c_cell::set_formula_text(std::string_view text) {
     if (!_more) _more = std::make_unique<s_more>();
     _more->formula.assign(text);
     _flags |= HAS_F;
+    return _more->formula;
 }
 
 void c_cell::unset_formula_text() {

@@ -95,7 +95,7 @@ public:
     std::string_view formula_text() const {
         return _more ? std::string_view(_more->formula) : std::string_view();
     }
-    void set_formula_text(std::string_view text);
+    std::string &set_formula_text(std::string_view text); // answers the text, to edit in place
     void unset_formula_text();
 
 private:
