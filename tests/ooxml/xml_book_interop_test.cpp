@@ -213,11 +213,12 @@ std::string edit(IBookT<char> &book) {
     return "";
 }
 
-// Books of LibreOffice, gnumeric, openpyxl and xlsxwriter (each that is
-// installed) read cell for cell as openpyxl reads them, cached values of
-// formulas included.  They and some of the corpus's books, edited, keep
-// every part through a save (opaque ones byte for byte), and openpyxl and
-// LibreOffice open the result with its sheets.
+// Books of LibreOffice, gnumeric, openpyxl, xlsxwriter and the npm
+// package's JavaScript writer (each that is installed) read cell for cell
+// as openpyxl reads them, cached values of formulas included.  They and
+// some of the corpus's books, edited, keep every part through a save
+// (opaque ones byte for byte), and openpyxl and LibreOffice open the result
+// with its sheets.
 TEST(XMLBookInterop, OtherProducersBooksReadAndKeepTheirPartsThroughAnEdit) {
     if (!oracle::has("openpyxl")) GTEST_SKIP() << "python3-openpyxl is not installed";
     const fs::path made = packages::scratch(kDir, "made");
