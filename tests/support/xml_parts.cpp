@@ -44,7 +44,8 @@ void makeProducerBooks(const fs::path &dir) {
         "b.add_format({'num_format': 'yyyy-mm-dd hh:mm'})); "
         "s.write_formula(3, 1, '=1/0', None, '#DIV/0!'); "
         "s.write_formula(3, 2, '=\\\"a\\\"&\\\"b\\\"', None, 'ab'); "
-        "s.write_formula(3, 3, '=A3=A3', None, True); b.close()\" '" +
+        "s.write_formula(3, 3, '=A3=A3', None, True); s.write_rich_string(4, 0, 'rich ', "
+        "b.add_format({'italic': 1}), ' runs ', 'end'); b.close()\" '" +
         g + "/xlsxwriter.xlsx'");
     // The JavaScript writer, when its package is installed: texts as plain
     // cell strings and, in the second book, in the shared table; a formula
