@@ -14,23 +14,39 @@ PREFIX ?= /usr/local
 DEPS = g++ clang cmake make pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
        zlib1g-dev libdeflate-dev libbz2-dev libsparsehash-dev libutfcpp-dev libxml2-dev gettext \
        python3 python3-olefile python3-xlrd python3-openpyxl python3-xlwt libreoffice-calc-nogui gnumeric \
-       libfreexl-dev libxml2-utils libpugixml-dev libxlsxwriter-dev clang-format lcov
+       libfreexl-dev libxml2-utils libpugixml-dev libxlsxwriter-dev clang-format lcov \
+       python3-xlsxwriter nodejs npm
+
+# npm packages for the interop checks (a JavaScript workbook writer), kept
+# outside the source tree and installed once; the tests skip what is absent.
+NPM_DIR ?= $(HOME)/.cache/tabrix-npm
+NPM_PACKAGES = xlsx@0.18.5
 
 .PHONY: all deps build install test test-normal test-asan demo bench fuzz clean format format-check coverage
 
 all: build
 
+# A package counts as present when it is installed or an installed package
+# provides it (a Node.js build that ships its own npm, say).
 deps:
-	@missing=$$(for p in $(DEPS); do dpkg-query -W -f='$${Status}\n' $$p 2>/dev/null | grep -q 'install ok installed' || echo $$p; done); \
+	@provided=" $$(dpkg-query -W -f='$${Status}|$${Provides}\n' 2>/dev/null | grep '^install ok installed|' | \
+	  cut -d'|' -f2 | tr ',' '\n' | sed 's/(.*//; s/ //g' | tr '\n' ' ') "; \
+	missing=$$(for p in $(DEPS); do dpkg-query -W -f='$${Status}\n' $$p 2>/dev/null | grep -q 'install ok installed' || \
+	  case "$$provided" in *" $$p "*) ;; *) echo $$p;; esac; done); \
 	if [ -n "$$missing" ]; then \
 	  echo "installing: $$missing"; \
 	  SUDO=$$( [ "$$(id -u)" = 0 ] || echo sudo ); \
 	  $$SUDO apt-get update -qq && \
 	  DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq --no-install-recommends $$missing; \
 	fi
+	@if [ ! -f $(NPM_DIR)/node_modules/xlsx/package.json ] && command -v npm >/dev/null; then \
+	  echo "installing into $(NPM_DIR): $(NPM_PACKAGES)"; mkdir -p $(NPM_DIR) && \
+	  npm install --prefix $(NPM_DIR) --no-audit --no-fund --no-save --loglevel=error $(NPM_PACKAGES) >/dev/null || \
+	  echo "warning: npm could not install $(NPM_PACKAGES); the tests that use them skip"; \
+	fi
 
 $(BUILD)/CMakeCache.txt:
-	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTABRIX_NPM_DIR=$(NPM_DIR)
 
 build: deps $(BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) -j$(JOBS)
@@ -44,7 +60,7 @@ test-normal: build
 	cd $(BUILD) && ctest --output-on-failure -j$(JOBS) $(CTEST_ARGS)
 
 $(ASAN_BUILD)/CMakeCache.txt:
-	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DTABRIX_SANITIZE=ON -DTABRIX_BENCH=OFF
+	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DTABRIX_SANITIZE=ON -DTABRIX_BENCH=OFF -DTABRIX_NPM_DIR=$(NPM_DIR)
 
 test-asan: deps $(ASAN_BUILD)/CMakeCache.txt
 	cmake --build $(ASAN_BUILD) -j$(JOBS)

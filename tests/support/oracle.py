@@ -3,7 +3,10 @@ interop tests compare lines.  usage: oracle.py READER PATH [utf8]
 
 Readers: xlrd, openpyxl and libreoffice (LibreOffice's csv export, raw
 values) dump the cells: "SHEET name", then "r c kind value" a cell, kind n
-number (%.17g), s text, b boolean, e error; blanks and empty texts left out.
+number (%.17g), s text, b boolean, e error (by its code: #NULL! 0, #DIV/0! 7,
+#VALUE! 15, #REF! 23, #NAME? 29, #NUM! 36, #N/A 42, the codes our reader
+gives); blanks and empty texts left out.  openpyxl begins with "DATE1904" for a
+book counting dates from 1904.
 xlrd-format gives "r c bold colour format" instead; olefile "path size
 crc32" a stream; xlrd-formulas "sheet row col kind text" a formula as xlrd
 decompiles it; openpyxl-formulas "r c text" under "SHEET name".  xlrd-structure adds sorted "merge r1 r2 c1
@@ -17,7 +20,9 @@ and "OTHER n"; drawings "PIC r c", "CHART r c" and "NOTE r c text" under
 "SHEET name" (another kind of book through LibreOffice's conversion).  Each
 libreoffice-X is openpyxl-X (libreoffice-structure: xlrd-structure's lines)
 on the book as LibreOffice saves it again as Open XML.  make-xlwt writes a
-small binary book with merges, sizes and groups at PATH, make-lo-dates one
+small binary book with merges, sizes and groups at PATH, make-errors an
+Open XML one with sheet "Errors" holding the seven error values in row 0,
+make-lo-dates one
 that LibreOffice converts from dates openpyxl wrote.  xml-copies takes a
 folder: each X.copy under it is compared with X, both read by expat as
 names in {URI}local form with sorted attributes and their texts: "DIFFERS
@@ -38,10 +43,14 @@ def text(s):
     return s.encode('utf-16-le', 'surrogatepass').hex() or '-'
 
 
+ERRORS = {'#NULL!': 0, '#DIV/0!': 7, '#VALUE!': 15, '#REF!': 23, '#NAME?': 29, '#NUM!': 36, '#N/A': 42}
+
+
 def cell(r, c, kind, v):
     if kind == 's' and v == '':
         return
-    print(r, c, kind, '%.17g' % v if kind == 'n' else text(v) if kind == 's' else int(v))
+    print(r, c, kind, '%.17g' % v if kind == 'n' else text(v) if kind == 's' else
+          ERRORS.get(v, v) if kind == 'e' else int(v))
 
 
 def xlrd_book(formatting=False, on_demand=False):
@@ -183,10 +192,20 @@ def make_lo_dates():
         shutil.rmtree(folder, ignore_errors=True)
 
 
-def dump_openpyxl():
+def make_errors():
+    import openpyxl
+    book = openpyxl.Workbook()
+    book.active.title = 'Errors'
+    book.active.append(list(ERRORS))
+    book.save(path)
+
+
+def dump_openpyxl(book_path):
     import datetime, openpyxl
-    from openpyxl.utils.datetime import to_excel
-    bk = openpyxl.load_workbook(path, data_only=True)
+    from openpyxl.utils.datetime import to_excel, CALENDAR_MAC_1904
+    bk = openpyxl.load_workbook(book_path, data_only=True)
+    if bk.epoch == CALENDAR_MAC_1904:
+        print('DATE1904')
     for sh in bk.worksheets:
         print('SHEET', text(sh.title))
         # The stored cells only, in row order: a cell at XFD1048576 would
@@ -226,7 +245,9 @@ def dump_libreoffice():
         with open(name, newline='', encoding='utf-8') as f:
             for r, row in enumerate(csv.reader(f)):
                 for c, v in enumerate(row):
-                    if NUMBER.match(v):
+                    if v in ERRORS:
+                        cell(r, c, 'e', v)
+                    elif NUMBER.match(v):
                         # A percentage keeps its sign even among raw values.
                         cell(r, c, 'n', float(v[:-1]) / 100 if v.endswith('%') else float(v))
                     else:
@@ -491,11 +512,12 @@ def on_path(f):
 READERS = {
     'xlrd': lambda: dump_xlrd(False), 'xlrd-format': lambda: dump_xlrd(True),
     'xlrd-formulas': dump_formulas, 'xlrd-structure': dump_structure_xlrd, 'olefile': dump_streams,
-    'openpyxl': dump_openpyxl, 'openpyxl-settings': dump_settings, 'libreoffice': dump_libreoffice,
-    'libreoffice-structure': dump_structure_libreoffice, 'make-xlwt': make_xlwt, 'make-lo-dates': make_lo_dates,
+    'openpyxl': on_path(dump_openpyxl), 'openpyxl-settings': dump_settings, 'libreoffice': dump_libreoffice,
+    'libreoffice-structure': dump_structure_libreoffice, 'make-xlwt': make_xlwt, 'make-lo-dates': make_lo_dates, 'make-errors': make_errors,
     'drawings': dump_drawings, 'xml-copies': dump_xml_copies}
 for name, f in (('sheets', dump_sheets), ('dims', dump_dims), ('settings', dump_settings),
-                ('styles', dump_styles), ('pictures', dump_pictures), ('formulas', dump_formulas_openpyxl)):
+                ('styles', dump_styles), ('pictures', dump_pictures), ('formulas', dump_formulas_openpyxl),
+                ('cells', dump_openpyxl)):
     READERS.setdefault('openpyxl-' + name, on_path(f))
     READERS['libreoffice-' + name] = lambda f=f: lo_resaved(f)
 try:

@@ -36,10 +36,36 @@ void makeProducerBooks(const fs::path &dir) {
         "s.append(['caf\xC3\xA9', 1.5, 'a<b & c>d']); s['A3'] = '=SUM(B1:B2)'; "
         "s.merge_cells('C1:D2'); b.save(sys.argv[1])\" '" +
         g + "/openpyxl.xlsx'");
-    run("/usr/bin/python3 -c \"import xlsxwriter, sys; b = xlsxwriter.Workbook(sys.argv[1]); "
-        "s = b.add_worksheet(); s.write(0, 0, 'x', b.add_format({'bold': 1})); "
-        "s.write_formula(1, 0, '=1+2'); b.close()\" '" +
+    run("/usr/bin/python3 -c \"import xlsxwriter, sys, datetime; "
+        "b = xlsxwriter.Workbook(sys.argv[1]); s = b.add_worksheet(); "
+        "s.write(0, 0, 'x', b.add_format({'bold': 1})); s.write_formula(1, 0, '=1+2'); "
+        "s.write_row(2, 0, ['caf\u00e9 \u6f22\u5b57 \U0001F600', 1.5, True, -2e10]); "
+        "s.write_datetime(3, 0, datetime.datetime(2024, 2, 29, 6), "
+        "b.add_format({'num_format': 'yyyy-mm-dd hh:mm'})); "
+        "s.write_formula(3, 1, '=1/0', None, '#DIV/0!'); "
+        "s.write_formula(3, 2, '=\\\"a\\\"&\\\"b\\\"', None, 'ab'); "
+        "s.write_formula(3, 3, '=A3=A3', None, True); s.write_rich_string(4, 0, 'rich ', "
+        "b.add_format({'italic': 1}), ' runs ', 'end'); b.close()\" '" +
         g + "/xlsxwriter.xlsx'");
+    // The JavaScript writer, when its package is installed: texts as plain
+    // cell strings and, in the second book, in the shared table; a formula
+    // with its cached value, a date, an error.
+    const fs::path npm = fs::path(TABRIX_NPM_DIR) / "node_modules";
+    if (fs::exists(npm / "xlsx" / "package.json")) {
+        std::ofstream(dir / "sheetjs.js") << R"(const X = require('xlsx');
+const ws = {
+    A1: {t: 's', v: 'caf\u00e9 \u6f22\u5b57 \ud83d\ude00'}, B1: {t: 'n', v: 1.5}, C1: {t: 'b', v: true},
+    A2: {t: 's', v: 'a<b & c>d "q" ]]>'}, B2: {t: 'n', v: -2e10}, C2: {t: 'b', v: false},
+    A3: {t: 'n', v: 3, f: 'B1*2'}, B3: {t: 'n', v: 45351.25, z: 'yyyy-mm-dd hh:mm'},
+    C3: {t: 'e', v: 0x07}, D3: {t: 's', v: 'x', f: 'LEFT("xy",1)'}, '!ref': 'A1:D3'};
+const wb = X.utils.book_new();
+X.utils.book_append_sheet(wb, ws, 'SheetJS \u2713');
+X.writeFile(wb, process.argv[2]);
+X.writeFile(wb, process.argv[3], {bookSST: true});
+)";
+        run("NODE_PATH='" + npm.string() + "' node '" + g + "/sheetjs.js' '" + g +
+            "/sheetjs.xlsx' '" + g + "/sheetjs_sst.xlsx'");
+    }
     fs::remove_all(dir / "lo_profile");
 }
 

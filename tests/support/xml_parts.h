@@ -14,8 +14,10 @@ namespace xmlparts {
 std::string slurp(const std::filesystem::path &path);
 
 // Writes .xlsx books into `dir` with gnumeric, LibreOffice and openpyxl (and
-// xlsxwriter), each that is installed; texts with markup characters, a
-// quote, "]]>", a formula and a merge.
+// xlsxwriter, and the JavaScript writer of the npm package under
+// TABRIX_NPM_DIR), each that is installed; texts with markup characters, a
+// quote, "]]>", a formula and a merge, and from the last two every kind of
+// value and cached formula results (xlsxwriter also a rich text).
 void makeProducerBooks(const std::filesystem::path &dir);
 
 // Unpacks the parts ending in one of `suffixes` of every readable .xlsx or
