@@ -102,14 +102,14 @@ c_row_data *XMLCellStore::findRow(uint32_t row) {
     return p < 0 ? nullptr : _rows[size_t(p)].data;
 }
 
-size_t XMLCellStore::lowerCell(const std::vector<c_cell> &cells, uint32_t col) {
+size_t XMLCellStore::lowerCell(const binding::cell_vector &cells, uint32_t col) {
     return size_t(std::upper_bound(cells.begin(), cells.end(), col,
                                    [](uint32_t c, const c_cell &cell) { return c < cell.col(); }) -
                   cells.begin());
 }
 
 long XMLCellStore::cellPosition(const c_row_data &row, uint32_t col) {
-    const std::vector<c_cell> &cells = row.cells();
+    const binding::cell_vector &cells = row.cells();
     // A row without gaps holds the cell at its distance from the first.
     if (!cells.empty() && col >= cells[0].col()) {
         const size_t guess = col - cells[0].col();
@@ -149,7 +149,7 @@ c_row_data &XMLCellStore::overwriteRow(uint32_t row) {
     c_child c;
     c.kind = K_HAND;
     c.decl = _rowDecl;
-    auto data = std::make_unique<c_row_data>(set, set.elems[_rowDecl].complex);
+    auto data = std::make_unique<c_row_data>(set, set.elems[_rowDecl].complex, _doc->cell_memory());
     data->set_r(row + 1);
     // A sheet written row by row has rows of like widths: room for as many
     // cells as the row before spares the array its regrowths.
@@ -164,7 +164,7 @@ c_row_data &XMLCellStore::overwriteRow(uint32_t row) {
 
 c_cell &XMLCellStore::overwrite(uint32_t row, uint32_t col) {
     c_row_data &r = overwriteRow(row);
-    std::vector<c_cell> &cells = r.cells();
+    binding::cell_vector &cells = r.cells();
     size_t at;
     if (!cells.empty() && cells.back().col() < col) {
         at = cells.size();

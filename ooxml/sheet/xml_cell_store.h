@@ -58,7 +58,7 @@ private:
     size_t rowChildPosition(size_t position) const;
     // The position of the first row numbered above `row`.
     size_t upperRow(uint32_t row) const;
-    static size_t lowerCell(const std::vector<binding::c_cell> &cells, uint32_t col);
+    static size_t lowerCell(const binding::cell_vector &cells, uint32_t col);
 
     binding::c_document *_doc;
     binding::c_node *_sheetData = nullptr;

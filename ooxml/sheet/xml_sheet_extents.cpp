@@ -85,7 +85,7 @@ template <class C> void XMLSheetCellsT<C>::recalcDimensions() {
         _dims.lastRow = int(rows.back().row) + 1;
         bool any = false;
         for (const XMLCellStore::Row &r : rows) {
-            const std::vector<c_cell> &cells = r.data->cells();
+            const binding::cell_vector &cells = r.data->cells();
             if (cells.empty()) continue;
             const c_cell *first = &cells.front(), *last = &cells.back();
             if (!any || int(first->col()) < _dims.firstCol) _dims.firstCol = int(first->col());

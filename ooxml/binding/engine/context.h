@@ -40,6 +40,8 @@ public:
 
     // Unqualified unknown attributes and unknown elements of tolerant parts left out.
     size_t _dropped = 0;
+    // The part being read, whose rows take their cells' memory from it.
+    class c_document *document = nullptr;
 
 private:
     lmx::elmx_error read_attributes(c_node &node);
@@ -85,6 +87,8 @@ lmx::elmx_error check_content_model(const c_node &node, std::string &bad);
 bool tolerated_value(std::string_view v, const lmx::s_validation_spec &spec, lmx::elmx_error e);
 
 // The hand-made class for a complex type of this set, or null.
-std::unique_ptr<c_hand_made> make_hand_made(const s_schema_set &set, int32_t complex);
+// Its cells' memory comes from `document` when there is one.
+std::unique_ptr<c_hand_made> make_hand_made(const s_schema_set &set, int32_t complex,
+                                            class c_document *document);
 
 } // namespace binding

@@ -8,6 +8,40 @@
 
 namespace binding {
 
+c_document::c_document(const c_document &o)
+    : _set(o._set), _root_decl(o._root_decl), _root(o._root), _dropped(o._dropped),
+      _decls(o._decls) {}
+
+c_document &c_document::operator=(const c_document &o) {
+    if (this == &o) return *this;
+    _set = o._set;
+    _root_decl = o._root_decl;
+    _root = o._root;
+    _dropped = o._dropped;
+    _decls = o._decls;
+    return *this;
+}
+
+c_document::c_document(c_document &&o) noexcept
+    : _cell_memory(std::move(o._cell_memory)), _set(o._set), _root_decl(o._root_decl),
+      _root(std::move(o._root)), _dropped(o._dropped), _decls(std::move(o._decls)) {}
+
+c_document &c_document::operator=(c_document &&o) noexcept {
+    if (this == &o) return *this;
+    _set = o._set;
+    _root_decl = o._root_decl;
+    _root = std::move(o._root);
+    _cell_memory = std::move(o._cell_memory);
+    _dropped = o._dropped;
+    _decls = std::move(o._decls);
+    return *this;
+}
+
+std::pmr::memory_resource *c_document::cell_memory() {
+    if (!_cell_memory) _cell_memory = std::make_unique<c_cell_memory>();
+    return _cell_memory->resource();
+}
+
 namespace {
 
 struct s_part_root {
@@ -84,6 +118,7 @@ lmx::elmx_error c_document::unmarshal(const char *data, size_t size, e_edition e
     const bool tolerant = edition == TRANSITIONAL && (std::strcmp(d->name, "workbook") == 0 ||
                                                       std::strcmp(d->name, "worksheet") == 0);
     c_read_context ctx(r, *_set, tolerant);
+    ctx.document = this;
     _root = c_node(_set, d->complex, d->simple);
     const lmx::elmx_error e = ctx.read_element(_root);
     _dropped = ctx._dropped;

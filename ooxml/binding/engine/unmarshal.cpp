@@ -169,7 +169,8 @@ elmx_error c_read_context::read_child(const s_complex_type *t, bool simple, bool
             c.decl = decl;
             if (is_extension_list(_set, d)) {
                 c.kind = K_RAW;
-            } else if (auto hand = d.complex >= 0 ? make_hand_made(_set, d.complex) : nullptr) {
+            } else if (auto hand =
+                           d.complex >= 0 ? make_hand_made(_set, d.complex, document) : nullptr) {
                 c.kind = K_HAND;
                 if (elmx_error e = hand->unmarshal(*this)) return e;
                 c.hand = std::move(hand);

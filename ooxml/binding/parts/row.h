@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,10 +15,16 @@
 
 namespace binding {
 
+// A row's cells, in the memory of its sheet (see cell_memory.h).
+using cell_vector = std::pmr::vector<c_cell>;
+
 class c_row_data : public c_hand_made {
 public:
-    c_row_data(const s_schema_set &set, int32_t type)
-        : _type(static_cast<uint16_t>(type)), _flags(&set == &k_strict ? STRICT : 0) {}
+    c_row_data(const s_schema_set &set, int32_t type,
+               std::pmr::memory_resource *memory = std::pmr::get_default_resource())
+        : _type(static_cast<uint16_t>(type)), _flags(&set == &k_strict ? STRICT : 0),
+          _cells(memory) {}
+    // A copy keeps its cells in the default memory: it may outlive this sheet.
     c_row_data(const c_row_data &o);
 
     std::unique_ptr<c_hand_made> clone() const override {
@@ -39,8 +46,8 @@ public:
     bool set_attribute(std::string_view name, std::string value);
     bool unset_attribute(std::string_view name);
 
-    std::vector<c_cell> &cells() { return _cells; }
-    const std::vector<c_cell> &cells() const { return _cells; }
+    cell_vector &cells() { return _cells; }
+    const cell_vector &cells() const { return _cells; }
     // A new default cell at `at`.
     c_cell &insert_cell(size_t at);
     void erase_cell(size_t at);
@@ -60,7 +67,7 @@ private:
     uint16_t _type; // CT_Row in the set
     uint8_t _flags;
     std::string _spans;
-    std::vector<c_cell> _cells;
+    cell_vector _cells;
     std::unique_ptr<s_rest> _rest;
 };
 
