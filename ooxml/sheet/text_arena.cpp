@@ -9,7 +9,14 @@
 namespace tabrix {
 
 std::string_view TextArena::push_back(std::string_view text) {
-    if (text.empty()) return _views.emplace_back("", 0);
+    if (_count % kPage == 0) _views.emplace_back(new std::string_view[kPage]);
+    const std::string_view copy = copyIn(text);
+    _views.back()[_count++ % kPage] = copy;
+    return copy;
+}
+
+std::string_view TextArena::copyIn(std::string_view text) {
+    if (text.empty()) return std::string_view("", 0);
     const size_t need = text.size() + 1; // with its terminating NUL
     if (need > kLong) {
         // A long text gets a block of its own; the block being filled stays.
@@ -17,7 +24,7 @@ std::string_view TextArena::push_back(std::string_view text) {
         char *own = _large.back().get();
         std::memcpy(own, text.data(), text.size());
         own[text.size()] = 0;
-        return _views.emplace_back(own, text.size());
+        return std::string_view(own, text.size());
     }
     if (need > _left) {
         _blocks.emplace_back(new char[_nextBlock]);
@@ -31,7 +38,7 @@ std::string_view TextArena::push_back(std::string_view text) {
     const std::string_view copy(_free, text.size());
     _free += need;
     _left -= need;
-    return _views.emplace_back(copy);
+    return copy;
 }
 
 } // namespace tabrix
