@@ -52,8 +52,7 @@ template <class C> const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFo
         if (_book->utf8Mode() && !r1c1 && !stored.empty() && isPlainXmlText(stored)) {
             _scratch.assign(stored);
             exchangeSeparators(_scratch, ',', ';');
-            _text.assign(std::string_view(_scratch));
-            return _text.template c_str<char>(true);
+            return _scratch.c_str();
         }
     }
     std::wstring text;
