@@ -142,22 +142,29 @@ size_t c_cell::read_plain(std::string_view in) {
     }
     if (seen & 1) _flags |= HAS_R;
     if (seen & 2) _flags |= HAS_S;
+    // The text of <f> or <v> at p: printable ASCII (a number, an index, most
+    // formulas) is taken as it stands, anything else decoded into `text`.
     thread_local std::string text;
-    if (starts(in, p, "<f>")) {
-        if (!(p = plain_text(in, p + 3, "</f>", text))) return 0;
-        set_formula_text(text);
-    }
-    if (starts(in, p, "<v>")) {
-        // A value of printable ASCII (a number, an index) is taken as it stands.
+    auto child = [&](const char(&end)[5], std::string_view &out) {
         size_t q = p + 3;
         while (q < in.size() && plain_char(in[q])) ++q;
-        if (starts(in, q, "</v>")) {
-            _v.assign(in.substr(p + 3, q - p - 3));
+        if (starts(in, q, end)) {
+            out = in.substr(p + 3, q - p - 3);
             p = q + 4;
-        } else {
-            if (!(p = plain_text(in, p + 3, "</v>", text))) return 0;
-            _v.assign(text);
+            return true;
         }
+        if (!(p = plain_text(in, p + 3, end, text))) return false;
+        out = text;
+        return true;
+    };
+    std::string_view found;
+    if (starts(in, p, "<f>")) {
+        if (!child("</f>", found)) return 0;
+        set_formula_text(found);
+    }
+    if (starts(in, p, "<v>")) {
+        if (!child("</v>", found)) return 0;
+        _v.assign(found);
         _flags |= HAS_V;
     }
     return starts(in, p, "</c>") ? p + 4 : 0;
