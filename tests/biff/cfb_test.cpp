@@ -1,7 +1,6 @@
-// Compound files: reading (stream lookup, the mini stream, broken and
-// hostile containers) and writing (layout arithmetic, round trips through
-// our reader, re-saving a loaded file, the writer's failure texts).
-#include "biff/cfb_fat.h"
+// Compound files: broken and hostile containers read with their messages,
+// written files of every size (the DIFAT of the largest) read back through
+// our reader, and the writer's failure texts.
 #include "biff/support/biff_bytes.h"
 #include "biff/support/cfb_builder.h"
 #include "biff/xls.h"
@@ -39,48 +38,14 @@ std::string openText(const std::string &bytes, Reading &o, bool sections = false
     });
 }
 
-std::vector<uint8_t> readAll(Xls<char> &x, size_t n) {
-    std::vector<uint8_t> out(n);
-    size_t got = 0;
-    while (got < n) {
-        size_t step = std::min<size_t>(n - got, 997);
-        size_t r = x.read(out.data() + got, step);
-        got += r;
-        if (r < step) break;
-    }
+std::vector<uint8_t> readWorkbook(XlsCore &x) {
+    std::vector<uint8_t> out(x.size());
+    size_t got = x.size() ? x.read(out.data(), out.size()) : 0;
     out.resize(got);
     return out;
 }
 
 } // namespace
-
-TEST(CfbRead, FindsWorkbookStreamAndReadsIt) {
-    struct Case {
-        const char *what;
-        std::vector<std::string> names;
-        size_t size;
-        size_t expectIndex; // directory index of the chosen entry
-    };
-    const Case cases[] = {
-        {"regular stream", {"Workbook"}, 9000, 1},
-        {"mini stream", {"Workbook"}, 100, 1},
-        {"just under cutoff", {"Workbook"}, 4095, 1},
-        {"Book fallback, any case", {"bOOk"}, 5000, 1},
-        {"Workbook wins over earlier Book", {"Book", "Workbook"}, 6000, 2},
-        {"lower-case workbook", {"Other", "workbook"}, 300, 2},
-    };
-    for (const Case &c : cases) {
-        std::vector<cfbtest::StreamSpec> specs;
-        for (size_t i = 0; i < c.names.size(); ++i)
-            specs.push_back({c.names[i], pattern(c.size, uint32_t(i + 7))});
-        Built b = buildCfb(specs);
-        Reading o;
-        ASSERT_EQ(openText(b.str(), o), "") << c.what;
-        EXPECT_EQ(o.xls.workbookIndex(), c.expectIndex) << c.what;
-        EXPECT_EQ(o.xls.size(), c.size) << c.what;
-        EXPECT_EQ(readAll(o.xls, c.size), specs[c.expectIndex - 1].bytes) << c.what;
-    }
-}
 
 TEST(CfbRead, BrokenFilesFailWithTheirMessage) {
     using Mutate = std::function<void(Built &)>;
@@ -166,44 +131,6 @@ TEST(CfbRead, CyclicWorkbookChainEndsWithError) {
               "Xls::read(): fat chain is cyclic");
 }
 
-namespace {
-
-std::vector<uint8_t> readWorkbook(XlsCore &x) {
-    std::vector<uint8_t> out(x.size());
-    size_t got = x.size() ? x.read(out.data(), out.size()) : 0;
-    out.resize(got);
-    return out;
-}
-
-// Saves the loaded `x` again with workbook stream `wb`.
-std::string saveAgain(Xls<char> &x, const std::vector<uint8_t> &wb) {
-    std::stringstream out;
-    x.reset(false);
-    x.setStreamPtr(&out);
-    x.writeHeader();
-    x.write(wb.data(), wb.size());
-    x.close();
-    return out.str();
-}
-
-} // namespace
-
-TEST(CfbWrite, FatLayoutIsExact) {
-    const uint64_t sizes[] = {0,     1,     126,   127,   128,   129,   254,     255,    256,
-                              13950, 13951, 13952, 13953, 13960, 30000, 1000000, 8388000};
-    for (uint64_t n : sizes)
-        for (uint64_t d : {1u, 2u, 3u}) {
-            FatLayout l = computeFatLayout(n, d);
-            uint64_t f = l.fatSectors, g = l.difatSectors;
-            uint64_t gFor = [](uint64_t ff) { return ff > 109 ? (ff - 109 + 126) / 127 : 0; }(f);
-            EXPECT_EQ(g, gFor) << n;
-            EXPECT_GE(f * 128, n + d + f + g) << n;
-            // One FAT sector fewer would not do.
-            uint64_t f1 = f - 1, g1 = f1 > 109 ? (f1 - 109 + 126) / 127 : 0;
-            EXPECT_LT(f1 * 128, n + d + f1 + g1) << n;
-        }
-}
-
 TEST(CfbWrite, RoundTripsThroughOurReader) {
     struct Case {
         size_t size;
@@ -236,46 +163,6 @@ TEST(CfbWrite, RoundTripsThroughOurReader) {
             EXPECT_EQ(nextPtr, 0xFFFFFFFEu);
         } else {
             EXPECT_EQ(x.header().numDifatSectors, 0u);
-        }
-    }
-}
-
-TEST(CfbWrite, ResaveWithAnotherCutoffKeepsStreamsReadable) {
-    // A file whose cutoff is above 4096 keeps a 5000-byte stream in its
-    // mini stream; a saved file states 4096, so that stream must move to
-    // the FAT.  One whose cutoff is below 4096 keeps its cutoff.
-    struct Case {
-        uint32_t cutoff;
-        uint32_t savedCutoff;
-    };
-    for (const Case &c : {Case{8192, 4096}, Case{1024, 1024}}) {
-        auto mid = pattern(5000, 31), small = pattern(2000, 32), tiny = pattern(500, 33);
-        cfbtest::Built b = cfbtest::buildCfb(
-            {{"Workbook", pattern(9000, 30)}, {"Mid", mid}, {"Small", small}, {"Tiny", tiny}},
-            c.cutoff);
-        bifftest::Opened o(b.str());
-        Xls<char> &x = o.x;
-        auto wb = readWorkbook(x);
-        x.readSections();
-        bifftest::Opened again(saveAgain(x, wb));
-        Xls<char> &y = again.x;
-        ASSERT_NO_THROW(y.readSections()) << c.cutoff;
-        EXPECT_EQ(y.header().miniStreamCutoff, c.savedCutoff);
-        EXPECT_EQ(readWorkbook(y), wb);
-        EXPECT_EQ(y.keptStreams().at(2), mid) << c.cutoff;
-        // Streams below the saved cutoff are found in the kept mini stream.
-        for (size_t i : {size_t(3), size_t(4)}) {
-            const DirEntry &e = y.directory()[i];
-            const auto &expect = i == 3 ? small : tiny;
-            if (e.streamSize >= c.savedCutoff) {
-                EXPECT_EQ(y.keptStreams().at(i), expect) << c.cutoff;
-            } else {
-                const auto &mini = y.keptStreams().at(0);
-                ASSERT_LE(size_t(e.startingSectorLocation) * 64 + expect.size(), mini.size());
-                EXPECT_TRUE(std::equal(expect.begin(), expect.end(),
-                                       mini.begin() + size_t(e.startingSectorLocation) * 64))
-                    << c.cutoff << " " << i;
-            }
         }
     }
 }

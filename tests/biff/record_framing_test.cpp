@@ -1,7 +1,6 @@
 // Record framing: values split across CONTINUE records, the writer's
 // closing of records, raw records, the record base's messages and dumps.
 #include "biff/biff_record.h"
-#include "book/byte_stream.h"
 #include "biff/records/ext_sst.h"
 #include "biff/records/phonetic_info.h"
 #include "biff/support/biff_bytes.h"
@@ -11,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <sstream>
 
 using namespace tabrix;
 using namespace bifftest;
@@ -72,11 +70,6 @@ TEST(RecordFraming, MissingContinueIsReported) {
         unsigned short remaining = 1;
         EXPECT_EQ(errorOf([&] { ops[i](o.x, remaining); }), messages[i]);
     }
-    Opened o(rawBook(wb));
-    unsigned short remaining = 0;
-    uint8_t b;
-    EXPECT_EQ(o.x.readWithContinueRecords(&b, 0, remaining), 0);
-    EXPECT_EQ(o.x.readWithContinueRecords(&b, -3, remaining), 0);
 }
 
 TEST(RecordFraming, WriterClosesRecordsAtTheBoundary) {
@@ -154,8 +147,6 @@ TEST(RecordFraming, RecordClassesCheckIdAndSize) {
         Opened o(rawBook(c.wb));
         EXPECT_EQ(errorOf([&] { c.read(o.x); }), c.message);
     }
-    EXPECT_TRUE(PhoneticInfo::checkBegin(239));
-    EXPECT_FALSE(PhoneticInfo::checkBegin(255));
 }
 
 TEST(RecordFraming, SmallRecordsRoundTripAndDump) {
@@ -181,28 +172,4 @@ TEST(RecordFraming, SmallRecordsRoundTripAndDump) {
     EXPECT_EQ(pi2.dumpText(), L"[PhoneticInfo ifnt=3 phs=55 rgref=({1 2 3 4}{5 6 7 8})]\n");
     EXPECT_EQ(es2.dumpText(), L"[ExtSST dsst=8 rgISSTInf=({ib=12 cbOffset=12 reserved=0}"
                               L"{ib=8240 cbOffset=4 reserved=0})]\n");
-}
-
-TEST(RecordFraming, ByteHelpers) {
-    std::deque<unsigned char> q;
-    ByteStream::pushInt16(q, 0xA1B2);
-    ByteStream::pushInt16(q, 0x1234);
-    ByteStream::pushInt16(q, 0x5678);
-    EXPECT_EQ(ByteStream::popInt16(q), 0xA1B2);
-    EXPECT_EQ(ByteStream::popInt32(q), 0x56781234u);
-    EXPECT_EQ(ByteStream::popInt16(q), 0); // empty queue
-
-    std::stringstream s;
-    IOCtrl::write<unsigned short>(s, 0xCAFE);
-    IOCtrl::write<unsigned int>(s, 0xDEADBEEFu);
-    unsigned short a = 0;
-    unsigned int b = 0;
-    IOCtrl::read(s, a);
-    IOCtrl::read(s, b);
-    EXPECT_EQ(a, 0xCAFE);
-    EXPECT_EQ(b, 0xDEADBEEFu);
-    std::stringstream bad;
-    bad.setstate(std::ios::badbit);
-    EXPECT_EQ(errorOf([&] { IOCtrl::write<unsigned int>(bad, 1u); }),
-              "stream error, perhaps it's too small writing buffer");
 }

@@ -1,29 +1,17 @@
-// Formula cells of a binary book: text written and read back through a
-// save and load, three-dimensional references and the self-reference they
-// make, shared formulas printed from each cell, array formula cells, the
-// R1C1 mode, and loaded formula blocks saved unchanged.
-#include "biff/book_impl.h"
-#include "support/binary_book.h"
+// Formula cells of a binary sheet: shared formulas printed from each cell,
+// array formula cells, and loaded formula blocks saved unchanged.
 #include "biff/sheet_impl.h"
 #include "support/record_trip.h"
 #include "support/fake_owner.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 using namespace tabrix;
 using namespace bifftest;
 
 namespace {
-
-using Book = BookImplT<char>;
-using BookPtr = BinaryBook<>;
-
-BookPtr newBook() { return newBinaryBook(); }
-
-BookPtr reload(Book &b) { return loadedBook(savedBytes(b)); }
 
 Bytes cat(const Bytes &a, const Bytes &b) { return a + b; }
 
@@ -36,51 +24,6 @@ Bytes formula(uint16_t row, uint16_t col, const Bytes &rgce) {
 Bytes exp(uint16_t row, uint16_t col) { return cat(Bytes{0x01}, words({row, col})); }
 
 } // namespace
-
-TEST(SheetFormulas, WrittenFormulasSurviveSaveAndLoad) {
-    BookPtr b = newBook();
-    ISheetT<char> *s1 = b->addSheet("Data", nullptr);
-    ISheetT<char> *s2 = b->addSheet("Other sheet", nullptr);
-    ASSERT_TRUE(s1 && s2);
-    const std::pair<const char *, const char *> cases[] = {
-        {"=SUM(A1:B2)*2", "SUM(A1:B2)*2"},
-        {"'Other sheet'!A1+Data!$B$2", "'Other sheet'!A1+Data!$B$2"},
-        {"SUM(Data:'Other sheet'!A1:B3)", "SUM('Data:Other sheet'!A1:B3)"},
-        {"'Other sheet'!C3*'Other sheet'!C4", "'Other sheet'!C3*'Other sheet'!C4"},
-        {"IF(A1>=2,\"big, \"\"yes\"\"\",\"no\")", "IF(A1>=2;\"big, \"\"yes\"\"\";\"no\")"},
-    };
-    int row = 10;
-    for (const auto &c : cases)
-        ASSERT_TRUE(s1->writeFormula(row++, 3, c.first, nullptr)) << b->errorMessage();
-    // A failure leaves the cell as it was.
-    s1->writeNum(20, 0, 5, nullptr);
-    EXPECT_FALSE(s1->writeFormula(20, 0, "SUM(", nullptr));
-    EXPECT_STREQ(b->errorMessage(), "error: function parentheses not found");
-    EXPECT_EQ(s1->readNum(20, 0, nullptr), 5.0);
-
-    BookPtr again = reload(*b);
-    ISheetT<char> *r = again->getSheet(0);
-    row = 10;
-    for (const auto &c : cases) {
-        EXPECT_TRUE(r->isFormula(row, 3));
-        const char *text = r->readFormula(row++, 3, nullptr);
-        EXPECT_STREQ(text ? text : again->errorMessage(), c.second);
-    }
-    // Equal sheet ranges share one external sheet entry.
-    std::vector<SupBookBlock> &books = again->supBooks();
-    ASSERT_EQ(books.size(), 1u);
-    EXPECT_TRUE(books[0].isSelfRef());
-    EXPECT_EQ(books[0].externSheet.rgXTI.size(), 3u);
-    EXPECT_EQ(r->readFormula(0, 0, nullptr), nullptr);
-    EXPECT_STREQ(again->errorMessage(), "cell doesn't contain a formula");
-
-    // R1C1 mode converts both ways, relative to the cell.
-    again->setRefR1C1(true);
-    EXPECT_STREQ(r->readFormula(10, 3, nullptr), "SUM(R[-10]C[-3]:R[-9]C[-2])*2");
-    EXPECT_TRUE(r->writeFormula(0, 0, "R[1]C+R1C1", nullptr));
-    again->setRefR1C1(false);
-    EXPECT_STREQ(r->readFormula(0, 0, nullptr), "A2+$A$1");
-}
 
 TEST(SheetFormulas, SharedAndArrayFormulasPrintFromEachCell) {
     // B1:B3 share "A1*2" relative to each cell (row offset 0, column -1);

@@ -226,15 +226,3 @@ TEST(SheetRecords, SettingsAndStructureRecordsComeBack) {
 }
 
 } // namespace
-
-// An error cell and a Label record (text in the book's code page) load.
-TEST(SheetRecords, ErrorCellAndLabelLoad) {
-    Bytes label = words({4, 0, 15, 5}) + Bytes{0, 'l', 'a', 'b', 'e', 'l'};
-    FakeOwner<char> owner;
-    SheetImplT<char> &sheet = owner.addSheet(L"S");
-    load(sheet,
-         stream(
-             {{2057, bof(16)}, {517, words({3, 1, 15}) + Bytes{0x07, 1}}, {516, label}, {10, {}}}));
-    EXPECT_EQ(sheet.readError(3, 1), ERRORTYPE_DIV_0);
-    EXPECT_STREQ(sheet.readStr(4, 0, nullptr), "label");
-}

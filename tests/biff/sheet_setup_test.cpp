@@ -1,7 +1,6 @@
-// Sheet setup: byte-exact round trips of the page setup, window and break
-// records, their size messages, the page setup and protection runs read up
-// to a foreign record, and the getters and setters of SheetSetup with the
-// records they leave behind.
+// Sheet setup: a selection normalised as it is read, the protection run and
+// the setup records read up to a foreign record, and the setters of
+// SheetSetup with the records they leave behind and their messages.
 #include "biff/records/page_breaks.h"
 #include "biff/records/page_setup.h"
 #include "biff/records/pane.h"
@@ -87,7 +86,7 @@ std::vector<uint16_t> ids(const Records &recs) {
 
 } // namespace
 
-TEST(SheetSetupTest, RecordsNormaliseWhatTheyRead) {
+TEST(SheetSetupTest, SelectionNormalisesWhatItReads) {
     // Selection: ranges past the record's size are not read, bytes behind
     // the ranges are skipped; the written size is 9 + 6 per range.
     std::vector<uint8_t> sel = {0, 1, 0, 1, 0, 0, 0, 3, 0};
@@ -97,41 +96,6 @@ TEST(SheetSetupTest, RecordsNormaliseWhatTheyRead) {
     ASSERT_EQ(out.size(), 1u);
     EXPECT_EQ(out[0].second.size(), 15u);
     EXPECT_EQ(out[0].second[7], 1); // cref follows the one range read
-
-    // Window2 of the older form: the colour is dropped, the rest is the
-    // current record with its defaults.
-    std::vector<uint8_t> oldWin = words({0x0206, 7, 3});
-    put32(oldWin, 0x00FF00FFu);
-    std::vector<uint8_t> wb;
-    record(wb, Window2::kId, oldWin);
-    Window2 w;
-    readSized(wb, [&](XlsRecords &x, uint16_t size) { w.read(x, size, true); });
-    EXPECT_TRUE(w.selected());
-    EXPECT_TRUE(w.displayGridlines());
-    EXPECT_EQ(w.rwTop, 7);
-    EXPECT_EQ(w.colLeft, 3);
-    out = written([&](Xls<char> &x) { w.write(x); });
-    EXPECT_EQ(out[0].second, words({0x0206, 7, 3, 64, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(errorOf([&] {
-                  readSized(wb, [](XlsRecords &x, uint16_t) { Window2().read(x, 18, true); });
-              }),
-              "Window2 size is incorrect");
-
-    // Page breaks come out sorted by position.
-    out = tripRecords<HorizontalPageBreaks>(breakBytes({9, 2, 5}));
-    EXPECT_EQ(out[0].second, breakBytes({2, 5, 9}));
-
-    // A Pls that runs past the stream's end is short.
-    std::vector<uint8_t> shortPls;
-    record(shortPls, Pls::kId, seq(10));
-    shortPls[2] = 0xF0; // claims 0xFFF0 bytes
-    shortPls[3] = 0xFF;
-    EXPECT_EQ(errorOf([&] {
-                  Opened p(rawBook(shortPls));
-                  Pls pls;
-                  pls.read(p.x);
-              }),
-              "Pls size is incorrect");
 }
 
 TEST(SheetSetupTest, ProtectionRun) {
@@ -170,31 +134,6 @@ TEST(SheetSetupTest, ProtectionRun) {
                   load(t, huge);
               }),
               "SheetProtection: file is corrupt");
-}
-
-// A file whose printer settings are marked invalid reads as the defaults.
-TEST(SheetSetupTest, PrinterSettingsRespectNoPls) {
-    struct Case {
-        uint16_t paper, scale, flags;
-        bool landscape;
-        int wantPaper, wantScale;
-    };
-    const Case cases[] = {
-        {9, 80, 0x0004, true, 0, 100},
-        {9, 80, 0x0000, true, 9, 80},
-        {1, 55, 0x0002, false, 1, 55},
-        {8, 100, 0x0006, false, 0, 100},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.flags);
-        std::vector<uint8_t> wb;
-        record(wb, 161, setupBytes(c.paper, c.scale, c.flags));
-        SheetSetup t(pool());
-        load(t, wb);
-        EXPECT_EQ(t.landscape(), c.landscape && !(c.flags & 4));
-        EXPECT_EQ(int(t.paper()), c.wantPaper);
-        EXPECT_EQ(t.printZoom(), c.wantScale);
-    }
 }
 
 TEST(SheetSetupTest, MarginsHeaderAndFooter) {

@@ -1,14 +1,12 @@
-// Fonts, formats and the palette at the level of their records: fields that
-// share bits, bad records and their messages, font numbering, the initial
-// table and the palette.
+// Fonts, formats and the palette at the level of their records: bad
+// records and their messages, font numbering, an empty table and the
+// palette.
 #include "biff/style_table.h"
-#include "biff/support/biff_bytes.h"
-#include "biff/support/style_io.h"
+#include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <string>
 
 using namespace tabrix;
@@ -22,36 +20,6 @@ using Font = FontImplT<char>;
 
 XF *newFormat(Table &t) { return static_cast<XF *>(t.addFormat(nullptr)); }
 Font *newFont(Table &t) { return static_cast<Font *>(t.addFont(nullptr)); }
-
-// What the XF record layout itself decides, beyond what the kind suite
-// reads back through a book: flags that only add, bits shared by
-// neighbouring fields.
-TEST(StylesTest, RecordFieldsKeepTheirNeighbours) {
-    const struct {
-        const char *what;
-        std::function<void(XF &)> set;
-        std::function<int(XF &)> get;
-        int expected;
-    } cases[] = {
-        {"readOrder only adds", [](XF &f) { f.setReadOrder(2), f.setReadOrder(1); },
-         [](XF &f) { return f.readOrder(); }, 3},
-        {"style flag", [](XF &f) { f.setStyle(true); }, [](XF &f) { return int(f.style()); }, 1},
-        {"colour spills into the next field",
-         [](XF &f) { f.setPatternForegroundColor(Color(0x80 | 5)); },
-         [](XF &f) { return int(f.patternBackgroundColor()) & 1; }, 1},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.what);
-        Table t;
-        t.init();
-        XF *f = newFormat(t);
-        c.set(*f);
-        XF back(&t);
-        styleReadBack([&](Xls<char> &x) { f->write(x); },
-                      [&](Xls<char> &x, uint16_t size) { back.read(x, size, false); });
-        EXPECT_EQ(c.get(back), c.expected);
-    }
-}
 
 TEST(StylesTest, BadRecordsFailWithTheirMessage) {
     std::vector<uint8_t> font(14, 0);
@@ -69,51 +37,44 @@ TEST(StylesTest, BadRecordsFailWithTheirMessage) {
     MemPool pool;
     struct Case {
         const char *what;
-        StyleRecords records;
+        uint16_t id;
+        Bytes data;
         std::function<void(Xls<char> &, uint16_t)> reader;
         std::string message;
     };
     const Case cases[] = {
-        {"font too short",
-         {{49, std::vector<uint8_t>(13, 0)}},
-         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); },
-         "Font size is incorrect"},
-        {"font name missing",
-         {{49, font}},
-         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); },
-         "error in Font record"},
-        {"font name too long",
-         {{49, fontLongName}},
-         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); },
-         "error in Font record"},
-        {"xf cut in a field",
-         {{224, std::vector<uint8_t>(7, 0)}},
-         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); },
-         "XF size is incorrect"},
-        {"xf ends at a field",
-         {{224, std::vector<uint8_t>(10, 0)}},
-         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); },
-         ""},
+        {"font too short", 49, std::vector<uint8_t>(13, 0),
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "Font size is incorrect"},
+        {"font name missing", 49, font,
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "error in Font record"},
+        {"font name too long", 49, fontLongName,
+         [&](Xls<char> &x, uint16_t s) { Font(&t).read(x, s, false); }, "error in Font record"},
+        {"xf cut in a field", 224, std::vector<uint8_t>(7, 0),
+         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); }, "XF size is incorrect"},
+        {"xf ends at a field", 224, std::vector<uint8_t>(10, 0),
+         [&](Xls<char> &x, uint16_t s) { XF(&t).read(x, s, false); }, ""},
         {"format too short",
-         {{1054, {1, 0}}},
+         1054,
+         {1, 0},
          [&](Xls<char> &x, uint16_t s) { Format().read(x, s, false, pool); },
          "Format size is incorrect"},
-        {"style too long",
-         {{659, styleExtra}},
+        {"style too long", 659, styleExtra,
          [&](Xls<char> &x, uint16_t s) { Style().read(x, s, false, pool); },
          "Style size is incorrect"},
         {"style one spare byte",
-         {{659, {0x00, 0x80, 0, 0xFF, 0}}},
+         659,
+         {0x00, 0x80, 0, 0xFF, 0},
          [&](Xls<char> &x, uint16_t s) { Style().read(x, s, false, pool); },
          ""},
-        {"palette count mismatch",
-         {{146, palette}},
-         [&](Xls<char> &x, uint16_t s) { Palette().read(x, s); },
-         "Palette size is incorrect"},
+        {"palette count mismatch", 146, palette,
+         [&](Xls<char> &x, uint16_t s) { Palette().read(x, s); }, "Palette size is incorrect"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        EXPECT_EQ(styleReadError(c.records, c.reader), c.message);
+        Bytes wb;
+        record(wb, c.id, c.data);
+        record(wb, 0x0A, {});
+        EXPECT_EQ(errorOf([&] { readSized(wb, c.reader); }), c.message);
     }
 }
 
@@ -148,11 +109,12 @@ TEST(StylesTest, PalettePacking) {
     // The changed palette is written and reads back alike.
     Palette back;
     back.colors.clear();
-    styleReadBack([&](Xls<char> &x) { t.palette().write(x); },
-                  [&](Xls<char> &x, uint16_t s) {
-                      EXPECT_EQ(s, 2 + 56 * 4);
-                      back.read(x, s);
-                  });
+    Opened o(writeBook([&](Xls<char> &x) { t.palette().write(x); }));
+    uint16_t id = 0, size = 0;
+    o.x.readInt16(id);
+    o.x.readInt16(size);
+    EXPECT_EQ(size, 2 + 56 * 4);
+    back.read(o.x, size);
     ASSERT_EQ(back.colors.size(), 56u);
     EXPECT_EQ(back.colors[1].value(), 0x010203u);
     EXPECT_EQ(back.colors[55].value(), 0xC86435u);
@@ -182,43 +144,7 @@ TEST(StylesTest, FontNumberingSkipsFour) {
     }
 }
 
-TEST(StylesTest, InitialTable) {
-    Table t;
-    t.init();
-    auto recs = styleRecords([&](Xls<char> &x) { t.write(x); });
-    std::map<uint16_t, int> count;
-    for (const auto &r : recs) ++count[r.first];
-    EXPECT_EQ(count, (std::map<uint16_t, int>{{49, 5}, {224, 21}, {659, 6}}));
-    const struct {
-        int index;
-        uint16_t ifnt, ifmt, flags;
-        uint32_t alignment;
-    } rows[] = {{0, 0, 0, 0xFFF5, 0x20},
-                {1, 1, 0, 0xFFF5, 0xFC000020},
-                {4, 2, 0, 0xFFF5, 0xFC000020},
-                {14, 0, 0, 0xFFF5, 0xFC000020},
-                {15, 0, 0, 1, 0x20},
-                {16, 1, 44, 0xFFF5, 0xF8000020},
-                {19, 1, 43, 0xFFF5, 0xF8000020},
-                {20, 1, 41, 0xFFF5, 0}};
-    for (const auto &r : rows) {
-        SCOPED_TRACE(r.index);
-        XF *f = t.formats()[size_t(r.index)];
-        EXPECT_EQ(f->ifnt, r.ifnt);
-        EXPECT_EQ(f->ifmt, r.ifmt);
-        EXPECT_EQ(f->flags, r.flags);
-        EXPECT_EQ(f->alignment, r.alignment);
-        EXPECT_EQ(f->border1, 0x20400000u | (64u << 16));
-        EXPECT_EQ(f->border2, 64u | (64u << 7));
-        EXPECT_EQ(f->fill, 0x20C0);
-    }
-    const uint8_t styles[6] = {4, 7, 0, 5, 3, 6};
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(t.styles()[size_t(i)].style.builtInStyle, styles[i]);
-    EXPECT_EQ(t.styles()[2].style.ixfe, 0x8000);
-    // A packed colour brings the Palette record.
-    t.colorPack(1, 1, 1);
-    recs = styleRecords([&](Xls<char> &x) { t.write(x); });
-    EXPECT_EQ(recs.back().first, 146);
+TEST(StylesTest, EmptyTableHasNoDefaultFont) {
     int size = 0;
     Table empty;
     EXPECT_EQ(empty.defaultFont(&size), nullptr);
