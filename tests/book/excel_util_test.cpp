@@ -30,4 +30,3 @@ TEST(ExcelUtil, RowColToAddrLimits) {
         EXPECT_EQ(msg, c.message) << c.row << "," << c.col;
     }
 }
-
