@@ -1,6 +1,6 @@
 // The flat sheet entry points against a recording test double: each reaches
 // its own operation with its arguments in order, and the flat conversions of
-// flags, results and handles hold.
+// flags and handles hold.
 #include <gtest/gtest.h>
 
 #include "support/recording_sheet.h"
@@ -114,26 +114,6 @@ TEST(FlatSheet, NamedRangeHiddenComesBackAsInt) {
     sheet.answerBool = true;
     EXPECT_EQ(tbSheetGetNamedRangeA(handle(sheet), "Data", &r1, &r2, &c1, &c2, 0, &hidden), 1);
     EXPECT_EQ(hidden, 0);
-}
-
-TEST(FlatSheet, ResultConversions) {
-    RecordingSheet sheet;
-    TBSheet s = handle(sheet);
-    sheet.answerBool = true;
-    EXPECT_EQ(tbSheetIsDateA(s, 0, 0), 1);
-    sheet.answerBool = false;
-    EXPECT_EQ(tbSheetIsDateA(s, 0, 0), 0);
-    sheet.answerInt = tabrix::ERRORTYPE_NOERROR;
-    EXPECT_EQ(tbSheetReadErrorA(s, 0, 0), 255);
-    sheet.answerInt = tabrix::CELLTYPE_BLANK;
-    EXPECT_EQ(tbSheetCellTypeA(s, 0, 0), 4);
-    sheet.answerInt = tabrix::SHEETSTATE_VERYHIDDEN;
-    EXPECT_EQ(tbSheetHiddenA(s), 2);
-    sheet.answerDouble = 2.25;
-    EXPECT_EQ(tbSheetReadNumA(s, 0, 0, nullptr), 2.25);
-    int format = 0;
-    sheet.answerPointer = &format;
-    EXPECT_EQ(tbSheetCellFormatA(s, 0, 0), static_cast<void *>(&format));
 }
 
 } // namespace

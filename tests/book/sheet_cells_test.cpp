@@ -1,6 +1,6 @@
 // Cells through the public sheet interface of each kind of book: the range
 // gates and their messages, every kind of value through a save and a load,
-// dates by number format, extents after clears, and copies of cells.
+// reversed clears, and copies of cells.
 #include "support/book_kinds.h"
 
 #include <gtest/gtest.h>
@@ -161,70 +161,9 @@ TEST_P(SheetCells, ValuesComeBackFromASavedBook) {
     EXPECT_EQ(all(*back->getSheet(0)), before);
 }
 
-// Whether a number is a date goes by its format's built-in id, or by the
-// letters of its custom text outside brackets; a binary book also skips
-// quoted and escaped letters (`byLetters` is the answer when they count).
-TEST_P(SheetCells, DatesFollowTheNumberFormat) {
-    const struct {
-        int id;
-        const char *custom;
-        bool date, byLetters;
-    } cases[] = {
-        {0, nullptr, false, false},        {13, nullptr, false, false},
-        {14, nullptr, true, true},         {22, nullptr, true, true},
-        {23, nullptr, false, false},       {37, nullptr, false, false},
-        {44, nullptr, false, false},       {45, nullptr, true, true},
-        {47, nullptr, true, true},         {48, nullptr, false, false},
-        {49, nullptr, false, false},       {0, "yyyy-mm-dd", true, true},
-        {0, "[Red]0.00", false, false},    {0, "[h]:mm", true, true},
-        {0, "DD/MM", true, true},          {0, "S", true, true},
-        {0, "0.00%", false, false},        {0, "#,##0_);[Red](#,##0)", false, false},
-        {0, "[$-409]#,##0", false, false}, {0, "General;[Blue]@", false, false},
-        {0, "0.00E+00", false, false},     {0, "\"days\" 0", false, true},
-        {0, "0\\d", false, true},          {0, "\"unterminated", false, true},
-    };
-    BookPtr book = newBook();
-    Sheet *s = book->addSheet("S", nullptr);
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.custom ? c.custom : std::to_string(c.id).c_str());
-        IFormatT<char> *f = book->addFormat(nullptr);
-        f->setNumFormat(c.custom ? book->addCustomNumFormat(c.custom) : c.id);
-        s->writeNum(0, 0, 45000, f);
-        EXPECT_EQ(s->isDate(0, 0), GetParam().quotedLettersMakeDates ? c.byLetters : c.date);
-        s->writeStr(0, 1, "text", f);
-        EXPECT_FALSE(s->isDate(0, 1));
-    }
-}
-
-TEST_P(SheetCells, ExtentsAreOnePastTheLastUsedCell) {
-    const int lastCol = GetParam().lastCol;
+TEST_P(SheetCells, ReversedClearsGiveTheirMessages) {
     BookPtr book = newBook();
     Sheet &s = *book->addSheet("S", nullptr);
-    EXPECT_EQ(s.lastRow() * 10 + s.lastCol(), 0);
-    s.writeNum(0, 0, 1, nullptr);
-    EXPECT_EQ(s.lastRow() * 10 + s.lastCol(), 11);
-    s.writeStr(9, 4, "x", nullptr);
-    EXPECT_EQ(s.firstRow(), 0);
-    EXPECT_EQ(s.lastRow(), 10);
-    EXPECT_EQ(s.lastCol(), 5);
-    // After a clear the extents are recalculated.
-    s.clear(9, 9, 0, lastCol);
-    EXPECT_EQ(s.lastRow(), 1);
-    s.clear(0, 0, 0, 0);
-    EXPECT_EQ(s.lastRow(), 0);
-
-    // A row's far cells cleared: its remaining cells set the extents, and
-    // the last column of the sheet still counts.
-    s.writeNum(3, 2, 1, nullptr);
-    s.writeNum(3, 200, 1, nullptr);
-    s.writeNum(4, lastCol, 1, nullptr);
-    s.clear(3, 3, 200, 200);
-    EXPECT_EQ(s.firstCol(), 2);
-    EXPECT_EQ(s.lastCol(), lastCol + 1);
-    s.clear(4, 4, 0, lastCol);
-    EXPECT_EQ(s.lastCol(), 3);
-    EXPECT_EQ(s.firstRow(), 3);
-    EXPECT_EQ(s.lastRow(), 4);
     struct Case {
         int rf, rl, cf, cl;
         const char *message;

@@ -1,4 +1,4 @@
-// StrUtil, Converter, case-insensitive comparison and MemPool.
+// StrUtil's XML escapes, Converter, case-insensitive comparison and MemPool.
 #include <set>
 #include <string>
 
@@ -12,72 +12,6 @@
 using namespace tabrix;
 
 namespace {
-
-TEST(StrUtilTest, Replace) {
-    struct Case {
-        std::wstring text, from, to, result;
-        bool replaced;
-    };
-    const Case cases[] = {
-        {L"", L"a", L"b", L"", false},          {L"abc", L"", L"x", L"abc", false},
-        {L"abc", L"d", L"x", L"abc", false},    {L"abcabc", L"b", L"xx", L"axxcaxxc", true},
-        {L"aaa", L"a", L"aa", L"aaaaaa", true}, // `to` holding `from` doesn't loop
-        {L"it''s", L"''", L"'", L"it's", true}, {L"abab", L"ab", L"", L"", true},
-    };
-    for (const Case &c : cases) {
-        std::wstring t = c.text;
-        EXPECT_EQ(StrUtil::replace(t, c.from, c.to), c.replaced);
-        EXPECT_EQ(t, c.result);
-    }
-}
-
-TEST(StrUtilTest, Split) {
-    struct Case {
-        std::wstring text, separators;
-        bool found;
-        std::wstring left, right;
-    };
-    const Case cases[] = {
-        {L"Sheet1!A1", L"!", true, L"Sheet1", L"A1"},
-        {L"A1:B2", L":", true, L"A1", L"B2"},
-        {L"noseparator", L"!", false, L"L", L"R"},
-        {L"a:", L":", true, L"a", L""},
-        {L":b", L":", true, L"", L"b"},
-        // several separators: skips as many characters as there are
-        // separators, whichever one matched
-        {L"a;b,c", L",;", true, L"a", L",c"},
-        {L"ab", L"xb", true, L"a", L""},
-    };
-    for (const Case &c : cases) {
-        std::wstring left = L"L", right = L"R";
-        EXPECT_EQ(StrUtil::split(c.text, c.separators, left, right), c.found);
-        EXPECT_EQ(left, c.left);
-        EXPECT_EQ(right, c.right);
-    }
-}
-
-TEST(StrUtilTest, QuoteAndUnquote) {
-    struct Case {
-        std::wstring plain, quoted;
-    };
-    const Case cases[] = {
-        {L"Sheet1", L"Sheet1"}, {L"My Sheet", L"'My Sheet'"},
-        {L"a-b", L"'a-b'"},     {L"O'Neil data", L"'O''Neil data'"},
-        {L"x.y+z", L"x.y+z"}, // no other character forces quoting
-    };
-    for (const Case &c : cases) {
-        EXPECT_EQ(StrUtil::quote(c.plain), c.quoted);
-        EXPECT_EQ(StrUtil::unquote(c.quoted), c.plain);
-    }
-    struct Raw {
-        std::wstring in, out;
-    };
-    const Raw raws[] = {
-        {L"''", L"'"}, // too short to strip: only undoubled
-        {L"'a'", L"a"}, {L"it''s", L"it's"}, {L"'a", L"'a"}, {L"''''", L"'"},
-    };
-    for (const Raw &r : raws) EXPECT_EQ(StrUtil::unquote(r.in), r.out) << r.in.size();
-}
 
 TEST(StrUtilTest, XmlEscapes) {
     struct Case {

@@ -30,45 +30,6 @@ private:
     std::string _saved;
 };
 
-// UTF-8 to UTF-16 units and back, and the lengths in units that limits count.
-TEST(Utf8, RoundTripsThroughUtf16Units) {
-    struct Case {
-        const char *utf8;
-        std::wstring units;
-    };
-    const Case cases[] = {
-        {"", L""},
-        {"abc", L"abc"},
-        {"\xC3\xA9t\xC3\xA9", L"\u00e9t\u00e9"},
-        {"\xE2\x82\xAC", std::wstring(1, wchar_t(0x20AC))},
-        {"\xEF\xBF\xBF", std::wstring(1, wchar_t(0xFFFF))},
-        // U+1F600 is a surrogate pair: two units against every limit
-        {"x\xF0\x9F\x98\x80y", {L'x', wchar_t(0xD83D), wchar_t(0xDE00), L'y'}},
-        {"a\xF4\x8F\xBF\xBFz", {L'a', wchar_t(0xDBFF), wchar_t(0xDFFF), L'z'}},
-        {"\xF0\x90\x80\x80", {wchar_t(0xD800), wchar_t(0xDC00)}},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.utf8);
-        XString x;
-        x.assign(c.utf8);
-        EXPECT_EQ(std::wstring(x.c_str<wchar_t>(true)), c.units);
-        XString back;
-        back.assign(c.units.c_str());
-        EXPECT_STREQ(back.c_str<char>(true), c.utf8);
-        EXPECT_FALSE(back.conversionFailed());
-        EXPECT_EQ(utf16Length(c.utf8, true), c.units.size());
-        EXPECT_EQ(utf16Length(c.units.c_str(), true), c.units.size());
-        std::wstring w;
-        EXPECT_TRUE(wideText(c.utf8, true, w));
-        EXPECT_EQ(w, c.units);
-    }
-    std::wstring w = L"old";
-    EXPECT_TRUE(wideText(static_cast<const char *>(nullptr), true, w));
-    EXPECT_EQ(w, L"");
-    EXPECT_EQ(tslen("abc"), 3u);
-    EXPECT_EQ(tslen(L"ab"), 2u);
-}
-
 TEST(Utf8, InvalidInputIsReportedThroughTheFrame) {
     struct Case {
         std::string utf8;
@@ -126,17 +87,6 @@ TEST(CLocaleFallback, UnconvertibleCharactersBecomeQuestionMarks) {
         EXPECT_STREQ(textResult<char>(buffer, message, k.wide.c_str(), false), k.narrow);
         EXPECT_STREQ(message.c_str<char>(false), k.failed ? kWarning : "ok");
     }
-}
-
-TEST(CLocaleFallback, UnconvertibleNarrowTextLeavesWideEmpty) {
-    CLocale c;
-    XString x;
-    x.assign("caf\xE9");
-    EXPECT_STREQ(x.c_str<wchar_t>(false), L"");
-    EXPECT_TRUE(x.conversionFailed());
-    x.assign("cafe");
-    EXPECT_STREQ(x.c_str<wchar_t>(false), L"cafe");
-    EXPECT_FALSE(x.conversionFailed());
 }
 
 TEST(XStringSides, AssignMarksTheOtherSideStale) {

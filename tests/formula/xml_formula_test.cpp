@@ -1,5 +1,5 @@
-// A1 and R1C1 notation converted relative to the holding cell, with the
-// wrap of each format, and the part kinds of content types.
+// R1C1 notation converted to A1 relative to the holding cell, with the wrap
+// of each format, and the part kinds of content types.
 #include "formula/x_generator.h"
 #include "formula/xml_formula.h"
 
@@ -9,27 +9,7 @@
 
 using namespace tabrix;
 
-TEST(XmlFormula, ConvertsBothWaysWithEachFormatsWrap) {
-    struct Case {
-        const wchar_t *a1;
-        const wchar_t *r1c1;
-        int row, col;
-    };
-    const Case both[] = {
-        {L"A1", L"RC", 0, 0},
-        {L"$A$1", L"R1C1", 5, 5},
-        {L"SUM(B2:C3)*$D$4", L"SUM(R[1]C[1]:R[2]C[2])*R4C4", 0, 0},
-        {L"A$1+$B2", L"R1C[-2]+R[-1]C2", 2, 2},
-        {L"Sheet1!A1&\"x y\"", L"Sheet1!R[-3]C&\"x y\"", 3, 0},
-        {L"ROUND(PI(),2)", L"ROUND(PI(),2)", 0, 0},
-    };
-    for (const Case &c : both) {
-        std::wstring a = c.a1, r = c.r1c1;
-        XMLFormula::toRefR1C1(a, c.row, c.col);
-        EXPECT_EQ(a, c.r1c1);
-        XMLFormula::toRefA1(r, c.row, c.col, true);
-        EXPECT_EQ(r, c.a1);
-    }
+TEST(XmlFormula, RelativeReferencesWrapAtEachFormatsLimit) {
     // Blanks outside quotes go; lower case r and c are read; negative
     // results wrap at the binary and the Open XML limits.
     const struct {

@@ -187,6 +187,7 @@ TEST(DriverOpen, SharingRules) {
             ASSERT_NE(w, nullptr) << ctx.allErrors();
             EXPECT_EQ(w, r);
             EXPECT_TRUE(fileOf(w)->ops->writeStr(sheetOf(w), 0, 2, "new"));
+            EXPECT_TRUE(fileOf(w)->ops->writeBool(sheetOf(w), 0, 3, 1));
             EXPECT_EQ(host().close(ctx, driver, r), 0);
             EXPECT_EQ(tout::slurp(pathOf(name)), original); // still in memory
             EXPECT_EQ(host().close(ctx, driver, w), 0);
@@ -213,6 +214,7 @@ TEST(DriverOpen, SharingRules) {
         ASSERT_NE(f, nullptr) << check.allErrors();
         const char *row[] = {"mine", "two", "new"};
         for (int c = 0; c < 3; c++) EXPECT_STREQ(fileOf(f)->ops->readStr(sheetOf(f), 0, c), row[c]);
+        EXPECT_STRCASEEQ(fileOf(f)->ops->readBoolText(sheetOf(f), 0, 3), "true");
         EXPECT_EQ(host().close(check, driver, f), 0);
     }
 }

@@ -68,28 +68,4 @@ TEST(ParseOptions, Table) {
     }
 }
 
-TEST(ParseOptions, AbsentOutputs) {
-    const struct {
-        const char *input;
-        unsigned flags;
-        const char *rest;
-    } cases[] = {
-        // Without their outputs, separators and boolean texts are no options.
-        {"skiph;fsep=;;f", OPT_SKIPH, "fsep=;;f"},
-        {"dsep=,;f", 0, "dsep=,;f"},
-        {"true=a;f", 0, "true=a;f"},
-        // The buffer size is still read past.
-        {"bufsize=4;grow;f", OPT_GROW, "f"},
-    };
-    for (const auto &c : cases) {
-        const char *text = c.input;
-        EXPECT_EQ(parseOptions(OPT_WRITING, &text, nullptr, nullptr, nullptr, nullptr, nullptr),
-                  c.flags | OPT_WRITING)
-            << c.input;
-        EXPECT_STREQ(text, c.rest) << c.input;
-    }
-    const char *none = nullptr;
-    EXPECT_EQ(parseOptions(0, &none, nullptr, nullptr, nullptr, nullptr, nullptr), 0u);
-}
-
 } // namespace

@@ -67,20 +67,4 @@ qd_type opaqueType() {
     return qdhost::registerExternalType("tout_opaque", t);
 }
 
-std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array) {
-    std::map<std::vector<std::string>, std::string> out;
-    int dims = array.dimensions();
-    std::vector<int> at(dims);
-    for (bool more = array.firstCell(at.data()); more; more = array.nextCell(at.data())) {
-        std::vector<std::string> key;
-        for (int d = 0; d < dims; d++) {
-            qd_value v{};
-            array.sets()[d]->element(at[d], &v);
-            key.push_back(qdhost::valueText(array.sets()[d]->baseType(), v));
-        }
-        out[key] = qdhost::valueText(array.elementType(), array.get(at.data()));
-    }
-    return out;
-}
-
 } // namespace tout

@@ -1,12 +1,11 @@
 // Helpers of the tests that go through the loaded module: scratch files, the
-// module itself, shared record and external types, builders of index sets
-// and views of arrays that compare as plain text.
+// module itself, shared record and external types and builders of index
+// sets.
 #ifndef TOUT_SUPPORT_H
 #define TOUT_SUPPORT_H
 
 #include "refhost.h"
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -33,9 +32,6 @@ qdhost::Record *shipment(qdhost::Context &ctx, const char *from, const char *to,
                          bool express);
 // An external type without a text form.
 qd_type opaqueType();
-
-// Every cell of the array (stored or default) keyed by its index texts.
-std::map<std::vector<std::string>, std::string> allCells(const qdhost::Array &array);
 
 } // namespace tout
 
