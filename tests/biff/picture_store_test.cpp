@@ -63,6 +63,9 @@ TEST(PictureStore, RefusalsLeaveTheStoreAlone) {
         EXPECT_STREQ(book->errorMessage(), c.message);
         EXPECT_EQ(book->pictureSize(), 0);
     }
+    // A picture file the book takes, after all the refusals, is its first.
+    EXPECT_EQ(book->addPicture(fileOf("taken.png", png).c_str()), 0) << book->errorMessage();
+    EXPECT_EQ(book->pictureSize(), 1);
     // Equal bytes make two entries with equal digests.
     MsoDrawingGroup group;
     EXPECT_EQ(group.addPicture2(png.data(), png.size()), 0);
