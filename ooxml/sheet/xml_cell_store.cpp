@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "ooxml/binding/parts/worksheet_facades.h"
+#include "ooxml/sheet/sheet_limits.h"
 
 namespace tabrix {
 
@@ -48,11 +49,15 @@ void XMLCellStore::rebuild() {
         number = std::min(number, long(kRowsPast));
         rowsSorted = rowsSorted && number > previous;
         previous = number;
-        // Cells without an address follow the cell before them.
+        // Cells without an address follow the cell before them.  Past the
+        // last column (only a broken file gets there) they all count as one
+        // column past it, which no address reaches, and keep no address.
         long col = -1;
         bool cellsSorted = true;
         for (c_cell &cell : data.cells()) {
-            if (!cell.isset_r()) cell.set_r(uint32_t(number), uint32_t(col + 1));
+            if (!cell.isset_r())
+                cell.place(uint32_t(number), uint32_t(std::min(col + 1, long(kXmlCols))),
+                           col + 1 < kXmlCols);
             cellsSorted = cellsSorted && long(cell.col()) > col;
             col = long(cell.col());
         }

@@ -178,6 +178,14 @@ c_cell::c_cell(const c_cell &o)
     if (o._more->rest) _more->rest = std::make_unique<c_node>(*o._more->rest);
 }
 
+void c_cell::place(uint32_t row, uint32_t col, bool addressed) {
+    _row = row;
+    _col = col;
+    if (!addressed) return;
+    if (c_node *r = rest()) r->unset_attribute("r");
+    _flags |= HAS_R;
+}
+
 std::string_view c_cell::get_t() const { return _t ? k_types[_t - 1] : "n"; }
 
 bool c_cell::set_t(std::string_view t) {

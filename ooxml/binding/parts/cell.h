@@ -51,6 +51,11 @@ public:
         _flags |= HAS_R;
     }
     void unset_r() { _flags &= static_cast<uint8_t>(~HAS_R); }
+    // Places a cell read without an address it could hold.  With `addressed`
+    // it takes r, and an r the rest kept (one the fields could not hold)
+    // gives way; without, the position is only the sheet's own and the cell
+    // is written as it was read.
+    void place(uint32_t row, uint32_t col, bool addressed);
     // s: style index, default 0.
     uint32_t get_s() const { return _s; }
     bool isset_s() const { return _flags & HAS_S; }
