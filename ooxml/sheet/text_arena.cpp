@@ -27,9 +27,11 @@ std::string_view TextArena::copyIn(std::string_view text) {
         return std::string_view(own, text.size());
     }
     if (need > _left) {
-        _blocks.emplace_back(new char[_nextBlock]);
+        // A text longer than the next block's size (but not long) still fits.
+        const size_t size = std::max(_nextBlock, need);
+        _blocks.emplace_back(new char[size]);
         _free = _blocks.back().get();
-        _left = _nextBlock;
+        _left = size;
         adviseHugePages(_free, _left);
         _nextBlock = std::min(2 * _nextBlock, kLastBlock);
     }
