@@ -88,12 +88,19 @@ void CZipMemFile::Grow(uint64_t need) {
     if (need <= _capacity) return;
     if (!_owner || need > SIZE_MAX / 2) throw CZipException(CZipException::noMemory);
     size_t cap = std::max<size_t>(static_cast<size_t>(need), _capacity + _capacity / 2);
-    void *p = realloc(_data, cap);
+    void *p = nullptr;
+    if (!_data && cap >= kHugePageBytes) {
+        // A large buffer made at once (an inflated member) starts on a huge
+        // page, so that all of it can take huge pages.
+        if (posix_memalign(&p, kHugePageBytes, cap) != 0) p = nullptr;
+    } else {
+        p = realloc(_data, cap);
+    }
     if (!p) throw CZipException(CZipException::noMemory);
     _data = static_cast<unsigned char *>(p);
     // A large inflated member is written once from end to end: huge pages
     // spare most of its page faults.
-    if (cap - _capacity >= 4 * kHugePageBytes) adviseHugePages(_data + _capacity, cap - _capacity);
+    if (cap - _capacity >= kHugePageBytes) adviseHugePages(_data + _capacity, cap - _capacity);
     _capacity = cap;
 }
 

@@ -80,7 +80,13 @@ size_t valid_utf8_prefix(std::string_view s) {
     const size_t n = s.size();
     size_t i = 0;
     while (i < n) {
-        // Eight ASCII bytes at a time: most of a document.
+        // Thirty-two, then eight ASCII bytes at a time: most of a document.
+        while (i + 32 <= n) {
+            uint64_t w[4];
+            std::memcpy(w, p + i, 32);
+            if ((w[0] | w[1] | w[2] | w[3]) & 0x8080808080808080ull) break;
+            i += 32;
+        }
         while (i + 8 <= n) {
             uint64_t w;
             std::memcpy(&w, p + i, 8);

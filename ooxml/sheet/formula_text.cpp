@@ -5,6 +5,7 @@
 
 #include "book/excel_util.h"
 #include "ooxml/binding/parts/cell.h"
+#include "ooxml/sheet/xml_text.h"
 
 namespace tabrix {
 
@@ -44,6 +45,44 @@ void exchangeSeparators(S &text, typename S::value_type from, typename S::value_
             c = to;
         }
     }
+}
+
+namespace {
+
+// The bytes exchangePlainSeparators stops at: controls, "_", quotes, the
+// separators, and the bytes of characters beyond ASCII.
+struct StopBytes {
+    bool stop[256] = {};
+    StopBytes() {
+        for (int b = 0; b < 256; ++b)
+            stop[b] = b < 0x20 || b >= 0x80 || b == '_' || b == '"' || b == '\'' || b == ',' ||
+                      b == ';';
+    }
+};
+const StopBytes kStop;
+
+} // namespace
+
+bool exchangePlainSeparators(const char *in, size_t size, char *out, char from, char to) {
+    char quote = 0;
+    bool ascii = true;
+    for (size_t i = 0; i < size; ++i) {
+        const unsigned char b = static_cast<unsigned char>(in[i]);
+        out[i] = char(b);
+        if (!kStop.stop[b]) continue;
+        if (b >= 0x80) {
+            ascii = false; // no byte of a longer character is a separator or a quote
+        } else if ((b < 0x20 && b != '\t' && b != '\n') || b == '_') {
+            return false;
+        } else if (quote) {
+            if (b == quote) quote = 0;
+        } else if (b == '"' || b == '\'') {
+            quote = char(b);
+        } else if (b == static_cast<unsigned char>(from)) {
+            out[i] = to;
+        }
+    }
+    return ascii || isPlainXmlText(std::string_view(out, size));
 }
 
 template void exchangeSeparators(std::wstring &, wchar_t, wchar_t);

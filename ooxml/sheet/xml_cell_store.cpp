@@ -52,6 +52,9 @@ void XMLCellStore::rebuild() {
         // Cells without an address follow the cell before them.  Past the
         // last column (only a broken file gets there) they all count as one
         // column past it, which no address reaches, and keep no address.
+        _rows.push_back({uint32_t(number), &data});
+        rowPositions.push_back(i);
+        if (data.cells_in_order()) continue;
         long col = -1;
         bool cellsSorted = true;
         for (c_cell &cell : data.cells()) {
@@ -65,8 +68,6 @@ void XMLCellStore::rebuild() {
         if (!cellsSorted)
             std::stable_sort(data.cells().begin(), data.cells().end(),
                              [](const c_cell &a, const c_cell &b) { return a.col() < b.col(); });
-        _rows.push_back({uint32_t(number), &data});
-        rowPositions.push_back(i);
     }
     if (!rowsSorted) {
         std::unordered_map<const c_row_data *, uint32_t> numberOf;
@@ -85,11 +86,15 @@ void XMLCellStore::rebuild() {
 
 long XMLCellStore::rowPosition(uint32_t row) {
     ensure();
-    // Reads go along a row: the row found last is tried first (the rightmost
-    // of its number, as the search would find).
+    // Reads go along a row and on to the next: the row found last and the
+    // one after it are tried first (the rightmost of its number, as the
+    // search would find).
     const size_t n = _rows.size();
-    if (_hint < n && _rows[_hint].row == row && (_hint + 1 == n || _rows[_hint + 1].row != row))
-        return long(_hint);
+    for (size_t h = _hint; h < n && h <= _hint + 1; ++h)
+        if (_rows[h].row == row && (h + 1 == n || _rows[h + 1].row != row)) {
+            _hint = h;
+            return long(h);
+        }
     const long lo = long(upperRow(row)) - 1;
     if (lo < 0 || _rows[size_t(lo)].row != row) return -1;
     _hint = size_t(lo);

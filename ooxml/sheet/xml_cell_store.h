@@ -24,6 +24,8 @@ public:
     };
 
     explicit XMLCellStore(binding::c_document &doc) : _doc(&doc) {}
+    // Where the sheet's cells keep their arrays and extras.
+    std::pmr::memory_resource *memory() { return _doc->cell_memory(); }
     // Makes the index again at the next use (after the tree changed elsewhere).
     void invalidate() { _stale = true; }
     void rebind(binding::c_document &doc) {

@@ -21,13 +21,12 @@ bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C
             if (isSharedMaster(*f)) moveMasterFormula(row, col, *old);
     if constexpr (std::is_same_v<C, char>) {
         // UTF-8 that needs no escape goes in as it is, else through wide text.
-        const std::string_view utf8(expr ? expr : "");
-        if (_book->utf8Mode() && !_book->r1c1Mode() && isPlainXmlText(utf8)) {
+        std::string_view utf8(expr ? expr : "");
+        if (!utf8.empty() && utf8[0] == '=') utf8.remove_prefix(1);
+        if (_book->utf8Mode() && !_book->r1c1Mode()) {
             c_cell &cell = write(row, col, format, true);
-            exchangeSeparators(
-                cell.set_formula_text(utf8.substr(!utf8.empty() && utf8[0] == '=' ? 1 : 0)), ';',
-                ',');
-            return true;
+            char *stored = cell.set_formula_text(utf8, _store.memory());
+            if (exchangePlainSeparators(stored, utf8.size(), stored, ';', ',')) return true;
         }
     }
     std::wstring text = callerText(expr);
@@ -37,7 +36,7 @@ bool XMLSheetCellsT<C>::writeFormula(int row, int col, const C *expr, IFormatT<C
     if (_book->r1c1Mode()) XMLFormula::toRefA1(text, row, col, false);
     std::string stored;
     escapeXmlText(text, stored);
-    cell.set_formula_text(stored);
+    cell.set_formula_text(stored, _store.memory());
     return true;
 }
 
@@ -49,10 +48,14 @@ template <class C> const C *XMLSheetCellsT<C>::readFormula(int row, int col, IFo
     const bool r1c1 = _book->r1c1Mode();
     if constexpr (std::is_same_v<C, char>) {
         // A plain UTF-8 formula is the caller's text already.
-        if (_book->utf8Mode() && !r1c1 && !stored.empty() && isPlainXmlText(stored)) {
-            _scratch.assign(stored);
-            exchangeSeparators(_scratch, ',', ';');
-            return _scratch.c_str();
+        if (_book->utf8Mode() && !r1c1 && !stored.empty()) {
+            // The buffer only grows: its size is its room, the text ends at its NUL.
+            if (_scratch.size() <= stored.size()) _scratch.resize(stored.size() + 1);
+            char *out = _scratch.data();
+            if (exchangePlainSeparators(stored.data(), stored.size(), out, ',', ';')) {
+                out[stored.size()] = 0;
+                return out;
+            }
         }
     }
     std::wstring text;

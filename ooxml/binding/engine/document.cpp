@@ -12,6 +12,13 @@ c_document::c_document(const c_document &o)
     : _set(o._set), _root_decl(o._root_decl), _root(o._root), _dropped(o._dropped),
       _decls(o._decls) {}
 
+c_document::~c_document() {
+    // The tree goes first, while its cells' memory is known to go too.
+    if (!_cell_memory) return;
+    c_cell_memory::c_discarding discarding;
+    _root = c_node();
+}
+
 c_document &c_document::operator=(const c_document &o) {
     if (this == &o) return *this;
     _set = o._set;
@@ -39,7 +46,7 @@ c_document &c_document::operator=(c_document &&o) noexcept {
 
 std::pmr::memory_resource *c_document::cell_memory() {
     if (!_cell_memory) _cell_memory = std::make_unique<c_cell_memory>();
-    return _cell_memory->resource();
+    return _cell_memory.get();
 }
 
 namespace {

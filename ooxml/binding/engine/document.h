@@ -32,6 +32,7 @@ enum e_part {
 class c_document {
 public:
     c_document() = default;
+    ~c_document();
     // A copy's rows keep their cells in the default memory.
     c_document(const c_document &o);
     c_document &operator=(const c_document &o);

@@ -3,8 +3,11 @@
 // form, and every other child, goes through the generic engine into the
 // rest node, so the schema's checks and tolerance rules are the same as for
 // any element.
+#include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <new>
+#include <stdexcept>
 
 #include "ooxml/binding/parts/cell.h"
 
@@ -64,7 +67,34 @@ template <size_t N> bool starts(std::string_view in, size_t at, const char (&wha
 }
 
 // Printable ASCII that needs no decoding: no markup, references or "]]>".
-bool plain_char(char c) { return c >= 0x20 && c < 0x7F && c != '<' && c != '&' && c != ']'; }
+struct s_plain_bytes {
+    bool plain[256] = {};
+    s_plain_bytes() {
+        for (int c = 0x20; c < 0x7F; ++c) plain[c] = c != '<' && c != '&' && c != ']';
+    }
+};
+const s_plain_bytes k_plain;
+bool plain_char(char c) { return k_plain.plain[static_cast<unsigned char>(c)]; }
+
+// The count of plain bytes at the start of `s`: eight at a time while a
+// word holds none of the others, then byte by byte.
+size_t plain_run(std::string_view s) {
+    constexpr uint64_t ones = 0x0101010101010101ull, highs = 0x8080808080808080ull;
+    // High bits of the bytes that are zero (exact when there are none,
+    // which is all the word loop needs to know).
+    auto zero_bytes = [](uint64_t v) { return (v - ones) & ~v & highs; };
+    size_t i = 0;
+    for (; i + 8 <= s.size(); i += 8) {
+        uint64_t w;
+        std::memcpy(&w, s.data() + i, 8);
+        const uint64_t other = (w & highs) | ((w - ones * 0x20) & ~w & highs) |
+                               zero_bytes(w ^ (ones * 0x7F)) | zero_bytes(w ^ (ones * '<')) |
+                               zero_bytes(w ^ (ones * '&')) | zero_bytes(w ^ (ones * ']'));
+        if (other) break;
+    }
+    while (i < s.size() && plain_char(s[i])) ++i;
+    return i;
+}
 
 // The text of a plain element at `at` up to its end tag `end`, decoded
 // into `out`; the position after the end tag, or 0 for anything else.
@@ -105,10 +135,28 @@ const c_node *c_cell::plain_formula() const {
     return f._attrs.empty() && f._foreign.empty() && f._children.empty() ? &f : nullptr;
 }
 
-size_t c_cell::read_plain(std::string_view in) {
+size_t c_cell::read_plain(std::string_view in, std::pmr::memory_resource *memory) {
     if (!starts(in, 0, "<c")) return 0;
     size_t p = 2;
     uint8_t seen = 0; // 1 r, 2 s, 4 t
+    // The address first, the common case, is read in the same pass as it
+    // is scanned; any other form goes through the loop below.
+    if (starts(in, 2, " r=\"")) {
+        size_t q = 6;
+        uint32_t col = 0, row = 0;
+        while (q < in.size() && q < 9 && in[q] >= 'A' && in[q] <= 'Z')
+            col = col * 26 + static_cast<uint32_t>(in[q++] - 'A' + 1);
+        const size_t digits = q;
+        while (q < in.size() && q < digits + 7 && in[q] >= '0' && in[q] <= '9')
+            row = row * 10 + static_cast<uint32_t>(in[q++] - '0');
+        if (q > digits && q < in.size() && in[q] == '"' && in[digits] != '0' && col >= 1 &&
+            col <= 16384 && row >= 1 && row <= 1048576) {
+            _row = row - 1;
+            _col = col - 1;
+            seen = 1;
+            p = q + 1;
+        }
+    }
     for (;;) {
         if (p >= in.size()) return 0;
         if (in[p] == '>') {
@@ -146,8 +194,7 @@ size_t c_cell::read_plain(std::string_view in) {
     // formulas) is taken as it stands, anything else decoded into `text`.
     thread_local std::string text;
     auto child = [&](const char(&end)[5], std::string_view &out) {
-        size_t q = p + 3;
-        while (q < in.size() && plain_char(in[q])) ++q;
+        const size_t q = p + 3 + plain_run(in.substr(std::min(p + 3, in.size())));
         if (starts(in, q, end)) {
             out = in.substr(p + 3, q - p - 3);
             p = q + 4;
@@ -160,7 +207,7 @@ size_t c_cell::read_plain(std::string_view in) {
     std::string_view found;
     if (starts(in, p, "<f>")) {
         if (!child("</f>", found)) return 0;
-        set_formula_text(found);
+        set_formula_text(found, memory);
     }
     if (starts(in, p, "<v>")) {
         if (!child("</v>", found)) return 0;
@@ -172,10 +219,54 @@ size_t c_cell::read_plain(std::string_view in) {
 
 c_cell::c_cell(const c_cell &o)
     : _row(o._row), _col(o._col), _s(o._s), _type(o._type), _flags(o._flags), _t(o._t), _v(o._v) {
+    _flags &= static_cast<uint8_t>(~POOLED);
     if (!o._more) return;
-    _more = std::make_unique<s_more>();
-    _more->formula = o._more->formula;
+    _more = new_more(nullptr, o._more->size);
+    std::memcpy(_more->text(), o._more->text(), o._more->size);
+    _more->size = o._more->size;
     if (o._more->rest) _more->rest = std::make_unique<c_node>(*o._more->rest);
+}
+
+c_cell &c_cell::operator=(c_cell &&o) noexcept {
+    if (this == &o) return *this;
+    free_more(_more);
+    _row = o._row;
+    _col = o._col;
+    _s = o._s;
+    _type = o._type;
+    _flags = o._flags;
+    _t = o._t;
+    _v = std::move(o._v);
+    _more = o._more;
+    o._more = nullptr;
+    o._flags &= static_cast<uint8_t>(~k_more_flags);
+    return *this;
+}
+
+void c_cell::adopt(s_more *more) {
+    if (more != _more) free_more(_more);
+    _more = more;
+    const bool pooled = more && more->memory != std::pmr::new_delete_resource();
+    const bool rest = more && more->rest;
+    _flags = static_cast<uint8_t>((_flags & ~(POOLED | HAS_REST)) | (pooled ? POOLED : 0) |
+                                  (rest ? HAS_REST : 0));
+}
+
+c_cell::s_more *c_cell::new_more(std::pmr::memory_resource *memory, size_t capacity) {
+    if (capacity > UINT32_MAX - 64) throw std::length_error("formula text too long");
+    if (!memory) memory = std::pmr::new_delete_resource();
+    // Rounded to the 16 bytes the sheet's memory hands out anyway.
+    const size_t bytes = (sizeof(s_more) + capacity + 15) / 16 * 16;
+    void *p = memory->allocate(bytes, alignof(s_more));
+    return new (p) s_more{memory, nullptr, 0, static_cast<uint32_t>(bytes - sizeof(s_more))};
+}
+
+void c_cell::free_more(s_more *more) noexcept {
+    if (!more) return;
+    std::pmr::memory_resource *memory = more->memory;
+    const size_t bytes = sizeof(s_more) + more->capacity;
+    more->~s_more();
+    memory->deallocate(more, bytes, alignof(s_more));
 }
 
 void c_cell::place(uint32_t row, uint32_t col, bool addressed) {
@@ -198,23 +289,35 @@ bool c_cell::set_t(std::string_view t) {
 }
 
 c_node &c_cell::make_rest() {
-    if (!_more) _more = std::make_unique<s_more>();
+    if (!_more) adopt(new_more(nullptr, 0));
     if (!_more->rest) _more->rest = std::make_unique<c_node>(&set(), _type, -1);
+    _flags |= HAS_REST;
     return *_more->rest;
 }
 
-std::string &c_cell::set_formula_text(std::string_view text) {
-    if (!_more) _more = std::make_unique<s_more>();
-    _more->formula.assign(text);
+char *c_cell::set_formula_text(std::string_view text, std::pmr::memory_resource *memory) {
+    if (!_more || _more->capacity < text.size()) {
+        // The text is copied before the old block goes: it may live there.
+        s_more *grown = new_more(_more ? _more->memory : memory, text.size());
+        std::memcpy(grown->text(), text.data(), text.size());
+        if (_more) grown->rest = std::move(_more->rest);
+        adopt(grown);
+    } else {
+        std::memmove(_more->text(), text.data(), text.size());
+    }
+    _more->size = static_cast<uint32_t>(text.size());
     _flags |= HAS_F;
-    return _more->formula;
+    return _more->text();
 }
 
 void c_cell::unset_formula_text() {
     if (!(_flags & HAS_F)) return;
     _flags &= static_cast<uint8_t>(~HAS_F);
-    _more->formula.clear();
-    _more->formula.shrink_to_fit();
+    if (_more->rest) {
+        _more->size = 0;
+        return;
+    }
+    adopt(nullptr);
 }
 
 lmx::elmx_error c_cell::read_v(c_read_context &ctx) {

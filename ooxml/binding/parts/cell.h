@@ -7,9 +7,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 
+#include "ooxml/binding/engine/cell_memory.h"
 #include "ooxml/binding/engine/context.h"
 #include "ooxml/binding/parts/short_text.h"
 
@@ -24,8 +26,18 @@ public:
         c_cell t(o);
         return *this = std::move(t);
     }
-    c_cell(c_cell &&) noexcept = default;
-    c_cell &operator=(c_cell &&) noexcept = default;
+    c_cell(c_cell &&o) noexcept
+        : _row(o._row), _col(o._col), _s(o._s), _type(o._type), _flags(o._flags), _t(o._t),
+          _v(std::move(o._v)), _more(o._more) {
+        o._more = nullptr;
+        o._flags &= static_cast<uint8_t>(~k_more_flags);
+    }
+    c_cell &operator=(c_cell &&o) noexcept;
+    ~c_cell() {
+        // Extras in a sheet's memory that is going as a whole need no release.
+        if (_more && !((_flags & POOLED) && !(_flags & HAS_REST) && c_cell_memory::discarding()))
+            free_more(_more);
+    }
 
     // At the start tag; consumes up to and including the end tag.
     lmx::elmx_error unmarshal(c_read_context &ctx);
@@ -38,7 +50,8 @@ public:
     // ASCII), then an optional <f> and an optional <v>, each of printable
     // ASCII without markup.  The
     // bytes taken, or 0 for anything else, which the general reader takes.
-    size_t read_plain(std::string_view in);
+    // A formula goes into `memory` (see set_formula_text).
+    size_t read_plain(std::string_view in, std::pmr::memory_resource *memory);
     const s_schema_set &set() const { return _flags & STRICT ? k_strict : k_transitional; }
 
     // r: zero-based row and column, present or not.
@@ -86,8 +99,8 @@ public:
     }
     // Everything else of the cell (f, is, extLst, cm, vm, ph, foreign
     // attributes) in a generic node of the cell's type; null when none.
-    c_node *rest() { return _more ? _more->rest.get() : nullptr; }
-    const c_node *rest() const { return _more ? _more->rest.get() : nullptr; }
+    c_node *rest() { return _flags & HAS_REST ? _more->rest.get() : nullptr; }
+    const c_node *rest() const { return _flags & HAS_REST ? _more->rest.get() : nullptr; }
     c_node &make_rest();
     // The formula element when it is all the rest holds and is plain (a
     // text, no attributes), else null.
@@ -98,17 +111,40 @@ public:
     // bytes.  A cell has it or an f element in the rest, never both.
     bool has_formula_text() const { return _flags & HAS_F; }
     std::string_view formula_text() const {
-        return _more ? std::string_view(_more->formula) : std::string_view();
+        return _more ? std::string_view(_more->text(), _more->size) : std::string_view();
     }
-    std::string &set_formula_text(std::string_view text); // answers the text, to edit in place
+    // Stores the text, in `memory` when the cell has no extras yet (the
+    // heap when null), and answers its first byte, to edit in place.
+    char *set_formula_text(std::string_view text, std::pmr::memory_resource *memory = nullptr);
     void unset_formula_text();
 
 private:
-    enum : uint8_t { HAS_R = 1, HAS_S = 2, HAS_V = 4, STRICT = 8, HAS_F = 16 };
-    struct s_more {
-        std::string formula; // when HAS_F
-        std::unique_ptr<c_node> rest;
+    // POOLED: the extras are in a sheet's memory, not on the heap; HAS_REST:
+    // they hold a rest node.  Both are known without a look at the extras.
+    enum : uint8_t {
+        HAS_R = 1,
+        HAS_S = 2,
+        HAS_V = 4,
+        STRICT = 8,
+        HAS_F = 16,
+        POOLED = 32,
+        HAS_REST = 64
     };
+    static constexpr uint8_t k_more_flags = HAS_F | POOLED | HAS_REST;
+    // The extras, one block with the formula's bytes after it, from the
+    // memory the cell was given first: a sheet's own for cells read or
+    // written through it, the heap for copies, which may outlive the sheet.
+    struct s_more {
+        std::pmr::memory_resource *memory;
+        std::unique_ptr<c_node> rest;
+        uint32_t size, capacity; // of the formula text (size 0 without one)
+        char *text() { return reinterpret_cast<char *>(this + 1); }
+        const char *text() const { return reinterpret_cast<const char *>(this + 1); }
+    };
+    static s_more *new_more(std::pmr::memory_resource *memory, size_t capacity);
+    // Takes `more` as the cell's extras, the old ones gone.
+    void adopt(s_more *more);
+    static void free_more(s_more *more) noexcept;
     lmx::elmx_error read_v(c_read_context &ctx);
 
     uint32_t _row = 0, _col = 0, _s = 0;
@@ -116,7 +152,7 @@ private:
     uint8_t _flags;
     uint8_t _t = 0; // 1 + index in the type table, 0 when absent
     c_short_text _v;
-    std::unique_ptr<s_more> _more; // null while the cell has neither
+    s_more *_more = nullptr; // null while the cell has neither
 };
 
 // Reads "A1"-style references (columns A..XFD, rows 1..1048576) to zero-based numbers.

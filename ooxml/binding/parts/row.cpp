@@ -123,29 +123,26 @@ void c_row_data::erase_cell(size_t at) {
 
 void c_row_data::read_plain_cells(lmx::c_xml_reader &r, int32_t cell_type) {
     const std::string_view in = r.raw_rest();
-    // The cells gather in a reused batch, so that the row's array is
-    // allocated once at its size.
-    thread_local std::vector<c_cell> batch;
-    batch.clear();
+    // Rows of a sheet mostly hold as many cells as the row before: the
+    // array gets that room at once, and the cells are read into it.
+    thread_local size_t last_count = 0;
+    if (_cells.empty()) _cells.reserve(last_count);
+    std::pmr::memory_resource *memory = _cells.get_allocator().resource();
     size_t p = 0;
     for (;;) {
         size_t q = p;
         while (q < in.size() && (in[q] == ' ' || in[q] == '\n' || in[q] == '\r' || in[q] == '\t'))
             ++q;
         if (q + 1 >= in.size() || in[q] != '<' || in[q + 1] != 'c') break;
-        c_cell &cell = batch.emplace_back(set(), cell_type);
-        const size_t n = cell.read_plain(in.substr(q));
+        c_cell &cell = _cells.emplace_back(set(), cell_type);
+        const size_t n = cell.read_plain(in.substr(q), memory);
         if (!n) {
-            batch.pop_back();
+            _cells.pop_back();
             break;
         }
         p = q + n;
     }
-    if (!batch.empty()) {
-        _cells.reserve(_cells.size() + batch.size());
-        for (c_cell &c : batch) _cells.push_back(std::move(c));
-        batch.clear();
-    }
+    last_count = _cells.size();
     r.raw_advance(p);
 }
 
@@ -207,6 +204,11 @@ lmx::elmx_error c_row_data::unmarshal(c_read_context &ctx) {
         rest.cells_before.push_back(_cells.size());
     }
     _cells.shrink_to_fit();
+    // Checked while the row's cells are still in the cache.
+    bool in_order = true;
+    for (size_t i = 0; i < _cells.size() && in_order; ++i)
+        in_order = _cells[i].isset_r() && (i == 0 || _cells[i].col() > _cells[i - 1].col());
+    if (in_order) _flags |= IN_ORDER;
     return lmx::ELMX_OK;
 }
 

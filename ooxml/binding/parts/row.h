@@ -46,14 +46,21 @@ public:
     bool set_attribute(std::string_view name, std::string value);
     bool unset_attribute(std::string_view name);
 
-    cell_vector &cells() { return _cells; }
+    // Whether the cells are as read, each with its address, in ascending
+    // columns: the sheet then needs no pass over them to place or sort
+    // them.  Any access that may change them ends it.
+    bool cells_in_order() const { return _flags & IN_ORDER; }
+    cell_vector &cells() {
+        _flags &= static_cast<uint8_t>(~IN_ORDER);
+        return _cells;
+    }
     const cell_vector &cells() const { return _cells; }
     // A new default cell at `at`.
     c_cell &insert_cell(size_t at);
     void erase_cell(size_t at);
 
 private:
-    enum : uint8_t { HAS_R = 1, HAS_SPANS = 2, STRICT = 4 };
+    enum : uint8_t { HAS_R = 1, HAS_SPANS = 2, STRICT = 4, IN_ORDER = 8 };
     // Children other than cells, each with the number of cells before it.
     struct s_rest {
         c_node node;
