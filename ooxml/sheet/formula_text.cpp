@@ -55,8 +55,8 @@ struct StopBytes {
     bool stop[256] = {};
     StopBytes() {
         for (int b = 0; b < 256; ++b)
-            stop[b] = b < 0x20 || b >= 0x80 || b == '_' || b == '"' || b == '\'' || b == ',' ||
-                      b == ';';
+            stop[b] =
+                b < 0x20 || b >= 0x80 || b == '_' || b == '"' || b == '\'' || b == ',' || b == ';';
     }
 };
 const StopBytes kStop;

@@ -145,3 +145,30 @@ TEST(XMLBook, TemplateByExtension) {
 }
 
 } // namespace
+
+// A sheet copied from another keeps its formulas, read in or written,
+// after the sheet it came from is gone with the memory of its cells.
+TEST(XMLBook, CopiedSheetOutlivesItsSource) {
+    Book first;
+    first->setLocale("UTF-8");
+    ISheetT<char> *s = first->addSheet("Source", nullptr);
+    for (int r = 0; r < 3000; ++r) ASSERT_TRUE(s->writeFormula(r, 0, "SUM(B1;C1)", nullptr));
+    const char *bytes = nullptr;
+    unsigned size = 0;
+    ASSERT_TRUE(first->saveRaw(&bytes, &size)) << first.msg();
+    Book b;
+    b->setLocale("UTF-8");
+    ASSERT_TRUE(b->loadRaw(bytes, size)) << b.msg();
+    ASSERT_TRUE(b->getSheet(0)->writeFormula(3000, 0, "=IF(A1;\"x,y\";2)", nullptr));
+    ASSERT_NE(b->addSheet("Copy", b->getSheet(0)), nullptr) << b.msg();
+    ASSERT_TRUE(b->delSheet(0)) << b.msg();
+    ISheetT<char> *copy = b->getSheet(0);
+    EXPECT_STREQ(copy->readFormula(2999, 0, nullptr), "SUM(B1;C1)");
+    EXPECT_STREQ(copy->readFormula(3000, 0, nullptr), "IF(A1;\"x,y\";2)");
+    ASSERT_TRUE(copy->writeFormula(0, 0, "SUM(B1;C1;D1)", nullptr));
+    EXPECT_STREQ(copy->readFormula(0, 0, nullptr), "SUM(B1;C1;D1)");
+    bool stored = false;
+    for (const auto &part : saved(*b.b))
+        stored = stored || has(part.second, "<f>IF(A1,\"x,y\",2)</f>");
+    EXPECT_TRUE(stored);
+}

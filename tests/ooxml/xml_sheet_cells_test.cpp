@@ -3,10 +3,12 @@
 // texts, extents, clear and copy, and cells of files.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "ooxml/binding/engine/cell_memory.h"
 #include "support/xml_sheet_fake.h"
 
 using namespace tabrix;
@@ -155,6 +157,73 @@ TEST(XmlSheetCells, WideTextsRoundTrip) {
         const wchar_t *got = sheet.readStr(int(i), 0, nullptr);
         EXPECT_EQ(std::wstring(got ? got : L"(null)"), texts[i]) << i;
     }
+}
+
+// Formula texts in UTF-8: separators exchanged outside literals and quoted
+// names, escapes where XML needs them, the same text read before a save
+// and after a load.
+TEST(XmlSheetCells, FormulaTextsRoundTrip) {
+    const struct {
+        const char *written, *stored, *read;
+    } cases[] = {
+        {"=IF(A1;\"a,b\";\"c;d\")", "IF(A1,\"a,b\",\"c;d\")", "IF(A1;\"a,b\";\"c;d\")"},
+        {"SUM('a;b'!A1;2)", "SUM('a;b'!A1,2)", "SUM('a;b'!A1;2)"},
+        {"IF(A1=\"\xC3\xA9;x\";1;2)", "IF(A1=&quot;\xC3\xA9;x&quot;,1,2)",
+         "IF(A1=\"\xC3\xA9;x\";1;2)"},
+        {"my_name+1", "my_name+1", "my_name+1"},
+        {"\"_x0041_\"&A1;", "&quot;_x005F_x0041_&quot;&amp;A1,", "\"_x0041_\"&A1;"},
+        {"\"a\x01"
+         "b\"",
+         "\"a_x0001_b\"",
+         "\"a\x01"
+         "b\""},
+        {"A1<B1", "A1&lt;B1", "A1<B1"},
+    };
+    xmlfake::Book<char> book;
+    xmlfake::Sheet<char> sheet(book);
+    const int n = int(sizeof cases / sizeof *cases);
+    for (int i = 0; i < n; ++i) {
+        ASSERT_TRUE(sheet.writeFormula(i, 0, cases[i].written, nullptr)) << i;
+        EXPECT_EQ(text(sheet.readFormula(i, 0, nullptr)), cases[i].read) << i;
+    }
+    const std::string saved = sheet.save();
+    xmlfake::Sheet<char> again(book, saved);
+    for (int i = 0; i < n; ++i) {
+        EXPECT_NE(saved.find(std::string("<f>") + cases[i].stored + "</f>"), std::string::npos)
+            << cases[i].stored;
+        EXPECT_EQ(text(again.readFormula(i, 0, nullptr)), cases[i].read) << i;
+    }
+}
+
+// The cells' memory: blocks of every size stay apart, a freed block is the
+// next of its size, and blocks aligned beyond the lists are mapped alone.
+TEST(XmlSheetCells, CellMemoryKeepsBlocksApartAndReusesThem) {
+    binding::c_cell_memory memory;
+    const size_t sizes[] = {1,   15,  16,   17,    48,     256,    257,
+                            320, 321, 4000, 70000, 262144, 262145, 3u << 20};
+    struct Block {
+        char *p;
+        size_t n;
+        char fill;
+    };
+    std::vector<Block> blocks;
+    for (int round = 0; round < 40; ++round)
+        for (size_t n : sizes) {
+            char *p = static_cast<char *>(memory.allocate(n, 8));
+            const char fill = char(blocks.size());
+            std::memset(p, fill, n);
+            blocks.push_back({p, n, fill});
+        }
+    for (const Block &b : blocks)
+        ASSERT_TRUE(b.p[0] == b.fill && b.p[b.n - 1] == b.fill && b.p[b.n / 2] == b.fill);
+    for (size_t i = 0; i < blocks.size(); i += 2) {
+        memory.deallocate(blocks[i].p, blocks[i].n, 8);
+        EXPECT_EQ(memory.allocate(blocks[i].n, 8), blocks[i].p) << blocks[i].n;
+    }
+    void *wide = memory.allocate(100, 64);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(wide) % 64, 0u);
+    memory.deallocate(wide, 100, 64);
+    for (const Block &b : blocks) memory.deallocate(b.p, b.n, 8);
 }
 
 } // namespace
