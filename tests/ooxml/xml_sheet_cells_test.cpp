@@ -178,6 +178,17 @@ TEST(XmlSheetCells, FormulaTextsRoundTrip) {
          "\"a\x01"
          "b\""},
         {"A1<B1", "A1&lt;B1", "A1<B1"},
+        // Longer than sixteen bytes: a literal across the sixteenth, names
+        // with "_" and a control among the first sixteen.
+        {"=CONCATENATE(\"abcdefghijkl,;\";A1;\"x\")", "CONCATENATE(\"abcdefghijkl,;\",A1,\"x\")",
+         "CONCATENATE(\"abcdefghijkl,;\";A1;\"x\")"},
+        {"SUM(first_range;second_range)", "SUM(first_range,second_range)",
+         "SUM(first_range;second_range)"},
+        {"\"a\x01"
+         "bcdefghijklmnop\";1",
+         "\"a_x0001_bcdefghijklmnop\",1",
+         "\"a\x01"
+         "bcdefghijklmnop\";1"},
     };
     xmlfake::Book<char> book;
     xmlfake::Sheet<char> sheet(book);
