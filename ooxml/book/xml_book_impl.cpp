@@ -138,6 +138,19 @@ template <class C> Styles<C> &XMLBookImplT<C>::styles() {
     return *_styles;
 }
 
+// A null text and an id without a text are refused as the binary book
+// refuses them.
+template <class C> int XMLBookImplT<C>::addCustomNumFormat(const C *text) {
+    if (!text) throw tberror("custom number format mustn't be NULL");
+    return styles().addCustomNumFormat(text);
+}
+
+template <class C> const C *XMLBookImplT<C>::customNumFormat(int fmt) {
+    const C *text = styles().customNumFormat(fmt);
+    if (!text) throw tberror("custom number format not found");
+    return text;
+}
+
 template <class C> std::wstring XMLBookImplT<C>::getFileName(const XFile *file) const {
     for (const auto &p : _parts)
         if (p.second == file) return p.first;

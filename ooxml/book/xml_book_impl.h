@@ -65,8 +65,8 @@ public:
         return styles().addFormat(initFormat);
     }
     IFontT<C> *addFont(IFontT<C> *initFont) override { return styles().addFont(initFont); }
-    int addCustomNumFormat(const C *text) override { return styles().addCustomNumFormat(text); }
-    const C *customNumFormat(int fmt) override { return styles().customNumFormat(fmt); }
+    int addCustomNumFormat(const C *text) override;
+    const C *customNumFormat(int fmt) override;
     IFormatT<C> *format(int index) override { return styles().format(index); }
     int formatSize() override { return styles().formatSize(); }
     IFontT<C> *font(int index) override { return styles().font(index); }

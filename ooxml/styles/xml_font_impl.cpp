@@ -4,6 +4,7 @@
 #include <string>
 
 #include "book/failure_frame.h"
+#include "book/tberror.h"
 #include "book/text_result.h"
 #include "ooxml/styles/style_names.h"
 
@@ -109,9 +110,8 @@ template <class C> const C *XMLFontImplT<C>::name() {
 template <class C> bool XMLFontImplT<C>::setName(const C *name) {
     return guarded(_styles->message(), false, [&] {
         std::wstring wide;
-        if (!name || !wideText(name, _styles->utf8(), wide) || wide.empty() ||
-            wide.size() > kMaxNameLength)
-            return false;
+        if (!name || !wideText(name, _styles->utf8(), wide) || wide.empty()) return false;
+        if (wide.size() > kMaxNameLength) throw tberror("string is too long");
         std::string text;
         wideToUtf8(wide.c_str(), text);
         c_val(ensure("name")).set_val(text);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "book/failure_frame.h"
+#include "book/tberror.h"
 #include "book/xstring.h"
 #include "ooxml/styles/style_names.h"
 
@@ -141,10 +142,12 @@ template <class C> IFontT<C> *XMLFormatImplT<C>::font() {
 }
 
 template <class C> bool XMLFormatImplT<C>::setFont(IFontT<C> *font) {
-    const int index = _styles->fontIndex(font);
-    if (index < 0) return false;
-    c_xf(_xf).set_fontId(static_cast<uint32_t>(index));
-    return true;
+    return guarded(_styles->message(), false, [&] {
+        const int index = _styles->fontIndex(font);
+        if (index < 0) throw tberror("specified font not found");
+        c_xf(_xf).set_fontId(static_cast<uint32_t>(index));
+        return true;
+    });
 }
 
 template <class C> int XMLFormatImplT<C>::numFormat() {
@@ -201,9 +204,12 @@ template <class C> int XMLFormatImplT<C>::rotation() {
 }
 
 template <class C> bool XMLFormatImplT<C>::setRotation(int rotation) {
-    if (rotation < 0 || (rotation > 180 && rotation != 255)) return false;
-    xfFacade().get_alignment().set_textRotation(static_cast<uint32_t>(rotation));
-    return true;
+    return guarded(_styles->message(), false, [&] {
+        if (rotation < 0 || (rotation > 180 && rotation != 255))
+            throw tberror("rotation must be in range 0-180 or 255");
+        xfFacade().get_alignment().set_textRotation(static_cast<uint32_t>(rotation));
+        return true;
+    });
 }
 
 template <class C> int XMLFormatImplT<C>::indent() {
