@@ -31,7 +31,7 @@ X" for each that differs, then "COMPARED n".
 Texts are UTF-16LE hex ("-" when empty), or UTF-8 with backslash and newline
 escaped under "utf8".  A reader that can't open the book prints "ERROR why".
 """
-import csv, glob, os, re, shutil, subprocess, sys, tempfile
+import atexit, csv, glob, os, re, shutil, subprocess, sys, tempfile
 
 reader, path = sys.argv[1], sys.argv[2]
 utf8 = len(sys.argv) > 3 and sys.argv[3] == 'utf8'
@@ -102,9 +102,11 @@ def dump_structure_xlrd():
 
 
 def lo_convert(target, ext, source=None):
-    """The book (or `source`) converted by LibreOffice: (scratch folder, converted files)."""
+    """The book (or `source`) converted by LibreOffice: (scratch folder, converted files).
+    The folder goes when the oracle exits, whichever dump made it."""
     source = source or path
     out = tempfile.mkdtemp(prefix='oracle_lo_')
+    atexit.register(shutil.rmtree, out, ignore_errors=True)
     subprocess.run(['soffice', '--headless', '--norestore', '-env:UserInstallation=file://' + out + '/profile',
                     '--convert-to', target, '--outdir', out, source],
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
