@@ -78,17 +78,6 @@ TEST(StylesTest, BadRecordsFailWithTheirMessage) {
     }
 }
 
-TEST(StylesTest, StyleExtUnexpectedRecord) {
-    StyleExt e;
-    std::string err = errorOf([&] {
-        std::vector<uint8_t> wb;
-        record(wb, 0x0A, {});
-        Opened o(rawBook(wb));
-        e.read(o.x);
-    });
-    EXPECT_EQ(err, "StyleExt: unexpected record");
-}
-
 TEST(StylesTest, PalettePacking) {
     Table t;
     t.init();
