@@ -165,12 +165,9 @@ TEST(Sst, ReadsWhatOtherProducersWrite) {
          {L"xy\x303A\x303B"}},
         {"empty continue", {cat(head(2, 2), {2, 0, 0, 'p'}), {}, {0, 'q'}, abc}, {L"pq", L"abc"}},
         {"flags before characters", {cat(head(1, 1), {2, 0, 0}), {1, 0x41, 0, 0x42, 0}}, {L"AB"}},
-        {"more unique than present", {cat(head(5, 5), abc)}, {L"abc"}},
         {"fewer unique than present", {cat(cat(head(1, 1), abc), abc), abc}, {L"abc"}},
         {"trailing bytes", {cat(cat(head(1, 1), abc), {9, 9, 9})}, {L"abc"}},
-        {"no strings", {head(0, 0)}, {}},
         {"negative count", {cat(head(0, 0xFFFFFFFF), abc)}, {}},
-        {"duplicates kept", {cat(cat(head(2, 2), abc), abc)}, {L"abc", L"abc"}},
     };
     for (const Case &c : cases) {
         std::vector<uint8_t> wb;
@@ -198,7 +195,6 @@ TEST(Sst, TruncatedAndHostileTablesEnd) {
     const std::vector<std::vector<uint8_t>> datas = {
         {1, 0, 0, 0, 1, 0, 0, 0, 0xFF, 0xFF, 1, 'a'},
         {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 'a'},
-        {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0x04, 0xFF, 0xFF, 0xFF, 0xFF, 'a'},
     };
     for (const auto &d : datas) {
         std::vector<uint8_t> wb;
