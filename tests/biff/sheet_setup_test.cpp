@@ -1,13 +1,12 @@
-// Sheet setup: a selection normalised as it is read, the setup records read
-// up to a foreign record, and the setters of SheetSetup with the records
-// they leave behind and their messages.
+// Sheet setup: a selection normalised as it is read, the records SheetSetup
+// owns, and its setters with the records they leave behind and their
+// messages.
 #include "biff/records/selection.h"
 #include "biff/sheet_setup.h"
 #include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <functional>
 #include <string>
 
@@ -25,22 +24,6 @@ MemPool &pool() {
 Records written(const std::function<void(Xls<char> &)> &body) {
     Opened out(writeBook(body));
     return out.records();
-}
-
-void putDouble(std::vector<uint8_t> &v, double d) {
-    uint64_t b;
-    std::memcpy(&b, &d, sizeof b);
-    put32(v, uint32_t(b));
-    put32(v, uint32_t(b >> 32));
-}
-
-// A Setup record's 34 bytes with the given paper, scale and flags.
-std::vector<uint8_t> setupBytes(uint16_t paper, uint16_t scale, uint16_t flags) {
-    std::vector<uint8_t> v = words({paper, scale, 1, 1, 1, flags, 0, 0});
-    putDouble(v, 0.5);
-    putDouble(v, 0.5);
-    put16(v, 0);
-    return v;
 }
 
 // Feeds a stream of records to a SheetSetup as a sheet's load does; the
@@ -173,23 +156,8 @@ TEST(SheetSetupTest, PageBreaks) {
     EXPECT_EQ(out[1].second.size(), 2u + 6u * 256u);
 }
 
-TEST(SheetSetupTest, DispatchKeepsForeignRecordsAndChecksWords) {
-    std::vector<uint8_t> wb;
-    record(wb, 85, words({8}));
-    record(wb, 129, words({0x0C01}));
-    record(wb, 20, {});
-    record(wb, 161, setupBytes(0, 100, 6));
-    record(wb, 512, seq(14));
-    record(wb, 574, seq(18));
-    record(wb, 29, {3, 0, 0, 0, 0, 0, 0, 0, 0});
-    SheetSetup s(pool());
-    Records foreign = load(s, wb);
-    EXPECT_EQ(ids(foreign), (std::vector<uint16_t>{85, 512}));
-    EXPECT_EQ(s.wsBool(), 0x0C01);
-    EXPECT_EQ(s.selections().size(), 1u);
-    EXPECT_TRUE(s.selections()[0].refs.empty());
+TEST(SheetSetupTest, OwnedRecordsAndBadOnes) {
     EXPECT_TRUE(SheetSetup::owns(77) && SheetSetup::owns(221) && !SheetSetup::owns(85));
-
     // Bad records: words of the wrong size, a protection record claiming
     // more than the file holds.
     const std::pair<Bytes, const char *> bad[] = {
