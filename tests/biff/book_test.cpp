@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -202,31 +201,18 @@ TEST(BookTest, FilesOfWideNames) {
     EXPECT_STREQ(w->errorMessage(), L"can't open file for writing");
 }
 
-// Every cell of every sheet as text, for comparing two loads.
+// The one sheet's name and its numbers and texts as "row,col:type:value".
 std::vector<std::string> cellsOf(Book &b) {
-    std::vector<std::string> out;
-    for (int i = 0; i < b.sheetCount(); ++i) {
-        ISheetT<char> *s = b.getSheet(i);
-        out.push_back(std::string("sheet ") + s->name());
-        if (b.sheetType(i) != SHEETTYPE_SHEET) continue;
-        for (int r = s->firstRow(); r < s->lastRow(); ++r)
-            for (int c = s->firstCol(); c < s->lastCol(); ++c) {
-                CellType t = s->cellType(r, c);
-                std::string v;
-                if (t == CELLTYPE_NUMBER) {
-                    double d = s->readNum(r, c, nullptr);
-                    v = std::isnan(d) ? "nan" : std::to_string(d);
-                } else if (t == CELLTYPE_STRING) {
-                    const char *text = s->readStr(r, c, nullptr);
-                    v = text ? text : "(null)";
-                } else if (t == CELLTYPE_BOOLEAN) {
-                    v = s->readBool(r, c, nullptr) ? "true" : "false";
-                }
-                if (t != CELLTYPE_EMPTY)
-                    out.push_back(std::to_string(r) + "," + std::to_string(c) + ":" +
-                                  std::to_string(int(t)) + ":" + v);
-            }
-    }
+    ISheetT<char> *s = b.getSheet(0);
+    std::vector<std::string> out = {std::string("sheet ") + s->name()};
+    for (int r = s->firstRow(); r < s->lastRow(); ++r)
+        for (int c = s->firstCol(); c < s->lastCol(); ++c) {
+            const std::string at = std::to_string(r) + "," + std::to_string(c);
+            if (s->cellType(r, c) == CELLTYPE_NUMBER)
+                out.push_back(at + ":1:" + std::to_string(s->readNum(r, c, nullptr)));
+            else if (s->cellType(r, c) == CELLTYPE_STRING)
+                out.push_back(at + ":2:" + s->readStr(r, c, nullptr));
+        }
     return out;
 }
 
