@@ -17,8 +17,8 @@ namespace bookkinds {
 // What differs by design between the kinds: the last row and column, the
 // message of a read beyond them (null: the range message, as for writes),
 // the message of a copy from a cell that is not there, whether the
-// letters of a quoted text in a custom number format make it a date
-// format.
+// letters of a quoted text in a custom number format make it a date format,
+// and whether a deleted sheet's handle stays usable.
 struct BookKind {
     const char *name;
     tabrix::IBookT<char> *(*make)();
@@ -27,13 +27,14 @@ struct BookKind {
     const char *readBeyond;
     const char *noSourceCell;
     bool quotedLettersMakeDates;
+    bool deletedSheetsStay;
 };
 
 inline const BookKind kBookKinds[] = {
     {"binary", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateBookA()); }, 65535, 255,
-     nullptr, "empty cell", false},
+     nullptr, "empty cell", false, true},
     {"xlsx", [] { return static_cast<tabrix::IBookT<char> *>(tbCreateXMLBookA()); }, 1048575, 16383,
-     "cell is not found", "source cell is not found", true},
+     "cell is not found", "source cell is not found", true, false},
 };
 
 // Releases a book of any kind or character type through its own release().
