@@ -1,7 +1,7 @@
-// The binary book: loads that fail and leave a new book, the sheet list
-// with its names and self-reference, files of wide names, and the files of
-// other producers (the older format among them, which loads but is not
-// saved).
+// The binary book: a new book's tables, loads that fail and leave a new
+// book, the sheet list with its names and self-reference, records kept
+// through a save, files of wide names, the older format, and
+// the files of other producers.
 #include "biff/book_impl.h"
 #include "biff/sheet_impl.h"
 #include "book/encoding.h"
@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -57,14 +58,15 @@ Bytes lbl(const std::string &name, uint16_t itab, uint16_t ixti) {
 
 // A workbook stream: globals (Bof, `extra`, one BoundSheet8 a sheet, EOF),
 // then each sheet's substream with a number in A1 equal to its position.
-Bytes workbook(const Records &extra, const std::vector<std::string> &sheets) {
+Bytes workbook(const Records &extra, const std::vector<std::string> &sheets,
+               uint16_t vers = 0x0600) {
     Bytes wb;
-    record(wb, 2057, bofData(0x0600, 5));
+    record(wb, 2057, bofData(vers, 5));
     for (const auto &r : extra) record(wb, r.first, r.second);
-    for (const std::string &s : sheets) record(wb, 133, boundSheet(s));
+    for (const std::string &s : sheets) record(wb, 133, boundSheet(s, vers == 0x0500));
     record(wb, 10, {});
     for (size_t i = 0; i < sheets.size(); ++i) {
-        record(wb, 2057, bofData(0x0600, 16));
+        record(wb, 2057, bofData(vers, 16));
         record(wb, 515, number(0, 0, double(i)));
         record(wb, 10, {});
     }
@@ -72,6 +74,17 @@ Bytes workbook(const Records &extra, const std::vector<std::string> &sheets) {
 }
 
 BookPtr loaded(const Bytes &wb) { return loadedBook(rawBook(wb)); }
+
+// Records of the globals of a saved file, up to their EOF.
+Records globalsOf(const std::string &file) {
+    Opened o(file);
+    Records out;
+    for (auto &r : o.records()) {
+        out.push_back(r);
+        if (r.first == 10) break;
+    }
+    return out;
+}
 
 void expectFresh(Book &b) {
     EXPECT_EQ(std::make_tuple(b.sheetCount(), b.formatSize(), b.fontSize(), b.biffVersion()),
@@ -182,6 +195,94 @@ TEST(BookTest, NamesAndSelfReferenceFollowTheSheets) {
     EXPECT_EQ(c->getSheet(1)->readNum(0, 0, nullptr), 2.0);
 }
 
+// Globals with values other than a new book's, in the order a save writes
+// them, so that the saved globals must equal them record for record.
+Records canonicalGlobals() {
+    Bytes window1 = words({10, 20, 3000, 4000, 0x38, 1, 0, 1, 500});
+    Bytes country = words({44, 49}), recalc = words({449, 0}) + words({0xE240, 1});
+    Bytes ext = words({1, 0, 1, 1}), sst = words({1, 0, 1, 0, 2}) + Bytes{0, 'h', 'i'};
+    return {{2057, bofData(0x0600, 5)},
+            {96, {}},
+            {225, word(1252)},
+            {193, {1, 2}},
+            {226, {}},
+            {92, seq(112, 3)},
+            {66, word(1252)},
+            {353, word(1)},
+            {317, {1, 0, 2, 0}},
+            {211, {}},
+            {442, seq(9, 1)},
+            {156, word(17)},
+            {25, word(1)},
+            {18, word(1)},
+            {19, word(0xABCD)},
+            {431, word(1)},
+            {444, word(0x1234)},
+            {61, window1},
+            {64, word(1)},
+            {141, word(2)},
+            {34, word(1)},
+            {14, word(0)},
+            {439, word(1)},
+            {218, word(1)},
+            {2172, seq(12, 5)},
+            {2173, seq(20, 6)},
+            {2173, seq(21, 7)},
+            {2190, seq(8, 8)},
+            {4188, seq(6, 9)},
+            {352, word(1)},
+            {133, boundSheet("One")},
+            {133, boundSheet("Two")},
+            {2202, seq(4, 10)},
+            {2211, seq(4, 11)},
+            {140, country},
+            {430, {2, 0, 1, 4}},
+            {23, ext},
+            {24, lbl("nm", 2, 0)},
+            {449, recalc},
+            {2150, seq(30, 12)},
+            {235, seq(40, 13)},
+            {60, seq(10, 14)},
+            {252, sst},
+            {2198, seq(16, 15)},
+            {2203, seq(3, 16)},
+            {2188, seq(5, 17)},
+            {0x1234, seq(7, 18)},
+            {10, {}}};
+}
+
+TEST(BookTest, GlobalsComeBackRecordForRecord) {
+    // Behind the canonical globals: BookExt, which a save drops, and an
+    // unknown empty record, which it keeps.
+    auto globals = canonicalGlobals();
+    Bytes bookExt = word(2147) + Bytes(10) + Bytes{21, 0, 0, 0, 0, 0, 0, 0, 158};
+    globals.insert(globals.end() - 1, {{2147, bookExt}, {0x4321, {}}});
+    Bytes wb;
+    for (const auto &r : globals) record(wb, r.first, r.second);
+    for (int i = 0; i < 2; ++i) {
+        record(wb, 2057, bofData(0x0600, 16));
+        record(wb, 515, number(0, 0, i));
+        record(wb, 10, {});
+    }
+    BookPtr b = loaded(wb);
+    EXPECT_EQ(b->activeSheet(), 1);
+    EXPECT_TRUE(b->isTemplate() && b->isDate1904() && b->hasBookExt());
+    EXPECT_EQ(b->words().interfaceHdr, 1252);
+
+    globals.erase(globals.end() - 3);
+    auto out = globalsOf(saved(*b));
+    ASSERT_EQ(out.size(), globals.size());
+    for (size_t i = 0; i < out.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(out[i].first, globals[i].first);
+        // The sheets' positions are new; the rest of BoundSheet8 is not.
+        size_t from = out[i].first == 133 ? 4 : 0;
+        ASSERT_GE(out[i].second.size(), from);
+        EXPECT_EQ(Bytes(out[i].second.begin() + long(from), out[i].second.end()),
+                  Bytes(globals[i].second.begin() + long(from), globals[i].second.end()));
+    }
+}
+
 // A wide book through a file whose name is not ASCII; a file that can't be
 // written.
 TEST(BookTest, FilesOfWideNames) {
@@ -201,18 +302,41 @@ TEST(BookTest, FilesOfWideNames) {
     EXPECT_STREQ(w->errorMessage(), L"can't open file for writing");
 }
 
-// The one sheet's name and its numbers and texts as "row,col:type:value".
+TEST(BookTest, OlderFormatLoadsButIsNotSaved) {
+    BookPtr b = loaded(workbook({}, {"Old one", "Two"}, 0x0500));
+    EXPECT_EQ(b->biffVersion(), 0x0500);
+    const char *data = nullptr;
+    unsigned size = 0;
+    EXPECT_FALSE(b->saveRaw(&data, &size));
+    EXPECT_STREQ(b->errorMessage(), "a workbook loaded from the BIFF5 format can't be saved");
+    EXPECT_EQ(b->sheetCount(), 2);
+}
+
+// Every cell of every sheet as text, for comparing two loads.
 std::vector<std::string> cellsOf(Book &b) {
-    ISheetT<char> *s = b.getSheet(0);
-    std::vector<std::string> out = {std::string("sheet ") + s->name()};
-    for (int r = s->firstRow(); r < s->lastRow(); ++r)
-        for (int c = s->firstCol(); c < s->lastCol(); ++c) {
-            const std::string at = std::to_string(r) + "," + std::to_string(c);
-            if (s->cellType(r, c) == CELLTYPE_NUMBER)
-                out.push_back(at + ":1:" + std::to_string(s->readNum(r, c, nullptr)));
-            else if (s->cellType(r, c) == CELLTYPE_STRING)
-                out.push_back(at + ":2:" + s->readStr(r, c, nullptr));
-        }
+    std::vector<std::string> out;
+    for (int i = 0; i < b.sheetCount(); ++i) {
+        ISheetT<char> *s = b.getSheet(i);
+        out.push_back(std::string("sheet ") + s->name());
+        if (b.sheetType(i) != SHEETTYPE_SHEET) continue;
+        for (int r = s->firstRow(); r < s->lastRow(); ++r)
+            for (int c = s->firstCol(); c < s->lastCol(); ++c) {
+                CellType t = s->cellType(r, c);
+                std::string v;
+                if (t == CELLTYPE_NUMBER) {
+                    double d = s->readNum(r, c, nullptr);
+                    v = std::isnan(d) ? "nan" : std::to_string(d);
+                } else if (t == CELLTYPE_STRING) {
+                    const char *text = s->readStr(r, c, nullptr);
+                    v = text ? text : "(null)";
+                } else if (t == CELLTYPE_BOOLEAN) {
+                    v = s->readBool(r, c, nullptr) ? "true" : "false";
+                }
+                if (t != CELLTYPE_EMPTY)
+                    out.push_back(std::to_string(r) + "," + std::to_string(c) + ":" +
+                                  std::to_string(int(t)) + ":" + v);
+            }
+    }
     return out;
 }
 
@@ -247,8 +371,22 @@ Bytes quirkBook(uint16_t vers, const Bytes &globals, const Bytes &sheet) {
     return wb;
 }
 
+// The saved book's record `id` (first of the stream).
+Bytes savedRecord(Book &b, uint16_t id) {
+    Opened o(saved(b));
+    for (const auto &r : o.records())
+        if (r.first == id) return r.second;
+    return Bytes{0xEE};
+}
+
 TEST(BookTest, ProducerQuirksLoad) {
     const Bytes a1 = rec(515, number(0, 0, 7));
+    auto dbl = [](double v) {
+        Bytes n = number(0, 0, v);
+        return Bytes(n.begin() + 6, n.end());
+    };
+    // One producer's CalcDelta: 8 bytes of garbage, then the value.
+    const Bytes calcDelta = Bytes(8, 0xFF) + dbl(0.5);
     // Older format: Index with 16-bit rows, 8-bit header, Label without
     // flags in code page 1251, and a formula's string result.
     Bytes index = {0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0, 0};
@@ -265,32 +403,63 @@ TEST(BookTest, ProducerQuirksLoad) {
         std::function<void(Book &)> more;
     };
     const std::vector<Case> cases = {
+        {"BoolErr of 9 bytes",
+         0x0600,
+         {},
+         rec(517, cellHead(0, 1) + Bytes{1, 0, 0}),
+         {"0,1:3:true"},
+         nullptr},
+        {"Label with zeros behind its text",
+         0x0600,
+         {},
+         rec(516, cellHead(0, 0) + Bytes{2, 0, 0, 'a', 'b', 0, 0}),
+         {"0,0:2:ab"},
+         nullptr},
+        {"Dimensions of 16 bytes",
+         0x0600,
+         {},
+         rec(512, Bytes(16, 0)) + a1,
+         {"0,0:1:7.000000"},
+         nullptr},
+        {"CalcDelta of 16 bytes keeps its default",
+         0x0600,
+         {},
+         rec(16, calcDelta) + rec(12, Bytes(3, 9)) + a1,
+         {"0,0:1:7.000000"},
+         [&](Book &b) {
+             EXPECT_EQ(savedRecord(b, 16), dbl(0.001));
+             EXPECT_EQ(savedRecord(b, 12), word(100));
+         }},
+        {"id 0 in a sheet dropped",
+         0x0600,
+         {},
+         a1 + Bytes(4, 0) + rec(0, Bytes(8, 1)) + rec(515, number(1, 0, 8)),
+         {"0,0:1:7.000000", "1,0:1:8.000000"},
+         [&](Book &b) { EXPECT_EQ(savedRecord(b, 10).size(), 0u); }},
         {"InterfaceEnd and Template of a word",
          0x0600,
-         rec(226, word(0)) + rec(96, word(0)) + rec(34, word(1)),
+         rec(226, word(0)) + rec(96, word(0)),
          a1,
          {"0,0:1:7.000000"},
-         [&](Book &b) { EXPECT_TRUE(b.isTemplate() && b.isDate1904()); }},
+         [&](Book &b) { EXPECT_TRUE(b.isTemplate()); }},
         {"id 0 in the globals",
          0x0600,
          rec(0, {}),
          a1,
          {"!read error: record id can't be 0"},
          nullptr},
+        {"Format one character short",
+         0x0600,
+         rec(1054, {164, 0, 3, 0, 0, 'a', 'b'}),
+         a1,
+         {"0,0:1:7.000000"},
+         [&](Book &b) { EXPECT_STREQ(b.customNumFormat(164), "ab"); }},
         {"older format, newer sheet header",
          0x0500,
          rec(66, word(1251)),
          oldSheet,
          {"0,0:2:\xD0\x9F\xD1\x80", "1,0:2:ok"},
-         [&](Book &b) {
-             EXPECT_STREQ(b.getSheet(0)->header(), "Hdr");
-             EXPECT_EQ(b.biffVersion(), 0x0500);
-             const char *data = nullptr;
-             unsigned size = 0;
-             EXPECT_FALSE(b.saveRaw(&data, &size));
-             EXPECT_STREQ(b.errorMessage(),
-                          "a workbook loaded from the BIFF5 format can't be saved");
-         }},
+         [&](Book &b) { EXPECT_STREQ(b.getSheet(0)->header(), "Hdr"); }},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);

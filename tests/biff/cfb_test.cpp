@@ -167,7 +167,22 @@ TEST(CfbWrite, RoundTripsThroughOurReader) {
     }
 }
 
-TEST(CfbWrite, FailureTexts) {
+TEST(CfbWrite, TailAndFailureTexts) {
+    Xls<char> x;
+    x.writeToMemory();
+    x.writeHeader();
+    x.write("abc", 3);
+    EXPECT_EQ(x.writeTail(3, 0xFF), 1u);
+    EXPECT_EQ(x.writePos(), 512u);
+    EXPECT_EQ(x.writeTail(1024, 0), 2u);
+    EXPECT_EQ(x.writePos(), 512u);
+    x.close();
+    size_t n = 0;
+    ByteRegion out = x.takeOutput(n);
+    ASSERT_GT(n, 1024u);
+    EXPECT_EQ(std::string(out.bytes() + 512, 3), "abc");
+    EXPECT_EQ(uint8_t(out.bytes()[1023]), 0xFF);
+
     // The whole file reaches the stream at close; a stream that refuses it
     // fails the close.
     std::stringstream bad;

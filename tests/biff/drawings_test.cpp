@@ -1,5 +1,5 @@
-// Pictures and comments on binary sheets: placed, copied, saved and loaded
-// again with the same anchors and ids; the anchor arithmetic with its
+// Pictures and comments on binary sheets: placed, saved and loaded again
+// with the same anchors, texts and ids; the anchor arithmetic with its
 // clamps; the ids of every shape in step with the book's clusters.
 #include "biff/book_impl.h"
 #include "support/binary_book.h"
@@ -116,6 +116,10 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
         {"1 10 10 12 12 64 17 64 17"},
         {"0 1 1 3 2 100 50 0 0", "1 0 4 2 6 70 30 10 5"}, // the copy of sheet 0
     };
+    const char *comments[][3] = {
+        {"2 2", "first note replaced", "tabrix"},
+        {"7 0", "second note, then a long one", "someone"},
+        {"0 0", "\xd0\xbf\xd1\x80\xd0\xb8\xd0\xb2\xd0\xb5\xd1\x82", "tabrix"}};
 
     BookPtr book = newBinaryBook();
     ISheetT<char> *sheets[2] = {book->addSheet("One", nullptr), book->addSheet("Two", nullptr)};
@@ -138,10 +142,23 @@ TEST(SheetDrawings, PicturesAndCommentsThroughSaveAndLoad) {
     expectConsistentIds(path);
 
     BookPtr loaded = loadBook(path);
-    for (int s = 0; s < 3; ++s) {
-        EXPECT_EQ(pictures(*book->getSheet(s)), expected[s]);
-        EXPECT_EQ(pictures(*loaded->getSheet(s)), expected[s]);
+    for (int round = 0; round < 2; ++round) {
+        Book &b = round == 0 ? *book : *loaded;
+        for (int s = 0; s < 3; ++s) EXPECT_EQ(pictures(*b.getSheet(s)), expected[s]) << round;
+        for (const auto &c : comments) {
+            int sheet = std::string(c[0]) == "0 0" ? 1 : 0;
+            int row = c[0][0] - '0', col = c[0][2] - '0';
+            const char *text = b.getSheet(sheet)->readComment(row, col);
+            EXPECT_STREQ(text ? text : "(none)", c[1]) << round;
+        }
+        EXPECT_EQ(b.getSheet(0)->readComment(1, 1), nullptr);
     }
+    // The replaced comment left one note object behind, not two.
+    WalkedBook walked = walkFile(path);
+    std::vector<Biff> records = drawingRecords(walked.substreams[1]);
+    EXPECT_EQ(std::count_if(records.begin(), records.end(),
+                            [](const Biff &r) { return r.id == rid::TxO; }),
+              2);
 }
 
 TEST(SheetDrawings, AnchorArithmeticAndClamps) {
@@ -156,7 +173,9 @@ TEST(SheetDrawings, AnchorArithmeticAndClamps) {
                *both = "warning: offset_x and offset_y exceed cell's size";
     const Case cases[] = {
         {0, 0, 64, 17, 0, 0, {0, 0, 0, 0, 1, 0, 1, 0}, "ok"},
+        {0, 0, 32, 8, 16, 4, {0, 256, 0, 60, 0, 768, 0, 180}, "ok"},
         {0, 1, 64, 17, 0, 0, {1, 0, 0, 0, 3, 0, 1, 0}, "ok"}, // steps over the hidden column
+        {0, 0, 10, 10, 64, 0, {0, 1024, 0, 0, 1, 160, 0, 150}, "ok"},
         {0, 0, 10, 10, 70, 0, {0, 1024, 0, 0, 1, 160, 0, 150}, wide},
         {0, 0, 10, 10, 0, 20, {0, 0, 0, 256, 0, 160, 1, 150}, high},
         {0, 0, 1, 1, 99, 99, {0, 1024, 0, 256, 1, 16, 1, 15}, both},

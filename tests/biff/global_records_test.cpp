@@ -1,5 +1,6 @@
-// Workbook-global records: BOF and WriteAccess, the CONTINUE rules of
-// ExternSheet, names and the SupBook read-ahead, with their messages.
+// Workbook-global records: the prefix reads of old BOF records, WriteAccess
+// of any length, the CONTINUE rules of ExternSheet, names and the SupBook
+// read-ahead, with their messages.
 #include "biff/records/bof.h"
 #include "biff/records/extern_sheet.h"
 #include "biff/records/lbl.h"
@@ -22,19 +23,47 @@ constexpr uint16_t kContinue = 60;
 
 } // namespace
 
-// A new BOF and WriteAccess dump their fields (in decimal on a stream set
-// to hex); a long WriteAccess keeps 112 bytes and the record behind it is
-// still found.
-TEST(GlobalRecordsTest, BofAndWriteAccess) {
-    Bof b;
+TEST(GlobalRecordsTest, BofOfAnOlderFormatAndANewOne) {
+    // An old 8-byte header: version 0x0500, a worksheet; written in full.
+    const Bytes old = {0x00, 0x05, 0x10, 0x00, 0xBB, 0x0D, 0xCC, 0x07};
+    Bof b = readBack<Bof>(old);
+    EXPECT_EQ(b.vers, 0x0500);
+    EXPECT_EQ(b.dt, Bof::kWorksheet);
+    EXPECT_EQ(firstBody(b), old + Bytes(8, 0));
+    // A record after a long BOF is still found.
+    std::vector<uint8_t> wb;
+    record(wb, Bof::kId, seq(20));
+    record(wb, Protect::kId, {1, 0});
+    Opened in(rawBook(wb));
+    b.read(in.x);
+    Protect p;
+    p.read(in.x);
+    EXPECT_TRUE(p.protect());
+
     b.vers = 1;
     b.reset();
+    EXPECT_EQ(firstBody(b), words({0x0600, 5, 8346, 1997, 49353, 0, 774, 0}));
     std::wostringstream os;
     os << std::hex;
     b.dumpOn(os);
     EXPECT_EQ(os.str(),
               L"[BOF vers=1536 dt=5 rupBuild=8346 rupYear=1997 fields1=49353 fields2=774]\n");
-    EXPECT_EQ(WriteAccess().dumpText(), L"[WriteAccess userName=T]\n");
+}
+
+TEST(GlobalRecordsTest, NewAndReadWriteAccess) {
+    WriteAccess w;
+    auto d = firstBody(w);
+    ASSERT_EQ(d.size(), 112u);
+    const std::vector<uint8_t> head = {1, 0, 0, 'T', ' ', 0, 0, 0, 0, ' '};
+    EXPECT_EQ(std::vector<uint8_t>(d.begin(), d.begin() + 10), head);
+    EXPECT_EQ(d[111], ' ');
+    EXPECT_EQ(w.dumpText(), L"[WriteAccess userName=T]\n");
+    // A short record fills the start; a long one keeps 112 bytes and the
+    // record behind it is still found.
+    WriteAccess s = readBack<WriteAccess>({2, 0, 0, 'A', 'B'});
+    EXPECT_EQ(s.block[3], 'A');
+    EXPECT_EQ(s.block[4], 'B');
+    EXPECT_EQ(s.block[5], 0);
     std::vector<uint8_t> wb;
     record(wb, WriteAccess::kId, seq(300));
     record(wb, Protect::kId, {1, 0});
@@ -94,7 +123,18 @@ TEST(GlobalRecordsTest, ExternSheetContinuesWithoutSplittingAnEntry) {
     }
 }
 
-TEST(GlobalRecordsTest, ExternSheetAndSupBookRejectBrokenRecords) {
+TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBrokenOnes) {
+    // Two entries, the second split after its first field.
+    std::vector<uint8_t> wb;
+    record(wb, ExternSheet::kId, words({2, 0, 1, 2, 0}));
+    record(wb, kContinue, words({3, 4}));
+    ExternSheet e;
+    {
+        Opened in(rawBook(wb));
+        e.read(in.x);
+    }
+    EXPECT_EQ(e.rgXTI, (std::vector<XTI>{XTI(0, 1, 2), XTI(0, 3, 4)}));
+
     struct Bad {
         const char *name;
         std::vector<uint8_t> wb;
@@ -106,29 +146,31 @@ TEST(GlobalRecordsTest, ExternSheetAndSupBookRejectBrokenRecords) {
     record(midField, kContinue, {0, 3, 0});
     record(noContinue, ExternSheet::kId, {2, 0, 0, 0, 1, 0, 2, 0});
     record(noContinue, Protect::kId, {1, 0});
-    // A SupBook whose follower declares more bytes than the file holds.
-    std::vector<uint8_t> supBook;
-    record(supBook, SupBookBlock::kSupBookId, {3, 0, 1, 4});
-    put16(supBook, 89);
-    put16(supBook, 60000);
     const Bad bad[] = {
         {"count cut", noCount, "error in record ExternSheet"},
         {"field split", midField, "error in XTI"},
         {"entries missing", noContinue, "error in XTI"},
-        {"supbook follower past the file", supBook, "SupBookBlock: file is corrupt"},
     };
     for (const Bad &b : bad) {
         SCOPED_TRACE(b.name);
         EXPECT_EQ(errorOf([&] {
-                      if (b.wb == supBook) {
-                          readSized(b.wb, [](auto &x, uint16_t n) { SupBookBlock().read(x, n); });
-                          return;
-                      }
                       Opened in(rawBook(b.wb));
-                      ExternSheet().read(in.x);
+                      ExternSheet x;
+                      x.read(in.x);
                   }),
                   b.message);
     }
+}
+
+TEST(GlobalRecordsTest, SupBookBlockFailsWhenItsRecordsPassTheFileSize) {
+    std::vector<uint8_t> wb;
+    record(wb, SupBookBlock::kSupBookId, {3, 0, 1, 4});
+    // A follower that declares more bytes than the file holds.
+    put16(wb, 89);
+    put16(wb, 60000);
+    EXPECT_EQ(
+        errorOf([&] { readSized(wb, [](auto &x, uint16_t n) { SupBookBlock().read(x, n); }); }),
+        "SupBookBlock: file is corrupt");
 }
 
 namespace {

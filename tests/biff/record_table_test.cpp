@@ -137,12 +137,26 @@ TEST(RecordTable, RecordsRoundTripAndCheckTheirSizes) {
 }
 
 TEST(CellRecordsTest, RkDecodesAllFourForms) {
-    const std::pair<uint32_t, double> cases[] = {
-        {0x3FF00001u, 0.01},         {0xC0000000u, -2.0},        {0xFFFFFFFBu, -0.02},
-        {0x80000002u, -536870912.0}, {0x7FFFFFFEu, 536870911.0}, {0x00004E23u, 50.0}};
-    for (const auto &c : cases) {
+    struct Case {
+        uint32_t rk;
+        double value;
+    };
+    const Case cases[] = {
+        {0x3FF00000u, 1.0},          // double
+        {0x3FF00001u, 0.01},         // double / 100
+        {0x00000006u, 1.0},          // integer 1
+        {0xFFFFFFFEu, -1.0},         // integer -1
+        {0x80000002u, -536870912.0}, // most negative integer
+        {0x7FFFFFFEu, 536870911.0},  // most positive integer
+        {0x00004E23u, 50.0},         // integer 5000 / 100
+        {0xFFFFFFFBu, -0.02},        // integer -2 / 100 (bits 0 and 1)
+        {0xC0000000u, -2.0},         // negative double
+        {0x00000000u, 0.0},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.rk);
         RK r;
-        r.rk = c.first;
-        EXPECT_DOUBLE_EQ(r.value(), c.second) << c.first;
+        r.rk = c.rk;
+        EXPECT_DOUBLE_EQ(r.value(), c.value);
     }
 }

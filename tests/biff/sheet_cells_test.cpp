@@ -41,8 +41,11 @@ TEST(SheetCells, ReadsOfAnotherKindAnswerNeutrallyWithTheirMessage) {
         {[&] { return b.sheet.readFormula(0, 0, nullptr) == nullptr; },
          "cell doesn't contain a formula"},
         {[&] { return b.sheet.readError(0, 0) == ERRORTYPE_NOERROR; }, "ok"},
+        {[&] { return b.sheet.readError(0, 2) == ERRORTYPE_NOERROR; }, "ok"},
+        {[&] { return b.sheet.readBool(0, 2, nullptr); }, "ok"},
         {[&] { return b.sheet.readBlank(0, 3, &f) && f == b.owner.styles().formats()[15]; }, "ok"},
         {[&] { return b.sheet.cellType(70000, 0) == CELLTYPE_EMPTY; }, "ok"},
+        {[&] { return b.sheet.cellType(65536, 0) == CELLTYPE_EMPTY; }, "ok"},
         {[&] { return b.sheet.readNum(70000, 0, nullptr) == 0.0; }, "row must be in range 0-65535"},
     };
     for (size_t i = 0; i < sizeof cases / sizeof cases[0]; ++i) {
@@ -57,7 +60,12 @@ TEST(SheetCells, ReadsOfAnotherKindAnswerNeutrallyWithTheirMessage) {
 TEST(SheetCells, StringsShareTheTableWithoutChangingEachOther) {
     Book b;
     SST &sst = b.owner.sst();
-    // A boolean written over a boolean.
+    // Overwriting through the kinds.
+    ASSERT_TRUE(b.sheet.writeStr(1, 1, "first", nullptr));
+    ASSERT_TRUE(b.sheet.writeNum(1, 1, 5, nullptr));
+    EXPECT_EQ(b.sheet.cellType(1, 1), CELLTYPE_NUMBER);
+    ASSERT_TRUE(b.sheet.writeStr(1, 1, "second", nullptr));
+    EXPECT_STREQ(b.sheet.readStr(1, 1, nullptr), "second");
     b.sheet.writeBool(1, 2, true, nullptr);
     b.sheet.writeBool(1, 2, false, nullptr);
     EXPECT_FALSE(b.sheet.readBool(1, 2, nullptr));
@@ -135,12 +143,21 @@ TEST(SheetCells, FormatsOfCellsAndTheirFallbacks) {
     IFormatT<char> *foreign = stranger.styles().addFormat(nullptr);
 
     ASSERT_TRUE(b.sheet.writeNum(0, 0, 1, cellFmt));
+    IFormatT<char> *out = nullptr;
+    b.sheet.readNum(0, 0, &out);
+    EXPECT_EQ(out, cellFmt);
     // Without a format the cell keeps the one it has.
     b.sheet.writeNum(0, 0, 2, nullptr);
     EXPECT_EQ(b.sheet.cellFormat(0, 0), cellFmt);
     EXPECT_FALSE(b.sheet.writeNum(0, 0, 3, foreign));
     EXPECT_EQ(b.owner.msg(), "specified format not found");
     EXPECT_EQ(b.sheet.readNum(0, 0, nullptr), 2.0);
+
+    ASSERT_TRUE(b.sheet.setRow(5, 20, rowFmt, false));
+    ASSERT_TRUE(b.sheet.setCol(7, 8, 12, colFmt, false));
+    EXPECT_EQ(b.sheet.cellFormat(5, 3), rowFmt);
+    EXPECT_EQ(b.sheet.cellFormat(2, 8), colFmt);
+    EXPECT_EQ(b.sheet.cellFormat(2, 2), st.formats()[15]);
 
     b.sheet.setCellFormat(0, 0, rowFmt);
     EXPECT_EQ(b.sheet.cellFormat(0, 0), rowFmt);
@@ -214,9 +231,15 @@ TEST(SheetCells, RowsAndColumns) {
 
 TEST(SheetCells, NameAddressesAndLaterOperations) {
     Book b;
+    b.sheet.setName(std::string(40, 'n').c_str());
+    EXPECT_EQ(b.owner.msg(), "warning: sheet's name is cut to 31 characters");
+    EXPECT_EQ(b.sheet.wideName(), std::wstring(31, L'n'));
+    // Cut at a whole character: the pair at units 31 and 32 goes whole.
+    b.sheet.setName((std::string(30, 'p') + "\xF0\x9F\x98\x80").c_str());
+    EXPECT_EQ(b.sheet.wideName(), std::wstring(30, L'p'));
     b.sheet.setName("");
     EXPECT_EQ(b.owner.msg(), "sheet's name is empty");
-    EXPECT_EQ(b.sheet.wideName(), L"Sheet1");
+    EXPECT_EQ(b.sheet.wideName(), std::wstring(30, L'p'));
 
     EXPECT_STREQ(b.sheet.rowColToAddr(0, 0, true, true), "A1");
     EXPECT_STREQ(b.sheet.rowColToAddr(9, 26, false, false), "$AA$10");

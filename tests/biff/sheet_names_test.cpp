@@ -75,14 +75,26 @@ TEST(SheetNamesTest, PrintAreaMakesTheSelfReferenceOnce) {
     s.setPrintArea(0, 9, 0, 3);
     s.setPrintArea(2, 20, 1, 4);
     ASSERT_EQ(b.names.size(), 1u);
-    EXPECT_EQ(b.names[0].rgce, area(0, 2, 20, 1, 4));
+    const Lbl &l = b.names[0];
+    EXPECT_TRUE(l.builtin() && l.itab == 2 && l.cce == 11);
+    EXPECT_EQ(l.rgce, area(0, 2, 20, 1, 4));
+    EXPECT_EQ(l.nameText(), L"Print_Area");
     ASSERT_EQ(b.supBooks.size(), 1u);
     EXPECT_EQ(b.supBooks[0].supBook.data, (std::vector<uint8_t>{3, 0, 1, 4}));
-    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI, std::vector<XTI>{XTI(0, 1, 1)});
+    ASSERT_EQ(b.supBooks[0].externSheet.rgXTI.size(), 1u);
+    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI[0], XTI(0, 1, 1));
 
+    // Another sheet's print area is a name of its own with an XTI of its own.
+    b.sheet(0).setPrintArea(5, 5, 5, 5);
+    ASSERT_EQ(b.names.size(), 2u);
+    EXPECT_EQ(b.names[1].rgce, area(1, 5, 5, 5, 5));
+    EXPECT_EQ(b.supBooks[0].externSheet.rgXTI[1], XTI(0, 0, 0));
+
+    EXPECT_EQ(get(s, L"print_area", SheetNames::kScopeThisSheet), range(2, 20, 1, 4));
     EXPECT_EQ(get(s, L"PRINT_AREA", 1), range(2, 20, 1, 4));
     s.clearPrintArea();
-    EXPECT_TRUE(b.names.empty());
+    ASSERT_EQ(b.names.size(), 1u);
+    EXPECT_EQ(b.names[0].itab, 1); // sheet 0's stays
     EXPECT_EQ(errorOf([&] { get(s, L"Print_Area", -2); }), "named range is not found");
     EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 65536, 0, 1); }), "row must be in range 0-65535");
     EXPECT_EQ(errorOf([&] { s.setPrintArea(0, 1, 0, 256); }), "col must be in range 0-255");
@@ -179,13 +191,14 @@ TEST(SheetNamesTest, NamesOfASheetAndTheirForms) {
     EXPECT_EQ(get(s0, L"AREA", -1), range(7, 8, 9, 10));
     s0.setNamedRange(L"There", 0, 0, 0, 0, 2);
     const size_t count = b.names.size();
-    s0.delNamedRange(L"area", SheetNames::kScopeBook);
-    s0.delNamedRange(L"there", 2);
+    EXPECT_EQ(errorOf([&] {
+                  s0.delNamedRange(L"area", SheetNames::kScopeBook);
+                  s0.delNamedRange(L"there", 2);
+              }),
+              "");
     EXPECT_EQ(b.names.size(), count - 2);
 }
 
-// The self-reference goes in front of an external book, whose entries
-// follow it.
 TEST(SheetNamesTest, SelfReferenceGoesInFrontOfExternalBooks) {
     Book b;
     SupBookBlock external;
@@ -193,8 +206,22 @@ TEST(SheetNamesTest, SelfReferenceGoesInFrontOfExternalBooks) {
     external.hasExternSheet = true;
     external.externSheet.rgXTI.push_back(XTI(0, 0, 0));
     b.supBooks.push_back(external);
-    b.sheet(0).setNamedRange(L"Mine", 0, 1, 0, 1, -2);
+    Lbl foreign;
+    foreign.rgce = area(0, 1, 1, 1, 1); // through the external book
+    foreign.cce = 11;
+    b.names.push_back(foreign);
+
+    SheetNames s = b.sheet(0);
+    EXPECT_EQ(s.namedRangeSize(), 0);
+    s.setNamedRange(L"Mine", 0, 1, 0, 1, -2);
     ASSERT_EQ(b.supBooks.size(), 2u);
     EXPECT_TRUE(b.supBooks[0].isSelfRef());
-    EXPECT_EQ(b.supBooks[1].externSheet.rgXTI, (std::vector<XTI>{XTI(1, 0, 0), XTI(0, 0, 0)}));
+    EXPECT_FALSE(b.supBooks[0].hasExternSheet);
+    EXPECT_TRUE(b.supBooks[1].hasExternSheet);
+    const std::vector<XTI> &xti = b.supBooks[1].externSheet.rgXTI;
+    ASSERT_EQ(xti.size(), 2u);
+    EXPECT_EQ(xti[0], XTI(1, 0, 0)); // still the external book
+    EXPECT_EQ(xti[1], XTI(0, 0, 0));
+    EXPECT_EQ(b.names[1].rgce, area(1, 0, 1, 0, 1));
+    EXPECT_EQ(s.namedRangeSize(), 1);
 }

@@ -1,8 +1,7 @@
 // Sheet substreams through an in-memory workbook stream: cells of every
-// record kind loaded and saved, shared and array formulas printed from each
-// cell and moved when their anchor is overwritten, records the sheet doesn't
-// model kept in order, chart sheets kept whole, the records a new sheet
-// writes, and the size messages of the load.
+// record kind loaded and saved, runs split into single cells, records the
+// sheet doesn't model kept in order, chart sheets kept whole, the records a
+// new sheet writes, and the size messages of the load.
 #include "support/fake_owner.h"
 #include "support/record_trip.h"
 
@@ -44,66 +43,38 @@ void load(SheetImplT<char> &sheet, const Bytes &wb) {
     sheet.read(in.x);
 }
 
-// A formula cell of `rgce` with the cached `value`.
-Bytes formula(uint16_t row, uint16_t col, const Bytes &rgce, const Bytes &value = num(0)) {
-    return cat(cat(words({row, col, 15}), value), words({0, 0, 0, uint16_t(rgce.size())})) + rgce;
+// A formula cell that points at the anchor of a shared formula.
+Bytes expFormula(uint16_t row, uint16_t col, const Bytes &value, uint16_t anchorRow) {
+    Bytes b = cat(cat(words({row, col, 15}), value), words({0, 0, 0}));
+    return cat(b, cat(Bytes{5, 0, 0x01}, words({anchorRow, 0})));
 }
 
-Bytes exp(uint16_t row, uint16_t col) { return cat(Bytes{0x01}, words({row, col})); }
-
-TEST(SheetRecords, SharedAndArrayFormulasReadPrintSaveAndMove) {
-    // B1:B3 share "A1*2" relative to each cell; B1 caches a text that B2's
-    // empty cached text takes over.  D1 is an array formula whose tokens
-    // stay in its ARRAY record.
-    const Bytes refN = {0x4C, 0, 0, 0xFF, 0xFF, 0x1E, 2, 0, 0x05};
-    const Bytes shared = words({0, 2}) + Bytes{1, 1, 0, 3} + words({uint16_t(refN.size())}) + refN;
-    const Bytes array = cat(words({0, 0}), Bytes{3, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    const Bytes e1 = formula(0, 4, {0x1E, 7, 0, 0x19, 0x40, 0, 0, 0x1E, 1, 0, 0x03});
-    const Records in = {{2057, bof(16)},
-                        {6, formula(0, 1, exp(0, 1), special(0, 0))},
-                        {1212, shared},
-                        {519, cat(words({3}), Bytes{0, 'a', 'b', 'c'})},
-                        {6, formula(0, 3, exp(0, 3))},
-                        {545, array},
-                        {6, e1},
-                        {6, formula(1, 1, exp(0, 1), special(0, 0))},
-                        {6, formula(2, 1, exp(0, 1), num(4))},
-                        {10, {}}};
+TEST(SheetRecords, OverwritingAnAnchorMovesTheSharedFormula) {
+    Bytes shared = cat(words({0, 2}), Bytes{0, 0, 0, 3, 3, 0, 0x1E, 1, 0});
+    Bytes text = cat(words({3}), Bytes{0, 'a', 'b', 'c'});
+    Records in = {
+        {2057, bof(16)}, {6, expFormula(0, 0, special(0, 0), 0)}, {1212, shared},
+        {519, text},     {6, expFormula(1, 0, special(0, 0), 0)}, {6, expFormula(2, 0, num(4), 0)},
+        {10, {}}};
     FakeOwner<char> owner;
     SheetImplT<char> &sheet = owner.addSheet(L"S");
     load(sheet, stream(in));
-    EXPECT_STREQ(sheet.readStr(0, 1, nullptr), "abc");
-    EXPECT_STREQ(sheet.readStr(1, 1, nullptr), "abc");
-    EXPECT_EQ(sheet.readNum(2, 1, nullptr), 4.0);
-    EXPECT_STREQ(sheet.readFormula(0, 1, nullptr), "A1*2");
-    EXPECT_STREQ(sheet.readFormula(2, 1, nullptr), "A3*2");
-    EXPECT_EQ(sheet.readFormula(0, 3, nullptr), nullptr);
-    EXPECT_EQ(owner.msg(), "can't build infix formula string");
-    EXPECT_STREQ(sheet.readFormula(0, 4, nullptr), "7+1");
+    // An empty cached text of a cell under an anchor is the anchor's.
+    EXPECT_STREQ(sheet.readStr(0, 0, nullptr), "abc");
+    EXPECT_STREQ(sheet.readStr(1, 0, nullptr), "abc");
+    EXPECT_EQ(sheet.readNum(2, 0, nullptr), 4.0);
 
-    // Loaded blocks are saved as they were read, cells in row order.
+    ASSERT_TRUE(sheet.writeNum(0, 0, 7, nullptr));
     Records out = saved(sheet);
-    Records blocks;
-    for (auto &r : out)
-        if (r.first == 6 || r.first == 1212 || r.first == 545 || r.first == 519)
-            blocks.push_back(r);
-    EXPECT_EQ(blocks, Records(in.begin() + 1, in.end() - 1));
-
-    // A number over the anchor moves the shared formula to B2, which both
-    // remaining users point at; a formula over the new anchor moves it on.
-    ASSERT_TRUE(sheet.writeNum(0, 1, 7, nullptr));
     std::vector<uint16_t> ids;
-    for (auto &r : saved(sheet))
-        if (r.first == 1212 || ((r.first == 6 || r.first == 638) && r.second[2] == 1)) {
-            ids.push_back(r.first);
-            if (r.first == 6) {
-                EXPECT_EQ(r.second[23] | r.second[24] << 8, 1);
-            }
-        }
+    for (auto &r : out)
+        if (r.first == 6 || r.first == 1212 || r.first == 638) ids.push_back(r.first);
     EXPECT_EQ(ids, (std::vector<uint16_t>{638, 6, 1212, 6}));
-    ASSERT_TRUE(sheet.writeFormula(1, 1, "C1", nullptr));
-    EXPECT_STREQ(sheet.readFormula(1, 1, nullptr), "C1");
-    EXPECT_STREQ(sheet.readFormula(2, 1, nullptr), "A3*2");
+    for (auto &r : out)
+        if (r.first == 6) {
+            // Both users now point at the cell in row 1.
+            EXPECT_EQ(r.second[23] | r.second[24] << 8, 1);
+        }
 }
 
 TEST(SheetRecords, ChartSheetStaysByteIdentical) {
@@ -131,8 +102,23 @@ TEST(SheetRecords, NewSheetWritesAValidWorksheet) {
                                       43,   130, 128, 549, 129, 20,  21, 131, 132,
                                       161,  85,  512, 638, 253, 574, 29, 10};
     EXPECT_EQ(ids, expected);
+    auto find = [&](uint16_t id) {
+        for (auto &r : out)
+            if (r.first == id) return r.second;
+        return Bytes();
+    };
+    EXPECT_EQ(find(2057).size(), 16u);
+    EXPECT_EQ(find(2057)[2], 16);
+    EXPECT_EQ(find(512), cat(cat(Bytes{2, 0, 0, 0, 5, 0, 0, 0}, words({1, 4})), words({0})));
+    EXPECT_EQ(find(574).at(1), 0x06); // selected: 0x06B6
+
+    sheet.setSelected(false);
+    Bytes unselected = saved(sheet)[23].second;
+    EXPECT_EQ(unselected[0] | unselected[1] << 8, 0x04B6);
+
     SheetImplT<char> &again = owner.addSheet(L"Again");
     load(again, stream(out));
+    EXPECT_EQ(again.readNum(2, 3, nullptr), 1.0);
     EXPECT_STREQ(again.readStr(4, 1, nullptr), "x");
     EXPECT_TRUE(again.selected());
     EXPECT_EQ(saved(again), out);

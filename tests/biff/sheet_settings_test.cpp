@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -148,8 +149,12 @@ TEST_P(SheetSettings, ComeBackFromASavedBook) {
     ASSERT_EQ(back->sheetCount(), 3);
     EXPECT_EQ(settingsOf(*back->getSheet(0)), expected);
     std::map<std::string, std::string> other = settingsOf(*back->getSheet(1));
-    EXPECT_EQ(other["printZoom"] + " " + other["rightToLeft"] + " " + other["name 0"],
-              "60 1 codes: 0 9 0 0 1 0");
+    EXPECT_EQ(other["printZoom"], "60");
+    EXPECT_EQ(other["printFit"], "0 1 1");
+    EXPECT_EQ(other["rightToLeft"], "1");
+    EXPECT_EQ(other["name 0"], "codes: 0 9 0 0 1 0");
+    EXPECT_EQ(other["landscape"], "0");
+    EXPECT_EQ(other["paper"], "0");
     EXPECT_EQ(settingsOf(*back->getSheet(2))["hidden"], "1");
 
     // Found by name in any case, in the scope asked for.
@@ -258,37 +263,75 @@ TEST_P(SheetSettings, EditsOfNamesAndRefusedChanges) {
 namespace {
 
 // The sheet list: the active sheet follows its sheet, names are unique in
-// any case, indexes are checked and the last sheet stays.
+// any case and cut at 31 characters, indexes are checked, a deleted
+// sheet's handle stays usable and the last sheet stays.
 TEST_P(SheetSettings, SheetListOperations) {
     BookPtr b = newBook();
     Sheet *first = b->addSheet("Sheet1", nullptr);
-    ASSERT_NE(b->insertSheet(0, "Front", nullptr), nullptr);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(b->activeSheet(), 0);
+
+    // The active sheet moves with its sheet.
+    Sheet *front = b->insertSheet(0, "Front", nullptr);
+    ASSERT_NE(front, nullptr);
     EXPECT_EQ(b->activeSheet(), 1);
     EXPECT_EQ(b->getSheet(1), first);
+
+    EXPECT_EQ(b->addSheet("SHEET1", nullptr), nullptr);
+    EXPECT_STREQ(b->errorMessage(), "book already contains such sheet name");
+
+    std::string forty(40, 'x');
+    Sheet *longName = b->addSheet(forty.c_str(), nullptr);
+    ASSERT_NE(longName, nullptr);
+    EXPECT_STREQ(b->errorMessage(), "warning: sheet's name is cut to 31 characters");
+    EXPECT_EQ(std::string(longName->name()), std::string(31, 'x'));
+    // 31 code points of UTF-8, not 31 bytes.
+    std::string wide;
+    for (int i = 0; i < 40; ++i) wide += "\xC3\xA9";
+    Sheet *accents = b->addSheet(wide.c_str(), nullptr);
+    ASSERT_NE(accents, nullptr);
+    EXPECT_EQ(std::string(accents->name()), wide.substr(0, 62));
+
     struct Bad {
         const char *what;
         std::function<bool()> call;
         const char *message;
     };
     const Bad bad[] = {
-        {"name in another case", [&] { return !b->addSheet("SHEET1", nullptr); },
-         "book already contains such sheet name"},
         {"getSheet -1", [&] { return b->getSheet(-1) == nullptr; }, "index is out of range"},
+        {"getSheet 4", [&] { return b->getSheet(4) == nullptr; }, "index is out of range"},
         {"sheetType 9", [&] { return b->sheetType(9) == SHEETTYPE_UNKNOWN; },
          "index is out of range"},
         {"insert 5", [&] { return b->insertSheet(5, "x", nullptr) == nullptr; },
          "index is out of range"},
         {"delSheet 4", [&] { return !b->delSheet(4); }, "index is out of range"},
-        {"setActive 4", [&] { return b->setActiveSheet(4), true; }, "index is out of range"},
-        {"the last sheet", [&] { return b->delSheet(0) && !b->delSheet(0); },
-         "can't remove the last sheet in workbook"},
+        {"setActive 4",
+         [&] {
+             b->setActiveSheet(4);
+             return true;
+         },
+         "index is out of range"},
+        {"sheetType 0", [&] { return b->sheetType(0) == SHEETTYPE_SHEET; }, "ok"},
     };
     for (const Bad &c : bad) {
         SCOPED_TRACE(c.what);
         EXPECT_TRUE(c.call());
         EXPECT_STREQ(b->errorMessage(), c.message);
     }
-    EXPECT_EQ(b->getSheet(0), first);
+    EXPECT_EQ(b->activeSheet(), 1);
+
+    b->setActiveSheet(3);
+    EXPECT_TRUE(b->delSheet(3));
+    EXPECT_EQ(b->activeSheet(), 2);
+    EXPECT_EQ(b->sheetCount(), 3);
+    if (GetParam().deletedSheetsStay) {
+        EXPECT_STREQ(accents->name(), wide.substr(0, 62).c_str());
+    }
+    EXPECT_TRUE(b->delSheet(0));
+    EXPECT_TRUE(b->delSheet(0));
+    EXPECT_FALSE(b->delSheet(0));
+    EXPECT_STREQ(b->errorMessage(), "can't remove the last sheet in workbook");
+    EXPECT_EQ(b->getSheet(0), longName);
 }
 
 // A sheet name keeps as many whole characters as fit 31 UTF-16 units.
@@ -303,6 +346,12 @@ TEST_P(SheetSettings, NamesAreCutAtWholeCharacters) {
     ASSERT_NE(s, nullptr);
     EXPECT_STREQ(narrow->errorMessage(), "ok");
     EXPECT_EQ(std::string(s->name()), std::string(29, 'b') + smile);
+
+    std::unique_ptr<BookImplT<wchar_t>, void (*)(BookImplT<wchar_t> *)> wide(
+        new BinaryBookT<wchar_t>(), [](BookImplT<wchar_t> *b) { b->release(); });
+    ISheetT<wchar_t> *w = wide->addSheet((std::wstring(30, L'c') + L"\U0001F600").c_str(), nullptr);
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(std::wstring(w->name()), std::wstring(30, L'c'));
 }
 
 } // namespace

@@ -1,12 +1,19 @@
-// Sheet setup: a selection normalised as it is read, the records SheetSetup
-// owns, and its setters with the records they leave behind and their
-// messages.
+// Sheet setup: a selection normalised as it is read, the protection run and
+// the setup records read up to a foreign record, and the setters of
+// SheetSetup with the records they leave behind and their messages.
+#include "biff/records/page_breaks.h"
+#include "biff/records/page_setup.h"
+#include "biff/records/pane.h"
+#include "biff/records/scl.h"
 #include "biff/records/selection.h"
+#include "biff/records/sheet_protection.h"
+#include "biff/records/window2.h"
 #include "biff/sheet_setup.h"
 #include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <string>
 
@@ -24,6 +31,22 @@ MemPool &pool() {
 Records written(const std::function<void(Xls<char> &)> &body) {
     Opened out(writeBook(body));
     return out.records();
+}
+
+void putDouble(std::vector<uint8_t> &v, double d) {
+    uint64_t b;
+    std::memcpy(&b, &d, sizeof b);
+    put32(v, uint32_t(b));
+    put32(v, uint32_t(b >> 32));
+}
+
+// A Setup record's 34 bytes with the given paper, scale and flags.
+std::vector<uint8_t> setupBytes(uint16_t paper, uint16_t scale, uint16_t flags) {
+    std::vector<uint8_t> v = words({paper, scale, 1, 1, 1, flags, 0, 0});
+    putDouble(v, 0.5);
+    putDouble(v, 0.5);
+    put16(v, 0);
+    return v;
 }
 
 // Feeds a stream of records to a SheetSetup as a sheet's load does; the
@@ -75,6 +98,44 @@ TEST(SheetSetupTest, SelectionNormalisesWhatItReads) {
     EXPECT_EQ(out[0].second[7], 1); // cref follows the one range read
 }
 
+TEST(SheetSetupTest, ProtectionRun) {
+    std::vector<uint8_t> wb;
+    record(wb, 18, words({1}));
+    record(wb, 99, words({1}));
+    record(wb, 19, words({0xCE4B}));
+    record(wb, 85, words({8}));
+    SheetSetup s(pool());
+    Records foreign = load(s, wb);
+    ASSERT_EQ(ids(foreign), (std::vector<uint16_t>{85}));
+    EXPECT_TRUE(s.protect());
+    s.setProtect(false);
+    EXPECT_FALSE(s.protect());
+    Records out = written([&](Xls<char> &x) { s.protection().write(x); });
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{18, 99, 19}));
+    EXPECT_EQ(out[0].second, words({0}));
+    EXPECT_EQ(out[2].second, words({0xCE4B})); // the password is kept
+
+    // New: nothing is written; unprotecting makes no record, protecting does.
+    SheetSetup fresh(pool());
+    fresh.setProtect(false);
+    Records none = written([&](Xls<char> &x) {
+        fresh.protection().write(x);
+        x.write(85, words({8}).data(), 2);
+    });
+    EXPECT_EQ(ids(none), (std::vector<uint16_t>{85}));
+    fresh.setProtect(true);
+    out = written([&](Xls<char> &x) { fresh.protection().write(x); });
+    EXPECT_EQ(ids(out), (std::vector<uint16_t>{18}));
+    EXPECT_EQ(out[0].second, words({1}));
+
+    std::vector<uint8_t> huge = {18, 0, 0x60, 0xEA, 1, 0};
+    EXPECT_EQ(errorOf([&] {
+                  SheetSetup t(pool());
+                  load(t, huge);
+              }),
+              "SheetProtection: file is corrupt");
+}
+
 TEST(SheetSetupTest, MarginsHeaderAndFooter) {
     SheetSetup s(pool());
     s.setMarginTop(0.4);
@@ -104,6 +165,12 @@ TEST(SheetSetupTest, MarginsHeaderAndFooter) {
               "string is too long");
     EXPECT_STREQ(back.header(), L"&LLeft \u00e9");
     EXPECT_STREQ(back.footer(), L"Page &P of &N");
+
+    // A copy into another pool keeps the texts.
+    MemPool other;
+    SheetSetup copy(back, other);
+    back.setHeader(L"changed", 0.1);
+    EXPECT_STREQ(copy.header(), L"&LLeft \u00e9");
 }
 
 TEST(SheetSetupTest, PageBreaks) {
@@ -156,21 +223,35 @@ TEST(SheetSetupTest, PageBreaks) {
     EXPECT_EQ(out[1].second.size(), 2u + 6u * 256u);
 }
 
-TEST(SheetSetupTest, OwnedRecordsAndBadOnes) {
+TEST(SheetSetupTest, DispatchKeepsForeignRecordsAndChecksWords) {
+    std::vector<uint8_t> wb;
+    record(wb, 85, words({8}));
+    record(wb, 129, words({0x0C01}));
+    record(wb, 20, {});
+    record(wb, 161, setupBytes(0, 100, 6));
+    record(wb, 512, seq(14));
+    record(wb, 574, seq(18));
+    record(wb, 29, {3, 0, 0, 0, 0, 0, 0, 0, 0});
+    SheetSetup s(pool());
+    Records foreign = load(s, wb);
+    EXPECT_EQ(ids(foreign), (std::vector<uint16_t>{85, 512}));
+    EXPECT_EQ(s.wsBool(), 0x0C01);
+    EXPECT_EQ(s.selections().size(), 1u);
+    EXPECT_TRUE(s.selections()[0].refs.empty());
     EXPECT_TRUE(SheetSetup::owns(77) && SheetSetup::owns(221) && !SheetSetup::owns(85));
-    // Bad records: words of the wrong size, a protection record claiming
-    // more than the file holds.
-    const std::pair<Bytes, const char *> bad[] = {
-        {words({42, 3}) + seq(3), "PrintRowCol size is incorrect"},
-        {words({43, 3}) + seq(3), "PrintGrid size is incorrect"},
-        {words({129, 3}) + seq(3), "WsBool size is incorrect"},
-        {{18, 0, 0x60, 0xEA, 1, 0}, "SheetProtection: file is corrupt"},
+
+    const std::pair<uint16_t, const char *> words2[] = {
+        {42, "PrintRowCol size is incorrect"},
+        {43, "PrintGrid size is incorrect"},
+        {129, "WsBool size is incorrect"},
     };
-    for (auto &b : bad) {
+    for (auto &w : words2) {
+        std::vector<uint8_t> bad;
+        record(bad, w.first, seq(3));
         EXPECT_EQ(errorOf([&] {
                       SheetSetup t(pool());
-                      load(t, b.first);
+                      load(t, bad);
                   }),
-                  b.second);
+                  w.second);
     }
 }

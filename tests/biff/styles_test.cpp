@@ -78,6 +78,17 @@ TEST(StylesTest, BadRecordsFailWithTheirMessage) {
     }
 }
 
+TEST(StylesTest, StyleExtUnexpectedRecord) {
+    StyleExt e;
+    std::string err = errorOf([&] {
+        std::vector<uint8_t> wb;
+        record(wb, 0x0A, {});
+        Opened o(rawBook(wb));
+        e.read(o.x);
+    });
+    EXPECT_EQ(err, "StyleExt: unexpected record");
+}
+
 TEST(StylesTest, PalettePacking) {
     Table t;
     t.init();
@@ -95,6 +106,18 @@ TEST(StylesTest, PalettePacking) {
     EXPECT_STREQ(t.errorMessage(), "ok");
     t.colorUnpack(64, &r, &g, &b);
     EXPECT_STREQ(t.errorMessage(), "general failure");
+    // The changed palette is written and reads back alike.
+    Palette back;
+    back.colors.clear();
+    Opened o(writeBook([&](Xls<char> &x) { t.palette().write(x); }));
+    uint16_t id = 0, size = 0;
+    o.x.readInt16(id);
+    o.x.readInt16(size);
+    EXPECT_EQ(size, 2 + 56 * 4);
+    back.read(o.x, size);
+    ASSERT_EQ(back.colors.size(), 56u);
+    EXPECT_EQ(back.colors[1].value(), 0x010203u);
+    EXPECT_EQ(back.colors[55].value(), 0xC86435u);
 }
 
 TEST(StylesTest, FontNumberingSkipsFour) {

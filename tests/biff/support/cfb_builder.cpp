@@ -18,6 +18,10 @@ uint32_t sectorsOf(size_t bytes, size_t unit) { return uint32_t((bytes + unit - 
 } // namespace
 
 void Built::put32(size_t offset, uint32_t v) { le32(file, offset, v); }
+uint32_t Built::get32(size_t offset) const {
+    return uint32_t(file[offset]) | (uint32_t(file[offset + 1]) << 8) |
+           (uint32_t(file[offset + 2]) << 16) | (uint32_t(file[offset + 3]) << 24);
+}
 
 std::vector<uint8_t> pattern(size_t n, uint32_t seed) {
     std::vector<uint8_t> v(n);
