@@ -341,61 +341,37 @@ TEST_F(TransferIn, ListOfArraysFailures) {
     Set *anonA = ctx.newSet(QD_INT);
     Set *anonB = ctx.newSet(QD_INT);
     Set *words = ctx.newSet(QD_STRING);
+    // Integer arrays over the given index sets; a null array stands for an integer value.
+    auto ints = [&](std::vector<Set *> sets) { return ctx.newArray(QD_INT, sets); };
+    auto twoA = [&] { return std::vector<Array *>{ints({anonA}), ints({anonA})}; };
+    Array *points = ctx.newArray(pointType(), {anonA});
+    const char *inconsistent = "Inconsistent array list.";
     struct {
         const char *what;
         std::vector<Array *> arrays;
-        bool addValue; // append an integer value as well
         const char *csv;
-        const char *message;
+        const char *message; // without "SHEET: " and the line end
         const char *label = "[]";
     } cases[] = {
-        {"anonymous sets mix",
-         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonB})},
-         false,
-         "1,2,3\n",
-         "",
-         "[A5:C5]"},
-        {"declared sets differ",
-         {ctx.newArray(QD_INT, {declaredA}), ctx.newArray(QD_INT, {declaredB})},
-         false,
-         "1,2,3\n",
-         "SHEET: Inconsistent array list.\n"},
-        {"dimensions differ",
-         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA, words})},
-         false,
-         "1,2,3\n",
-         "SHEET: Inconsistent array list.\n"},
-        {"record element",
-         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(pointType(), {anonA})},
-         false,
-         "1,2,3\n",
-         "SHEET: Wrong array type for a worksheet.\n"},
-        {"a value in the list",
-         {ctx.newArray(QD_INT, {anonA})},
-         true,
-         "1,2\n",
-         "SHEET: Wrong list type for a worksheet.\n"},
-        {"column count",
-         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})},
-         false,
-         "1,2\n",
-         "SHEET: Wrong number of columns (req:3 found:2).\n"},
-        {"empty index",
-         {ctx.newArray(QD_INT, {anonA}), ctx.newArray(QD_INT, {anonA})},
-         false,
-         "1,2,3\n,4,5\n",
-         "SHEET: An index cannot be an empty cell ([R2C1]).\n"},
+        {"anonymous sets mix", {ints({anonA}), ints({anonB})}, "1,2,3\n", "", "[A5:C5]"},
+        {"declared sets differ", {ints({declaredA}), ints({declaredB})}, "1,2,3\n", inconsistent},
+        {"dimensions differ", {ints({anonA}), ints({anonA, words})}, "1,2,3\n", inconsistent},
+        {"record element", {ints({anonA}), points}, "1,2,3\n", "Wrong array type for a worksheet."},
+        {"a value", {ints({anonA}), nullptr}, "1,2\n", "Wrong list type for a worksheet."},
+        {"column count", twoA(), "1,2\n", "Wrong number of columns (req:3 found:2)."},
+        {"empty index", twoA(), "1,2,3\n,4,5\n", "An index cannot be an empty cell ([R2C1])."},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         ctx.errors.clear();
         List *list = ctx.newList(0);
-        for (Array *a : c.arrays) list->append(a->type(), qdPtr(a));
-        if (c.addValue) list->append(QD_INT, qdInt(7));
+        for (Array *a : c.arrays)
+            a ? list->append(a->type(), qdPtr(a)) : list->append(QD_INT, qdInt(7));
         int rc = read(c.csv, c.label, QD_LIST | QD_DYNAMIC, list);
         EXPECT_EQ(*c.message ? 1 : 0, rc);
-        EXPECT_EQ(c.message, ctx.allErrors());
+        EXPECT_EQ(*c.message ? "SHEET: " + std::string(c.message) + "\n" : "", ctx.allErrors());
         for (Array *a : c.arrays) {
+            if (!a) continue;
             EXPECT_EQ(a->beginLoads, a->endLoads);
             EXPECT_FALSE(a->loading);
         }
