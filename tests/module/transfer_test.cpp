@@ -59,6 +59,16 @@ protected:
         return host.readItem(ctx, "csv", name, label, type, value, counter);
     }
 
+    // Reads one item that must fail: answers the messages given since the
+    // last failure and clears them.
+    std::string failure(const std::string &content, const std::string &label, qd_type type,
+                        void *value) {
+        EXPECT_EQ(1, read(content, label, type, value)) << label;
+        std::string messages = ctx.allErrors();
+        ctx.errors.clear();
+        return messages;
+    }
+
     Host host;
     Context ctx;
 
@@ -132,12 +142,10 @@ TEST_F(TransferIn, ScalarsAndTheBooleanWord) {
         EXPECT_EQ(c.text, c.type == QD_STRING && !v.s ? "null" : valueText(c.type, v));
     }
     External *e = ctx.newExternal(codeType());
-    EXPECT_EQ(1, read("x\nx,x,bad!\n", "[C2:D3]", codeType(), e));
-    EXPECT_EQ("SHEET: Wrong result value at [R2C3].\n", ctx.allErrors());
-    ctx.errors.clear();
+    EXPECT_EQ(failure("x\nx,x,bad!\n", "[C2:D3]", codeType(), e),
+              "SHEET: Wrong result value at [R2C3].\n");
     External *o = ctx.newExternal(opaqueType());
-    EXPECT_EQ(1, read("x\n", "[A1]", opaqueType(), o));
-    EXPECT_EQ("SHEET: Wrong data type.\n", ctx.allErrors());
+    EXPECT_EQ(failure("x\n", "[A1]", opaqueType(), o), "SHEET: Wrong data type.\n");
 }
 
 TEST_F(TransferIn, RecordScalarWithNestedRecord) {
@@ -173,17 +181,12 @@ TEST_F(TransferIn, SetFailures) {
         {[](Context &c) { return (void *)c.newSet(QD_INT); }, pointType() | QD_SET | QD_DYNAMIC,
          "SHEET: Wrong data type.\n"},
     };
-    for (const auto &c : cases) {
-        ctx.errors.clear();
-        EXPECT_EQ(1, read("1\n", "[]", c.type, c.make(ctx)));
-        EXPECT_EQ(c.message, ctx.allErrors());
-    }
+    for (const auto &c : cases) EXPECT_EQ(failure("1\n", "[]", c.type, c.make(ctx)), c.message);
     // A finalised set refuses new values: the cell is named.
     Set *closed = ctx.newSet(QD_INT, {qdInt(1)});
     closed->finalise();
-    ctx.errors.clear();
-    EXPECT_EQ(1, read("1\n1,5\n", "[A1:B2]", closed->type(), closed));
-    EXPECT_EQ("SHEET: Wrong result value at [R2C2].\n", ctx.allErrors());
+    EXPECT_EQ(failure("1\n1,5\n", "[A1:B2]", closed->type(), closed),
+              "SHEET: Wrong result value at [R2C2].\n");
 }
 
 TEST_F(TransferIn, ListsOfValuesAndExternals) {
@@ -198,15 +201,13 @@ TEST_F(TransferIn, ListsOfValuesAndExternals) {
     EXPECT_EQ((std::vector<std::string>{"<a>", "<b>"}), codes->texts());
     EXPECT_EQ(0, ctx.liveObjects());
 
-    ctx.errors.clear();
     List *bad = ctx.newList(codeType());
-    EXPECT_EQ(1, read("a\nb!\n", "[A1:A2]", bad->type(), bad));
-    EXPECT_EQ("SHEET: Wrong result value at [R2C1].\n", ctx.allErrors());
+    EXPECT_EQ(failure("a\nb!\n", "[A1:A2]", bad->type(), bad),
+              "SHEET: Wrong result value at [R2C1].\n");
     EXPECT_EQ(0, ctx.liveObjects());
 
-    ctx.errors.clear();
-    EXPECT_EQ(1, read("1\n", "[]", QD_INT | QD_LIST | QD_DYNAMIC, nullptr));
-    EXPECT_EQ("SHEET: Trying to access an uninitialized list.\n", ctx.allErrors());
+    EXPECT_EQ(failure("1\n", "[]", QD_INT | QD_LIST | QD_DYNAMIC, nullptr),
+              "SHEET: Trying to access an uninitialized list.\n");
 }
 
 TEST_F(TransferIn, ListsOfRecordsSkipEmptyGroups) {
@@ -217,10 +218,9 @@ TEST_F(TransferIn, ListsOfRecordsSkipEmptyGroups) {
     EXPECT_EQ(3, counter);
     EXPECT_EQ(0, ctx.liveObjects());
 
-    ctx.errors.clear();
     List *odd = ctx.newList(pointType());
-    EXPECT_EQ(1, read("1,2,3\n", "[]", odd->type(), odd));
-    EXPECT_EQ("SHEET: Wrong number of columns (req:2 found:3).\n", ctx.allErrors());
+    EXPECT_EQ(failure("1,2,3\n", "[]", odd->type(), odd),
+              "SHEET: Wrong number of columns (req:2 found:3).\n");
 }
 
 // ---- arrays --------------------------------------------------------------------
@@ -308,29 +308,23 @@ TEST_F(TransferIn, ArrayFailures) {
     EXPECT_EQ((Entries{{{"a"}, "<x>"}, {{"b"}, "<y>"}}), codes->entries());
     EXPECT_EQ(0, ctx.liveObjects());
 
-    ctx.errors.clear();
-    EXPECT_EQ(1, read("a,x\nb,y!\n", "[]", codes->type(), codes));
-    EXPECT_EQ("SHEET: Wrong result value at [R2C2].\n", ctx.allErrors());
+    EXPECT_EQ(failure("a,x\nb,y!\n", "[]", codes->type(), codes),
+              "SHEET: Wrong result value at [R2C2].\n");
     EXPECT_EQ(codes->beginLoads, codes->endLoads);
 
-    ctx.errors.clear();
     Set *closed = ctx.newSet(QD_STRING, {qdStr("a")});
     closed->finalise();
     Array *a = ctx.newArray(QD_INT, {closed});
-    EXPECT_EQ(1, read("a,1\nz,2\n", "[]", a->type(), a));
-    EXPECT_EQ("SHEET: Wrong index value at [R2C1].\n", ctx.allErrors());
+    EXPECT_EQ(failure("a,1\nz,2\n", "[]", a->type(), a), "SHEET: Wrong index value at [R2C1].\n");
     EXPECT_EQ((Entries{{{"a"}, "1"}}), a->entries());
     EXPECT_EQ(1, a->endLoads);
 
-    ctx.errors.clear();
     Set *points = ctx.newSet(QD_INT);
     Array *byPoint = ctx.newArray(opaqueType(), {points});
-    EXPECT_EQ(1, read("1,2\n", "[]", byPoint->type(), byPoint));
-    EXPECT_EQ("SHEET: Wrong data type.\n", ctx.allErrors());
+    EXPECT_EQ(failure("1,2\n", "[]", byPoint->type(), byPoint), "SHEET: Wrong data type.\n");
 
-    ctx.errors.clear();
-    EXPECT_EQ(1, read("1,2\n", "[]", QD_INT | QD_ARRAY | QD_DYNAMIC, nullptr));
-    EXPECT_EQ("SHEET: Trying to access an uninitialized array.\n", ctx.allErrors());
+    EXPECT_EQ(failure("1,2\n", "[]", QD_INT | QD_ARRAY | QD_DYNAMIC, nullptr),
+              "SHEET: Trying to access an uninitialized array.\n");
 }
 
 // ---- lists of arrays -------------------------------------------------------------
@@ -402,8 +396,7 @@ TEST_F(TransferIn, ItemsRunInOrderAndTheFirstFailureEndsTheTransfer) {
 
     // A structure no transfer knows.
     ctx.errors.clear();
-    EXPECT_EQ(1, read("1\n", "[]", QD_INT | 0x5000, a));
-    EXPECT_EQ("SHEET: Wrong column type.\n", ctx.allErrors());
+    EXPECT_EQ(failure("1\n", "[]", QD_INT | 0x5000, a), "SHEET: Wrong column type.\n");
 }
 
 // ---- writing ----------------------------------------------------------------
