@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using tin::FakeBook;
@@ -26,7 +27,12 @@ struct Outcome {
     std::string errors;
 };
 
-Outcome resolveIn(FakeBook &book, unsigned fileFlags, const char *label) {
+// Resolves `label` over a fresh book of `kind`.
+Outcome resolveIn(BookKind kind, unsigned fileFlags, const char *label) {
+    FakeBook book;
+    if (kind == STANDARD) tin::fillStandardBook(book);
+    if (kind == BLANK_SHEET) book.add("Sheet1");
+    book.canAdd = kind != NO_ADD;
     g_host = qdhost::hostTable();
     qdhost::Context ctx;
     FakeFile file(&book, fileFlags);
@@ -48,20 +54,13 @@ Outcome resolveIn(FakeBook &book, unsigned fileFlags, const char *label) {
     return out;
 }
 
-void makeBook(FakeBook &book, BookKind kind) {
-    if (kind == STANDARD) tin::fillStandardBook(book);
-    if (kind == BLANK_SHEET) book.add("Sheet1");
-    book.canAdd = kind != NO_ADD;
-}
-
 struct LabelCase {
     const char *label;
     BookKind book;
     unsigned fileFlags;
-    const char *sheet; // nullptr: the resolve fails with `errors`
+    const char *sheet;
     int firstRow, lastRow, firstCol, lastCol;
     std::vector<int> map;
-    std::string errors;
 };
 
 // The messages of a bad column selection.
@@ -78,106 +77,99 @@ const char *kCannotAdd = "SHEET: A new sheet cannot be added.\n";
 
 const LabelCase kLabels[] = {
     // Sheets by none, by name (whole text, any case) and by number.
-    {"[]", STANDARD, 0, "Sheet1", 0, 1, 0, 1, {0, 1}, ""},
-    {"[", STANDARD, 0, "Sheet1", 0, 1, 0, 1, {0, 1}, ""},
-    {"[A1]", STANDARD, 0, "Sheet1", 0, 0, 0, 0, {0}, ""},
-    {"[Data$B2:C3]", STANDARD, 0, "Data", 1, 2, 1, 2, {0, 1}, ""},
-    {"[data$]", STANDARD, 0, "Data", 0, 3, 0, 2, {0, 1, 2}, ""},
-    {"[SHEET10$A1]", STANDARD, 0, "Sheet10", 0, 0, 0, 0, {0}, ""},
-    {"[Sheet$A1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kNotFound},
-    {"[Sheet100$A1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kNotFound},
-    {"[3$A1]", STANDARD, 0, "Data", 0, 0, 0, 0, {0}, ""},
-    {"[4$A1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kNotFound},
-    {"[0$A1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kNotFound},
-    {"[0$A1]", STANDARD, OPT_WRITING, nullptr, 0, 0, 0, 0, {}, kNotFound},
-    {"[]", EMPTY, 0, nullptr, 0, 0, 0, 0, {}, kNotFound},
+    {"[]", STANDARD, 0, "Sheet1", 0, 1, 0, 1, {0, 1}},
+    {"[", STANDARD, 0, "Sheet1", 0, 1, 0, 1, {0, 1}},
+    {"[A1]", STANDARD, 0, "Sheet1", 0, 0, 0, 0, {0}},
+    {"[Data$B2:C3]", STANDARD, 0, "Data", 1, 2, 1, 2, {0, 1}},
+    {"[data$]", STANDARD, 0, "Data", 0, 3, 0, 2, {0, 1, 2}},
+    {"[SHEET10$A1]", STANDARD, 0, "Sheet10", 0, 0, 0, 0, {0}},
+    {"[3$A1]", STANDARD, 0, "Data", 0, 0, 0, 0, {0}},
     // Sheets made for writing.
-    {"[]", EMPTY, OPT_WRITING, "Sheet1", 0, 0, 0, 0, {0}, ""},
-    {"[5$A1]", STANDARD, OPT_WRITING, "Sheet5", 0, 0, 0, 0, {0}, ""},
-    {"[3$A1]", BLANK_SHEET, OPT_WRITING, "Sheet3", 0, 0, 0, 0, {0}, ""},
-    {"[New$B2]", STANDARD, OPT_WRITING, "New", 1, 1, 1, 1, {0}, ""},
-    {"[]", NO_ADD, OPT_WRITING, nullptr, 0, 0, 0, 0, {}, kCannotAdd},
-    {"[2$A1]", NO_ADD, OPT_WRITING, nullptr, 0, 0, 0, 0, {}, kCannotAdd},
-    {"[Other$A1]", NO_ADD, OPT_WRITING, nullptr, 0, 0, 0, 0, {}, kCannotAdd},
+    {"[]", EMPTY, OPT_WRITING, "Sheet1", 0, 0, 0, 0, {0}},
+    {"[5$A1]", STANDARD, OPT_WRITING, "Sheet5", 0, 0, 0, 0, {0}},
+    {"[3$A1]", BLANK_SHEET, OPT_WRITING, "Sheet3", 0, 0, 0, 0, {0}},
+    {"[New$B2]", STANDARD, OPT_WRITING, "New", 1, 1, 1, 1, {0}},
     // Rectangles, whole columns, whole rows, R1C1.
-    {"[Data$B:D]", STANDARD, 0, "Data", 0, 3, 1, 3, {0, 1, 2}, ""},
-    {"[Data$3:5]", STANDARD, 0, "Data", 2, 4, 0, 2, {0, 1, 2}, ""},
-    {"[R2C3]", STANDARD, 0, "Sheet1", 1, 1, 2, 2, {0}, ""},
-    {"[r2c3:R4C5]", STANDARD, 0, "Sheet1", 1, 3, 2, 4, {0, 1, 2}, ""},
-    {"[R1C16384]", STANDARD, 0, "Sheet1", 0, 0, 16383, 16383, {0}, ""},
-    {"[XFD1]", STANDARD, 0, "Sheet1", 0, 0, 16383, 16383, {0}, ""},
-    {"[aa10:ab12]", STANDARD, 0, "Sheet1", 9, 11, 26, 27, {0, 1}, ""},
-    {"[R1]", STANDARD, 0, "Sheet1", 0, 0, 17, 17, {0}, ""},
-    {"[$A1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[R1C16385]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[R0C1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[XFE1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[ABCD1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[A1x]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[1A]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[A1", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[A1;B2]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[A]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[3]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[A1:B]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[A1:3]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[B2:A1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
-    {"[A0]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, kInvalid},
+    {"[Data$B:D]", STANDARD, 0, "Data", 0, 3, 1, 3, {0, 1, 2}},
+    {"[Data$3:5]", STANDARD, 0, "Data", 2, 4, 0, 2, {0, 1, 2}},
+    {"[R2C3]", STANDARD, 0, "Sheet1", 1, 1, 2, 2, {0}},
+    {"[r2c3:R4C5]", STANDARD, 0, "Sheet1", 1, 3, 2, 4, {0, 1, 2}},
+    {"[R1C16384]", STANDARD, 0, "Sheet1", 0, 0, 16383, 16383, {0}},
+    {"[XFD1]", STANDARD, 0, "Sheet1", 0, 0, 16383, 16383, {0}},
+    {"[aa10:ab12]", STANDARD, 0, "Sheet1", 9, 11, 26, 27, {0, 1}},
+    {"[R1]", STANDARD, 0, "Sheet1", 0, 0, 17, 17, {0}},
     // Column selections by number, reordering and narrowing.
-    {"[A1:B2](#2,#1)", STANDARD, 0, "Sheet1", 0, 1, 0, 1, {1, 0}, ""},
-    {"[A1:D1]( 3 , 2 )", STANDARD, 0, "Sheet1", 0, 0, 1, 2, {1, 0}, ""},
-    {"[A1:D1](#1,#3)", STANDARD, 0, "Sheet1", 0, 0, 0, 2, {0, 2}, ""},
-    {"[A1:D1](4,1)", STANDARD, 0, "Sheet1", 0, 0, 0, 3, {3, 0}, ""},
-    {"[A1:B2](3)", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, number("3")},
-    {"[A1:B2](#0)", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, number("0")},
-    {"[A1:B2]()", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, ident("")},
-    {"[A1:B2](,1)", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, ident("")},
-    {"[A1:B2](x)", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, ident("x")},
+    {"[A1:B2](#2,#1)", STANDARD, 0, "Sheet1", 0, 1, 0, 1, {1, 0}},
+    {"[A1:D1]( 3 , 2 )", STANDARD, 0, "Sheet1", 0, 0, 1, 2, {1, 0}},
+    {"[A1:D1](#1,#3)", STANDARD, 0, "Sheet1", 0, 0, 0, 2, {0, 2}},
+    {"[A1:D1](4,1)", STANDARD, 0, "Sheet1", 0, 0, 0, 3, {3, 0}},
     // Header rule and selection by header name.
-    {"skiph;[Data$A1:C4]", STANDARD, 0, "Data", 1, 3, 0, 2, {0, 1, 2}, ""},
-    {"skiph;[Data$A1:C4](price, id)", STANDARD, 0, "Data", 1, 3, 0, 2, {2, 0}, ""},
-    {"skiph;[Data$A1:C4]( name )", STANDARD, 0, "Data", 1, 3, 1, 1, {0}, ""},
-    {"skiph;[Data$A1:C4](#3,name)", STANDARD, 0, "Data", 1, 3, 1, 2, {1, 0}, ""},
-    {"SKIPH;[Data$A:C](id)", STANDARD, 0, "Data", 1, 3, 0, 0, {0}, ""},
-    {"skiph;[Data$A1:C4](nam)", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, ident("nam")},
-    {"skiph;[Data$A1:C4](Name)", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, ident("Name")},
-    {"skiph;[Data$A1:C4](#4)", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, number("4")},
-    {"skiph;[A1:C1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, "SHEET: Missing header row.\n"},
-    {"skiph;grow;[A1:C1]", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, "SHEET: Missing header row.\n"},
-    {"skiph;grow;[A1:C1]", STANDARD, OPT_WRITING, "Sheet1", 1, 1, 0, 2, {0, 1, 2}, ""},
+    {"skiph;[Data$A1:C4]", STANDARD, 0, "Data", 1, 3, 0, 2, {0, 1, 2}},
+    {"skiph;[Data$A1:C4](price, id)", STANDARD, 0, "Data", 1, 3, 0, 2, {2, 0}},
+    {"skiph;[Data$A1:C4]( name )", STANDARD, 0, "Data", 1, 3, 1, 1, {0}},
+    {"skiph;[Data$A1:C4](#3,name)", STANDARD, 0, "Data", 1, 3, 1, 2, {1, 0}},
+    {"SKIPH;[Data$A:C](id)", STANDARD, 0, "Data", 1, 3, 0, 0, {0}},
+    {"skiph;grow;[A1:C1]", STANDARD, OPT_WRITING, "Sheet1", 1, 1, 0, 2, {0, 1, 2}},
     // Header creation on a file open for writing.
-    {"skiph+;grow;[A1:C1](x,y)", BLANK_SHEET, OPT_WRITING, "Sheet1", 1, 1, 0, 1, {0, 1}, ""},
-    {"skiph+;grow;[A1:C1](#1)", BLANK_SHEET, OPT_WRITING, nullptr, 0, 0, 0, 0, {}, number("1")},
-    {"skiph+;[Data$A1:C4](price)", STANDARD, OPT_WRITING, "Data", 1, 3, 2, 2, {0}, ""},
+    {"skiph+;grow;[A1:C1](x,y)", BLANK_SHEET, OPT_WRITING, "Sheet1", 1, 1, 0, 1, {0, 1}},
+    {"skiph+;[Data$A1:C4](price)", STANDARD, OPT_WRITING, "Data", 1, 3, 2, 2, {0}},
     // The name form.
-    {"table", STANDARD, 0, "Data", 0, 3, 0, 2, {0, 1, 2}, ""},
-    {"TABLE(#3,#1)", STANDARD, 0, "Data", 0, 3, 0, 2, {2, 0}, ""},
-    {"prices", STANDARD, 0, "Data", 1, 3, 2, 2, {0}, ""},
-    {"skiph;table(name)", STANDARD, 0, "Data", 1, 3, 1, 1, {0}, ""},
-    {"other", STANDARD, 0, "Sheet10", 0, 0, 0, 0, {0}, ""},
-    {"tab", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, "SHEET: Range name not found.\n"},
-    {"", STANDARD, 0, nullptr, 0, 0, 0, 0, {}, "SHEET: Range name not found.\n"},
+    {"table", STANDARD, 0, "Data", 0, 3, 0, 2, {0, 1, 2}},
+    {"TABLE(#3,#1)", STANDARD, 0, "Data", 0, 3, 0, 2, {2, 0}},
+    {"prices", STANDARD, 0, "Data", 1, 3, 2, 2, {0}},
+    {"skiph;table(name)", STANDARD, 0, "Data", 1, 3, 1, 1, {0}},
+    {"other", STANDARD, 0, "Sheet10", 0, 0, 0, 0, {0}},
+};
+
+// Labels that fail, with the messages, by book and file flags.
+struct FailCase {
+    BookKind book;
+    unsigned fileFlags;
+    std::string errors;
+    std::vector<const char *> labels;
+};
+
+const FailCase kFailures[] = {
+    {STANDARD, 0, kNotFound, {"[Sheet$A1]", "[Sheet100$A1]", "[4$A1]", "[0$A1]"}},
+    {STANDARD, OPT_WRITING, kNotFound, {"[0$A1]"}},
+    {EMPTY, 0, kNotFound, {"[]"}},
+    {NO_ADD, OPT_WRITING, kCannotAdd, {"[]", "[2$A1]", "[Other$A1]"}},
+    {STANDARD,
+     0,
+     kInvalid,
+     {"[$A1]", "[R1C16385]", "[R0C1]", "[XFE1]", "[ABCD1]", "[A1x]", "[1A]", "[A1", "[A1;B2]",
+      "[A]", "[3]", "[A1:B]", "[A1:3]", "[B2:A1]", "[A0]"}},
+    {STANDARD, 0, number("3"), {"[A1:B2](3)"}},
+    {STANDARD, 0, number("0"), {"[A1:B2](#0)"}},
+    {STANDARD, 0, ident(""), {"[A1:B2]()", "[A1:B2](,1)"}},
+    {STANDARD, 0, ident("x"), {"[A1:B2](x)"}},
+    {STANDARD, 0, ident("nam"), {"skiph;[Data$A1:C4](nam)"}},
+    {STANDARD, 0, ident("Name"), {"skiph;[Data$A1:C4](Name)"}},
+    {STANDARD, 0, number("4"), {"skiph;[Data$A1:C4](#4)"}},
+    {STANDARD, 0, "SHEET: Missing header row.\n", {"skiph;[A1:C1]", "skiph;grow;[A1:C1]"}},
+    {BLANK_SHEET, OPT_WRITING, number("1"), {"skiph+;grow;[A1:C1](#1)"}},
+    {STANDARD, 0, "SHEET: Range name not found.\n", {"tab", ""}},
 };
 
 TEST(ResolveRange, LabelForms) {
+    auto trace = [](const char *label, unsigned fileFlags) {
+        return std::string(label) + (fileFlags & OPT_WRITING ? " (writing)" : "");
+    };
     for (const LabelCase &c : kLabels) {
-        SCOPED_TRACE(std::string(c.label) + (c.fileFlags & OPT_WRITING ? " (writing)" : ""));
-        FakeBook book;
-        makeBook(book, c.book);
-        Outcome out = resolveIn(book, c.fileFlags, c.label);
-        EXPECT_EQ(c.errors, out.errors);
-        if (!c.sheet) {
-            EXPECT_EQ(1, out.status);
-            continue;
-        }
-        ASSERT_EQ(0, out.status);
-        EXPECT_EQ(c.sheet, out.sheet);
-        EXPECT_EQ(c.firstRow, out.firstRow);
-        EXPECT_EQ(c.lastRow, out.lastRow);
-        EXPECT_EQ(c.firstCol, out.firstCol);
-        EXPECT_EQ(c.lastCol, out.lastCol);
-        EXPECT_EQ(c.map, out.map);
+        SCOPED_TRACE(trace(c.label, c.fileFlags));
+        Outcome o = resolveIn(c.book, c.fileFlags, c.label);
+        EXPECT_EQ(std::make_tuple(0, std::string(c.sheet), c.firstRow, c.lastRow, c.firstCol,
+                                  c.lastCol, c.map, std::string()),
+                  std::make_tuple(o.status, o.sheet, o.firstRow, o.lastRow, o.firstCol, o.lastCol,
+                                  o.map, o.errors));
     }
+    for (const FailCase &f : kFailures)
+        for (const char *label : f.labels) {
+            SCOPED_TRACE(trace(label, f.fileFlags));
+            Outcome o = resolveIn(f.book, f.fileFlags, label);
+            EXPECT_EQ(1, o.status);
+            EXPECT_EQ(f.errors, o.errors);
+        }
 }
 
 // ---- cell conversion --------------------------------------------------------
