@@ -33,6 +33,8 @@ std::string pathOf(const std::string &name) { return scratchDir() + "/" + name; 
 
 SheetFile *fileOf(void *p) { return static_cast<SheetFile *>(p); }
 
+using Reports = std::vector<std::pair<std::string, int>>;
+
 // The message the library gives for loading `path` into a new book, which
 // the driver must pass on untranslated.
 std::string loadMessage(bool xml, const std::string &path) {
@@ -95,12 +97,7 @@ TEST(DriverOpen, FailuresAndTheirReports) {
         int mode = 0;
         EXPECT_EQ(host().open(ctx, c.driver, c.name, c.write, &mode), nullptr);
         EXPECT_EQ(mode & c.modeBits, c.modeBits);
-        if (c.code == 0) {
-            EXPECT_TRUE(ctx.reports.empty());
-        } else {
-            ASSERT_EQ(ctx.reports.size(), 1u);
-            EXPECT_EQ(ctx.reports[0], std::make_pair(c.message, c.code));
-        }
+        EXPECT_EQ(ctx.reports, c.code ? Reports(1, {c.message, c.code}) : Reports());
         EXPECT_EQ(ctx.stream, nullptr); // no stream left open
     }
     EXPECT_EQ(tout::slurp(pathOf("corrupt.xls")), "this is no workbook at all\n");
@@ -175,9 +172,7 @@ TEST(DriverOpen, SharingRules) {
             int mode = 0;
             EXPECT_EQ(host().open(ctx, driver, name, true, &mode), nullptr);
             EXPECT_EQ(mode & QD_MODE_PENDING, 0);
-            ASSERT_EQ(ctx.reports.size(), 1u);
-            EXPECT_EQ(ctx.reports[0],
-                      std::make_pair(std::string("file already open for reading only"), 2));
+            EXPECT_EQ(ctx.reports, (Reports{{"file already open for reading only", 2}}));
             EXPECT_EQ(host().close(ctx, driver, a), 0);
         }
         {
@@ -239,10 +234,10 @@ TEST(XlsCells, SheetOperationsOverABook) {
     ASSERT_EQ(ops->sheetCount(file->handle), 1);
     void *sheet = ops->getSheet(file->handle, 0);
     EXPECT_STREQ(ops->sheetName(sheet), "Cells");
-    EXPECT_EQ(ops->firstRow(sheet), 1);
-    EXPECT_EQ(ops->lastRow(sheet), 3); // one past the last used row
-    EXPECT_EQ(ops->firstCol(sheet), 1);
-    EXPECT_EQ(ops->lastCol(sheet), 5);
+    // The last row and column are one past the last used ones.
+    EXPECT_EQ((std::vector<int>{ops->firstRow(sheet), ops->lastRow(sheet), ops->firstCol(sheet),
+                                ops->lastCol(sheet)}),
+              (std::vector<int>{1, 3, 1, 5}));
     struct Cell {
         int row, col, kind;
     } kinds[] = {{1, 1, CELL_NUMBER}, {1, 2, CELL_EMPTY},  {1, 3, CELL_BOOL},
@@ -421,9 +416,7 @@ TEST(CsvRead, BufferLimit) {
             continue;
         }
         EXPECT_EQ(f, nullptr);
-        ASSERT_EQ(ctx.reports.size(), 1u);
-        EXPECT_EQ(ctx.reports[0].first, "failed to load data");
-        EXPECT_EQ(ctx.reports[0].second, 5);
+        EXPECT_EQ(ctx.reports, (Reports{{"failed to load data", 5}}));
         EXPECT_EQ(ctx.allErrors(), c.error);
         EXPECT_EQ(ctx.stream, nullptr); // closed again
     }
