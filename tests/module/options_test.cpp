@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -57,14 +58,11 @@ TEST(ParseOptions, Table) {
         int bufferSize = -1, fsep = 0, dsep = 0;
         char t[32] = "", f[32] = "";
         unsigned flags = parseOptions(0, &text, &bufferSize, &fsep, &dsep, t, f);
-        SCOPED_TRACE(c.input);
-        EXPECT_EQ(flags, c.flags);
-        EXPECT_STREQ(text, c.rest);
-        EXPECT_EQ(bufferSize, c.bufferSize);
-        EXPECT_EQ(fsep, c.fieldSep);
-        EXPECT_EQ(dsep, c.decimalSep);
-        EXPECT_STREQ(t, c.trueText);
-        EXPECT_STREQ(f, c.falseText);
+        EXPECT_EQ(std::make_tuple(flags, std::string(text), bufferSize, fsep, dsep, std::string(t),
+                                  std::string(f)),
+                  std::make_tuple(c.flags, std::string(c.rest), c.bufferSize, c.fieldSep,
+                                  c.decimalSep, std::string(c.trueText), std::string(c.falseText)))
+            << c.input;
     }
 }
 
