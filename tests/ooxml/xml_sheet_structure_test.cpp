@@ -45,7 +45,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
         std::function<bool(Sheet &)> run;
         const char *message;
         std::vector<std::string> present;
-        std::vector<std::string> absent;
+        std::vector<std::string> absent = {};
         std::string names = "";
     };
     const std::string citing = "<definedNames><definedName name=\"a\">S!$A$1,SS!$B$2</definedName>"
@@ -66,8 +66,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          "ok",
          {"<col min=\"1\" max=\"1\" width=\"9.1", "<col min=\"2\" max=\"2\" width=\"20\"",
           "<col min=\"3\" max=\"3\" width=\"12.7", "<col min=\"4\" max=\"4\" width=\"12.7",
-          "<col min=\"5\" max=\"6\" width=\"12.7"},
-         {}},
+          "<col min=\"5\" max=\"6\" width=\"12.7"}},
         {"a row made by its height takes the cells written into it",
          kData,
          [](Sheet &s) {
@@ -88,8 +87,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          kData + kMerge,
          [](Sheet &s) { return s.insertRow(0, 0); },
          "ok",
-         {"<mergeCell ref=\"B3:C6\"/>", "<row r=\"2\"><c r=\"C2\""},
-         {}},
+         {"<mergeCell ref=\"B3:C6\"/>", "<row r=\"2\"><c r=\"C2\""}},
         {"removed rows shrink a merge and take their cells",
          kData + kMerge,
          [](Sheet &s) { return s.removeRow(2, 5); },
@@ -119,8 +117,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          kData,
          [](Sheet &s) { return s.setMerge(0, 1, 0, 1) && s.setMerge(0, 1, 0, 1); },
          "ok",
-         {"<mergeCells count=\"2\"><mergeCell ref=\"A1:B2\"/><mergeCell ref=\"A1:B2\"/>"},
-         {}},
+         {"<mergeCells count=\"2\"><mergeCell ref=\"A1:B2\"/><mergeCell ref=\"A1:B2\"/>"}},
         {"deleting the last merge drops the list",
          kData + kMerge,
          [](Sheet &s) { return s.delMerge(4, 2); },
@@ -131,8 +128,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          kData + kMerge,
          [](Sheet &s) { return s.delMerge(0, 0); },
          "this cell isn't in merging block",
-         {"B2:C5"},
-         {}},
+         {"B2:C5"}},
         {"merge with reversed rows",
          kData,
          [](Sheet &s) { return s.setMerge(3, 2, 0, 0); },
@@ -149,21 +145,18 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          kData,
          [](Sheet &s) { return s.groupRows(3, 4, false) && s.groupRows(2, 5, false); },
          "detect overlap",
-         {"<row r=\"3\" outlineLevel=\"1\"", "<row r=\"4\" outlineLevel=\"1\"/>"},
-         {}},
+         {"<row r=\"3\" outlineLevel=\"1\"", "<row r=\"4\" outlineLevel=\"1\"/>"}},
         {"a collapsed group hides its rows and marks the next",
          kData,
          [](Sheet &s) { return s.groupRows(1, 2, true); },
          "ok",
-         {"<row r=\"2\" hidden=\"1\" outlineLevel=\"1\"/>", "<row r=\"4\" collapsed=\"1\"/>"},
-         {}},
+         {"<row r=\"2\" hidden=\"1\" outlineLevel=\"1\"/>", "<row r=\"4\" collapsed=\"1\"/>"}},
         {"column groups",
          kCols9 + kData,
          [](Sheet &s) { return s.groupCols(1, 2, false) && s.groupCols(3, 1, false); },
          "must be colFirst <= colLast",
          {"<col min=\"2\" max=\"2\" width=\"20\" customWidth=\"1\" outlineLevel=\"1\"/>",
-          "<col min=\"3\" max=\"3\" width=\"20\" customWidth=\"1\" outlineLevel=\"1\"/>"},
-         {}},
+          "<col min=\"3\" max=\"3\" width=\"20\" customWidth=\"1\" outlineLevel=\"1\"/>"}},
         {"frozen panes",
          kData,
          [](Sheet &s) {
@@ -172,8 +165,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          },
          "ok",
          {"<sheetViews><sheetView workbookViewId=\"0\"><pane xSplit=\"2\" ySplit=\"3\" "
-          "topLeftCell=\"C4\" activePane=\"bottomRight\" state=\"frozenSplit\"/>"},
-         {}},
+          "topLeftCell=\"C4\" activePane=\"bottomRight\" state=\"frozenSplit\"/>"}},
         {"zoom makes a view",
          kData,
          [](Sheet &s) {
@@ -181,8 +173,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
              return s.zoom() == 80;
          },
          "ok",
-         {"<sheetView zoomScale=\"80\" zoomScaleNormal=\"80\" workbookViewId=\"0\"/>"},
-         {}},
+         {"<sheetView zoomScale=\"80\" zoomScaleNormal=\"80\" workbookViewId=\"0\"/>"}},
         {"breaks keep the order of the calls",
          kData,
          [](Sheet &s) {
@@ -191,8 +182,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          },
          "ok",
          {"<rowBreaks count=\"2\" manualBreakCount=\"2\"><brk id=\"9\" max=\"16383\" man=\"1\"/>"
-          "<brk id=\"3\" max=\"16383\" man=\"1\"/></rowBreaks>"},
-         {}},
+          "<brk id=\"3\" max=\"16383\" man=\"1\"/></rowBreaks>"}},
         {"a break index past the list",
          kData,
          [](Sheet &s) { return s.getVerPageBreak(0) != -1; },
@@ -216,8 +206,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          },
          "ok",
          {"<pageMargins left=\"0.7\" right=\"0.7\" top=\"2\" bottom=\"0.75\" header=\"0.3\" "
-          "footer=\"0.3\"/>"},
-         {}},
+          "footer=\"0.3\"/>"}},
         {"a rename follows into names citing the sheet, not into other sheets' names",
          kData,
          [](Sheet &s) {
