@@ -150,18 +150,12 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          "must be colFirst <= colLast"},
         {"frozen panes",
          kData,
-         [](Sheet &s) {
-             s.split(3, 2);
-             return true;
-         },
+         [](Sheet &s) { return s.split(3, 2), true; },
          {"<sheetViews><sheetView workbookViewId=\"0\"><pane xSplit=\"2\" ySplit=\"3\" "
           "topLeftCell=\"C4\" activePane=\"bottomRight\" state=\"frozenSplit\"/>"}},
         {"zoom makes a view",
          kData,
-         [](Sheet &s) {
-             s.setZoom(80);
-             return s.zoom() == 80;
-         },
+         [](Sheet &s) { return s.setZoom(80), s.zoom() == 80; },
          {"<sheetView zoomScale=\"80\" zoomScaleNormal=\"80\" workbookViewId=\"0\"/>"}},
         {"breaks keep the order of the calls",
          kData,
@@ -179,26 +173,17 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
          "index is out of range"},
         {"unprotecting an unprotected sheet adds nothing",
          kData,
-         [](Sheet &s) {
-             s.setProtect(false);
-             return !s.protect();
-         },
+         [](Sheet &s) { return s.setProtect(false), !s.protect(); },
          {},
          {"sheetProtection"}},
         {"margins start from their defaults",
          kData,
-         [](Sheet &s) {
-             s.setMarginTop(2);
-             return s.marginLeft() == 0.7;
-         },
+         [](Sheet &s) { return s.setMarginTop(2), s.marginLeft() == 0.7; },
          {"<pageMargins left=\"0.7\" right=\"0.7\" top=\"2\" bottom=\"0.75\" header=\"0.3\" "
           "footer=\"0.3\"/>"}},
         {"a rename follows into names citing the sheet, not into other sheets' names",
          kData,
-         [](Sheet &s) {
-             s.setName("New S");
-             return true;
-         },
+         [](Sheet &s) { return s.setName("New S"), true; },
          {"&apos;New S&apos;!$A$1,SS!$B$2", "SUM(&apos;New S&apos;!$A:$A)"},
          {},
          "ok",
@@ -206,8 +191,7 @@ TEST(XMLSheetStructure, EditsInTheSavedPart) {
         {"notes are not kept here",
          kData,
          [](Sheet &s) {
-             s.writeComment(0, 0, "note", "me", 100, 50);
-             return s.readComment(0, 0) != nullptr;
+             return s.writeComment(0, 0, "note", "me", 100, 50), s.readComment(0, 0) != nullptr;
          },
          {"<c r=\"C1\"><v>1</v></c>"},
          {"comment", "legacy"},
