@@ -101,28 +101,27 @@ TEST(XMLPictures, PlacedSavedAndReadBack) {
 }
 
 TEST(XMLPictures, Messages) {
+    using B = IBookT<char>;
+    using S = ISheetT<char>;
     struct Case {
-        std::function<int(IBookT<char> &, ISheetT<char> &)> act;
+        std::function<int(B &, S &)> act;
         int result;
         const char *message;
     };
-    auto get = [](ISheetT<char> &s, int i) {
+    auto get = [](S &s, int i) {
         return s.getPicture(i, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                             nullptr);
     };
     const Case cases[] = {
-        {[](IBookT<char> &, ISheetT<char> &s) { return s.setPicture(0, 0, 1, 1.0, 0, 0), 0; }, 0,
+        {[](B &, S &s) { return s.setPicture(0, 0, 1, 1.0, 0, 0), 0; }, 0,
          "pictureId is out of range"},
-        {[](IBookT<char> &, ISheetT<char> &s) { return s.setPicture2(0, 0, -1, 5, 5, 0, 0), 0; }, 0,
+        {[](B &, S &s) { return s.setPicture2(0, 0, -1, 5, 5, 0, 0), 0; }, 0,
          "pictureId is out of range"},
-        {[&](IBookT<char> &, ISheetT<char> &s) { return get(s, 0); }, -1,
-         "can't find drawing object"},
-        {[&](IBookT<char> &, ISheetT<char> &s) {
-             return s.setPicture(0, 0, 0, 1, 0, 0), get(s, 1);
-         },
-         -1, "picture index is out of range"},
+        {[&](B &, S &s) { return get(s, 0); }, -1, "can't find drawing object"},
+        {[&](B &, S &s) { return s.setPicture(0, 0, 0, 1, 0, 0), get(s, 1); }, -1,
+         "picture index is out of range"},
         // One image twice on a sheet; a copy of the sheet shares its drawing.
-        {[&](IBookT<char> &b, ISheetT<char> &s) {
+        {[&](B &b, S &s) {
              s.setPicture(0, 0, 0, 1.0, 0, 0);
              s.setPicture(5, 5, 0, 1.0, 0, 0);
              b.addSheet("b", &s)->setPicture(3, 3, 0, 1.0, 0, 0);
