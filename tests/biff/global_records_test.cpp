@@ -21,6 +21,21 @@ namespace {
 
 constexpr uint16_t kContinue = 60;
 
+// Record `id` of `data` read by an R, then the Protect behind it, which must
+// still be found.
+template <class R> R readBeforeProtect(uint16_t id, const Bytes &data) {
+    std::vector<uint8_t> wb;
+    record(wb, id, data);
+    record(wb, Protect::kId, {1, 0});
+    Opened in(rawBook(wb));
+    R r;
+    r.read(in.x);
+    Protect p;
+    p.read(in.x);
+    EXPECT_TRUE(p.protect());
+    return r;
+}
+
 } // namespace
 
 TEST(GlobalRecordsTest, BofOfAnOlderFormatAndANewOne) {
@@ -31,14 +46,7 @@ TEST(GlobalRecordsTest, BofOfAnOlderFormatAndANewOne) {
     EXPECT_EQ(b.dt, Bof::kWorksheet);
     EXPECT_EQ(firstBody(b), old + Bytes(8, 0));
     // A record after a long BOF is still found.
-    std::vector<uint8_t> wb;
-    record(wb, Bof::kId, seq(20));
-    record(wb, Protect::kId, {1, 0});
-    Opened in(rawBook(wb));
-    b.read(in.x);
-    Protect p;
-    p.read(in.x);
-    EXPECT_TRUE(p.protect());
+    b = readBeforeProtect<Bof>(Bof::kId, seq(20));
 
     b.vers = 1;
     b.reset();
@@ -61,19 +69,9 @@ TEST(GlobalRecordsTest, NewAndReadWriteAccess) {
     // A short record fills the start; a long one keeps 112 bytes and the
     // record behind it is still found.
     WriteAccess s = readBack<WriteAccess>({2, 0, 0, 'A', 'B'});
-    EXPECT_EQ(s.block[3], 'A');
-    EXPECT_EQ(s.block[4], 'B');
-    EXPECT_EQ(s.block[5], 0);
-    std::vector<uint8_t> wb;
-    record(wb, WriteAccess::kId, seq(300));
-    record(wb, Protect::kId, {1, 0});
-    Opened in(rawBook(wb));
-    WriteAccess l;
-    l.read(in.x);
+    EXPECT_EQ(Bytes(s.block + 3, s.block + 6), (Bytes{'A', 'B', 0}));
+    WriteAccess l = readBeforeProtect<WriteAccess>(WriteAccess::kId, seq(300));
     EXPECT_EQ(std::vector<uint8_t>(l.block, l.block + 112), seq(112));
-    Protect p;
-    p.read(in.x);
-    EXPECT_TRUE(p.protect());
 }
 
 namespace {
