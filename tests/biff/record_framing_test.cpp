@@ -3,6 +3,7 @@
 #include "biff/biff_record.h"
 #include "biff/records/ext_sst.h"
 #include "biff/records/phonetic_info.h"
+#include "biff/records/style.h"
 #include "biff/support/biff_bytes.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
@@ -142,6 +143,7 @@ TEST(RecordFraming, RecordClassesCheckIdAndSize) {
         {rec(239, {0, 0, 55, 0, 0, 0}), readPhonetic, ""},
         {rec(255, {8, 0}), [](XlsRecords &x) { ExtSST().read(x); }, ""},
         {rec(0x0A, {}), [](XlsRecords &x) { ExtSST().read(x); }, "ExtSST: unexpected record"},
+        {rec(0x0A, {}), [](XlsRecords &x) { StyleExt().read(x); }, "StyleExt: unexpected record"},
     };
     for (const Case &c : cases) {
         Opened o(rawBook(c.wb));
