@@ -397,32 +397,19 @@ TEST(BookTest, ProducerQuirksLoad) {
                      rec(519, {2, 0, 'o', 'k'});
     struct Case {
         const char *what;
-        uint16_t vers;
         Bytes globals, sheet;
         std::vector<std::string> cells; // or "!" and the message of a refused load
-        std::function<void(Book &)> more;
+        std::function<void(Book &)> more = nullptr;
+        uint16_t vers = 0x0600;
     };
     const std::vector<Case> cases = {
-        {"BoolErr of 9 bytes",
-         0x0600,
-         {},
-         rec(517, cellHead(0, 1) + Bytes{1, 0, 0}),
-         {"0,1:3:true"},
-         nullptr},
+        {"BoolErr of 9 bytes", {}, rec(517, cellHead(0, 1) + Bytes{1, 0, 0}), {"0,1:3:true"}},
         {"Label with zeros behind its text",
-         0x0600,
          {},
          rec(516, cellHead(0, 0) + Bytes{2, 0, 0, 'a', 'b', 0, 0}),
-         {"0,0:2:ab"},
-         nullptr},
-        {"Dimensions of 16 bytes",
-         0x0600,
-         {},
-         rec(512, Bytes(16, 0)) + a1,
-         {"0,0:1:7.000000"},
-         nullptr},
+         {"0,0:2:ab"}},
+        {"Dimensions of 16 bytes", {}, rec(512, Bytes(16, 0)) + a1, {"0,0:1:7.000000"}},
         {"CalcDelta of 16 bytes keeps its default",
-         0x0600,
          {},
          rec(16, calcDelta) + rec(12, Bytes(3, 9)) + a1,
          {"0,0:1:7.000000"},
@@ -431,35 +418,27 @@ TEST(BookTest, ProducerQuirksLoad) {
              EXPECT_EQ(savedRecord(b, 12), word(100));
          }},
         {"id 0 in a sheet dropped",
-         0x0600,
          {},
          a1 + Bytes(4, 0) + rec(0, Bytes(8, 1)) + rec(515, number(1, 0, 8)),
          {"0,0:1:7.000000", "1,0:1:8.000000"},
          [&](Book &b) { EXPECT_EQ(savedRecord(b, 10).size(), 0u); }},
         {"InterfaceEnd and Template of a word",
-         0x0600,
          rec(226, word(0)) + rec(96, word(0)),
          a1,
          {"0,0:1:7.000000"},
          [&](Book &b) { EXPECT_TRUE(b.isTemplate()); }},
-        {"id 0 in the globals",
-         0x0600,
-         rec(0, {}),
-         a1,
-         {"!read error: record id can't be 0"},
-         nullptr},
+        {"id 0 in the globals", rec(0, {}), a1, {"!read error: record id can't be 0"}},
         {"Format one character short",
-         0x0600,
          rec(1054, {164, 0, 3, 0, 0, 'a', 'b'}),
          a1,
          {"0,0:1:7.000000"},
          [&](Book &b) { EXPECT_STREQ(b.customNumFormat(164), "ab"); }},
         {"older format, newer sheet header",
-         0x0500,
          rec(66, word(1251)),
          oldSheet,
          {"0,0:2:\xD0\x9F\xD1\x80", "1,0:2:ok"},
-         [&](Book &b) { EXPECT_STREQ(b.getSheet(0)->header(), "Hdr"); }},
+         [&](Book &b) { EXPECT_STREQ(b.getSheet(0)->header(), "Hdr"); },
+         0x0500},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);
