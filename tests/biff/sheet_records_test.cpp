@@ -1,7 +1,9 @@
 // Sheet substreams through an in-memory workbook stream: cells of every
 // record kind loaded and saved, runs split into single cells, records the
 // sheet doesn't model kept in order, chart sheets kept whole, the records a
-// new sheet writes, and the size messages of the load.
+// new sheet writes, and the size messages of the load; shared formulas
+// printed from each cell, array formula cells, and loaded formula blocks
+// saved unchanged.
 #include "support/fake_owner.h"
 #include "support/record_trip.h"
 
@@ -47,6 +49,52 @@ void load(SheetImplT<char> &sheet, const Bytes &wb) {
 Bytes expFormula(uint16_t row, uint16_t col, const Bytes &value, uint16_t anchorRow) {
     Bytes b = cat(cat(words({row, col, 15}), value), words({0, 0, 0}));
     return cat(b, cat(Bytes{5, 0, 0x01}, words({anchorRow, 0})));
+}
+
+// A formula cell whose tokens are `rgce`, cached number 0.
+Bytes formula(uint16_t row, uint16_t col, const Bytes &rgce) {
+    return words({row, col, 15, 0, 0, 0, 0, 0, 0, 0, uint16_t(rgce.size())}) + rgce;
+}
+
+Bytes expOf(uint16_t row, uint16_t col) { return Bytes{0x01} + words({row, col}); }
+
+TEST(SheetRecords, SharedAndArrayFormulasPrintFromEachCell) {
+    // B1:B3 share "A1*2" relative to each cell (row offset 0, column -1);
+    // D1 is an array formula whose tokens stay in its ARRAY record.
+    const Bytes refN = {0x4C, 0, 0, 0xFF, 0xFF, 0x1E, 2, 0, 0x05};
+    const Bytes shared = words({0, 2}) + Bytes{1, 1, 0, 3} + words({uint16_t(refN.size())}) + refN;
+    const Bytes array = words({0, 0}) + Bytes{3, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    const Bytes b1 = formula(0, 1, expOf(0, 1)), b2 = formula(1, 1, expOf(0, 1)),
+                b3 = formula(2, 1, expOf(0, 1)), d1 = formula(0, 3, expOf(0, 3)),
+                e1 = formula(0, 4, {0x1E, 7, 0, 0x19, 0x40, 0, 0, 0x1E, 1, 0, 0x03});
+    FakeOwner<char> owner;
+    SheetImplT<char> &sheet = owner.addSheet(L"S");
+    load(sheet, stream({{2057, bof(16)},
+                        {6, b1},
+                        {1212, shared},
+                        {6, b2},
+                        {6, b3},
+                        {6, d1},
+                        {545, array},
+                        {6, e1},
+                        {10, {}}}));
+    EXPECT_STREQ(sheet.readFormula(0, 1, nullptr), "A1*2");
+    EXPECT_STREQ(sheet.readFormula(2, 1, nullptr), "A3*2");
+    EXPECT_EQ(sheet.readFormula(0, 3, nullptr), nullptr);
+    EXPECT_EQ(owner.msg(), "can't build infix formula string");
+    EXPECT_STREQ(sheet.readFormula(0, 4, nullptr), "7+1");
+
+    // Loaded blocks are saved as they were read, cells in row order.
+    Bytes blocks;
+    for (auto &r : saved(sheet))
+        if (r.first == 6 || r.first == 1212 || r.first == 545) blocks = blocks + r.second;
+    EXPECT_EQ(blocks, b1 + shared + d1 + array + e1 + b2 + b3);
+
+    // Writing over the anchor moves the shared formula on.
+    ASSERT_TRUE(sheet.writeFormula(0, 1, "C1", nullptr));
+    EXPECT_STREQ(sheet.readFormula(0, 1, nullptr), "C1");
+    EXPECT_STREQ(sheet.readFormula(1, 1, nullptr), "A2*2");
+    EXPECT_STREQ(sheet.readFormula(2, 1, nullptr), "A3*2");
 }
 
 TEST(SheetRecords, OverwritingAnAnchorMovesTheSharedFormula) {
