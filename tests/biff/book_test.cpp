@@ -350,12 +350,6 @@ Bytes cellHead(uint16_t row, uint16_t col) {
     return d;
 }
 
-Bytes rec(uint16_t id, const Bytes &data) {
-    Bytes v;
-    record(v, id, data);
-    return v;
-}
-
 // One sheet "S" behind globals of version `vers` with `globals` records,
 // its own header claiming the current version, then `sheet`.
 Bytes quirkBook(uint16_t vers, const Bytes &globals, const Bytes &sheet) {

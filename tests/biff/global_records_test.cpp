@@ -24,10 +24,7 @@ constexpr uint16_t kContinue = 60;
 // Record `id` of `data` read by an R, then the Protect behind it, which must
 // still be found.
 template <class R> R readBeforeProtect(uint16_t id, const Bytes &data) {
-    std::vector<uint8_t> wb;
-    record(wb, id, data);
-    record(wb, Protect::kId, {1, 0});
-    Opened in(rawBook(wb));
+    Opened in(rawBook(rec(id, data) + rec(Protect::kId, {1, 0})));
     R r;
     r.read(in.x);
     Protect p;
@@ -123,12 +120,10 @@ TEST(GlobalRecordsTest, ExternSheetContinuesWithoutSplittingAnEntry) {
 
 TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBrokenOnes) {
     // Two entries, the second split after its first field.
-    std::vector<uint8_t> wb;
-    record(wb, ExternSheet::kId, words({2, 0, 1, 2, 0}));
-    record(wb, kContinue, words({3, 4}));
     ExternSheet e;
     {
-        Opened in(rawBook(wb));
+        Opened in(
+            rawBook(rec(ExternSheet::kId, words({2, 0, 1, 2, 0})) + rec(kContinue, words({3, 4}))));
         e.read(in.x);
     }
     EXPECT_EQ(e.rgXTI, (std::vector<XTI>{XTI(0, 1, 2), XTI(0, 3, 4)}));
@@ -138,16 +133,13 @@ TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBroke
         std::vector<uint8_t> wb;
         const char *message;
     };
-    std::vector<uint8_t> noCount, midField, noContinue;
-    record(noCount, ExternSheet::kId, {1});
-    record(midField, ExternSheet::kId, {1, 0, 0, 0, 1, 0, 2});
-    record(midField, kContinue, {0, 3, 0});
-    record(noContinue, ExternSheet::kId, {2, 0, 0, 0, 1, 0, 2, 0});
-    record(noContinue, Protect::kId, {1, 0});
     const Bad bad[] = {
-        {"count cut", noCount, "error in record ExternSheet"},
-        {"field split", midField, "error in XTI"},
-        {"entries missing", noContinue, "error in XTI"},
+        {"count cut", rec(ExternSheet::kId, {1}), "error in record ExternSheet"},
+        {"field split", rec(ExternSheet::kId, {1, 0, 0, 0, 1, 0, 2}) + rec(kContinue, {0, 3, 0}),
+         "error in XTI"},
+        {"entries missing",
+         rec(ExternSheet::kId, {2, 0, 0, 0, 1, 0, 2, 0}) + rec(Protect::kId, {1, 0}),
+         "error in XTI"},
     };
     for (const Bad &b : bad) {
         SCOPED_TRACE(b.name);
@@ -161,11 +153,8 @@ TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBroke
 }
 
 TEST(GlobalRecordsTest, SupBookBlockFailsWhenItsRecordsPassTheFileSize) {
-    std::vector<uint8_t> wb;
-    record(wb, SupBookBlock::kSupBookId, {3, 0, 1, 4});
     // A follower that declares more bytes than the file holds.
-    put16(wb, 89);
-    put16(wb, 60000);
+    Bytes wb = rec(SupBookBlock::kSupBookId, {3, 0, 1, 4}) + words({89, 60000});
     EXPECT_EQ(
         errorOf([&] { readSized(wb, [](auto &x, uint16_t n) { SupBookBlock().read(x, n); }); }),
         "SupBookBlock: file is corrupt");
@@ -191,9 +180,7 @@ Lbl readLbl(const std::vector<uint8_t> &wb, MemPool &pool, bool old = false) {
 
 TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     MemPool pool;
-    std::vector<uint8_t> wb;
-    record(wb, Lbl::kId, lblData(0x20, {0, 6}, 1, {}));
-    Lbl l = readLbl(wb, pool);
+    Lbl l = readLbl(rec(Lbl::kId, lblData(0x20, {0, 6}, 1, {})), pool);
     EXPECT_TRUE(l.isContains(L"print_AREA"));
     EXPECT_FALSE(l.isContains(L"Print_Area2"));
     EXPECT_FALSE(l.isContains(L"Print_Are"));
@@ -244,10 +231,7 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     for (const Bad &b : bad) {
         SCOPED_TRACE(b.name);
         EXPECT_EQ(errorOf([&] {
-                      std::vector<uint8_t> w;
-                      record(w, Lbl::kId, b.data);
-                      record(w, Protect::kId, {0, 0});
-                      readLbl(w, pool);
+                      readLbl(rec(Lbl::kId, b.data) + rec(Protect::kId, {0, 0}), pool);
                   }),
                   "Lbl size is incorrect");
     }

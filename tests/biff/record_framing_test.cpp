@@ -4,7 +4,7 @@
 #include "biff/records/ext_sst.h"
 #include "biff/records/phonetic_info.h"
 #include "biff/records/style.h"
-#include "biff/support/biff_bytes.h"
+#include "biff/support/record_trip.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
@@ -45,9 +45,7 @@ TEST(RecordFraming, NumbersSplitAtEveryByteReadBack) {
 }
 
 TEST(RecordFraming, MissingContinueIsReported) {
-    std::vector<uint8_t> wb;
-    record(wb, 0x1234, {1});
-    record(wb, 0x0A, {2, 3, 4, 5});
+    const Bytes wb = rec(0x1234, {1}) + rec(0x0A, {2, 3, 4, 5});
     const std::function<void(Xls<char> &, unsigned short &)> ops[] = {
         [](Xls<char> &x, unsigned short &r) {
             uint16_t v;
@@ -129,11 +127,6 @@ TEST(RecordFraming, RecordClassesCheckIdAndSize) {
         std::vector<uint8_t> wb;
         std::function<void(XlsRecords &)> read;
         std::string message;
-    };
-    auto rec = [](uint16_t id, std::vector<uint8_t> d) {
-        std::vector<uint8_t> v;
-        record(v, id, d);
-        return v;
     };
     auto readPhonetic = [](XlsRecords &x) { PhoneticInfo().read(x); };
     const Case cases[] = {

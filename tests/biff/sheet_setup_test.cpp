@@ -99,13 +99,9 @@ TEST(SheetSetupTest, SelectionNormalisesWhatItReads) {
 }
 
 TEST(SheetSetupTest, ProtectionRun) {
-    std::vector<uint8_t> wb;
-    record(wb, 18, words({1}));
-    record(wb, 99, words({1}));
-    record(wb, 19, words({0xCE4B}));
-    record(wb, 85, words({8}));
     SheetSetup s(pool());
-    Records foreign = load(s, wb);
+    Records foreign = load(s, rec(18, words({1})) + rec(99, words({1})) + rec(19, words({0xCE4B})) +
+                                  rec(85, words({8})));
     ASSERT_EQ(ids(foreign), (std::vector<uint16_t>{85}));
     EXPECT_TRUE(s.protect());
     s.setProtect(false);
@@ -217,16 +213,10 @@ TEST(SheetSetupTest, PageBreaks) {
 }
 
 TEST(SheetSetupTest, DispatchKeepsForeignRecordsAndChecksWords) {
-    std::vector<uint8_t> wb;
-    record(wb, 85, words({8}));
-    record(wb, 129, words({0x0C01}));
-    record(wb, 20, {});
-    record(wb, 161, setupBytes(0, 100, 6));
-    record(wb, 512, seq(14));
-    record(wb, 574, seq(18));
-    record(wb, 29, {3, 0, 0, 0, 0, 0, 0, 0, 0});
     SheetSetup s(pool());
-    Records foreign = load(s, wb);
+    Records foreign = load(s, rec(85, words({8})) + rec(129, words({0x0C01})) + rec(20, {}) +
+                                  rec(161, setupBytes(0, 100, 6)) + rec(512, seq(14)) +
+                                  rec(574, seq(18)) + rec(29, {3, 0, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(ids(foreign), (std::vector<uint16_t>{85, 512}));
     EXPECT_EQ(s.wsBool(), 0x0C01);
     EXPECT_EQ(s.selections().size(), 1u);
@@ -235,9 +225,9 @@ TEST(SheetSetupTest, DispatchKeepsForeignRecordsAndChecksWords) {
 
     // Words of the wrong size, and a protection record longer than the file.
     const std::pair<Bytes, const char *> broken[] = {
-        {words({42, 3}) + seq(3), "PrintRowCol size is incorrect"},
-        {words({43, 3}) + seq(3), "PrintGrid size is incorrect"},
-        {words({129, 3}) + seq(3), "WsBool size is incorrect"},
+        {rec(42, seq(3)), "PrintRowCol size is incorrect"},
+        {rec(43, seq(3)), "PrintGrid size is incorrect"},
+        {rec(129, seq(3)), "WsBool size is incorrect"},
         {{18, 0, 0x60, 0xEA, 1, 0}, "SheetProtection: file is corrupt"},
     };
     for (auto &w : broken) {

@@ -7,7 +7,7 @@
 #include "biff/strings/str_map.h"
 #include "biff/strings/xl_unicode_string.h"
 #include "biff/strings/xl_unicode_string_no_cch.h"
-#include "biff/support/biff_bytes.h"
+#include "biff/support/record_trip.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
@@ -185,9 +185,7 @@ TEST(Sst, ReadsWhatOtherProducersWrite) {
         EXPECT_EQ(got, c.strings) << c.name;
         EXPECT_EQ(o.x.peekInt16(), 0x0A) << c.name;
     }
-    std::vector<uint8_t> wb;
-    record(wb, 252, {1, 0, 0, 0, 1, 0, 0});
-    Opened o(rawBook(wb));
+    Opened o(rawBook(rec(252, {1, 0, 0, 0, 1, 0, 0})));
     MemPool pool;
     EXPECT_EQ(errorOf([&] { SST(pool).read(o.x); }), "SST size is incorrect");
 }
@@ -201,11 +199,9 @@ TEST(Sst, TruncatedAndHostileTablesEnd) {
         {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0x04, 0xFF, 0xFF, 0xFF, 0xFF, 'a'},
     };
     for (const auto &d : datas) {
-        std::vector<uint8_t> wb;
-        record(wb, 252, d);
         MemPool pool;
         SST sst(pool);
-        Opened o(rawBook(wb));
+        Opened o(rawBook(rec(252, d)));
         EXPECT_NO_THROW(sst.read(o.x));
         EXPECT_LE(sst.strings().count(), 1u);
     }
@@ -343,22 +339,15 @@ TEST(Sst, OtherStringFormsRoundTrip) {
         s.read(x, 4, pool, false, r);
         return std::wstring(s.text);
     };
-    std::vector<uint8_t> emptyAtEnd, splitOk, notContinue, odd, widthSwitch;
-    record(emptyAtEnd, 0x18, {0, 0});
-    record(splitOk, 0x18, {3, 0, 0, 'a'});
-    record(splitOk, 60, {'b', 'c'});
-    record(notContinue, 0x18, {3, 0, 0, 'a'});
-    record(notContinue, 0x0A, {'b', 'c'});
-    record(odd, 0x18, {2, 0, 1, 'a'});
-    record(odd, 60, {0, 'b', 0});
-    record(widthSwitch, 0x18, {0, 'a', 'b'});
-    record(widthSwitch, 60, {1, 0x42, 0x30, 0x43, 0x30});
     const Case cases[] = {
-        {emptyAtEnd, plain, 2, L"", ""},
-        {splitOk, plain, 4, L"abc", ""},
-        {notContinue, plain, 4, L"a", ""}, // cut where its record ends
-        {odd, plain, 4, L"", "error in XLUnicodeString record #2"},
-        {widthSwitch, noCch, 3, L"ab\x3042\x3043", ""},
+        {rec(0x18, {0, 0}), plain, 2, L"", ""},
+        {rec(0x18, {3, 0, 0, 'a'}) + rec(60, {'b', 'c'}), plain, 4, L"abc", ""},
+        // Cut where its record ends.
+        {rec(0x18, {3, 0, 0, 'a'}) + rec(0x0A, {'b', 'c'}), plain, 4, L"a", ""},
+        {rec(0x18, {2, 0, 1, 'a'}) + rec(60, {0, 'b', 0}), plain, 4, L"",
+         "error in XLUnicodeString record #2"},
+        {rec(0x18, {0, 'a', 'b'}) + rec(60, {1, 0x42, 0x30, 0x43, 0x30}), noCch, 3,
+         L"ab\x3042\x3043", ""},
     };
     for (const Case &c : cases) {
         Opened oc(rawBook(c.wb));

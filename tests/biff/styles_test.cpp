@@ -57,10 +57,8 @@ TEST(StylesTest, BadRecordsFailWithTheirMessage) {
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
-        Bytes wb;
-        record(wb, c.id, c.data);
-        record(wb, 0x0A, {});
-        EXPECT_EQ(errorOf([&] { readSized(wb, c.reader); }), c.message);
+        EXPECT_EQ(errorOf([&] { readSized(rec(c.id, c.data) + rec(0x0A, {}), c.reader); }),
+                  c.message);
     }
 }
 
