@@ -61,11 +61,7 @@ Range get(const SheetNames &s, const wchar_t *name, int scope) {
     return r;
 }
 
-Range range(int r1, int r2, int c1, int c2) {
-    Range r;
-    r.r1 = r1, r.r2 = r2, r.c1 = c1, r.c2 = c2;
-    return r;
-}
+Range range(int r1, int r2, int c1, int c2) { return Range{r1, r2, c1, c2}; }
 
 } // namespace
 
