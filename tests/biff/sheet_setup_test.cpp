@@ -13,7 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <functional>
 #include <string>
 
@@ -33,20 +32,11 @@ Records written(const std::function<void(Xls<char> &)> &body) {
     return out.records();
 }
 
-void putDouble(std::vector<uint8_t> &v, double d) {
-    uint64_t b;
-    std::memcpy(&b, &d, sizeof b);
-    put32(v, uint32_t(b));
-    put32(v, uint32_t(b >> 32));
-}
-
-// A Setup record's 34 bytes with the given paper, scale and flags.
-std::vector<uint8_t> setupBytes(uint16_t paper, uint16_t scale, uint16_t flags) {
-    std::vector<uint8_t> v = words({paper, scale, 1, 1, 1, flags, 0, 0});
-    putDouble(v, 0.5);
-    putDouble(v, 0.5);
-    put16(v, 0);
-    return v;
+// A Setup record's 34 bytes with the given paper, scale and flags, and
+// margins of 0.5.
+Bytes setupBytes(uint16_t paper, uint16_t scale, uint16_t flags) {
+    const Bytes half = {0, 0, 0, 0, 0, 0, 0xE0, 0x3F};
+    return words({paper, scale, 1, 1, 1, flags, 0, 0}) + half + half + words({0});
 }
 
 // Feeds a stream of records to a SheetSetup as a sheet's load does; the
@@ -89,9 +79,8 @@ std::vector<uint16_t> ids(const Records &recs) {
 TEST(SheetSetupTest, SelectionNormalisesWhatItReads) {
     // Selection: ranges past the record's size are not read, bytes behind
     // the ranges are skipped; the written size is 9 + 6 per range.
-    std::vector<uint8_t> sel = {0, 1, 0, 1, 0, 0, 0, 3, 0};
-    for (uint16_t w : {1, 2}) put16(sel, w);
-    sel.insert(sel.end(), {3, 4, 0xAA, 0xBB, 0xCC});
+    const Bytes sel =
+        Bytes{0, 1, 0, 1, 0, 0, 0, 3, 0} + words({1, 2}) + Bytes{3, 4, 0xAA, 0xBB, 0xCC};
     Records out = tripRecords<Selection>(sel);
     ASSERT_EQ(out.size(), 1u);
     EXPECT_EQ(out[0].second.size(), 15u);
