@@ -342,13 +342,7 @@ std::vector<std::string> cellsOf(Book &b) {
 
 // ---- what real producers write ----
 
-Bytes cellHead(uint16_t row, uint16_t col) {
-    Bytes d;
-    put16(d, row);
-    put16(d, col);
-    put16(d, 15);
-    return d;
-}
+Bytes cellHead(uint16_t row, uint16_t col) { return words({row, col, 15}); }
 
 // One sheet "S" behind globals of version `vers` with `globals` records,
 // its own header claiming the current version, then `sheet`.

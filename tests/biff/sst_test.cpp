@@ -148,29 +148,22 @@ TEST(Sst, ReadsWhatOtherProducersWrite) {
         std::vector<std::vector<uint8_t>> records; // SST data, then CONTINUEs
         std::vector<std::wstring> strings;
     };
-    auto head = [](uint32_t total, uint32_t unique) {
-        std::vector<uint8_t> v;
-        put32(v, total);
-        put32(v, unique);
-        return v;
+    auto head = [](uint16_t total, uint32_t unique) {
+        return words({total, 0, uint16_t(unique), uint16_t(unique >> 16)});
     };
-    auto cat = [](std::vector<uint8_t> a, const std::vector<uint8_t> &b) {
-        a.insert(a.end(), b.begin(), b.end());
-        return a;
-    };
-    const std::vector<uint8_t> abc = {3, 0, 0, 'a', 'b', 'c'};
+    const Bytes abc = {3, 0, 0, 'a', 'b', 'c'};
     const Case cases[] = {
         {"width changes",
-         {cat(head(1, 1), {4, 0, 0, 'x', 'y'}), {1, 0x3A, 0x30, 0x3B, 0x30}},
+         {head(1, 1) + Bytes{4, 0, 0, 'x', 'y'}, {1, 0x3A, 0x30, 0x3B, 0x30}},
          {L"xy\x303A\x303B"}},
-        {"empty continue", {cat(head(2, 2), {2, 0, 0, 'p'}), {}, {0, 'q'}, abc}, {L"pq", L"abc"}},
-        {"flags before characters", {cat(head(1, 1), {2, 0, 0}), {1, 0x41, 0, 0x42, 0}}, {L"AB"}},
-        {"more unique than present", {cat(head(5, 5), abc)}, {L"abc"}},
-        {"fewer unique than present", {cat(cat(head(1, 1), abc), abc), abc}, {L"abc"}},
-        {"trailing bytes", {cat(cat(head(1, 1), abc), {9, 9, 9})}, {L"abc"}},
+        {"empty continue", {head(2, 2) + Bytes{2, 0, 0, 'p'}, {}, {0, 'q'}, abc}, {L"pq", L"abc"}},
+        {"flags before characters", {head(1, 1) + Bytes{2, 0, 0}, {1, 0x41, 0, 0x42, 0}}, {L"AB"}},
+        {"more unique than present", {head(5, 5) + abc}, {L"abc"}},
+        {"fewer unique than present", {head(1, 1) + abc + abc, abc}, {L"abc"}},
+        {"trailing bytes", {head(1, 1) + abc + Bytes{9, 9, 9}}, {L"abc"}},
         {"no strings", {head(0, 0)}, {}},
-        {"negative count", {cat(head(0, 0xFFFFFFFF), abc)}, {}},
-        {"duplicates kept", {cat(cat(head(2, 2), abc), abc)}, {L"abc", L"abc"}},
+        {"negative count", {head(0, 0xFFFFFFFF) + abc}, {}},
+        {"duplicates kept", {head(2, 2) + abc + abc}, {L"abc", L"abc"}},
     };
     for (const Case &c : cases) {
         std::vector<uint8_t> wb;
