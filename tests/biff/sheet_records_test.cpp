@@ -16,15 +16,13 @@ using namespace bifftest;
 
 namespace {
 
-Bytes cat(const Bytes &a, const Bytes &b) { return a + b; }
-
 Bytes num(double v) {
     Bytes b(8);
     std::memcpy(b.data(), &v, 8);
     return b;
 }
 
-Bytes bof(uint16_t dt) { return cat(words({0x0600, dt, 8346, 1997}), words({0, 0, 0, 0})); }
+Bytes bof(uint16_t dt) { return words({0x0600, dt, 8346, 1997}) + words({0, 0, 0, 0}); }
 
 Bytes special(uint8_t kind, uint8_t byte) { return Bytes{kind, 0, byte, 0, 0, 0, 0xFF, 0xFF}; }
 
@@ -47,8 +45,8 @@ void load(SheetImplT<char> &sheet, const Bytes &wb) {
 
 // A formula cell that points at the anchor of a shared formula.
 Bytes expFormula(uint16_t row, uint16_t col, const Bytes &value, uint16_t anchorRow) {
-    Bytes b = cat(cat(words({row, col, 15}), value), words({0, 0, 0}));
-    return cat(b, cat(Bytes{5, 0, 0x01}, words({anchorRow, 0})));
+    return words({row, col, 15}) + value + words({0, 0, 0}) + Bytes{5, 0, 0x01} +
+           words({anchorRow, 0});
 }
 
 // A formula cell whose tokens are `rgce`, cached number 0.
@@ -98,8 +96,8 @@ TEST(SheetRecords, SharedAndArrayFormulasPrintFromEachCell) {
 }
 
 TEST(SheetRecords, OverwritingAnAnchorMovesTheSharedFormula) {
-    Bytes shared = cat(words({0, 2}), Bytes{0, 0, 0, 3, 3, 0, 0x1E, 1, 0});
-    Bytes text = cat(words({3}), Bytes{0, 'a', 'b', 'c'});
+    Bytes shared = words({0, 2}) + Bytes{0, 0, 0, 3, 3, 0, 0x1E, 1, 0};
+    Bytes text = words({3}) + Bytes{0, 'a', 'b', 'c'};
     Records in = {
         {2057, bof(16)}, {6, expFormula(0, 0, special(0, 0), 0)}, {1212, shared},
         {519, text},     {6, expFormula(1, 0, special(0, 0), 0)}, {6, expFormula(2, 0, num(4), 0)},
@@ -132,7 +130,7 @@ TEST(SheetRecords, ChartSheetStaysByteIdentical) {
     SheetImplT<char> &sheet = owner.addSheet(L"Chart");
     Bytes wb = stream(chart);
     Bytes after = stream({{253, words({0, 0, 15, 0, 0})}});
-    load(sheet, cat(wb, after));
+    load(sheet, wb + after);
     EXPECT_EQ(sheet.docType(), 32);
     EXPECT_EQ(saved(sheet), chart);
 }
@@ -157,7 +155,7 @@ TEST(SheetRecords, NewSheetWritesAValidWorksheet) {
     };
     EXPECT_EQ(find(2057).size(), 16u);
     EXPECT_EQ(find(2057)[2], 16);
-    EXPECT_EQ(find(512), cat(cat(Bytes{2, 0, 0, 0, 5, 0, 0, 0}, words({1, 4})), words({0})));
+    EXPECT_EQ(find(512), words({2, 0, 5, 0, 1, 4, 0}));
     EXPECT_EQ(find(574).at(1), 0x06); // selected: 0x06B6
 
     sheet.setSelected(false);
@@ -203,8 +201,8 @@ TEST(SheetRecords, BadRecordsGiveTheirMessages) {
     {
         FakeOwner<char> owner;
         SheetImplT<char> &sheet = owner.addSheet(L"S");
-        Bytes old = cat(words({0x0400, 16, 8346, 1997}), words({0, 0, 0, 0}));
-        load(sheet, stream({{2057, old}, {515, cat(words({1, 1, 15}), num(0.5))}, {10, {}}}));
+        Bytes old = words({0x0400, 16, 8346, 1997}) + words({0, 0, 0, 0});
+        load(sheet, stream({{2057, old}, {515, words({1, 1, 15}) + num(0.5)}, {10, {}}}));
         EXPECT_EQ(sheet.readNum(1, 1, nullptr), 0.5);
         EXPECT_EQ(errorOf([&] { saved(sheet); }),
                   "a worksheet loaded from a format older than BIFF8 can't be saved");
@@ -213,7 +211,7 @@ TEST(SheetRecords, BadRecordsGiveTheirMessages) {
     for (size_t size : {16u, 18u}) {
         FakeOwner<char> owner;
         SheetImplT<char> &sheet = owner.addSheet(L"S");
-        Bytes data = cat(words({1, 1, 15}), num(0.1));
+        Bytes data = words({1, 1, 15}) + num(0.1);
         data.resize(size);
         load(sheet, stream({{2057, bof(16)}, {515, data}, {10, {}}}));
         EXPECT_EQ(sheet.readNum(1, 1, nullptr), 0.1);
@@ -224,7 +222,7 @@ TEST(SheetRecords, SettingsAndStructureRecordsComeBack) {
     Records in = {
         {2057, bof(16)},
         {94, words({1})},
-        {523, cat(words({0, 0, 2, 0, 7, 0, 0, 0}), cat(words({0x40, 0}), words({0x80, 0})))},
+        {523, words({0, 0, 2, 0, 7, 0, 0, 0}) + words({0x40, 0}) + words({0x80, 0})},
         {13, words({0})},
         {12, words({50})},
         {15, words({0})},
@@ -242,14 +240,14 @@ TEST(SheetRecords, SettingsAndStructureRecordsComeBack) {
         {85, words({10})},
         {125, words({1, 3, 4000, 15, 1, 0})},
         {125, words({4, 4, 4000, 15, 1, 0})},
-        {512, cat(words({0, 0, 2, 0}), words({0, 2, 0}))},
+        {512, words({0, 0, 2, 0}) + words({0, 2, 0})},
         {520, words({0, 0, 1, 400, 0, 0, 0x1C0, 16})},
-        {638, cat(words({0, 0, 15}), Bytes{0, 0, 0xF0, 0x3F})},
-        {574, cat(words({0x06B6, 0, 0, 64, 0, 0, 0}), words({0, 0}))},
+        {638, words({0, 0, 15}) + Bytes{0, 0, 0xF0, 0x3F}},
+        {574, words({0x06B6, 0, 0, 64, 0, 0, 0}) + words({0, 0})},
         {160, words({3, 2})},
         {65, words({0, 1, 1, 0, 2})},
         {29, Bytes{3, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0}},
-        {229, cat(words({1}), words({0, 1, 0, 1}))},
+        {229, words({1}) + words({0, 1, 0, 1})},
         {10, {}},
     };
     FakeOwner<char> owner;
