@@ -12,8 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 using namespace tabrix;
 using namespace bifftest;
 

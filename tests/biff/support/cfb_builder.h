@@ -6,7 +6,6 @@
 #define TABRIX_TESTS_BIFF_CFB_BUILDER_H
 
 #include <cstdint>
-#include <sstream>
 #include <string>
 #include <vector>
 
