@@ -257,8 +257,7 @@ TEST(BookTest, GlobalsComeBackRecordForRecord) {
     auto globals = canonicalGlobals();
     Bytes bookExt = word(2147) + Bytes(10) + Bytes{21, 0, 0, 0, 0, 0, 0, 0, 158};
     globals.insert(globals.end() - 1, {{2147, bookExt}, {0x4321, {}}});
-    Bytes wb;
-    for (const auto &r : globals) record(wb, r.first, r.second);
+    Bytes wb = stream(globals);
     for (int i = 0; i < 2; ++i) {
         record(wb, 2057, bofData(0x0600, 16));
         record(wb, 515, number(0, 0, i));

@@ -207,9 +207,7 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     ASSERT_EQ(recs.size(), 2u);
     EXPECT_EQ(recs[0].second.size(), 8224u);
     EXPECT_EQ(recs[1].first, kContinue);
-    std::vector<uint8_t> stream;
-    for (auto &r : recs) record(stream, r.first, r.second);
-    Lbl back = readLbl(stream, pool);
+    Lbl back = readLbl(stream(recs), pool);
     EXPECT_EQ(back.rgce, big.rgce);
     EXPECT_EQ(back.nameText(), L"Big");
 

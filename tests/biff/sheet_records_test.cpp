@@ -26,12 +26,6 @@ Bytes bof(uint16_t dt) { return words({0x0600, dt, 8346, 1997}) + words({0, 0, 0
 
 Bytes special(uint8_t kind, uint8_t byte) { return Bytes{kind, 0, byte, 0, 0, 0, 0xFF, 0xFF}; }
 
-Bytes stream(const Records &recs) {
-    Bytes wb;
-    for (auto &r : recs) record(wb, r.first, r.second);
-    return wb;
-}
-
 // The records `sheet` writes.
 Records saved(SheetImplT<char> &sheet) {
     Opened out(writeBook([&](Xls<char> &x) { sheet.write(x); }));

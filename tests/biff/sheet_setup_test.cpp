@@ -130,10 +130,8 @@ TEST(SheetSetupTest, MarginsHeaderAndFooter) {
     EXPECT_EQ(out[0].second, words({1}));
     EXPECT_EQ(out[1].second, words({1}));
 
-    std::vector<uint8_t> wb;
-    for (auto &r : out) record(wb, r.first, r.second);
     SheetSetup back(pool());
-    load(back, wb);
+    load(back, stream(out));
     EXPECT_EQ(saveAll(back), out);
 
     // A text over 65535 characters is refused and the old one stays.

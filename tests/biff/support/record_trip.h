@@ -29,6 +29,13 @@ inline Bytes rec(uint16_t id, const Bytes &data) {
     return v;
 }
 
+// The records `recs`, one after the other, as a stream.
+inline Bytes stream(const Records &recs) {
+    Bytes wb;
+    for (const auto &r : recs) record(wb, r.first, r.second);
+    return wb;
+}
+
 // n bytes 1, 8, 15, ...: no field of them is zero by chance.
 inline Bytes seq(size_t n, uint8_t start = 1) {
     Bytes v(n);
