@@ -257,8 +257,7 @@ TEST(BookTest, GlobalsComeBackRecordForRecord) {
     auto globals = canonicalGlobals();
     Bytes bookExt = word(2147) + Bytes(10) + Bytes{21, 0, 0, 0, 0, 0, 0, 0, 158};
     globals.insert(globals.end() - 1, {{2147, bookExt}, {0x4321, {}}});
-    Bytes wb;
-    for (const auto &r : globals) record(wb, r.first, r.second);
+    Bytes wb = stream(globals);
     for (int i = 0; i < 2; ++i) {
         record(wb, 2057, bofData(0x0600, 16));
         record(wb, 515, number(0, 0, i));
@@ -342,19 +341,7 @@ std::vector<std::string> cellsOf(Book &b) {
 
 // ---- what real producers write ----
 
-Bytes cellHead(uint16_t row, uint16_t col) {
-    Bytes d;
-    put16(d, row);
-    put16(d, col);
-    put16(d, 15);
-    return d;
-}
-
-Bytes rec(uint16_t id, const Bytes &data) {
-    Bytes v;
-    record(v, id, data);
-    return v;
-}
+Bytes cellHead(uint16_t row, uint16_t col) { return words({row, col, 15}); }
 
 // One sheet "S" behind globals of version `vers` with `globals` records,
 // its own header claiming the current version, then `sheet`.
@@ -397,32 +384,19 @@ TEST(BookTest, ProducerQuirksLoad) {
                      rec(519, {2, 0, 'o', 'k'});
     struct Case {
         const char *what;
-        uint16_t vers;
         Bytes globals, sheet;
         std::vector<std::string> cells; // or "!" and the message of a refused load
-        std::function<void(Book &)> more;
+        std::function<void(Book &)> more = nullptr;
+        uint16_t vers = 0x0600;
     };
     const std::vector<Case> cases = {
-        {"BoolErr of 9 bytes",
-         0x0600,
-         {},
-         rec(517, cellHead(0, 1) + Bytes{1, 0, 0}),
-         {"0,1:3:true"},
-         nullptr},
+        {"BoolErr of 9 bytes", {}, rec(517, cellHead(0, 1) + Bytes{1, 0, 0}), {"0,1:3:true"}},
         {"Label with zeros behind its text",
-         0x0600,
          {},
          rec(516, cellHead(0, 0) + Bytes{2, 0, 0, 'a', 'b', 0, 0}),
-         {"0,0:2:ab"},
-         nullptr},
-        {"Dimensions of 16 bytes",
-         0x0600,
-         {},
-         rec(512, Bytes(16, 0)) + a1,
-         {"0,0:1:7.000000"},
-         nullptr},
+         {"0,0:2:ab"}},
+        {"Dimensions of 16 bytes", {}, rec(512, Bytes(16, 0)) + a1, {"0,0:1:7.000000"}},
         {"CalcDelta of 16 bytes keeps its default",
-         0x0600,
          {},
          rec(16, calcDelta) + rec(12, Bytes(3, 9)) + a1,
          {"0,0:1:7.000000"},
@@ -431,35 +405,27 @@ TEST(BookTest, ProducerQuirksLoad) {
              EXPECT_EQ(savedRecord(b, 12), word(100));
          }},
         {"id 0 in a sheet dropped",
-         0x0600,
          {},
          a1 + Bytes(4, 0) + rec(0, Bytes(8, 1)) + rec(515, number(1, 0, 8)),
          {"0,0:1:7.000000", "1,0:1:8.000000"},
          [&](Book &b) { EXPECT_EQ(savedRecord(b, 10).size(), 0u); }},
         {"InterfaceEnd and Template of a word",
-         0x0600,
          rec(226, word(0)) + rec(96, word(0)),
          a1,
          {"0,0:1:7.000000"},
          [&](Book &b) { EXPECT_TRUE(b.isTemplate()); }},
-        {"id 0 in the globals",
-         0x0600,
-         rec(0, {}),
-         a1,
-         {"!read error: record id can't be 0"},
-         nullptr},
+        {"id 0 in the globals", rec(0, {}), a1, {"!read error: record id can't be 0"}},
         {"Format one character short",
-         0x0600,
          rec(1054, {164, 0, 3, 0, 0, 'a', 'b'}),
          a1,
          {"0,0:1:7.000000"},
          [&](Book &b) { EXPECT_STREQ(b.customNumFormat(164), "ab"); }},
         {"older format, newer sheet header",
-         0x0500,
          rec(66, word(1251)),
          oldSheet,
          {"0,0:2:\xD0\x9F\xD1\x80", "1,0:2:ok"},
-         [&](Book &b) { EXPECT_STREQ(b.getSheet(0)->header(), "Hdr"); }},
+         [&](Book &b) { EXPECT_STREQ(b.getSheet(0)->header(), "Hdr"); },
+         0x0500},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.what);

@@ -20,9 +20,6 @@
 #include <algorithm>
 #include <cstring>
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <memory>
 #include <string>
 
 using namespace tabrix;

@@ -12,14 +12,24 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 using namespace tabrix;
 using namespace bifftest;
 
 namespace {
 
 constexpr uint16_t kContinue = 60;
+
+// Record `id` of `data` read by an R, then the Protect behind it, which must
+// still be found.
+template <class R> R readBeforeProtect(uint16_t id, const Bytes &data) {
+    Opened in(rawBook(rec(id, data) + rec(Protect::kId, {1, 0})));
+    R r;
+    r.read(in.x);
+    Protect p;
+    p.read(in.x);
+    EXPECT_TRUE(p.protect());
+    return r;
+}
 
 } // namespace
 
@@ -31,14 +41,7 @@ TEST(GlobalRecordsTest, BofOfAnOlderFormatAndANewOne) {
     EXPECT_EQ(b.dt, Bof::kWorksheet);
     EXPECT_EQ(firstBody(b), old + Bytes(8, 0));
     // A record after a long BOF is still found.
-    std::vector<uint8_t> wb;
-    record(wb, Bof::kId, seq(20));
-    record(wb, Protect::kId, {1, 0});
-    Opened in(rawBook(wb));
-    b.read(in.x);
-    Protect p;
-    p.read(in.x);
-    EXPECT_TRUE(p.protect());
+    b = readBeforeProtect<Bof>(Bof::kId, seq(20));
 
     b.vers = 1;
     b.reset();
@@ -61,19 +64,9 @@ TEST(GlobalRecordsTest, NewAndReadWriteAccess) {
     // A short record fills the start; a long one keeps 112 bytes and the
     // record behind it is still found.
     WriteAccess s = readBack<WriteAccess>({2, 0, 0, 'A', 'B'});
-    EXPECT_EQ(s.block[3], 'A');
-    EXPECT_EQ(s.block[4], 'B');
-    EXPECT_EQ(s.block[5], 0);
-    std::vector<uint8_t> wb;
-    record(wb, WriteAccess::kId, seq(300));
-    record(wb, Protect::kId, {1, 0});
-    Opened in(rawBook(wb));
-    WriteAccess l;
-    l.read(in.x);
+    EXPECT_EQ(Bytes(s.block + 3, s.block + 6), (Bytes{'A', 'B', 0}));
+    WriteAccess l = readBeforeProtect<WriteAccess>(WriteAccess::kId, seq(300));
     EXPECT_EQ(std::vector<uint8_t>(l.block, l.block + 112), seq(112));
-    Protect p;
-    p.read(in.x);
-    EXPECT_TRUE(p.protect());
 }
 
 namespace {
@@ -125,12 +118,10 @@ TEST(GlobalRecordsTest, ExternSheetContinuesWithoutSplittingAnEntry) {
 
 TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBrokenOnes) {
     // Two entries, the second split after its first field.
-    std::vector<uint8_t> wb;
-    record(wb, ExternSheet::kId, words({2, 0, 1, 2, 0}));
-    record(wb, kContinue, words({3, 4}));
     ExternSheet e;
     {
-        Opened in(rawBook(wb));
+        Opened in(
+            rawBook(rec(ExternSheet::kId, words({2, 0, 1, 2, 0})) + rec(kContinue, words({3, 4}))));
         e.read(in.x);
     }
     EXPECT_EQ(e.rgXTI, (std::vector<XTI>{XTI(0, 1, 2), XTI(0, 3, 4)}));
@@ -140,16 +131,13 @@ TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBroke
         std::vector<uint8_t> wb;
         const char *message;
     };
-    std::vector<uint8_t> noCount, midField, noContinue;
-    record(noCount, ExternSheet::kId, {1});
-    record(midField, ExternSheet::kId, {1, 0, 0, 0, 1, 0, 2});
-    record(midField, kContinue, {0, 3, 0});
-    record(noContinue, ExternSheet::kId, {2, 0, 0, 0, 1, 0, 2, 0});
-    record(noContinue, Protect::kId, {1, 0});
     const Bad bad[] = {
-        {"count cut", noCount, "error in record ExternSheet"},
-        {"field split", midField, "error in XTI"},
-        {"entries missing", noContinue, "error in XTI"},
+        {"count cut", rec(ExternSheet::kId, {1}), "error in record ExternSheet"},
+        {"field split", rec(ExternSheet::kId, {1, 0, 0, 0, 1, 0, 2}) + rec(kContinue, {0, 3, 0}),
+         "error in XTI"},
+        {"entries missing",
+         rec(ExternSheet::kId, {2, 0, 0, 0, 1, 0, 2, 0}) + rec(Protect::kId, {1, 0}),
+         "error in XTI"},
     };
     for (const Bad &b : bad) {
         SCOPED_TRACE(b.name);
@@ -163,11 +151,8 @@ TEST(GlobalRecordsTest, ExternSheetReadsEntriesSplitBetweenFieldsAndRejectsBroke
 }
 
 TEST(GlobalRecordsTest, SupBookBlockFailsWhenItsRecordsPassTheFileSize) {
-    std::vector<uint8_t> wb;
-    record(wb, SupBookBlock::kSupBookId, {3, 0, 1, 4});
     // A follower that declares more bytes than the file holds.
-    put16(wb, 89);
-    put16(wb, 60000);
+    Bytes wb = rec(SupBookBlock::kSupBookId, {3, 0, 1, 4}) + words({89, 60000});
     EXPECT_EQ(
         errorOf([&] { readSized(wb, [](auto &x, uint16_t n) { SupBookBlock().read(x, n); }); }),
         "SupBookBlock: file is corrupt");
@@ -193,9 +178,7 @@ Lbl readLbl(const std::vector<uint8_t> &wb, MemPool &pool, bool old = false) {
 
 TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     MemPool pool;
-    std::vector<uint8_t> wb;
-    record(wb, Lbl::kId, lblData(0x20, {0, 6}, 1, {}));
-    Lbl l = readLbl(wb, pool);
+    Lbl l = readLbl(rec(Lbl::kId, lblData(0x20, {0, 6}, 1, {})), pool);
     EXPECT_TRUE(l.isContains(L"print_AREA"));
     EXPECT_FALSE(l.isContains(L"Print_Area2"));
     EXPECT_FALSE(l.isContains(L"Print_Are"));
@@ -224,9 +207,7 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     ASSERT_EQ(recs.size(), 2u);
     EXPECT_EQ(recs[0].second.size(), 8224u);
     EXPECT_EQ(recs[1].first, kContinue);
-    std::vector<uint8_t> stream;
-    for (auto &r : recs) record(stream, r.first, r.second);
-    Lbl back = readLbl(stream, pool);
+    Lbl back = readLbl(stream(recs), pool);
     EXPECT_EQ(back.rgce, big.rgce);
     EXPECT_EQ(back.nameText(), L"Big");
 
@@ -246,10 +227,7 @@ TEST(GlobalRecordsTest, LblNamesFlagsAndFailures) {
     for (const Bad &b : bad) {
         SCOPED_TRACE(b.name);
         EXPECT_EQ(errorOf([&] {
-                      std::vector<uint8_t> w;
-                      record(w, Lbl::kId, b.data);
-                      record(w, Protect::kId, {0, 0});
-                      readLbl(w, pool);
+                      readLbl(rec(Lbl::kId, b.data) + rec(Protect::kId, {0, 0}), pool);
                   }),
                   "Lbl size is incorrect");
     }

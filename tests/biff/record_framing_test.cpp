@@ -3,7 +3,8 @@
 #include "biff/biff_record.h"
 #include "biff/records/ext_sst.h"
 #include "biff/records/phonetic_info.h"
-#include "biff/support/biff_bytes.h"
+#include "biff/records/style.h"
+#include "biff/support/record_trip.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
@@ -44,9 +45,7 @@ TEST(RecordFraming, NumbersSplitAtEveryByteReadBack) {
 }
 
 TEST(RecordFraming, MissingContinueIsReported) {
-    std::vector<uint8_t> wb;
-    record(wb, 0x1234, {1});
-    record(wb, 0x0A, {2, 3, 4, 5});
+    const Bytes wb = rec(0x1234, {1}) + rec(0x0A, {2, 3, 4, 5});
     const std::function<void(Xls<char> &, unsigned short &)> ops[] = {
         [](Xls<char> &x, unsigned short &r) {
             uint16_t v;
@@ -96,15 +95,10 @@ TEST(RecordFraming, WriterClosesRecordsAtTheBoundary) {
             uint32_t p = x.writePos();
             x.patchInt16(p + remaining - 8226u, uint16_t(8224u - remaining));
         });
-        Opened o(file);
         std::vector<uint16_t> sizes;
-        for (;;) {
-            auto h = o.bytes(4);
-            uint16_t id = uint16_t(h[0] | (h[1] << 8)), size = uint16_t(h[2] | (h[3] << 8));
-            if (id == 0) break;
-            EXPECT_EQ(id, sizes.empty() ? 0x1234 : 60);
-            sizes.push_back(size);
-            o.bytes(size);
+        for (const auto &r : Opened(file).records()) {
+            EXPECT_EQ(r.first, sizes.empty() ? 0x1234 : 60);
+            sizes.push_back(uint16_t(r.second.size()));
         }
         EXPECT_EQ(sizes, c.sizes) << c.start << " " << c.wide;
         Opened r(file);
@@ -129,11 +123,6 @@ TEST(RecordFraming, RecordClassesCheckIdAndSize) {
         std::function<void(XlsRecords &)> read;
         std::string message;
     };
-    auto rec = [](uint16_t id, std::vector<uint8_t> d) {
-        std::vector<uint8_t> v;
-        record(v, id, d);
-        return v;
-    };
     auto readPhonetic = [](XlsRecords &x) { PhoneticInfo().read(x); };
     const Case cases[] = {
         {rec(0x0A, {}), readPhonetic, "PhoneticInfo: unexpected record"},
@@ -142,6 +131,7 @@ TEST(RecordFraming, RecordClassesCheckIdAndSize) {
         {rec(239, {0, 0, 55, 0, 0, 0}), readPhonetic, ""},
         {rec(255, {8, 0}), [](XlsRecords &x) { ExtSST().read(x); }, ""},
         {rec(0x0A, {}), [](XlsRecords &x) { ExtSST().read(x); }, "ExtSST: unexpected record"},
+        {rec(0x0A, {}), [](XlsRecords &x) { StyleExt().read(x); }, "StyleExt: unexpected record"},
     };
     for (const Case &c : cases) {
         Opened o(rawBook(c.wb));

@@ -30,9 +30,6 @@
 #include "biff/records/write_access.h"
 #include "support/record_trip.h"
 
-#include <cstring>
-#include <limits>
-
 using namespace tabrix;
 using namespace bifftest;
 

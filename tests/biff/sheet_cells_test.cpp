@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 using namespace tabrix;
 using namespace bifftest;
@@ -246,10 +247,7 @@ TEST(SheetCells, NameAddressesAndLaterOperations) {
     int row = -5, col = -5;
     bool rr = true, cr = true;
     b.sheet.addrToRowCol("$B$2", &row, &col, &rr, &cr);
-    EXPECT_EQ(row, 1);
-    EXPECT_EQ(col, 1);
-    EXPECT_FALSE(rr);
-    EXPECT_FALSE(cr);
+    EXPECT_EQ(std::make_tuple(row, col, rr, cr), std::make_tuple(1, 1, false, false));
 }
 
 TEST(SheetCells, CopyIntoAnotherBookMovesStringsAndFormats) {

@@ -2,7 +2,7 @@
 // forms, the self-reference they go through, and rows inserted or removed
 // under them.
 #include "biff/sheet_names.h"
-#include "support/biff_bytes.h"
+#include "support/record_trip.h"
 
 #include <gtest/gtest.h>
 
@@ -22,25 +22,15 @@ struct Book {
     SheetNames sheet(int index) { return SheetNames(names, supBooks, pool, index, sheetCount); }
 };
 
-std::vector<uint8_t> area(uint16_t ixti, uint16_t r1, uint16_t r2, uint16_t c1, uint16_t c2) {
-    std::vector<uint8_t> v = {0x3B};
-    for (uint16_t w : {ixti, r1, r2, c1, c2}) put16(v, w);
-    return v;
+Bytes area(uint16_t ixti, uint16_t r1, uint16_t r2, uint16_t c1, uint16_t c2) {
+    return Bytes{0x3B} + words({ixti, r1, r2, c1, c2});
 }
 
-std::vector<uint8_t> cell(uint16_t ixti, uint16_t r, uint16_t c) {
-    std::vector<uint8_t> v = {0x3A};
-    for (uint16_t w : {ixti, r, c}) put16(v, w);
-    return v;
-}
+Bytes cell(uint16_t ixti, uint16_t r, uint16_t c) { return Bytes{0x3A} + words({ixti, r, c}); }
 
-std::vector<uint8_t> unionOf(uint16_t ixti, uint16_t r1, uint16_t r2, uint16_t c1, uint16_t c2) {
-    std::vector<uint8_t> v = {0x29, 23, 0};
-    std::vector<uint8_t> rows = area(ixti, r1, r2, 0, 255), cols = area(ixti, 0, 65535, c1, c2);
-    v.insert(v.end(), rows.begin(), rows.end());
-    v.insert(v.end(), cols.begin(), cols.end());
-    v.push_back(0x10);
-    return v;
+Bytes unionOf(uint16_t ixti, uint16_t r1, uint16_t r2, uint16_t c1, uint16_t c2) {
+    return Bytes{0x29, 23, 0} + area(ixti, r1, r2, 0, 255) + area(ixti, 0, 65535, c1, c2) +
+           Bytes{0x10};
 }
 
 struct Range {
@@ -61,11 +51,7 @@ Range get(const SheetNames &s, const wchar_t *name, int scope) {
     return r;
 }
 
-Range range(int r1, int r2, int c1, int c2) {
-    Range r;
-    r.r1 = r1, r.r2 = r2, r.c1 = c1, r.c2 = c2;
-    return r;
-}
+Range range(int r1, int r2, int c1, int c2) { return Range{r1, r2, c1, c2}; }
 
 } // namespace
 

@@ -1,7 +1,9 @@
 // Sheet substreams through an in-memory workbook stream: cells of every
 // record kind loaded and saved, runs split into single cells, records the
 // sheet doesn't model kept in order, chart sheets kept whole, the records a
-// new sheet writes, and the size messages of the load.
+// new sheet writes, and the size messages of the load; shared formulas
+// printed from each cell, array formula cells, and loaded formula blocks
+// saved unchanged.
 #include "support/fake_owner.h"
 #include "support/record_trip.h"
 
@@ -14,23 +16,15 @@ using namespace bifftest;
 
 namespace {
 
-Bytes cat(const Bytes &a, const Bytes &b) { return a + b; }
-
 Bytes num(double v) {
     Bytes b(8);
     std::memcpy(b.data(), &v, 8);
     return b;
 }
 
-Bytes bof(uint16_t dt) { return cat(words({0x0600, dt, 8346, 1997}), words({0, 0, 0, 0})); }
+Bytes bof(uint16_t dt) { return words({0x0600, dt, 8346, 1997}) + words({0, 0, 0, 0}); }
 
 Bytes special(uint8_t kind, uint8_t byte) { return Bytes{kind, 0, byte, 0, 0, 0, 0xFF, 0xFF}; }
-
-Bytes stream(const Records &recs) {
-    Bytes wb;
-    for (auto &r : recs) record(wb, r.first, r.second);
-    return wb;
-}
 
 // The records `sheet` writes.
 Records saved(SheetImplT<char> &sheet) {
@@ -45,13 +39,59 @@ void load(SheetImplT<char> &sheet, const Bytes &wb) {
 
 // A formula cell that points at the anchor of a shared formula.
 Bytes expFormula(uint16_t row, uint16_t col, const Bytes &value, uint16_t anchorRow) {
-    Bytes b = cat(cat(words({row, col, 15}), value), words({0, 0, 0}));
-    return cat(b, cat(Bytes{5, 0, 0x01}, words({anchorRow, 0})));
+    return words({row, col, 15}) + value + words({0, 0, 0}) + Bytes{5, 0, 0x01} +
+           words({anchorRow, 0});
+}
+
+// A formula cell whose tokens are `rgce`, cached number 0.
+Bytes formula(uint16_t row, uint16_t col, const Bytes &rgce) {
+    return words({row, col, 15, 0, 0, 0, 0, 0, 0, 0, uint16_t(rgce.size())}) + rgce;
+}
+
+Bytes expOf(uint16_t row, uint16_t col) { return Bytes{0x01} + words({row, col}); }
+
+TEST(SheetRecords, SharedAndArrayFormulasPrintFromEachCell) {
+    // B1:B3 share "A1*2" relative to each cell (row offset 0, column -1);
+    // D1 is an array formula whose tokens stay in its ARRAY record.
+    const Bytes refN = {0x4C, 0, 0, 0xFF, 0xFF, 0x1E, 2, 0, 0x05};
+    const Bytes shared = words({0, 2}) + Bytes{1, 1, 0, 3} + words({uint16_t(refN.size())}) + refN;
+    const Bytes array = words({0, 0}) + Bytes{3, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    const Bytes b1 = formula(0, 1, expOf(0, 1)), b2 = formula(1, 1, expOf(0, 1)),
+                b3 = formula(2, 1, expOf(0, 1)), d1 = formula(0, 3, expOf(0, 3)),
+                e1 = formula(0, 4, {0x1E, 7, 0, 0x19, 0x40, 0, 0, 0x1E, 1, 0, 0x03});
+    FakeOwner<char> owner;
+    SheetImplT<char> &sheet = owner.addSheet(L"S");
+    load(sheet, stream({{2057, bof(16)},
+                        {6, b1},
+                        {1212, shared},
+                        {6, b2},
+                        {6, b3},
+                        {6, d1},
+                        {545, array},
+                        {6, e1},
+                        {10, {}}}));
+    EXPECT_STREQ(sheet.readFormula(0, 1, nullptr), "A1*2");
+    EXPECT_STREQ(sheet.readFormula(2, 1, nullptr), "A3*2");
+    EXPECT_EQ(sheet.readFormula(0, 3, nullptr), nullptr);
+    EXPECT_EQ(owner.msg(), "can't build infix formula string");
+    EXPECT_STREQ(sheet.readFormula(0, 4, nullptr), "7+1");
+
+    // Loaded blocks are saved as they were read, cells in row order.
+    Bytes blocks;
+    for (auto &r : saved(sheet))
+        if (r.first == 6 || r.first == 1212 || r.first == 545) blocks = blocks + r.second;
+    EXPECT_EQ(blocks, b1 + shared + d1 + array + e1 + b2 + b3);
+
+    // Writing over the anchor moves the shared formula on.
+    ASSERT_TRUE(sheet.writeFormula(0, 1, "C1", nullptr));
+    EXPECT_STREQ(sheet.readFormula(0, 1, nullptr), "C1");
+    EXPECT_STREQ(sheet.readFormula(1, 1, nullptr), "A2*2");
+    EXPECT_STREQ(sheet.readFormula(2, 1, nullptr), "A3*2");
 }
 
 TEST(SheetRecords, OverwritingAnAnchorMovesTheSharedFormula) {
-    Bytes shared = cat(words({0, 2}), Bytes{0, 0, 0, 3, 3, 0, 0x1E, 1, 0});
-    Bytes text = cat(words({3}), Bytes{0, 'a', 'b', 'c'});
+    Bytes shared = words({0, 2}) + Bytes{0, 0, 0, 3, 3, 0, 0x1E, 1, 0};
+    Bytes text = words({3}) + Bytes{0, 'a', 'b', 'c'};
     Records in = {
         {2057, bof(16)}, {6, expFormula(0, 0, special(0, 0), 0)}, {1212, shared},
         {519, text},     {6, expFormula(1, 0, special(0, 0), 0)}, {6, expFormula(2, 0, num(4), 0)},
@@ -84,7 +124,7 @@ TEST(SheetRecords, ChartSheetStaysByteIdentical) {
     SheetImplT<char> &sheet = owner.addSheet(L"Chart");
     Bytes wb = stream(chart);
     Bytes after = stream({{253, words({0, 0, 15, 0, 0})}});
-    load(sheet, cat(wb, after));
+    load(sheet, wb + after);
     EXPECT_EQ(sheet.docType(), 32);
     EXPECT_EQ(saved(sheet), chart);
 }
@@ -109,7 +149,7 @@ TEST(SheetRecords, NewSheetWritesAValidWorksheet) {
     };
     EXPECT_EQ(find(2057).size(), 16u);
     EXPECT_EQ(find(2057)[2], 16);
-    EXPECT_EQ(find(512), cat(cat(Bytes{2, 0, 0, 0, 5, 0, 0, 0}, words({1, 4})), words({0})));
+    EXPECT_EQ(find(512), words({2, 0, 5, 0, 1, 4, 0}));
     EXPECT_EQ(find(574).at(1), 0x06); // selected: 0x06B6
 
     sheet.setSelected(false);
@@ -155,8 +195,8 @@ TEST(SheetRecords, BadRecordsGiveTheirMessages) {
     {
         FakeOwner<char> owner;
         SheetImplT<char> &sheet = owner.addSheet(L"S");
-        Bytes old = cat(words({0x0400, 16, 8346, 1997}), words({0, 0, 0, 0}));
-        load(sheet, stream({{2057, old}, {515, cat(words({1, 1, 15}), num(0.5))}, {10, {}}}));
+        Bytes old = words({0x0400, 16, 8346, 1997}) + words({0, 0, 0, 0});
+        load(sheet, stream({{2057, old}, {515, words({1, 1, 15}) + num(0.5)}, {10, {}}}));
         EXPECT_EQ(sheet.readNum(1, 1, nullptr), 0.5);
         EXPECT_EQ(errorOf([&] { saved(sheet); }),
                   "a worksheet loaded from a format older than BIFF8 can't be saved");
@@ -165,7 +205,7 @@ TEST(SheetRecords, BadRecordsGiveTheirMessages) {
     for (size_t size : {16u, 18u}) {
         FakeOwner<char> owner;
         SheetImplT<char> &sheet = owner.addSheet(L"S");
-        Bytes data = cat(words({1, 1, 15}), num(0.1));
+        Bytes data = words({1, 1, 15}) + num(0.1);
         data.resize(size);
         load(sheet, stream({{2057, bof(16)}, {515, data}, {10, {}}}));
         EXPECT_EQ(sheet.readNum(1, 1, nullptr), 0.1);
@@ -176,7 +216,7 @@ TEST(SheetRecords, SettingsAndStructureRecordsComeBack) {
     Records in = {
         {2057, bof(16)},
         {94, words({1})},
-        {523, cat(words({0, 0, 2, 0, 7, 0, 0, 0}), cat(words({0x40, 0}), words({0x80, 0})))},
+        {523, words({0, 0, 2, 0, 7, 0, 0, 0}) + words({0x40, 0}) + words({0x80, 0})},
         {13, words({0})},
         {12, words({50})},
         {15, words({0})},
@@ -194,14 +234,14 @@ TEST(SheetRecords, SettingsAndStructureRecordsComeBack) {
         {85, words({10})},
         {125, words({1, 3, 4000, 15, 1, 0})},
         {125, words({4, 4, 4000, 15, 1, 0})},
-        {512, cat(words({0, 0, 2, 0}), words({0, 2, 0}))},
+        {512, words({0, 0, 2, 0}) + words({0, 2, 0})},
         {520, words({0, 0, 1, 400, 0, 0, 0x1C0, 16})},
-        {638, cat(words({0, 0, 15}), Bytes{0, 0, 0xF0, 0x3F})},
-        {574, cat(words({0x06B6, 0, 0, 64, 0, 0, 0}), words({0, 0}))},
+        {638, words({0, 0, 15}) + Bytes{0, 0, 0xF0, 0x3F}},
+        {574, words({0x06B6, 0, 0, 64, 0, 0, 0}) + words({0, 0})},
         {160, words({3, 2})},
         {65, words({0, 1, 1, 0, 2})},
         {29, Bytes{3, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0}},
-        {229, cat(words({1}), words({0, 1, 0, 1}))},
+        {229, words({1}) + words({0, 1, 0, 1})},
         {10, {}},
     };
     FakeOwner<char> owner;

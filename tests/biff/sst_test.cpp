@@ -7,14 +7,13 @@
 #include "biff/strings/str_map.h"
 #include "biff/strings/xl_unicode_string.h"
 #include "biff/strings/xl_unicode_string_no_cch.h"
-#include "biff/support/biff_bytes.h"
+#include "biff/support/record_trip.h"
 #include "biff/xls.h"
 #include "book/tberror.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <sstream>
 
 using namespace tabrix;
 using namespace bifftest;
@@ -148,29 +147,22 @@ TEST(Sst, ReadsWhatOtherProducersWrite) {
         std::vector<std::vector<uint8_t>> records; // SST data, then CONTINUEs
         std::vector<std::wstring> strings;
     };
-    auto head = [](uint32_t total, uint32_t unique) {
-        std::vector<uint8_t> v;
-        put32(v, total);
-        put32(v, unique);
-        return v;
+    auto head = [](uint16_t total, uint32_t unique) {
+        return words({total, 0, uint16_t(unique), uint16_t(unique >> 16)});
     };
-    auto cat = [](std::vector<uint8_t> a, const std::vector<uint8_t> &b) {
-        a.insert(a.end(), b.begin(), b.end());
-        return a;
-    };
-    const std::vector<uint8_t> abc = {3, 0, 0, 'a', 'b', 'c'};
+    const Bytes abc = {3, 0, 0, 'a', 'b', 'c'};
     const Case cases[] = {
         {"width changes",
-         {cat(head(1, 1), {4, 0, 0, 'x', 'y'}), {1, 0x3A, 0x30, 0x3B, 0x30}},
+         {head(1, 1) + Bytes{4, 0, 0, 'x', 'y'}, {1, 0x3A, 0x30, 0x3B, 0x30}},
          {L"xy\x303A\x303B"}},
-        {"empty continue", {cat(head(2, 2), {2, 0, 0, 'p'}), {}, {0, 'q'}, abc}, {L"pq", L"abc"}},
-        {"flags before characters", {cat(head(1, 1), {2, 0, 0}), {1, 0x41, 0, 0x42, 0}}, {L"AB"}},
-        {"more unique than present", {cat(head(5, 5), abc)}, {L"abc"}},
-        {"fewer unique than present", {cat(cat(head(1, 1), abc), abc), abc}, {L"abc"}},
-        {"trailing bytes", {cat(cat(head(1, 1), abc), {9, 9, 9})}, {L"abc"}},
+        {"empty continue", {head(2, 2) + Bytes{2, 0, 0, 'p'}, {}, {0, 'q'}, abc}, {L"pq", L"abc"}},
+        {"flags before characters", {head(1, 1) + Bytes{2, 0, 0}, {1, 0x41, 0, 0x42, 0}}, {L"AB"}},
+        {"more unique than present", {head(5, 5) + abc}, {L"abc"}},
+        {"fewer unique than present", {head(1, 1) + abc + abc, abc}, {L"abc"}},
+        {"trailing bytes", {head(1, 1) + abc + Bytes{9, 9, 9}}, {L"abc"}},
         {"no strings", {head(0, 0)}, {}},
-        {"negative count", {cat(head(0, 0xFFFFFFFF), abc)}, {}},
-        {"duplicates kept", {cat(cat(head(2, 2), abc), abc)}, {L"abc", L"abc"}},
+        {"negative count", {head(0, 0xFFFFFFFF) + abc}, {}},
+        {"duplicates kept", {head(2, 2) + abc + abc}, {L"abc", L"abc"}},
     };
     for (const Case &c : cases) {
         std::vector<uint8_t> wb;
@@ -185,9 +177,7 @@ TEST(Sst, ReadsWhatOtherProducersWrite) {
         EXPECT_EQ(got, c.strings) << c.name;
         EXPECT_EQ(o.x.peekInt16(), 0x0A) << c.name;
     }
-    std::vector<uint8_t> wb;
-    record(wb, 252, {1, 0, 0, 0, 1, 0, 0});
-    Opened o(rawBook(wb));
+    Opened o(rawBook(rec(252, {1, 0, 0, 0, 1, 0, 0})));
     MemPool pool;
     EXPECT_EQ(errorOf([&] { SST(pool).read(o.x); }), "SST size is incorrect");
 }
@@ -201,11 +191,9 @@ TEST(Sst, TruncatedAndHostileTablesEnd) {
         {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0x04, 0xFF, 0xFF, 0xFF, 0xFF, 'a'},
     };
     for (const auto &d : datas) {
-        std::vector<uint8_t> wb;
-        record(wb, 252, d);
         MemPool pool;
         SST sst(pool);
-        Opened o(rawBook(wb));
+        Opened o(rawBook(rec(252, d)));
         EXPECT_NO_THROW(sst.read(o.x));
         EXPECT_LE(sst.strings().count(), 1u);
     }
@@ -343,22 +331,15 @@ TEST(Sst, OtherStringFormsRoundTrip) {
         s.read(x, 4, pool, false, r);
         return std::wstring(s.text);
     };
-    std::vector<uint8_t> emptyAtEnd, splitOk, notContinue, odd, widthSwitch;
-    record(emptyAtEnd, 0x18, {0, 0});
-    record(splitOk, 0x18, {3, 0, 0, 'a'});
-    record(splitOk, 60, {'b', 'c'});
-    record(notContinue, 0x18, {3, 0, 0, 'a'});
-    record(notContinue, 0x0A, {'b', 'c'});
-    record(odd, 0x18, {2, 0, 1, 'a'});
-    record(odd, 60, {0, 'b', 0});
-    record(widthSwitch, 0x18, {0, 'a', 'b'});
-    record(widthSwitch, 60, {1, 0x42, 0x30, 0x43, 0x30});
     const Case cases[] = {
-        {emptyAtEnd, plain, 2, L"", ""},
-        {splitOk, plain, 4, L"abc", ""},
-        {notContinue, plain, 4, L"a", ""}, // cut where its record ends
-        {odd, plain, 4, L"", "error in XLUnicodeString record #2"},
-        {widthSwitch, noCch, 3, L"ab\x3042\x3043", ""},
+        {rec(0x18, {0, 0}), plain, 2, L"", ""},
+        {rec(0x18, {3, 0, 0, 'a'}) + rec(60, {'b', 'c'}), plain, 4, L"abc", ""},
+        // Cut where its record ends.
+        {rec(0x18, {3, 0, 0, 'a'}) + rec(0x0A, {'b', 'c'}), plain, 4, L"a", ""},
+        {rec(0x18, {2, 0, 1, 'a'}) + rec(60, {0, 'b', 0}), plain, 4, L"",
+         "error in XLUnicodeString record #2"},
+        {rec(0x18, {0, 'a', 'b'}) + rec(60, {1, 0x42, 0x30, 0x43, 0x30}), noCch, 3,
+         L"ab\x3042\x3043", ""},
     };
     for (const Case &c : cases) {
         Opened oc(rawBook(c.wb));

@@ -11,17 +11,12 @@ void le32(std::vector<uint8_t> &b, size_t off, uint32_t v) {
     for (int i = 0; i < 4; ++i) b[off + i] = uint8_t(v >> (8 * i));
 }
 void le16(std::vector<uint8_t> &b, size_t off, uint16_t v) {
-    b[off] = uint8_t(v);
-    b[off + 1] = uint8_t(v >> 8);
+    for (int i = 0; i < 2; ++i) b[off + i] = uint8_t(v >> (8 * i));
 }
 uint32_t sectorsOf(size_t bytes, size_t unit) { return uint32_t((bytes + unit - 1) / unit); }
 } // namespace
 
 void Built::put32(size_t offset, uint32_t v) { le32(file, offset, v); }
-uint32_t Built::get32(size_t offset) const {
-    return uint32_t(file[offset]) | (uint32_t(file[offset + 1]) << 8) |
-           (uint32_t(file[offset + 2]) << 16) | (uint32_t(file[offset + 3]) << 24);
-}
 
 std::vector<uint8_t> pattern(size_t n, uint32_t seed) {
     std::vector<uint8_t> v(n);
@@ -61,7 +56,6 @@ Built buildCfb(const std::vector<StreamSpec> &streams, uint32_t miniCutoff) {
     Built b;
     b.firstFat = 0;
     b.firstDir = fatSectors;
-    b.dirSectors = dirSectors;
     uint32_t total = fatSectors + body;
     b.file.assign(512 + size_t(total) * 512, 0);
     std::vector<uint32_t> fat(size_t(fatSectors) * 128, kFree);

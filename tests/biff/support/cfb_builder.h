@@ -6,7 +6,6 @@
 #define TABRIX_TESTS_BIFF_CFB_BUILDER_H
 
 #include <cstdint>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,11 +19,10 @@ struct StreamSpec {
 struct Built {
     std::vector<uint8_t> file;
     // Sector numbers of interest for corrupting tests.
-    uint32_t firstFat = 0, firstDir = 0, dirSectors = 0, miniFatSector = 0xFFFFFFFE;
+    uint32_t firstFat = 0, firstDir = 0, miniFatSector = 0xFFFFFFFE;
     std::vector<uint32_t> starts; // start sector (or mini sector) of each stream
 
     void put32(size_t offset, uint32_t v);
-    uint32_t get32(size_t offset) const;
     // Offset of FAT entry `n` (first FAT sector only) and of directory entry `i`.
     size_t fatEntry(uint32_t n) const { return 512 + size_t(firstFat) * 512 + 4 * n; }
     size_t dirEntry(uint32_t i) const { return 512 + size_t(firstDir) * 512 + 128 * i; }

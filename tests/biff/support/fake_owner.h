@@ -26,7 +26,7 @@ public:
     std::string msg() { return _message.template c_str<char>(true); }
 
     tabrix::XString &message() override { return _message; }
-    bool utf8Mode() const override { return utf8; }
+    bool utf8Mode() const override { return true; }
     tabrix::MemPool &pool() override { return _pool; }
     tabrix::SST &sst() override { return _sst; }
     tabrix::StyleTable<C> &styles() override { return _styles; }
@@ -37,8 +37,6 @@ public:
     bool isDate1904() override { return false; }
     std::vector<tabrix::Lbl> &names() override { return _names; }
     std::vector<tabrix::SupBookBlock> &supBooks() override { return _supBooks; }
-
-    bool utf8 = true;
 
 private:
     tabrix::XString _message;

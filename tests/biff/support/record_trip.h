@@ -22,6 +22,20 @@ inline Bytes operator+(Bytes a, const Bytes &b) {
     return a;
 }
 
+// A record of `id` holding `data`, as the bytes of a stream.
+inline Bytes rec(uint16_t id, const Bytes &data) {
+    Bytes v;
+    record(v, id, data);
+    return v;
+}
+
+// The records `recs`, one after the other, as a stream.
+inline Bytes stream(const Records &recs) {
+    Bytes wb;
+    for (const auto &r : recs) record(wb, r.first, r.second);
+    return wb;
+}
+
 // n bytes 1, 8, 15, ...: no field of them is zero by chance.
 inline Bytes seq(size_t n, uint8_t start = 1) {
     Bytes v(n);

@@ -1,6 +1,6 @@
 #include "biff/support/record_walk.h"
 
-#include "biff/xls.h"
+#include "biff/support/biff_bytes.h"
 
 #include <algorithm>
 #include <fstream>
@@ -17,14 +17,9 @@ WalkedBook walkBook(const std::string &file) {
     WalkedBook out;
     std::vector<uint8_t> wb;
     try {
-        std::stringstream ss(file);
-        tabrix::Xls<char> x;
-        x.setStreamPtr(&ss);
-        x.calcFileSize();
-        unsigned total = 0;
-        x.readHeader(total);
-        wb.resize(x.size());
-        wb.resize(x.read(wb.data(), wb.size()));
+        Opened in(file);
+        wb.resize(in.x.size());
+        wb.resize(in.x.read(wb.data(), wb.size()));
     } catch (const std::exception &e) {
         out.error = e.what();
         return out;
