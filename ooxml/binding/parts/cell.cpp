@@ -144,22 +144,13 @@ size_t c_cell::read_plain(std::string_view in, std::pmr::memory_resource *memory
     if (!starts(in, 0, "<c")) return 0;
     size_t p = 2;
     uint8_t seen = 0; // 1 r, 2 s, 4 t
-    // The address first, the common case, is read in the same pass as it
-    // is scanned; any other form goes through the loop below.
+    // The address first, the common case, is taken without the general
+    // attribute loop below, which reads any other form.
     if (starts(in, 2, " r=\"")) {
-        size_t q = 6;
-        uint32_t col = 0, row = 0;
-        while (q < in.size() && q < 9 && in[q] >= 'A' && in[q] <= 'Z')
-            col = col * 26 + static_cast<uint32_t>(in[q++] - 'A' + 1);
-        const size_t digits = q;
-        while (q < in.size() && q < digits + 7 && in[q] >= '0' && in[q] <= '9')
-            row = row * 10 + static_cast<uint32_t>(in[q++] - '0');
-        if (q > digits && q < in.size() && in[q] == '"' && in[digits] != '0' && col >= 1 &&
-            col <= 16384 && row >= 1 && row <= 1048576) {
-            _row = row - 1;
-            _col = col - 1;
+        const size_t end = in.substr(0, 20).find('"', 6);
+        if (end != std::string_view::npos && parse_cell_ref(in.substr(6, end - 6), _row, _col)) {
             seen = 1;
-            p = q + 1;
+            p = end + 1;
         }
     }
     for (;;) {
